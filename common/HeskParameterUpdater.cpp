@@ -1,0 +1,60 @@
+// The updaters of the sensors: one slot an index, and what construction learns of the sensor.
+//
+// Reading order of the class: this file, then updater/RequestMeta.cpp (the request hook as the list
+// of its steps) and the files of its steps.
+
+#include "common/HeskParameterUpdater.h"
+
+#include <array>
+#include <utility>
+
+#include "common/math/FieldOfView.h"
+#include "common/tags/Metadata.h"
+#include "common/updater/UpdaterLog.h"
+#include "platform/MetadataProvider.h"
+
+namespace {
+
+const NSCam::IMetadata* staticCharacteristics(std::int32_t deviceId) {
+  const NSCam::IMetadataProvider* provider =
+      NSCam::NSMetadataProviderManager::valueForByDeviceId(deviceId);
+  return provider != nullptr ? &provider->getStaticCharacteristics() : nullptr;
+}
+
+}  // namespace
+
+HeskParameterUpdater::HeskParameterUpdater(int instanceId) : mInstanceId(instanceId) {
+  using namespace hesk;
+  const NSCam::IMetadata* statics = staticCharacteristics(mInstanceId);
+  const float width = read(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0.0F, 0);
+  const float height = read(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0.0F, 1);
+  const float focalLength = read(statics, tags::ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS);
+  mPrimaryCameraDiagonalFov = diagonalFovDegrees(width, height, focalLength);
+  HESK_LOGD(updaterOperation("HeskParameterUpdater"),
+            "physicalWidth: %fmm, physicalHeight:%fmm, focalLength:%fmm, "
+            "mPrimaryCameraDiagonalFov:%d instanceId:%d",
+            static_cast<double>(width), static_cast<double>(height),
+            static_cast<double>(focalLength), mPrimaryCameraDiagonalFov, mInstanceId);
+}
+
+template <int InstanceId>
+HeskParameterUpdater* HeskParameterUpdater::slot() {
+  static HeskParameterUpdater updater(InstanceId);
+  return &updater;
+}
+
+HeskParameterUpdater* HeskParameterUpdater::createInstance(int instanceId) {
+  static constexpr auto kSlots = []<int... Ids>(std::integer_sequence<int, Ids...>) {
+    return std::array{&HeskParameterUpdater::slot<Ids>...};
+  }
+  (std::make_integer_sequence<int, kMaxInstanceId + 1>{});
+
+  // As unsigned a negative index is past the end, too.
+  const auto index = static_cast<unsigned int>(instanceId);
+  if (index > kMaxInstanceId) {
+    HESK_LOGD(hesk::updaterOperation("createInstance"),
+              "HeskParameterUpdater createInstance failed!");
+    return nullptr;
+  }
+  return kSlots[index]();
+}

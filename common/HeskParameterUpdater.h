@@ -1,0 +1,105 @@
+// The per-sensor hooks of the camera HAL.
+//
+// There is one updater a sensor index, made on first use and kept until the process ends. The
+// pipeline obtains it with `createInstance` and hands its hooks the metadata containers that it
+// owns; a hook reads them, writes derived tags into them and returns before the pipeline goes on.
+//
+// Failure: no hook reports any. What cannot be read takes the default stated with the operation,
+// and failures are logged. A null container reads as an empty one; writes to it are skipped.
+//
+// Threads: `createInstance` may be called from any threads at once. The hooks of one updater are
+// called from one thread at a time and take no lock; different updaters share nothing.
+
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include "platform/Geometry.h"
+#include "platform/IMetadata.h"
+
+/// The white-box window of the replay tool and the tests.
+struct HeskParameterUpdaterInspector;
+
+class __attribute__((visibility("default"))) HeskParameterUpdater {
+ public:
+  /// The highest sensor index that has an updater; the lowest is 0.
+  static constexpr int kMaxInstanceId = 10;
+
+  HeskParameterUpdater(const HeskParameterUpdater&) = delete;
+  HeskParameterUpdater& operator=(const HeskParameterUpdater&) = delete;
+
+  /// The updater of sensor `instanceId`, constructed on the first call for that index; null, with a
+  /// debug record, where the index is not 0 to 10. The caller does not own it.
+  ///
+  /// Construction computes the sensor's diagonal field of view from the static characteristics of
+  /// device `instanceId`: it reads ANDROID_SENSOR_INFO_PHYSICAL_SIZE (width and height in mm) and
+  /// ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS (item 0, mm), each 0 where absent.
+  static HeskParameterUpdater* createInstance(int instanceId);
+
+  /// The request hook: called once for every capture request, on the updater of the request's
+  /// sensor, before the request enters the pipeline. Rewrites `meta`, the request's app metadata,
+  /// in place.
+  ///
+  /// In this order it
+  ///  - replaces the upper bound of MTK_CONTROL_AE_TARGET_FPS_RANGE by HESK_CONTROL_FPS_RANGE_MAX;
+  ///  - tunes the request for the calling app and the camera app's mode;
+  ///  - writes MTK_CONTROL_SELECTED_STREAM_ID, the last configured stream that
+  ///    HESK_CONTROL_STREAM_FLAGS marks, -1 for none;
+  ///  - in multi-camera sessions writes MTK_HESK_MULTICAM_ENABLE;
+  ///  - turns a request of UI module 8 (COM_HESK_CURRENTUIMODULE) into a preview, by
+  ///    ANDROID_CONTROL_CAPTURE_INTENT = 1 and ANDROID_CONTROL_ENABLE_ZSL = 0 (int32 items both),
+  ///    unless HESK_CONTROL_KEEP_CAPTURE_INTENT is 1;
+  ///  - on still captures (ANDROID_CONTROL_CAPTURE_INTENT 2) keeps the book of multi-frame
+  ///  captures:
+  ///    reads ANDROID_CONTROL_ENABLE_ZSL, HESK_CONTROL_HISFRAME, HESK_CONTROL_CURRENTMODE,
+  ///    ANDROID_FLASH_MODE and HESK_CONTROL_ALGO_OVERRIDE; writes MTK_HESK_NON_ZSL_CAPTURE,
+  ///    MTK_HESK_FRAME_COUNT, MTK_HESK_FRAME_INDEX, MTK_HESK_NO_VIDEO_STREAM,
+  ///    MTK_HESK_STILL_CAPTURE, MTK_HAL_REQUEST_CAPTURE_FLAG0 and FLAG1, MTK_HESK_CAPTURE_COUNT and
+  ///    HESK_CONTROL_MULTICAM_FEATURE_MODE; announces a burst's non-zero-shutter-lag frames to 3A
+  ///    (control 541). The book keeps the first 1,024 frames of a burst; a longer one is logged;
+  ///  - writes MTK_CONTROL_RAW_TYPE: 60 for a zoomed (HESK_CONTROL_ZOOM_ZOOM_RATIO above 1)
+  ///    super-moon request, else without item;
+  ///  - caps the range's upper bound at 29 in dual-camera sessions of product KX0102;
+  ///  - writes MTK_HDR_FEATURE_HDR_MODE from HESK_CONTROL_VIDEO_HDR;
+  ///  - switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other apps on sensor 1 of
+  ///  products
+  ///    KX0106 and KX0107;
+  ///  - fixes the range to HESK_CONTROL_FPS_RANGE_MAX when that is 31 or more;
+  ///  - writes MTK_RAW_ALGO_DIAGONAL_FOV (degrees) in mode bit 59 of UI module 8.
+  ///
+  /// Reads the event store's "APP_TYPE" and "APP_NAME" and the property ro.product.model.zdm.
+  void updateRequestMeta(NSCam::IMetadata* meta, unsigned int requestNo);
+
+ private:
+  friend struct HeskParameterUpdaterInspector;
+
+  explicit HeskParameterUpdater(int instanceId);
+  ~HeskParameterUpdater() = default;
+
+  template <int InstanceId>
+  static HeskParameterUpdater* slot();
+
+  // Tuning for the calling app and the camera app's mode.
+  void update3rdpartyAppControlMeta(NSCam::IMetadata* request, unsigned int requestNo);
+  void updateTuningAppName(NSCam::IMetadata* request, unsigned int requestNo);
+  void updateProfModeControlMeta(NSCam::IMetadata* request, unsigned int requestNo);
+  void setDumpPathForHeskDump(int instanceId, NSCam::IMetadata* request);
+  int getMulticamMainID(int deviceId);
+
+  // Still captures: the book of multi-frame captures, and what a capture request carries.
+  void updateStillCapture(NSCam::IMetadata* meta, unsigned int requestNo, std::int64_t currentMode);
+  void bookAnnouncedFrames(const NSCam::IMetadata* meta, unsigned int requestNo, int mainId);
+  void bookBurst(unsigned int firstRequestNo, std::int32_t frameCount);
+  void writeBurstFrame(NSCam::IMetadata* meta, unsigned int requestNo) const;
+
+  std::int32_t mInstanceId;      // sensor index, 0 to 10
+  bool mHasVideoStream = false;  // the session has a stream for video encoding
+  std::map<std::uint32_t, std::uint32_t> mNonZslFrames;  // latest burst: request to frame index
+  std::int32_t mMulticamFeatureMode = 0;  // 0 single camera; 1, 2 kinds of multi-camera
+  NSCam::MSize mPreviewSize;
+  std::int32_t mCaptureCount = 0;              // capture frames still expected
+  std::vector<std::uint32_t> mStreamIds;       // the session's streams, in its map's order
+  std::int32_t mPrimaryCameraDiagonalFov = 0;  // degrees
+};

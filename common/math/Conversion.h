@@ -1,0 +1,28 @@
+// Arithmetic on values that apps wrote: defined for every input.
+
+#pragma once
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace hesk {
+
+/// The sum, wrapped to 32 bits.
+constexpr std::int32_t wrappingAdd(std::int32_t left, std::int32_t right) noexcept {
+  return std::bit_cast<std::int32_t>(static_cast<std::uint32_t>(left) +
+                                     static_cast<std::uint32_t>(right));
+}
+
+/// The value without its fraction, held within int32; 0 for a NaN. The phone's processor converts
+/// so.
+inline std::int32_t toInt32(double value) noexcept {
+  using Limits = std::numeric_limits<std::int32_t>;
+  if (std::isnan(value)) return 0;
+  if (value <= Limits::min()) return Limits::min();
+  if (value >= Limits::max()) return Limits::max();
+  return static_cast<std::int32_t>(value);
+}
+
+}  // namespace hesk

@@ -1,0 +1,75 @@
+// The vocabulary in which the hooks speak to a metadata container: is it there, read an item or a
+// default, write these items, replace one, clear.
+//
+// Every operation takes a null container: it reads as an empty one, and a write to it is skipped
+// with status -1. An absent entry, an index past the end and an item of another type never fail.
+//
+// A tag knows its item type. `readAs` and `writeAs` take another one; each use says why.
+
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+
+#include "common/tags/Tags.h"
+#include "platform/IMetadata.h"
+
+namespace hesk {
+
+/// What a write to a null container returns.
+inline constexpr int kNoContainer = -1;
+
+/// Whether the entry of `tag` holds an item.
+template <typename T>
+[[nodiscard]] bool has(const NSCam::IMetadata* metadata, Tag<T> tag) {
+  return metadata != nullptr && !metadata->entryFor(tag.value).isEmpty();
+}
+
+/// Item `index` of `tag` read as `As`; `fallback` where the entry holds no item at all.
+template <typename As, typename T>
+[[nodiscard]] As readAs(const NSCam::IMetadata* metadata, Tag<T> tag, As fallback = {},
+                        std::size_t index = 0) {
+  if (metadata == nullptr) return fallback;
+  const auto& entry = metadata->entryFor(tag.value);
+  return entry.isEmpty() ? fallback : entry.itemAt(index, NSCam::Type2Type<As>{});
+}
+
+/// Item `index` of `tag`; `fallback` where the entry holds no item at all.
+template <typename T>
+[[nodiscard]] T read(const NSCam::IMetadata* metadata, Tag<T> tag,
+                     std::type_identity_t<T> fallback = {}, std::size_t index = 0) {
+  return readAs<T>(metadata, tag, fallback, index);
+}
+
+/// Makes `items` the whole entry of `tag`, in the type `As`. Returns the container's status.
+template <typename As, typename T, std::convertible_to<As>... Items>
+int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
+  if (metadata == nullptr) return kNoContainer;
+  NSCam::IMetadata::IEntry entry(tag.value);
+  (entry.push_back(static_cast<As>(items), NSCam::Type2Type<As>{}), ...);
+  return metadata->update(tag.value, std::move(entry));
+}
+
+/// Makes `items` the whole entry of `tag`. Returns the container's status.
+template <typename T, std::same_as<T>... Items>
+int write(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
+  return writeAs<T>(metadata, tag, items...);
+}
+
+/// Empties the entry of `tag`. Returns the container's status.
+template <typename T>
+int clear(NSCam::IMetadata* metadata, Tag<T> tag) {
+  return writeAs<T>(metadata, tag);
+}
+
+/// Replaces item `index` of `tag`; an entry that holds no such item stays as it is.
+template <typename T>
+void replaceItem(NSCam::IMetadata* metadata, Tag<T> tag, std::size_t index,
+                 std::type_identity_t<T> item) {
+  if (metadata == nullptr) return;
+  NSCam::IMetadata::IEntry entry = metadata->entryFor(tag.value);
+  entry.replaceItemAt(index, item, NSCam::Type2Type<T>{});
+  metadata->update(tag.value, std::move(entry));
+}
+
+}  // namespace hesk

@@ -1,0 +1,43 @@
+#include "common/updater/SharedSteps.h"
+
+#include "common/tags/Metadata.h"
+#include "common/updater/Events.h"
+#include "common/updater/Product.h"
+
+namespace hesk {
+
+void writeSelectedStream(NSCam::IMetadata* metadata, const std::vector<std::uint32_t>& streamIds) {
+  std::int32_t selected = -1;
+  for (std::size_t k = 0; k < streamIds.size(); ++k) {
+    if (read(metadata, tags::HESK_CONTROL_STREAM_FLAGS, 0, k + 1) == 1) {
+      selected = static_cast<std::int32_t>(streamIds[k]);
+    }
+  }
+  write(metadata, tags::MTK_CONTROL_SELECTED_STREAM_ID, selected);
+}
+
+void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operation) {
+  constexpr std::int32_t kHdrModeOff = 0;
+  constexpr std::int32_t kHdrModeVideoOn = 3;
+
+  if (!has(metadata, tags::HESK_CONTROL_VIDEO_HDR)) return;
+  if (read(metadata, tags::HESK_CONTROL_VIDEO_HDR) == 1) {
+    write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeVideoOn);
+    HESK_LOGD(operation, "set MTK_HDR_FEATURE_HDR_MODE_VIDEO_ON");
+  } else {
+    write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeOff);
+    HESK_LOGD(operation, "set MTK_HDR_FEATURE_HDR_MODE_OFF");
+  }
+}
+
+void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor) {
+  constexpr std::int32_t kFrontSensor = 1;
+  constexpr std::uint8_t kStabilizationOff = 0;
+
+  if (sensor != kFrontSensor) return;
+  if (!productBeginsWith("KX0107", "default") && !productBeginsWith("KX0106", "default")) return;
+  if (isOwnCameraApp(eventValue("APP_TYPE"))) return;
+  write(metadata, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, kStabilizationOff);
+}
+
+}  // namespace hesk

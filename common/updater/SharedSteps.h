@@ -1,0 +1,26 @@
+// Steps that more than one hook takes, each written once. Records are written in the name of the
+// calling hook.
+
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "common/log/Log.h"
+#include "platform/IMetadata.h"
+
+namespace hesk {
+
+/// Writes MTK_CONTROL_SELECTED_STREAM_ID: the last stream that HESK_CONTROL_STREAM_FLAGS marks by a
+/// 1, -1 for none. Item 0 of the flags marks no stream; item k + 1 belongs to `streamIds[k]`.
+void writeSelectedStream(NSCam::IMetadata* metadata, const std::vector<std::uint32_t>& streamIds);
+
+/// Writes MTK_HDR_FEATURE_HDR_MODE as HESK_CONTROL_VIDEO_HDR asks; leaves it alone where nothing is
+/// asked.
+void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operation);
+
+/// Switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other makers' apps on the front camera
+/// of the products whose front camera cannot stabilise.
+void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor);
+
+}  // namespace hesk

@@ -1,0 +1,25 @@
+// The window through which the replay tool and the tests see an updater's fields. Nothing that runs
+// on a phone includes it.
+
+#pragma once
+
+#include "common/HeskParameterUpdater.h"
+
+struct HeskParameterUpdaterInspector {
+  HeskParameterUpdater& updater;
+
+  [[nodiscard]] auto& instanceId() const { return updater.mInstanceId; }
+  [[nodiscard]] auto& hasVideoStream() const { return updater.mHasVideoStream; }
+  [[nodiscard]] auto& nonZslFrames() const { return updater.mNonZslFrames; }
+  [[nodiscard]] auto& multicamFeatureMode() const { return updater.mMulticamFeatureMode; }
+  [[nodiscard]] auto& previewSize() const { return updater.mPreviewSize; }
+  [[nodiscard]] auto& captureCount() const { return updater.mCaptureCount; }
+  [[nodiscard]] auto& streamIds() const { return updater.mStreamIds; }
+  [[nodiscard]] auto& diagonalFovDegrees() const { return updater.mPrimaryCameraDiagonalFov; }
+
+  /// An updater outside the slots. Needs the library's internal symbols.
+  static HeskParameterUpdater* construct(int instanceId) {
+    return new HeskParameterUpdater(instanceId);
+  }
+  static void destroy(HeskParameterUpdater* updater) { delete updater; }
+};

@@ -1,0 +1,30 @@
+// The event store of the phone that the library runs on.
+
+#include "platform/EventStore.h"
+
+#include "host/Phone.h"
+
+namespace {
+
+class CurrentEventStore final : public NSCam::ATMsEventMgr {
+ public:
+  void set(std::string_view key, std::string_view value) override {
+    host::Phone& phone = host::Phone::current();
+    phone.eventStore.set(key, value);
+    phone.effects.add([&] {
+      return host::Effect{"eventStore.set",
+                          {{"key", std::string(key)}, {"value", std::string(value)}}};
+    });
+  }
+
+  void get(std::string_view key, std::string& value) const override {
+    host::Phone::current().eventStore.get(key, value);
+  }
+};
+
+}  // namespace
+
+NSCam::ATMsEventMgr& NSCam::ATMsEventMgr::getInstance() {
+  static CurrentEventStore instance;
+  return instance;
+}

@@ -1,0 +1,148 @@
+// printf's formats, expanded the same way on every machine: addresses as 0x0 and NaNs without a
+// sign. Each conversion is handed to the C library by itself.
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+#include "host/LogSink.h"
+
+namespace host {
+namespace {
+
+template <typename T>
+std::string printed(const std::string& conversion, T value) {
+  const int length = std::snprintf(nullptr, 0, conversion.c_str(), value);
+  if (length <= 0) return {};
+  std::string text(static_cast<std::size_t>(length) + 1, '\0');
+  std::snprintf(text.data(), text.size(), conversion.c_str(), value);
+  text.pop_back();
+  return text;
+}
+
+/// One conversion of a format: "%-5lld" has the flags and sizes "-5", the length "ll", the kind
+/// 'd'.
+struct Conversion {
+  std::string flags;
+  std::string length;
+  char kind = '\0';
+
+  [[nodiscard]] std::string as(const char* lengthAndKind) const {
+    return "%" + flags + lengthAndKind;
+  }
+  [[nodiscard]] std::string asWidest() const { return "%" + flags + "j" + kind; }
+};
+
+/// Reads the conversion behind a '%'; moves `at` past it. Stars take their number from `arguments`.
+Conversion readConversion(const char*& at, std::va_list& arguments) {
+  Conversion conversion;
+  for (; *at != '\0' && std::strchr("-+ #0123456789.*'", *at) != nullptr; ++at) {
+    if (*at == '*') {
+      conversion.flags += std::to_string(va_arg(arguments, int));
+    } else {
+      conversion.flags += *at;
+    }
+  }
+  for (; *at != '\0' && std::strchr("hlLjzt", *at) != nullptr; ++at) conversion.length += *at;
+  if (*at != '\0') conversion.kind = *at++;
+  return conversion;
+}
+
+std::string expandSigned(const Conversion& conversion, std::va_list& arguments) {
+  std::intmax_t value = 0;
+  if (conversion.length == "l") {
+    value = va_arg(arguments, long);
+  } else if (conversion.length == "ll") {
+    value = va_arg(arguments, long long);
+  } else if (conversion.length == "j") {
+    value = va_arg(arguments, std::intmax_t);
+  } else if (conversion.length == "z" || conversion.length == "t") {
+    value = va_arg(arguments, std::ptrdiff_t);
+  } else {
+    value = va_arg(arguments, int);
+    if (conversion.length == "h") value = static_cast<short>(value);
+    if (conversion.length == "hh") value = static_cast<signed char>(value);
+  }
+  return printed(conversion.asWidest(), value);
+}
+
+std::string expandUnsigned(const Conversion& conversion, std::va_list& arguments) {
+  std::uintmax_t value = 0;
+  if (conversion.length == "l") {
+    value = va_arg(arguments, unsigned long);
+  } else if (conversion.length == "ll") {
+    value = va_arg(arguments, unsigned long long);
+  } else if (conversion.length == "j") {
+    value = va_arg(arguments, std::uintmax_t);
+  } else if (conversion.length == "z" || conversion.length == "t") {
+    value = va_arg(arguments, std::size_t);
+  } else {
+    value = va_arg(arguments, unsigned int);
+    if (conversion.length == "h") value = static_cast<unsigned short>(value);
+    if (conversion.length == "hh") value = static_cast<unsigned char>(value);
+  }
+  return printed(conversion.asWidest(), value);
+}
+
+std::string expandFloat(const Conversion& conversion, std::va_list& arguments) {
+  const double value = conversion.length == "L"
+                           ? static_cast<double>(va_arg(arguments, long double))
+                           : va_arg(arguments, double);
+  const char kind[] = {conversion.kind, '\0'};
+  return printed(conversion.as(kind), std::isnan(value) ? std::abs(value) : value);
+}
+
+std::string expandText(const Conversion& conversion, std::va_list& arguments) {
+  const char* text = va_arg(arguments, const char*);
+  return printed(conversion.as("s"), text != nullptr ? text : "(null)");
+}
+
+std::string expand(const Conversion& conversion, std::va_list& arguments) {
+  switch (conversion.kind) {
+    case 'd':
+    case 'i': return expandSigned(conversion, arguments);
+    case 'u':
+    case 'o':
+    case 'x':
+    case 'X': return expandUnsigned(conversion, arguments);
+    case 'e':
+    case 'E':
+    case 'f':
+    case 'F':
+    case 'g':
+    case 'G':
+    case 'a':
+    case 'A': return expandFloat(conversion, arguments);
+    case 'c': return printed(conversion.as("c"), va_arg(arguments, int));
+    case 's': return expandText(conversion, arguments);
+    case 'p': va_arg(arguments, const void*); return printed(conversion.as("s"), "0x0");
+    case '%': return "%";
+    default: {  // not a conversion: as it stands
+      std::string text = conversion.as(conversion.length.c_str());
+      if (conversion.kind != '\0') text += conversion.kind;
+      return text;
+    }
+  }
+}
+
+}  // namespace
+
+std::string expandFormat(const char* format, std::va_list arguments) {
+  std::va_list rest;
+  va_copy(rest, arguments);
+  std::string text;
+  for (const char* at = format; *at != '\0';) {
+    if (*at != '%') {
+      text += *at++;
+      continue;
+    }
+    ++at;
+    text += expand(readConversion(at, rest), rest);
+  }
+  va_end(rest);
+  return text;
+}
+
+}  // namespace host

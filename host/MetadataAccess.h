@@ -1,0 +1,31 @@
+// What the host's own tools may see of a metadata container beyond the platform's operations: the
+// item types, and every entry it holds.
+
+#pragma once
+
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "platform/IMetadata.h"
+
+namespace host {
+
+/// All items of an entry in their own type.
+using ItemList =
+    std::variant<std::vector<std::int32_t>, std::vector<std::int64_t>, std::vector<std::uint8_t>,
+                 std::vector<float>, std::vector<NSCam::MRect>, std::vector<NSCam::MRational>>;
+
+struct MetadataAccess {
+  /// The entries that hold an item, ordered by tag. The pointers hold until the container changes.
+  static std::vector<const NSCam::IMetadata::IEntry*> entriesByTag(
+      const NSCam::IMetadata& metadata);
+
+  /// The items of an entry; an empty entry gives an empty list of int32.
+  static ItemList itemsOf(const NSCam::IMetadata::IEntry& entry);
+};
+
+/// The word for an item list's type: "int32", "int64", "uint8", "float", "rect" or "rational".
+std::string_view typeName(const ItemList& items);
+
+}  // namespace host

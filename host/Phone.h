@@ -1,0 +1,49 @@
+// The simulated phone behind `platform/`.
+//
+//   host::Phone phone;
+//   phone.properties.set("ro.product.model.zdm", "KX0107");
+//   phone.config.devices[0].statics = ...;
+//
+// From its construction to its end it is the phone that the library runs on; then everything that
+// was set on it is gone. Outside any Phone the library runs on a bare one, with nothing set and the
+// log closed.
+//
+// Threads: properties, event store, effects and log records may be used from any thread while hooks
+// run. `config` is filled before.
+
+#pragma once
+
+#include "host/Effects.h"
+#include "host/LogSink.h"
+#include "host/PhoneConfig.h"
+#include "host/TextStore.h"
+
+namespace host {
+
+class Phone {
+ public:
+  /// Every log level is open, effects and records are kept. A process has one phone at a time; a
+  /// second one throws std::logic_error.
+  explicit Phone(PhoneConfig config = {});
+  ~Phone();
+  Phone(const Phone&) = delete;
+  Phone& operator=(const Phone&) = delete;
+
+  /// The phone that the library runs on.
+  static Phone& current();
+
+  PhoneConfig config;  // its `properties` and `eventStore` have moved into the stores below
+  TextStore properties;
+  TextStore eventStore;
+  EffectRecorder effects;
+  LogSink log;
+
+ private:
+  enum class Kind { simulated, bare };
+
+  Phone(PhoneConfig config, Kind kind);
+
+  Kind mKind;
+};
+
+}  // namespace host

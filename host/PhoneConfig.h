@@ -1,0 +1,97 @@
+// What a simulated phone is made of before anything runs on it. The defaults describe a phone on
+// which nothing is set, as in the tables of docs/scenarios.md.
+
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <ctime>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Geometry.h"
+#include "platform/IMetadata.h"
+
+namespace host {
+
+using TextMap = std::map<std::string, std::string, std::less<>>;
+
+struct Hal3AConfig {
+  bool available = true;
+  float shadingBase = 1.0F;
+};
+
+struct FaceConfig {
+  NSCam::MRect rect;
+  std::int32_t score = 0;
+};
+
+/// The sensor driver's object of a device, with its phase-detection block.
+struct SensorConfig {
+  using Pair = std::array<std::int32_t, 2>;
+
+  std::int32_t index = 0;
+  std::int32_t pdSupported = 0;
+  std::array<std::int32_t, 5> pdWords{};
+  std::array<Pair, 16> pdLeft{};
+  std::array<Pair, 16> pdRight{};
+  std::array<std::int32_t, 2> pdTail{};
+};
+
+struct DeviceConfig {
+  bool hasProvider = true;
+  NSCam::IMetadata statics;
+  Hal3AConfig hal3A;
+  bool hasDefaultShading = true;
+  NSCam::IMetadata defaultShading;
+  std::vector<FaceConfig> faces;
+  std::optional<SensorConfig> sensor;
+};
+
+/// The multi-camera zoom-transition library.
+struct SatConfig {
+  struct Camera {
+    std::int32_t id = 0;
+    std::int32_t role = 0;
+    float fov = 0.0F;
+  };
+  struct Translation {
+    std::int32_t scale = 1;
+    std::int32_t dx = 0;
+    std::int32_t dy = 0;
+  };
+
+  std::vector<Camera> cameras;
+  std::optional<std::int32_t> configured;  // absent: the number of cameras
+  std::int32_t defaultRole = 0;
+  Translation translate;
+};
+
+struct ProviderConfig {
+  std::int32_t fpsCap = 0;
+};
+
+struct TuningBufferConfig {
+  std::optional<std::int32_t> fd;
+  std::optional<std::int32_t> bufferSize;
+  std::optional<std::int32_t> bufferIndex;
+};
+
+struct PhoneConfig {
+  TextMap properties;
+  TextMap eventStore;
+  std::map<std::int32_t, DeviceConfig> devices;
+  bool sensorList = true;
+  SatConfig sat;
+  std::optional<ProviderConfig> provider;
+  std::optional<TuningBufferConfig> tuningBuffer;
+  std::optional<std::tm> clock;  // absent: the wall clock
+
+  /// The device's configuration; that of a device without provider where it is not listed.
+  [[nodiscard]] const DeviceConfig& deviceOrDefault(std::int32_t id) const;
+};
+
+}  // namespace host

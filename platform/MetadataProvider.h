@@ -1,0 +1,27 @@
+// Static characteristics of the devices.
+
+#pragma once
+
+#include <cstdint>
+
+#include "platform/IMetadata.h"
+
+namespace NSCam {
+
+/// Holds what never changes about one device.
+class IMetadataProvider {
+ public:
+  virtual ~IMetadataProvider() = default;
+
+  /// The vendor-side static metadata of the device. Lives as long as the provider.
+  [[nodiscard]] virtual const IMetadata& getStaticCharacteristics() const = 0;
+};
+
+namespace NSMetadataProviderManager {
+
+/// The provider of a device, null where the device has none. The caller does not own it. Any
+/// thread.
+IMetadataProvider* valueForByDeviceId(std::int32_t deviceId);
+
+}  // namespace NSMetadataProviderManager
+}  // namespace NSCam

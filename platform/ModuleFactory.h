@@ -1,0 +1,16 @@
+// The HAL's modules by number.
+
+#pragma once
+
+#include <cstdint>
+
+namespace NSCam {
+
+/// The 3A module; the factory yields an `NS3Av3::Hal3ACreator`.
+inline constexpr std::uint32_t kModule3A = 0x10001;
+
+/// The entry function of a module, of the type that the module's constant above names; null where
+/// there is no such module. Any thread.
+void* getMtkcamModuleFactory(std::uint32_t module);
+
+}  // namespace NSCam

@@ -1,0 +1,22 @@
+#include "tests/support/AllocationCounter.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<std::size_t> sAllocations = 0;
+
+}  // namespace
+
+std::size_t allocationCount() { return sAllocations; }
+
+void* operator new(std::size_t size) {
+  ++sAllocations;
+  if (void* block = std::malloc(size)) return block;
+  throw std::bad_alloc();
+}
+
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }

@@ -1,0 +1,152 @@
+#include "tools/camhook/Json.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <ostream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tools/camhook/InputError.h"
+
+namespace camhook {
+namespace {
+
+constexpr std::size_t kLineWidth = 100;
+constexpr std::size_t kIndentStep = 2;
+
+/// Notices a key that stands twice in one object, which the parser itself would let the last one
+/// win.
+class DuplicateKeys {
+ public:
+  void onEvent(Json::parse_event_t event, const Json& parsed) {
+    switch (event) {
+      case Json::parse_event_t::object_start: mOpen.emplace_back(); break;
+      case Json::parse_event_t::key: onKey(parsed.get_ref<const std::string&>()); break;
+      case Json::parse_event_t::array_start: mOpen.emplace_back().isArray = true; break;
+      case Json::parse_event_t::object_end:
+      case Json::parse_event_t::array_end:
+        mOpen.pop_back();
+        countItem();
+        break;
+      case Json::parse_event_t::value: countItem(); break;
+    }
+  }
+
+ private:
+  struct Level {
+    bool isArray = false;
+    std::size_t index = 0;
+    std::string key;
+    std::set<std::string> keys;
+  };
+
+  void countItem() {
+    if (!mOpen.empty() && mOpen.back().isArray) ++mOpen.back().index;
+  }
+
+  void onKey(const std::string& key) {
+    mOpen.back().key = key;
+    if (!mOpen.back().keys.insert(key).second) fail(0, Place());
+  }
+
+  [[noreturn]] void fail(std::size_t level, const Place& place) const {
+    if (level == mOpen.size()) place.fail("given twice");
+    const Level& at = mOpen[level];
+    fail(level + 1, at.isArray ? place[at.index] : place[at.key]);
+  }
+
+  std::vector<Level> mOpen;
+};
+
+std::string lineAndColumn(std::string_view text, std::size_t byte) {
+  const std::string_view before = text.substr(0, std::min(text.size(), byte > 0 ? byte - 1 : 0));
+  const auto line = 1 + std::ranges::count(before, '\n');
+  const std::size_t newline = before.rfind('\n');
+  const std::size_t column =
+      newline == std::string_view::npos ? before.size() + 1 : before.size() - newline;
+  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
+std::string onOneLine(const Json& value) {
+  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+/// As `dump` has it, with a space behind every comma and colon.
+std::string spaced(const Json& value) {
+  if (!value.is_structured()) return onOneLine(value);
+  std::string text(1, value.is_object() ? '{' : '[');
+  for (auto item = value.begin(); item != value.end(); ++item) {
+    if (item != value.begin()) text += ", ";
+    if (value.is_object()) text += onOneLine(item.key()) + ": ";
+    text += spaced(item.value());
+    if (text.size() > kLineWidth) return text;  // too long already
+  }
+  text += value.is_object() ? '}' : ']';
+  return text;
+}
+
+void writeBroken(std::ostream& out, const Json& value, std::size_t indent) {
+  const std::string margin(indent + kIndentStep, ' ');
+  out << (value.is_object() ? "{" : "[");
+  for (auto item = value.begin(); item != value.end(); ++item) {
+    out << (item != value.begin() ? ",\n" : "\n") << margin;
+    if (value.is_object()) out << onOneLine(item.key()) << ": ";
+    writeJson(out, item.value(), indent + kIndentStep);
+  }
+  out << '\n' << std::string(indent, ' ') << (value.is_object() ? '}' : ']');
+}
+
+}  // namespace
+
+Json parseJson(std::string_view text) {
+  DuplicateKeys duplicates;
+  try {
+    return Json::parse(text, [&](int /*depth*/, Json::parse_event_t event, Json& parsed) {
+      duplicates.onEvent(event, parsed);
+      return true;
+    });
+  } catch (const Json::parse_error& error) {
+    // The parser's text names its own error number and position first; what is wrong stands last.
+    const std::string_view problem = error.what();
+    const std::size_t at = problem.find(": ");
+    throw InputError(lineAndColumn(text, error.byte) + ": not JSON: " +
+                     std::string(problem.substr(at == std::string_view::npos ? 0 : at + 2)));
+  } catch (const Json::out_of_range& error) {
+    const std::string_view problem = error.what();
+    throw InputError("not JSON: " + std::string(problem.substr(problem.find("] ") + 2)));
+  }
+}
+
+void writeJson(std::ostream& out, const Json& value, std::size_t indent) {
+  const std::string line = spaced(value);
+  if (!value.is_structured() || value.empty() || indent + line.size() < kLineWidth) {
+    out << line;
+  } else {
+    writeBroken(out, value, indent);
+  }
+}
+
+Json jsonFromFloat(float value) {
+  if (std::isnan(value)) return "nan";
+  if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
+  std::array<char, 32> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+  double shortest = 0;
+  std::from_chars(digits.data(), end, shortest);
+  return shortest;
+}
+
+std::string jsonText(std::string_view text) { return onOneLine(Json(text)); }
+
+std::string hexadecimal(std::uint32_t value) {
+  std::array<char, 8> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
+  const std::string text(digits.data(), end);
+  return "0x" + std::string(digits.size() - text.size(), '0') + text;
+}
+
+}  // namespace camhook

@@ -1,0 +1,34 @@
+// JSON documents in and out.
+
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+namespace camhook {
+
+/// Objects keep the order of their keys.
+using Json = nlohmann::ordered_json;
+
+/// Parses a document. Throws InputError, with line and column, or with the place of a key that an
+/// object has twice.
+Json parseJson(std::string_view text);
+
+/// Writes a value so that people can read it: what fits stands on one line, what does not is broken
+/// into its members. `indent` is the column at which the value begins.
+void writeJson(std::ostream& out, const Json& value, std::size_t indent = 0);
+
+/// A float as the shortest number that reads back as the same float; "nan", "inf" and "-inf" are
+/// texts.
+Json jsonFromFloat(float value);
+
+/// A text in JSON's quotes, for messages.
+std::string jsonText(std::string_view text);
+
+/// 32 bits as "0x0001000d".
+std::string hexadecimal(std::uint32_t value);
+
+}  // namespace camhook

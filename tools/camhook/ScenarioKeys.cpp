@@ -1,0 +1,79 @@
+#include "tools/camhook/ScenarioKeys.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <string>
+
+namespace camhook {
+namespace {
+
+using Keys = std::string_view;
+
+constexpr Keys kScenario[] = {"platform", "calls"};
+constexpr Keys kPlatform[] = {"properties", "eventStore", "devices",      "sensorList",
+                              "sat",        "provider",   "tuningBuffer", "clock"};
+constexpr Keys kDevice[] = {"static", "hal3a", "defaultShading", "faces", "sensor"};
+constexpr Keys kHal3A[] = {"available", "shadingBase"};
+constexpr Keys kFace[] = {"rect", "score"};
+constexpr Keys kSensor[] = {"index", "pdSupported", "pdWords", "pdLeft", "pdRight", "pdTail"};
+constexpr Keys kSat[] = {"cameras", "configured", "defaultRole", "translate"};
+constexpr Keys kSatCamera[] = {"id", "role", "fov"};
+constexpr Keys kSatTranslate[] = {"scale", "dx", "dy"};
+constexpr Keys kProvider[] = {"fpsCap"};
+constexpr Keys kTuningBuffer[] = {"fd", "bufferSize", "bufferIndex"};
+
+constexpr ObjectKeys kObjects[] = {
+    {"scenario", kScenario},
+    {"platform", kPlatform},
+    {"device", kDevice},
+    {"hal3a", kHal3A},
+    {"face", kFace},
+    {"sensor", kSensor},
+    {"sat", kSat},
+    {"satCamera", kSatCamera},
+    {"satTranslate", kSatTranslate},
+    {"provider", kProvider},
+    {"tuningBuffer", kTuningBuffer},
+};
+
+constexpr Keys kCreateInstance[] = {"sensor"};
+constexpr Keys kUpdateRequestMeta[] = {"sensor", "requestNo", "meta"};
+constexpr Keys kSetEvent[] = {"key", "value"};
+constexpr Keys kSetProperty[] = {"name", "value"};
+
+constexpr ObjectKeys kCalls[] = {
+    {"createInstance", kCreateInstance},
+    {"updateRequestMeta", kUpdateRequestMeta},
+    {"setEvent", kSetEvent},
+    {"setProperty", kSetProperty},
+};
+
+constexpr std::string_view kFutureCalls[] = {
+    "updateSessionParams",  "updateResultMeta", "updateCaptureRawParameter",    "updateTuningData",
+    "setPreviewSize",       "matchAspectRatio", "translateResultRegionForHesk", "dumpMetadata",
+    "decideSensorScenario",
+};
+
+}  // namespace
+
+std::span<const ObjectKeys> scenarioObjects() { return kObjects; }
+
+std::span<const ObjectKeys> scenarioCalls() { return kCalls; }
+
+std::span<const std::string_view> keysOf(std::string_view object) {
+  const auto* found = std::ranges::find(kObjects, object, &ObjectKeys::object);
+  if (found == std::end(kObjects)) throw std::logic_error("no object " + std::string(object));
+  return found->keys;
+}
+
+const ObjectKeys* findCall(std::string_view name) {
+  const auto* found = std::ranges::find(kCalls, name, &ObjectKeys::object);
+  return found != std::end(kCalls) ? found : nullptr;
+}
+
+bool isFutureCall(std::string_view name) {
+  return std::ranges::find(kFutureCalls, name) != std::end(kFutureCalls);
+}
+
+}  // namespace camhook

@@ -1,0 +1,71 @@
+#include "tools/camhook/ScenarioReader.h"
+
+#include <string>
+#include <vector>
+
+#include "tools/camhook/InputError.h"
+#include "tools/camhook/Json.h"
+#include "tools/camhook/ObjectReader.h"
+#include "tools/camhook/PlatformReader.h"
+#include "tools/camhook/ScenarioKeys.h"
+
+namespace camhook {
+namespace {
+
+Call callFromArguments(std::string_view name, const ObjectReader& reader) {
+  if (name == CreateInstance::kName) {
+    return CreateInstance{.sensor = reader.required<std::int32_t>("sensor")};
+  }
+  if (name == UpdateRequestMeta::kName) {
+    return UpdateRequestMeta{.sensor = reader.required<std::int32_t>("sensor"),
+                             .requestNo = reader.required<std::uint32_t>("requestNo"),
+                             .meta = reader.required<MetadataArgument>("meta")};
+  }
+  if (name == SetEvent::kName) {
+    return SetEvent{.key = reader.required<std::string>("key"),
+                    .value = reader.required<std::string>("value")};
+  }
+  return SetProperty{.name = reader.required<std::string>("name"),
+                     .value = reader.required<std::string>("value")};
+}
+
+Call callFromJson(const Json& json, const Place& place) {
+  if (!json.is_object()) place.fail("must be an object");
+  const Place namePlace = place["call"];
+  const auto nameMember = json.find("call");
+  if (nameMember == json.end()) namePlace.fail("missing");
+  if (!nameMember->is_string()) namePlace.fail("must be a text");
+
+  const auto& name = nameMember->get_ref<const std::string&>();
+  const ObjectKeys* call = findCall(name);
+  if (call == nullptr) {
+    namePlace.fail(isFutureCall(name)
+                       ? jsonText(name) + " is not in this version of the library yet"
+                       : "unknown call " + jsonText(name));
+  }
+  std::vector<std::string_view> keys(call->keys.begin(), call->keys.end());
+  keys.emplace_back("call");
+  return callFromArguments(name, ObjectReader(json, place, keys));
+}
+
+}  // namespace
+
+Scenario readScenario(std::string_view text) {
+  const Json json = parseJson(text);
+  const Place root;
+  const ObjectReader reader(json, root, keysOf("scenario"));
+  Scenario scenario;
+  reader.ifPresent("platform", [&](const Json& platform, const Place& place) {
+    scenario.platform = platformFromJson(platform, place);
+  });
+  const Json& calls = reader.at("calls");
+  const Place callsPlace = root["calls"];
+  if (!calls.is_array()) callsPlace.fail("must be a list");
+  scenario.calls.reserve(calls.size());
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    scenario.calls.push_back(callFromJson(calls[i], callsPlace[i]));
+  }
+  return scenario;
+}
+
+}  // namespace camhook

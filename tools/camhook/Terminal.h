@@ -1,0 +1,71 @@
+// What is different when a person looks on: colour, aligned columns, progress.
+
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace camhook {
+
+/// Colours texts, or leaves them as they are.
+class Style {
+ public:
+  explicit Style(bool colour) : mColour(colour) {}
+
+  /// Coloured where standard output is a terminal and the environment does not set NO_COLOR.
+  static Style forStandardOutput();
+
+  [[nodiscard]] std::string title(std::string_view text) const { return dress(text, "1"); }
+  [[nodiscard]] std::string heading(std::string_view text) const { return dress(text, "36"); }
+  [[nodiscard]] std::string faint(std::string_view text) const { return dress(text, "2"); }
+  [[nodiscard]] std::string fresh(std::string_view text) const { return dress(text, "32"); }
+  [[nodiscard]] std::string alarming(std::string_view text) const { return dress(text, "31"); }
+
+ private:
+  [[nodiscard]] std::string dress(std::string_view text, std::string_view code) const;
+
+  bool mColour;
+};
+
+/// Rows of cells that line up; the last cell of a row is not padded.
+class Columns {
+ public:
+  void add(std::vector<std::string> row) { mRows.push_back(std::move(row)); }
+  [[nodiscard]] bool isEmpty() const { return mRows.empty(); }
+
+  /// Writes the rows behind a margin of `indent` blanks.
+  void write(std::ostream& out, std::size_t indent) const;
+
+ private:
+  std::vector<std::vector<std::string>> mRows;
+};
+
+/// The columns that a text takes on a terminal: code points, without colour codes.
+std::size_t displayWidth(std::string_view text);
+
+/// One line on a terminal's standard error that tells how far a long run is. Shows from a moment
+/// after the start, and only where standard output is not the same person's terminal.
+class ProgressLine {
+ public:
+  explicit ProgressLine(std::size_t total);
+  ~ProgressLine();
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+
+  void advance(std::size_t done);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  std::size_t mTotal;
+  bool mEnabled;
+  bool mShown = false;
+  Clock::time_point mNext;
+};
+
+}  // namespace camhook

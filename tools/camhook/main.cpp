@@ -1,0 +1,172 @@
+// The command line of camhook.
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "tools/camhook/InputError.h"
+#include "tools/camhook/JsonTrace.h"
+#include "tools/camhook/Replay.h"
+#include "tools/camhook/ScenarioReader.h"
+#include "tools/camhook/TagsCommand.h"
+#include "tools/camhook/Terminal.h"
+#include "tools/camhook/TextTrace.h"
+
+namespace {
+
+using namespace camhook;
+
+constexpr int kInputRefused = 2;
+
+struct ReplayOptions {
+  std::string file;
+  bool json = false;
+  std::string logs;
+  std::string dataRoot;
+};
+
+struct TagsOptions {
+  std::string filter;
+  bool json = false;
+  bool markdown = false;
+};
+
+/// The content of a file, of standard input for "-". Throws InputError.
+std::string readInput(const std::string& file) {
+  std::ostringstream text;
+  if (file == "-") {
+    text << std::cin.rdbuf();
+    return text.str();
+  }
+  if (std::filesystem::is_directory(file)) throw InputError("is a folder");
+  const std::ifstream in(file, std::ios::binary);
+  if (!in) throw InputError(std::string("cannot be read: ") + std::strerror(errno));
+  text << in.rdbuf();
+  return text.str();
+}
+
+/// Makes the phone's data folder below the host's root folder. Throws InputError.
+void prepareDataRoot(const std::string& root) {
+  if (root.empty()) return;
+  std::error_code error;
+  std::filesystem::create_directories(std::filesystem::path(root) / "data/vendor/camera", error);
+  if (error) throw InputError("--data-root " + root + ": " + error.message());
+}
+
+TextTrace::Records recordsFromName(const std::string& level) {
+  if (level == "debug") return TextTrace::Records::debug;
+  if (level == "info") return TextTrace::Records::info;
+  if (level == "error") return TextTrace::Records::error;
+  return TextTrace::Records::none;
+}
+
+Scenario readScenarioFile(const std::string& file) {
+  try {
+    return readScenario(readInput(file));
+  } catch (const InputError& error) {
+    throw InputError((file == "-" ? "standard input" : file) + ": " + error.what());
+  }
+}
+
+int replay(const ReplayOptions& options) {
+  Scenario scenario = readScenarioFile(options.file);
+  prepareDataRoot(options.dataRoot);
+
+  std::unique_ptr<TraceWriter> writer;
+  if (options.json) {
+    writer = std::make_unique<JsonTrace>(std::cout);
+  } else {
+    writer = std::make_unique<TextTrace>(std::cout, Style::forStandardOutput(),
+                                         recordsFromName(options.logs), scenario.calls.size());
+  }
+  Replay run(std::move(scenario.platform));
+  ProgressLine progress(scenario.calls.size());
+  std::size_t done = 0;
+  for (const Call& call : scenario.calls) {
+    writer->write(run.run(call));
+    progress.advance(++done);
+  }
+  writer->finish(run.phone().eventStore.all());
+  return 0;
+}
+
+int tags(const TagsOptions& options) {
+  TagsFormat format = TagsFormat::text;
+  if (options.json) format = TagsFormat::json;
+  if (options.markdown) format = TagsFormat::markdown;
+  listTags(std::cout, options.filter, format, Style::forStandardOutput());
+  return 0;
+}
+
+void addReplay(CLI::App& app, ReplayOptions& options) {
+  CLI::App* command = app.add_subcommand("replay", "Run a scenario and show what each hook did");
+  command->add_option("FILE", options.file, "The scenario; - reads it from standard input")
+      ->required();
+  command->add_flag("--json", options.json, "Write the trace as JSON");
+  command->add_option("--logs", options.logs, "Show log records of this level and above")
+      ->check(CLI::IsMember({"debug", "info", "error"}))
+      ->type_name("LEVEL");
+  command
+      ->add_option("--data-root", options.dataRoot,
+                   "Folder that stands for the root of the phone's file system")
+      ->type_name("DIR");
+  command->footer("Example:\n  camhook replay scenarios/still_burst.json --logs info");
+}
+
+void addTags(CLI::App& app, TagsOptions& options) {
+  CLI::App* command = app.add_subcommand("tags", "List the metadata tags");
+  command->add_option("TEXT", options.filter, "A part of the name, or the value (0x0001000d)");
+  CLI::Option* json = command->add_flag("--json", options.json, "Write the list as JSON");
+  command->add_flag("--markdown", options.markdown, "Write the list as a page of Markdown")
+      ->excludes(json);
+  command->footer("Example:\n  camhook tags frame_count");
+}
+
+int run(int argc, char** argv) {
+  ReplayOptions replayOptions;
+  TagsOptions tagsOptions;
+  CLI::App app("Replays scenarios through the camera hooks and shows what each hook did.",
+               "camhook");
+  app.set_version_flag("--version", "camhook " CAMHOOK_VERSION);
+  app.require_subcommand(1);
+  app.footer(
+      "Example:\n  camhook replay scenarios/still_burst.json\n\n"
+      "camhook COMMAND --help tells about a command.");
+  addReplay(app, replayOptions);
+  addTags(app, tagsOptions);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& request) {  // --help, --version
+    return app.exit(request);
+  } catch (const CLI::ParseError& error) {
+    throw InputError(error.what());
+  }
+  return app.got_subcommand("replay") ? replay(replayOptions) : tags(tagsOptions);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::ios::sync_with_stdio(false);
+  try {
+    const int status = run(argc, argv);
+    std::cout.flush();
+    if (status == 0 && !std::cout) {
+      std::cerr << "camhook: the output could not be written\n";
+      return 1;
+    }
+    return status;
+  } catch (const InputError& error) {
+    std::cerr << "camhook: " << error.what() << '\n';
+    return kInputRefused;
+  }
+}
