@@ -29,10 +29,9 @@ struct Conversion {
   std::string length;
   char kind = '\0';
 
-  [[nodiscard]] std::string as(const char* lengthAndKind) const {
+  [[nodiscard]] std::string as(const std::string& lengthAndKind) const {
     return "%" + flags + lengthAndKind;
   }
-  [[nodiscard]] std::string asWidest() const { return "%" + flags + "j" + kind; }
 };
 
 /// Reads the conversion behind a '%'; moves `at` past it. Stars take their number from `arguments`.
@@ -50,48 +49,20 @@ Conversion readConversion(const char*& at, std::va_list& arguments) {
   return conversion;
 }
 
-std::string expandSigned(const Conversion& conversion, std::va_list& arguments) {
-  std::intmax_t value = 0;
-  if (conversion.length == "l") {
-    value = va_arg(arguments, long);
-  } else if (conversion.length == "ll") {
-    value = va_arg(arguments, long long);
-  } else if (conversion.length == "j") {
-    value = va_arg(arguments, std::intmax_t);
-  } else if (conversion.length == "z" || conversion.length == "t") {
-    value = va_arg(arguments, std::ptrdiff_t);
-  } else {
-    value = va_arg(arguments, int);
-    if (conversion.length == "h") value = static_cast<short>(value);
-    if (conversion.length == "hh") value = static_cast<signed char>(value);
+std::string expandInteger(const Conversion& conversion, std::va_list& arguments) {
+  // Of the lengths only h and hh, and none, are passed as an int.
+  static_assert(sizeof(long) == sizeof(std::intmax_t) && sizeof(long long) == sizeof(long));
+  if (conversion.length.empty() || conversion.length.front() == 'h') {
+    return printed(conversion.as(conversion.length + conversion.kind), va_arg(arguments, int));
   }
-  return printed(conversion.asWidest(), value);
-}
-
-std::string expandUnsigned(const Conversion& conversion, std::va_list& arguments) {
-  std::uintmax_t value = 0;
-  if (conversion.length == "l") {
-    value = va_arg(arguments, unsigned long);
-  } else if (conversion.length == "ll") {
-    value = va_arg(arguments, unsigned long long);
-  } else if (conversion.length == "j") {
-    value = va_arg(arguments, std::uintmax_t);
-  } else if (conversion.length == "z" || conversion.length == "t") {
-    value = va_arg(arguments, std::size_t);
-  } else {
-    value = va_arg(arguments, unsigned int);
-    if (conversion.length == "h") value = static_cast<unsigned short>(value);
-    if (conversion.length == "hh") value = static_cast<unsigned char>(value);
-  }
-  return printed(conversion.asWidest(), value);
+  return printed(conversion.as({'j', conversion.kind}), va_arg(arguments, std::intmax_t));
 }
 
 std::string expandFloat(const Conversion& conversion, std::va_list& arguments) {
   const double value = conversion.length == "L"
                            ? static_cast<double>(va_arg(arguments, long double))
                            : va_arg(arguments, double);
-  const char kind[] = {conversion.kind, '\0'};
-  return printed(conversion.as(kind), std::isnan(value) ? std::abs(value) : value);
+  return printed(conversion.as({conversion.kind}), std::isnan(value) ? std::abs(value) : value);
 }
 
 std::string expandText(const Conversion& conversion, std::va_list& arguments) {
@@ -102,11 +73,11 @@ std::string expandText(const Conversion& conversion, std::va_list& arguments) {
 std::string expand(const Conversion& conversion, std::va_list& arguments) {
   switch (conversion.kind) {
     case 'd':
-    case 'i': return expandSigned(conversion, arguments);
+    case 'i':
     case 'u':
     case 'o':
     case 'x':
-    case 'X': return expandUnsigned(conversion, arguments);
+    case 'X': return expandInteger(conversion, arguments);
     case 'e':
     case 'E':
     case 'f':
@@ -120,7 +91,7 @@ std::string expand(const Conversion& conversion, std::va_list& arguments) {
     case 'p': va_arg(arguments, const void*); return printed(conversion.as("s"), "0x0");
     case '%': return "%";
     default: {  // not a conversion: as it stands
-      std::string text = conversion.as(conversion.length.c_str());
+      std::string text = conversion.as(conversion.length);
       if (conversion.kind != '\0') text += conversion.kind;
       return text;
     }

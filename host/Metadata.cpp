@@ -32,7 +32,7 @@ T load(const std::byte* from) {
 
 }  // namespace
 
-IMetadata::IEntry::IEntry(Tag_t tag) noexcept : mTag(tag), mItems{} {}
+IMetadata::IEntry::IEntry(Tag_t tag) noexcept : mTag(tag) {}
 
 IMetadata::IEntry::IEntry(const IEntry& other)
     : mTag(other.mTag), mCount(other.mCount), mType(other.mType) {

@@ -26,7 +26,7 @@ Phone::Phone(PhoneConfig phoneConfig) : Phone(std::move(phoneConfig), Kind::simu
   if (!sCurrent.compare_exchange_strong(none, this)) {
     throw std::logic_error("a process has one simulated phone at a time");
   }
-  log.openLevels({'D', 'E', 'I'});
+  LogSink::openLevels({'D', 'E', 'I'});
 }
 
 Phone::Phone(PhoneConfig phoneConfig, Kind kind)
@@ -37,7 +37,7 @@ Phone::Phone(PhoneConfig phoneConfig, Kind kind)
 
 Phone::~Phone() {
   if (mKind == Kind::bare || sCurrent != this) return;
-  log.openLevels({});
+  LogSink::openLevels({});
   sCurrent = nullptr;
 }
 

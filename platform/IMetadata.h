@@ -96,7 +96,7 @@ class IMetadata {
     union Items {
       alignas(8) std::byte inlined[kInlineBytes];
       std::byte* heap;
-    } mItems;
+    } mItems{};
   };
 
   /// The entry of `tag`, or an empty entry. The reference holds until the container changes.

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <ostream>
 #include <set>
 #include <string>
@@ -75,15 +76,15 @@ std::string onOneLine(const Json& value) {
   return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// As `dump` has it, with a space behind every comma and colon.
-std::string spaced(const Json& value) {
+/// A value on one line; cut short once it is longer than `most`.
+std::string spaced(const Json& value, std::size_t most) {
   if (!value.is_structured()) return onOneLine(value);
   std::string text(1, value.is_object() ? '{' : '[');
   for (auto item = value.begin(); item != value.end(); ++item) {
     if (item != value.begin()) text += ", ";
     if (value.is_object()) text += onOneLine(item.key()) + ": ";
-    text += spaced(item.value());
-    if (text.size() > kLineWidth) return text;  // too long already
+    text += spaced(item.value(), most);
+    if (text.size() > most) return text;
   }
   text += value.is_object() ? '}' : ']';
   return text;
@@ -122,7 +123,7 @@ Json parseJson(std::string_view text) {
 }
 
 void writeJson(std::ostream& out, const Json& value, std::size_t indent) {
-  const std::string line = spaced(value);
+  const std::string line = spaced(value, kLineWidth);
   if (!value.is_structured() || value.empty() || indent + line.size() < kLineWidth) {
     out << line;
   } else {
@@ -130,11 +131,15 @@ void writeJson(std::ostream& out, const Json& value, std::size_t indent) {
   }
 }
 
+std::string lineOfJson(const Json& value) {
+  return spaced(value, std::numeric_limits<std::size_t>::max());
+}
+
 Json jsonFromFloat(float value) {
   if (std::isnan(value)) return "nan";
   if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
   std::array<char, 32> digits{};
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+  auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
   double shortest = 0;
   std::from_chars(digits.data(), end, shortest);
   return shortest;
@@ -144,9 +149,10 @@ std::string jsonText(std::string_view text) { return onOneLine(Json(text)); }
 
 std::string hexadecimal(std::uint32_t value) {
   std::array<char, 8> digits{};
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
-  const std::string text(digits.data(), end);
-  return "0x" + std::string(digits.size() - text.size(), '0') + text;
+  const char* const end =
+      std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
+  const std::string_view text(digits.data(), static_cast<std::size_t>(end - digits.data()));
+  return ("0x" + std::string(digits.size() - text.size(), '0')).append(text);
 }
 
 }  // namespace camhook

@@ -21,6 +21,9 @@ Json parseJson(std::string_view text);
 /// into its members. `indent` is the column at which the value begins.
 void writeJson(std::ostream& out, const Json& value, std::size_t indent = 0);
 
+/// A value on one line, with a blank behind every comma and colon.
+std::string lineOfJson(const Json& value);
+
 /// A float as the shortest number that reads back as the same float; "nan", "inf" and "-inf" are
 /// texts.
 Json jsonFromFloat(float value);

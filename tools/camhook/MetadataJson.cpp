@@ -20,7 +20,7 @@ using NSCam::MRect;
 using NSCam::Type2Type;
 
 template <typename T>
-constexpr std::string_view kTypeName = "";
+constexpr std::string_view kTypeName;
 template <>
 constexpr std::string_view kTypeName<std::int32_t> = "int32";
 template <>
@@ -131,7 +131,7 @@ IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place
   } else if (json.is_array() && json.empty()) {
     return entry;
   } else if (info == nullptr) {
-    place.fail("the catalogue does not list this tag: give {\"type\": ..., \"items\": [...]}");
+    place.fail(R"(the catalogue does not list this tag: give {"type": ..., "items": [...]})");
   } else {
     pushItems(entry, info->type, json, place);
   }

@@ -19,7 +19,8 @@ bool holdsIgnoringCase(std::string_view text, std::string_view part) {
   const auto sameLetter = [](unsigned char left, unsigned char right) {
     return std::toupper(left) == std::toupper(right);
   };
-  return !std::ranges::search(text, part, sameLetter).empty() || part.empty();
+  return part.empty() ||
+         std::search(text.begin(), text.end(), part.begin(), part.end(), sameLetter) != text.end();
 }
 
 bool isValue(std::string_view text, std::uint32_t value) {
@@ -42,6 +43,7 @@ void writeText(std::ostream& out, const std::vector<TagInfo>& tags, Style style)
                  std::string(tag.type) + "[" + countText(tag) + "]", style.faint(tag.meaning)});
   }
   columns.write(out, 0);
+  if (columns.isEmpty()) out << "no tag matches\n";
 }
 
 void writeJsonList(std::ostream& out, const std::vector<TagInfo>& tags) {

@@ -19,7 +19,7 @@ constexpr const char* kAbsent = "absent";
 constexpr const char* kArrow = "\u2192";
 
 std::string itemText(const Json& item) {
-  return item.is_string() ? item.get<std::string>() : item.dump();
+  return item.is_string() ? item.get<std::string>() : lineOfJson(item);
 }
 
 /// "1", "[15, 60]", "[50, 48, ... 15 in all]".
@@ -87,7 +87,7 @@ void TextTrace::writeTitle(const CallTrace& trace) {
     title.append("  ").append(name).append(" ").append(itemText(value));
   }
   mOut << mStyle.title(title);
-  if (!trace.result.is_null()) mOut << "  " << kArrow << " " << trace.result.dump();
+  if (!trace.result.is_null()) mOut << "  " << kArrow << "  " << lineOfJson(trace.result);
   mOut << '\n';
 }
 
@@ -121,8 +121,8 @@ void TextTrace::writeState(const StateTrace& state) {
   for (const auto& [field, after] : state.after.items()) {
     const bool isFirst = state.before.is_null();
     if (!isFirst && state.before[field] == after) continue;
-    columns.add({field, mStyle.faint(isFirst ? "new" : state.before[field].dump()), kArrow,
-                 mStyle.fresh(after.dump())});
+    columns.add({field, mStyle.faint(isFirst ? "new" : lineOfJson(state.before[field])), kArrow,
+                 mStyle.fresh(lineOfJson(after))});
   }
   if (columns.isEmpty()) return;
   mOut << "  " << mStyle.heading("state") << '\n';

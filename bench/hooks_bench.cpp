@@ -1,0 +1,104 @@
+// The hooks as the pipeline calls them, on requests of 60 entries, and the log gate.
+//
+// Every hook row works on a request that it has worked on before, so that it times the hook and not
+// the container's growth.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+
+#include "common/HeskParameterUpdater.h"
+#include "common/log/Log.h"
+#include "common/tags/Metadata.h"
+#include "host/Phone.h"
+
+namespace {
+
+using namespace hesk;
+using NSCam::IMetadata;
+
+constexpr log::Source kSource{"HeskBench", "bench/hooks_bench.cpp"};
+constexpr log::Operation kOperation{kSource, "bench"};
+
+/// A phone of the maker's app, its effects not recorded and its log closed.
+struct QuietPhone {
+  QuietPhone() {
+    phone.eventStore.set("APP_TYPE", "heskCamera");
+    phone.eventStore.set("APP_NAME", "heskCamera");
+    phone.properties.set("ro.product.model.zdm", "KX0107");
+    phone.effects.setRecording(false);
+    host::LogSink::openLevels({});
+  }
+  host::Phone phone;
+};
+
+/// A request of 60 entries: what the app's preview sends, and tags that no hook looks at.
+IMetadata requestOf(std::uint8_t captureIntent) {
+  IMetadata request;
+  write(&request, tags::ANDROID_CONTROL_CAPTURE_INTENT, captureIntent);
+  write(&request, tags::ANDROID_CONTROL_ENABLE_ZSL, std::uint8_t{1});
+  write(&request, tags::ANDROID_FLASH_MODE, std::uint8_t{0});
+  write(&request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 15, 30);
+  write(&request, tags::COM_HESK_CURRENTUIMODULE, 31);
+  write(&request, tags::HESK_CONTROL_CURRENTMODE, std::int64_t{1});
+  write(&request, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 2.0F);
+  write(&request, tags::HESK_CONTROL_STREAM_FLAGS, 0, 1, 0);
+  for (std::uint32_t index = 0; index < 52; ++index) {
+    write(&request, Tag<std::int32_t>{0x00020000 + index}, 1);
+  }
+  return request;
+}
+
+void runHook(benchmark::State& state, IMetadata request) {
+  const QuietPhone quiet;
+  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
+  unsigned int requestNo = 0;
+  for ([[maybe_unused]] auto _ : state) updater->updateRequestMeta(&request, ++requestNo);
+}
+
+void previewRequest(benchmark::State& state) { runHook(state, requestOf(1)); }
+BENCHMARK(previewRequest);
+
+void stillCaptureRequest(benchmark::State& state) {
+  IMetadata request = requestOf(2);
+  write(&request, tags::HESK_CONTROL_HISFRAME, 4, 0);
+  runHook(state, std::move(request));
+}
+BENCHMARK(stillCaptureRequest);
+
+void copyOfARequest(benchmark::State& state) {
+  const IMetadata request = requestOf(1);
+  for ([[maybe_unused]] auto _ : state) {
+    IMetadata copied(request);
+    benchmark::DoNotOptimize(copied);
+  }
+}
+BENCHMARK(copyOfARequest);
+
+void closedLogGate(benchmark::State& state) {
+  const QuietPhone quiet;
+  int value = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(++value);
+    HESK_LOGD(kOperation, "value %d", value);
+    benchmark::ClobberMemory();
+  }
+}
+BENCHMARK(closedLogGate);
+
+/// What a closed gate cannot be faster than.
+[[gnu::noinline]] bool isByteSet(const unsigned char* byte) { return (*byte & 0x80U) != 0; }
+
+void callThatTestsOneByte(benchmark::State& state) {
+  const QuietPhone quiet;
+  const auto* byte = reinterpret_cast<const unsigned char*>(g_logInfoLv) + 6;
+  int value = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(++value);
+    benchmark::DoNotOptimize(isByteSet(byte));
+    benchmark::ClobberMemory();
+  }
+}
+BENCHMARK(callThatTestsOneByte);
+
+}  // namespace

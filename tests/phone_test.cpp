@@ -1,0 +1,76 @@
+// The simulated phone: properties, event store, effects, and that nothing outlives it.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "host/Phone.h"
+#include "platform/EventStore.h"
+#include "platform/Hal3A.h"
+#include "platform/MetadataProvider.h"
+#include "platform/ModuleFactory.h"
+#include "platform/Properties.h"
+
+namespace {
+
+std::string property(const char* name, const char* fallback) {
+  char value[PROPERTY_VALUE_MAX];
+  const int length = property_get(name, value, fallback);
+  EXPECT_EQ(std::string(value).size(), static_cast<std::size_t>(length));
+  return value;
+}
+
+TEST(PhoneProperties, GiveTheDefaultWhereNothingIsSet) {
+  host::Phone phone;
+  EXPECT_EQ(property("a", "default"), "default");
+  EXPECT_EQ(property("a", nullptr), "");
+  phone.properties.set("a", "");
+  EXPECT_EQ(property("a", "default"), "default");
+  phone.properties.set("a", "set");
+  EXPECT_EQ(property("a", "default"), "set");
+  phone.properties.set("a", std::string(500, 'x'));
+  EXPECT_EQ(property("a", "default"), std::string(91, 'x'));
+}
+
+TEST(PhoneEventStore, RecordsWhatTheLibrarySets) {
+  host::Phone phone;
+  phone.eventStore.set("APP_TYPE", "heskCamera");  // the camera app, not the library
+  auto& store = NSCam::ATMsEventMgr::getInstance();
+  std::string value = "old";
+  store.get("APP_NAME", value);
+  EXPECT_EQ(value, "");
+  store.set("APP_NAME", "Video");
+  store.get("APP_NAME", value);
+  EXPECT_EQ(value, "Video");
+  const std::vector<host::Effect> expected{
+      {"eventStore.set", {{"key", std::string("APP_NAME")}, {"value", std::string("Video")}}}};
+  EXPECT_EQ(phone.effects.take(), expected);
+  EXPECT_TRUE(phone.effects.take().empty());
+}
+
+TEST(Phone, LeavesNothingBehind) {
+  {
+    host::Phone phone;
+    phone.properties.set("a", "set");
+    phone.config.devices[0].hal3A.available = false;
+    EXPECT_NE(NSCam::NSMetadataProviderManager::valueForByDeviceId(0), nullptr);
+  }
+  EXPECT_EQ(g_logInfoLv[CAM_DEBUG_LEVEL_ERROR].flags & cam_log_info_t::kEnabled, 0U);
+  EXPECT_EQ(property("a", "default"), "default");  // on no phone at all
+  const host::Phone phone;
+  EXPECT_EQ(property("a", "default"), "default");
+  EXPECT_EQ(NSCam::NSMetadataProviderManager::valueForByDeviceId(0), nullptr);
+  const auto creator =
+      reinterpret_cast<NS3Av3::Hal3ACreator>(NSCam::getMtkcamModuleFactory(NSCam::kModule3A));
+  NS3Av3::IHal3A* hal3A = creator(0, "test");
+  ASSERT_NE(hal3A, nullptr);
+  hal3A->release("test");
+}
+
+TEST(Phone, IsTheOnlyOne) {
+  const host::Phone phone;
+  EXPECT_THROW(host::Phone(), std::logic_error);
+  EXPECT_EQ(&host::Phone::current(), &phone);
+}
+
+}  // namespace

@@ -1,0 +1,231 @@
+// Scenarios as they are read: values, and what is refused where.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/TestMetadata.h"
+#include "tools/camhook/InputError.h"
+#include "tools/camhook/ScenarioReader.h"
+
+namespace {
+
+using namespace camhook;
+
+/// What is wrong with a scenario; empty where nothing is.
+std::string problemOf(const std::string& scenario) {
+  try {
+    (void)readScenario(scenario);
+    return {};
+  } catch (const InputError& error) {
+    return error.what();
+  }
+}
+
+std::string problemOfMeta(const std::string& meta) {
+  return problemOf(
+      R"({"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": )" + meta +
+      "}]}");
+}
+
+std::string problemOfPlatform(const std::string& platform) {
+  return problemOf(R"({"platform": )" + platform + R"(, "calls": []})");
+}
+
+struct Row {
+  std::string input;
+  std::string problem;
+};
+
+TEST(ScenarioReader, NamesThePlaceOfWhatItRefuses) {
+  const Row rows[] = {
+      {"",
+       "line 1, column 1: not JSON: syntax error while parsing value - unexpected end of input; "
+       "expected '[', '{', or a literal"},
+      {"{\n  \"calls\": [,]}",
+       "line 2, column 13: not JSON: syntax error while parsing value - "
+       "unexpected ','; expected '[', '{', or a literal"},
+      {"[]", "must be an object"},
+      {"{}", "calls: missing"},
+      {R"({"calls": {}})", "calls: must be a list"},
+      {R"({"calls": [], "call": 1})", "call: unknown key"},
+      {R"({"calls": [], "calls": []})", "calls: given twice"},
+      {R"({"calls": [1, {"a": [2, {"b": 1, "b": 2}]}]})", "calls[1].a[1].b: given twice"},
+      {R"({"calls": [[], {"x": 1, "x": 2}]})", "calls[1].x: given twice"},
+      {R"({"calls": [7]})", "calls[0]: must be an object"},
+      {R"({"calls": [{}]})", "calls[0].call: missing"},
+      {R"({"calls": [{"call": 3}]})", "calls[0].call: must be a text"},
+      {R"({"calls": [{"call": "foo"}]})", R"(calls[0].call: unknown call "foo")"},
+      {R"({"calls": [{"call": "dumpMetadata"}]})",
+       R"(calls[0].call: "dumpMetadata" is not in this version of the library yet)"},
+      {R"({"calls": [{"call": "createInstance"}]})", "calls[0].sensor: missing"},
+      {R"({"calls": [{"call": "createInstance", "sensor": 1.5}]})",
+       "calls[0].sensor: must be an integer of int32, -2147483648 to 2147483647"},
+      {R"({"calls": [{"call": "createInstance", "sensor": 2147483648}]})",
+       "calls[0].sensor: must be an integer of int32, -2147483648 to 2147483647"},
+      {R"({"calls": [{"call": "createInstance", "sensor": 1e400}]})",
+       "not JSON: number overflow parsing '1e400'"},
+      {R"({"calls": [{"call": "createInstance", "sensor": 0, "meta": {}}]})",
+       "calls[0].meta: unknown key"},
+      {R"({"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": -1, "meta": {}}]})",
+       "calls[0].requestNo: must be an integer of uint32, 0 to 4294967295"},
+      {R"({"calls": [{"call": "setEvent", "key": "A", "value": 1}]})",
+       "calls[0].value: must be a text"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(problemOf(row.input), row.problem) << row.input;
+}
+
+TEST(ScenarioReader, NamesThePlaceInMetadata) {
+  const Row rows[] = {
+      {"7", "calls[0].meta: must be an object from tag to value"},
+      {R"({"HESK_CONTROL_FOO": 1})", "calls[0].meta.HESK_CONTROL_FOO: unknown tag"},
+      {R"({"0x123456789": 1})", "calls[0].meta.0x123456789: unknown tag"},
+      {R"({"0x": 1})", "calls[0].meta.0x: unknown tag"},
+      {R"({"HESK_CONTROL_ISO": 1, "0xC0030030": 2})",
+       "calls[0].meta.0xC0030030: this tag is given twice"},
+      {R"({"0xc008000e": 6})",
+       "calls[0].meta.0xc008000e: the catalogue does not list this tag: give "
+       R"({"type": ..., "items": [...]})"},
+      {R"({"0xc008000e": {"type": "byte", "items": [6]}})",
+       "calls[0].meta.0xc008000e.items: unknown type \"byte\"; the types are int32, int64, uint8, "
+       "float, rect, rational"},
+      {R"({"HESK_CONTROL_ISO": {"items": [6]}})", "calls[0].meta.HESK_CONTROL_ISO.type: missing"},
+      {R"({"HESK_CONTROL_ISO": {"type": "int32", "items": 6}})",
+       "calls[0].meta.HESK_CONTROL_ISO.items: must be a list"},
+      {R"({"HESK_CONTROL_ISO": {"type": "int32", "items": [], "count": 0}})",
+       "calls[0].meta.HESK_CONTROL_ISO.count: unknown key"},
+      {R"({"HESK_CONTROL_ISO": [1, "0xffffffff"]})",
+       "calls[0].meta.HESK_CONTROL_ISO[1]: must be an integer of int32, -2147483648 to 2147483647"},
+      {R"({"HESK_CONTROL_ISO": "12"})",
+       "calls[0].meta.HESK_CONTROL_ISO: must be an integer of int32, -2147483648 to 2147483647"},
+      {R"({"HESK_CONTROL_CURRENTMODE": 9223372036854775808})",
+       "calls[0].meta.HESK_CONTROL_CURRENTMODE: must be an integer of int64, -9223372036854775808 "
+       "to "
+       "9223372036854775807"},
+      {R"({"ANDROID_FLASH_MODE": 256})",
+       "calls[0].meta.ANDROID_FLASH_MODE: must be an integer of uint8, 0 to 255"},
+      {R"({"ANDROID_FLASH_MODE": [-1]})",
+       "calls[0].meta.ANDROID_FLASH_MODE[0]: must be an integer of uint8, 0 to 255"},
+      {R"({"HESK_CONTROL_EV": 1e39})", "calls[0].meta.HESK_CONTROL_EV: does not fit a float"},
+      {R"({"HESK_CONTROL_EV": "infinite"})",
+       R"(calls[0].meta.HESK_CONTROL_EV: must be a number, or "inf", "-inf", "nan")"},
+      {R"({"MTK_P1NODE_SCALAR_CROP_REGION": [[0, 0, 1, 1], [2, 3, 4]]})",
+       "calls[0].meta.MTK_P1NODE_SCALAR_CROP_REGION[1]: must be [x, y, width, height]"},
+      {R"({"MTK_P1NODE_SCALAR_CROP_REGION": [0, 0, 1, true]})",
+       "calls[0].meta.MTK_P1NODE_SCALAR_CROP_REGION[3]: must be an integer of int32, -2147483648 "
+       "to "
+       "2147483647"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(problemOfMeta(row.input), row.problem) << row.input;
+}
+
+TEST(ScenarioReader, NamesThePlaceInThePlatform) {
+  const Row rows[] = {
+      {"[]", "platform: must be an object"},
+      {R"({"propertys": {}})", "platform.propertys: unknown key"},
+      {R"({"properties": {"a": 1}})", "platform.properties.a: must be a text"},
+      {R"({"devices": {"zero": {}}})", "platform.devices.zero: a device's key is its number"},
+      {R"({"devices": {"00": {}}})", "platform.devices.00: a device's key is its number"},
+      {R"({"devices": {"0": {"static": {"FOO": 1}}}})",
+       "platform.devices.0.static.FOO: unknown tag"},
+      {R"({"devices": {"0": {"hal3a": {"available": 1}}}})",
+       "platform.devices.0.hal3a.available: must be true or false"},
+      {R"({"devices": {"0": {"hal3a": {"shading": 1}}}})",
+       "platform.devices.0.hal3a.shading: unknown key"},
+      {R"({"devices": {"0": {"faces": [{"rect": [1, 2, 3, 4]}, {"scores": 1}]}}})",
+       "platform.devices.0.faces[1].scores: unknown key"},
+      {R"({"devices": {"0": {"sensor": {"pdWords": [1, 2, 3, 4, 5, 6]}}}})",
+       "platform.devices.0.sensor.pdWords: more than 5 items"},
+      {R"({"devices": {"0": {"sensor": {"pdTail": [1, 2, 3]}}}})",
+       "platform.devices.0.sensor.pdTail: more than 2 items"},
+      {R"({"devices": {"0": {"sensor": {"pdLeft": [[1, 2], [3]]}}}})",
+       "platform.devices.0.sensor.pdLeft[1]: must be a pair [a, b]"},
+      {R"({"sat": {"cameras": [{"id": 0}, {"ids": 1}]}})",
+       "platform.sat.cameras[1].ids: unknown key"},
+      {R"({"sat": {"translate": {"scale": 0.5}}})",
+       "platform.sat.translate.scale: must be an integer of int32, -2147483648 to 2147483647"},
+      {R"({"provider": {"cap": 20}})", "platform.provider.cap: unknown key"},
+      {R"({"clock": "2021-3-4"})",
+       R"(platform.clock: must be a time such as "2021-03-04T05:06:07")"},
+      {R"({"clock": "2021-02-30T00:00:00"})",
+       R"(platform.clock: must be a time such as "2021-03-04T05:06:07")"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(problemOfPlatform(row.input), row.problem) << row.input;
+  std::string pairs = "[0, 0]";
+  for (int i = 0; i < 16; ++i) pairs += ", [0, 0]";
+  EXPECT_EQ(problemOfPlatform(R"({"devices": {"0": {"sensor": {"pdRight": [)" + pairs + "]}}}}"),
+            "platform.devices.0.sensor.pdRight: more than 16 items");
+}
+
+TEST(ScenarioReader, ReadsEveryFormOfValue) {
+  const NSCam::IMetadata metadata = metadataOf(R"({
+    "HESK_CONTROL_ISO": 100,
+    "0xc0030014": "0x0800000000000000",
+    "ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": "2\u00003",
+    "0xC008000E": {"type": "uint8", "items": [6]},
+    "0x80000001": [],
+    "ANDROID_SENSOR_NEUTRAL_COLOR_POINT": [[1, 2], [3, 4]],
+    "MTK_P1NODE_SCALAR_CROP_REGION": [-1, 2, "0x3", 4],
+    "HESK_CONTROL_AE_RESULT": [0.1, -1, "inf", "-inf", "nan", 3.4028235e38, 1e-45]
+  })");
+  const Json expected = parseJson(R"({
+    "ANDROID_SENSOR_NEUTRAL_COLOR_POINT": {"type": "rational", "items": [[1, 2], [3, 4]]},
+    "ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": {"type": "uint8", "items": [50, 0, 51]},
+    "MTK_P1NODE_SCALAR_CROP_REGION": {"type": "rect", "items": [[-1, 2, 3, 4]]},
+    "HESK_CONTROL_CURRENTMODE": {"type": "int64", "items": [576460752303423488]},
+    "HESK_CONTROL_ISO": {"type": "int32", "items": [100]},
+    "HESK_CONTROL_AE_RESULT": {"type": "float",
+      "items": [0.1, -1.0, "inf", "-inf", "nan", 3.4028235e38, 1e-45]},
+    "0xc008000e": {"type": "uint8", "items": [6]}
+  })");
+  EXPECT_EQ(jsonFromMetadata(metadata), expected);
+  EXPECT_EQ(metadataOf(expected.dump()), metadata);  // a trace reads back
+}
+
+TEST(ScenarioReader, ReadsTheWholePlatform) {
+  const Scenario scenario = readScenario(R"({"platform": {
+    "properties": {"a": "b"}, "eventStore": {"c": "d"}, "sensorList": false,
+    "devices": {"0": {}, "-3": {
+      "static": {"HESK_CONTROL_ISO": 1}, "hal3a": {"available": false, "shadingBase": 2.5},
+      "defaultShading": null, "faces": [{"rect": [1, 2, 3, 4], "score": 5}, {}],
+      "sensor": {"index": 2, "pdSupported": 1, "pdWords": [1], "pdLeft": [[1, 2]],
+                 "pdRight": [[3, 4], [5, 6]], "pdTail": [7, 8]}}},
+    "sat": {"cameras": [{"id": 1, "role": 2, "fov": 80.5}], "configured": 3, "defaultRole": 4,
+            "translate": {"dx": 5}},
+    "provider": {}, "tuningBuffer": {"bufferIndex": 6}, "clock": "2021-03-04T05:06:07"},
+    "calls": []})");
+  const host::PhoneConfig& phone = scenario.platform;
+  EXPECT_EQ(phone.properties.at("a"), "b");
+  EXPECT_EQ(phone.eventStore.at("c"), "d");
+  EXPECT_FALSE(phone.sensorList);
+  EXPECT_TRUE(phone.devices.at(0).hal3A.available);
+  EXPECT_FALSE(phone.devices.at(0).sensor);
+  const host::DeviceConfig& device = phone.devices.at(-3);
+  EXPECT_EQ(device.statics, metadataOf(R"({"HESK_CONTROL_ISO": 1})"));
+  EXPECT_FALSE(device.hal3A.available);
+  EXPECT_EQ(device.hal3A.shadingBase, 2.5F);
+  EXPECT_FALSE(device.hasDefaultShading);
+  EXPECT_EQ(device.faces.at(0).rect, (NSCam::MRect{1, 2, 3, 4}));
+  EXPECT_EQ(device.faces.at(1).score, 0);
+  EXPECT_EQ(device.sensor->pdWords, (std::array<std::int32_t, 5>{1, 0, 0, 0, 0}));
+  EXPECT_EQ(device.sensor->pdRight[1], (host::SensorConfig::Pair{5, 6}));
+  EXPECT_EQ(device.sensor->pdTail[1], 8);
+  EXPECT_EQ(phone.sat.cameras.at(0).fov, 80.5F);
+  EXPECT_EQ(phone.sat.configured, 3);
+  EXPECT_EQ(phone.sat.translate.scale, 1);
+  EXPECT_EQ(phone.sat.translate.dx, 5);
+  EXPECT_EQ(phone.provider->fpsCap, 0);
+  EXPECT_EQ(phone.tuningBuffer->bufferIndex, 6);
+  EXPECT_FALSE(phone.tuningBuffer->fd);
+  EXPECT_EQ(phone.clock->tm_year, 121);
+  EXPECT_EQ(phone.clock->tm_sec, 7);
+}
+
+TEST(JsonFloat, IsTheShortestNumberThatReadsBack) {
+  EXPECT_EQ(jsonFromFloat(0.1F).dump(), "0.1");
+  EXPECT_EQ(jsonFromFloat(-0.0F).dump(), "-0.0");
+  EXPECT_EQ(jsonFromFloat(16777216.0F).dump(), "16777216.0");
+  EXPECT_EQ(jsonFromFloat(3.4028235e38F).dump(), "3.4028235e+38");
+}
+
+}  // namespace

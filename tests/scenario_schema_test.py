@@ -1,0 +1,84 @@
+"""docs/scenario.schema.json accepts the shipped scenarios and refuses what the reader refuses.
+
+scenario_schema_test.py CHECKOUT CAMHOOK
+"""
+
+import json
+import pathlib
+import subprocess
+import sys
+
+import jsonschema
+
+CREATE = {"call": "createInstance", "sensor": 0}
+
+
+def device(**keys):
+    return {"calls": [], "platform": {"devices": {"0": keys}}}
+
+
+def request(**meta):
+    return {"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": meta}]}
+
+
+REFUSED = [
+    {},
+    {"calls": [], "call": 1},
+    {"calls": [{"call": "foo"}]},
+    {"calls": [{"call": "createInstance"}]},
+    {"calls": [{**CREATE, "meta": {}}]},
+    {"calls": [{**CREATE, "sensor": 2**31}]},
+    {"calls": [{"call": "setEvent", "key": "A", "value": 1}]},
+    {"calls": [], "platform": {"properties": {"a": 1}}},
+    {"calls": [], "platform": {"devices": {"zero": {}}}},
+    {"calls": [], "platform": {"clock": "2021-3-4"}},
+    device(static={"HESK_CONTROL_FOO": 1}),
+    device(hal3a={"shading": 1}),
+    device(sensor={"pdTail": [1, 2, 3]}),
+    device(sensor={"pdLeft": [[1]]}),
+    request(HESK_CONTROL_ISO={"type": "int", "items": []}),
+    request(HESK_CONTROL_ISO={"items": [1]}),
+    request(HESK_CONTROL_ISO=None),
+]
+
+ACCEPTED = [
+    {"calls": [], "platform": {"devices": {"-3": {"defaultShading": None}}}},
+    request(HESK_CONTROL_ISO="0x10", HESK_CONTROL_EV="nan"),
+    request(MTK_P1NODE_SCALAR_CROP_REGION=[1, 2, 3, 4], ANDROID_FLASH_MODE="2\0003"),
+    request(MTK_P1NODE_SCALAR_CROP_REGION=[[1, 2, 3, 4]], HESK_CONTROL_ISO=[]),
+    request(**{"0xc008000e": {"type": "uint8", "items": [6]}}),
+    {"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": "0x1", "meta": None}]},
+]
+
+
+def reader_takes(camhook, scenario):
+    run = subprocess.run(
+        [camhook, "replay", "-"], input=json.dumps(scenario), text=True, capture_output=True
+    )
+    return run.returncode == 0
+
+
+def main():
+    checkout, camhook = pathlib.Path(sys.argv[1]), sys.argv[2]
+    schema = json.loads((checkout / "docs/scenario.schema.json").read_text())
+    jsonschema.Draft4Validator.check_schema(schema)
+    validator = jsonschema.Draft4Validator(schema)
+    problems = []
+
+    shipped = [p for p in (checkout / "scenarios").glob("*.json") if ".trace" not in p.name]
+    if len(shipped) < 4:
+        problems.append("scenarios are missing")
+    for path in shipped:
+        for error in validator.iter_errors(json.loads(path.read_text())):
+            problems.append(f"{path.name}: {error.json_path}: {error.message}")
+    for scenarios, good in ((REFUSED, False), (ACCEPTED, True)):
+        for scenario in scenarios:
+            if validator.is_valid(scenario) != good:
+                problems.append(f"the schema {'refuses' if good else 'takes'} {scenario}")
+            if reader_takes(camhook, scenario) != good:
+                problems.append(f"the reader {'refuses' if good else 'takes'} {scenario}")
+    print("\n".join(problems))
+    sys.exit(bool(problems))
+
+
+main()
