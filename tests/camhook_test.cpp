@@ -88,8 +88,8 @@ TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
   const std::pair<const char*, const char*> rows[] = {
       {"", "camhook: A subcommand is required\n"},
       {"replay", "camhook: FILE is required\n"},
-      {"replay no_such.json", "camhook: no_such.json: cannot be read: No such file or directory\n"},
-      {"replay .", "camhook: .: is a folder\n"},
+      {"replay no_such.json", "no_such.json: cannot be read: No such file or directory\n"},
+      {"replay .", ".: is a folder\n"},
       {"replay still_burst.json --jsn",
        "camhook: The following argument was not expected: --jsn\n"},
       {"replay still_burst.json --logs warn", "camhook: --logs: warn not in {debug,info,error}\n"},
@@ -97,7 +97,7 @@ TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
       {"replay still_burst.json --data-root /dev/null",
        "camhook: --data-root /dev/null: Not a directory\n"},
       {"replay -",
-       "camhook: standard input: line 1, column 1: not JSON: syntax error while parsing "
+       "standard input: line 1, column 1: not JSON: syntax error while parsing "
        "value - unexpected end of input; expected '[', '{', or a literal\n"},
   };
   for (const auto& [words, line] : rows) {
@@ -111,7 +111,7 @@ TEST(Camhook, RunsNothingBeforeTheWholeScenarioIsRead) {
   const Outcome outcome = camhookWith(
       "replay --json -", R"({"calls": [{"call": "createInstance", "sensor": 0}, {"call": "x"}]})");
   EXPECT_EQ(outcome.status, 2);
-  EXPECT_EQ(outcome.output, "camhook: standard input: calls[1].call: unknown call \"x\"\n");
+  EXPECT_EQ(outcome.output, "standard input: calls[1].call: unknown call \"x\"\n");
 }
 
 TEST(Camhook, TellsWhatACallDidWithoutAnUpdater) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "common/math/Conversion.h"
 
@@ -16,6 +17,9 @@ inline std::int32_t diagonalFovDegrees(float widthMm, float heightMm,
   // Not pi: product tuning relies on the values that this divisor gives, which differ by a degree
   // for views just below a whole one.
   constexpr double kDegreesDivisor = 3.1415;
+
+  // Zero divisors give infinities and NaNs, which atan and toInt32 take.
+  static_assert(std::numeric_limits<double>::is_iec559);
 
   const double width = widthMm;
   const double height = heightMm;

@@ -1,6 +1,24 @@
 #include "tools/camhook/InputError.h"
 
+#include <array>
+#include <cstdio>
+
 namespace camhook {
+
+std::string printable(std::string_view text) {
+  std::string shown;
+  for (const char letter : text) {
+    const auto code = static_cast<unsigned char>(letter);
+    if (code >= 0x20 && code != 0x7f) {
+      shown += letter;
+    } else {
+      std::array<char, 8> escape{};
+      std::snprintf(escape.data(), escape.size(), "\\u%04x", unsigned{code});
+      shown += escape.data();
+    }
+  }
+  return shown;
+}
 
 std::string Place::text() const {
   if (mAround == nullptr) return {};
@@ -9,7 +27,7 @@ std::string Place::text() const {
     return around + "[" + std::to_string(*index) + "]";
   }
   if (!around.empty()) around += '.';
-  return around.append(std::get<std::string_view>(mStep));
+  return around + printable(std::get<std::string_view>(mStep));
 }
 
 void Place::fail(const std::string& problem) const {

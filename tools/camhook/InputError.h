@@ -16,6 +16,9 @@ class InputError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// A text for a message: control characters stand as "\u000a".
+std::string printable(std::string_view text);
+
 /// A place in a JSON document: a key or an index, and the place around it, which must outlive it.
 class Place {
  public:

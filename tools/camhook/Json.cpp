@@ -19,9 +19,9 @@ namespace {
 constexpr std::size_t kLineWidth = 100;
 constexpr std::size_t kIndentStep = 2;
 
-/// Notices a key that stands twice in one object, which the parser itself would let the last one
-/// win.
-class DuplicateKeys {
+/// Follows the parser through the document. Notices a key that stands twice in one object, of which
+/// the parser would take the last.
+class DocumentWalk {
  public:
   void onEvent(Json::parse_event_t event, const Json& parsed) {
     switch (event) {
@@ -37,6 +37,9 @@ class DuplicateKeys {
     }
   }
 
+  /// Throws InputError for the value that the parser is at.
+  [[noreturn]] void fail(const std::string& problem) const { failBelow(0, Place(), problem); }
+
  private:
   struct Level {
     bool isArray = false;
@@ -51,13 +54,14 @@ class DuplicateKeys {
 
   void onKey(const std::string& key) {
     mOpen.back().key = key;
-    if (!mOpen.back().keys.insert(key).second) fail(0, Place());
+    if (!mOpen.back().keys.insert(key).second) fail("given twice");
   }
 
-  [[noreturn]] void fail(std::size_t level, const Place& place) const {
-    if (level == mOpen.size()) place.fail("given twice");
+  [[noreturn]] void failBelow(std::size_t level, const Place& place,
+                              const std::string& problem) const {
+    if (level == mOpen.size()) place.fail(problem);
     const Level& at = mOpen[level];
-    fail(level + 1, at.isArray ? place[at.index] : place[at.key]);
+    failBelow(level + 1, at.isArray ? place[at.index] : place[at.key], problem);
   }
 
   std::vector<Level> mOpen;
@@ -104,10 +108,10 @@ void writeBroken(std::ostream& out, const Json& value, std::size_t indent) {
 }  // namespace
 
 Json parseJson(std::string_view text) {
-  DuplicateKeys duplicates;
+  DocumentWalk walk;
   try {
     return Json::parse(text, [&](int /*depth*/, Json::parse_event_t event, Json& parsed) {
-      duplicates.onEvent(event, parsed);
+      walk.onEvent(event, parsed);
       return true;
     });
   } catch (const Json::parse_error& error) {
@@ -116,9 +120,8 @@ Json parseJson(std::string_view text) {
     const std::size_t at = problem.find(": ");
     throw InputError(lineAndColumn(text, error.byte) + ": not JSON: " +
                      std::string(problem.substr(at == std::string_view::npos ? 0 : at + 2)));
-  } catch (const Json::out_of_range& error) {
-    const std::string_view problem = error.what();
-    throw InputError("not JSON: " + std::string(problem.substr(problem.find("] ") + 2)));
+  } catch (const Json::out_of_range&) {
+    walk.fail("no number is this large");
   }
 }
 

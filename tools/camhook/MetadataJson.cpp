@@ -88,7 +88,8 @@ void pushItems(IMetadata::IEntry& entry, const Json& json, const Place& place) {
   }
 }
 
-void pushItems(IMetadata::IEntry& entry, std::string_view type, const Json& json,
+/// False where there is no such type.
+bool pushItems(IMetadata::IEntry& entry, std::string_view type, const Json& json,
                const Place& place) {
   if (type == "int32") {
     pushItems<std::int32_t>(entry, json, place);
@@ -103,9 +104,9 @@ void pushItems(IMetadata::IEntry& entry, std::string_view type, const Json& json
   } else if (type == "rational") {
     pushItems<MRational>(entry, json, place);
   } else {
-    place.fail("unknown type " + jsonText(type) +
-               "; the types are int32, int64, uint8, float, rect, rational");
+    return false;
   }
+  return true;
 }
 
 /// The long form: {"type": ..., "items": ...}.
@@ -116,11 +117,16 @@ void pushTypedItems(IMetadata::IEntry& entry, const Json& json, const Place& pla
   for (const char* key : {"type", "items"}) {
     if (!json.contains(key)) place[key].fail("missing");
   }
-  if (!json["type"].is_string()) place["type"].fail("must be a text");
-  const Place itemsPlace = place["items"];
-  const bool isText = json["type"] == "uint8" && json["items"].is_string();
-  if (!json["items"].is_array() && !isText) itemsPlace.fail("must be a list");
-  pushItems(entry, json["type"].get_ref<const std::string&>(), json["items"], itemsPlace);
+  const Json& type = json["type"];
+  const Json& items = json["items"];
+  const Place typePlace = place["type"];
+  if (!type.is_string()) typePlace.fail("must be a text");
+  const bool isText = type == "uint8" && items.is_string();
+  if (!items.is_array() && !isText) place["items"].fail("must be a list");
+  if (!pushItems(entry, type.get_ref<const std::string&>(), items, place["items"])) {
+    typePlace.fail("unknown type " + jsonText(type.get_ref<const std::string&>()) +
+                   "; the types are int32, int64, uint8, float, rect, rational");
+  }
 }
 
 IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place& place) {

@@ -59,7 +59,7 @@ void prepareDataRoot(const std::string& root) {
   if (root.empty()) return;
   std::error_code error;
   std::filesystem::create_directories(std::filesystem::path(root) / "data/vendor/camera", error);
-  if (error) throw InputError("--data-root " + root + ": " + error.message());
+  if (error) throw InputError("camhook: --data-root " + root + ": " + error.message());
 }
 
 TextTrace::Records recordsFromName(const std::string& level) {
@@ -73,7 +73,7 @@ Scenario readScenarioFile(const std::string& file) {
   try {
     return readScenario(readInput(file));
   } catch (const InputError& error) {
-    throw InputError((file == "-" ? "standard input" : file) + ": " + error.what());
+    throw InputError((file == "-" ? "standard input" : printable(file)) + ": " + error.what());
   }
 }
 
@@ -148,7 +148,7 @@ int run(int argc, char** argv) {
   } catch (const CLI::Success& request) {  // --help, --version
     return app.exit(request);
   } catch (const CLI::ParseError& error) {
-    throw InputError(error.what());
+    throw InputError("camhook: " + printable(error.what()));
   }
   return app.got_subcommand("replay") ? replay(replayOptions) : tags(tagsOptions);
 }
@@ -166,7 +166,7 @@ int main(int argc, char** argv) {
     }
     return status;
   } catch (const InputError& error) {
-    std::cerr << "camhook: " << error.what() << '\n';
+    std::cerr << error.what() << '\n';
     return kInputRefused;
   }
 }
