@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <utility>
 
@@ -16,6 +17,8 @@ namespace NSCam {
 namespace {
 
 constexpr std::size_t kFirstSlots = 16;
+
+constinit const IMetadata::IEntry kAbsent;
 
 /// Integer items convert among each other by truncation and zero extension.
 template <typename T>
@@ -31,8 +34,6 @@ T load(const std::byte* from) {
 }
 
 }  // namespace
-
-IMetadata::IEntry::IEntry(Tag_t tag) noexcept : mTag(tag) {}
 
 IMetadata::IEntry::IEntry(const IEntry& other)
     : mTag(other.mTag), mCount(other.mCount), mType(other.mType) {
@@ -174,8 +175,14 @@ HOST_METADATA_ITEM(MRational)
 
 #undef HOST_METADATA_ITEM
 
+IMetadata::IMetadata() noexcept = default;
+IMetadata::IMetadata(const IMetadata& other) = default;
+IMetadata::IMetadata(IMetadata&& other) noexcept = default;
+IMetadata& IMetadata::operator=(const IMetadata& other) = default;
+IMetadata& IMetadata::operator=(IMetadata&& other) noexcept = default;
+IMetadata::~IMetadata() = default;
+
 const IMetadata::IEntry& IMetadata::entryFor(Tag_t tag) const noexcept {
-  static const IEntry kAbsent;
   const IEntry* entry = find(tag);
   return entry != nullptr ? *entry : kAbsent;
 }
@@ -202,8 +209,10 @@ IMetadata& IMetadata::operator+=(const IMetadata& other) {
 }
 
 std::size_t IMetadata::firstSlot(Tag_t tag) const noexcept {
+  // The golden ratio spreads neighbours over the whole range; its high bits are the mixed ones.
   const std::uint32_t hash = tag * 0x9e3779b1U;
-  return (hash ^ (hash >> 16U)) & (mIndex.size() - 1);
+  const auto mask = static_cast<std::uint32_t>(mIndex.size() - 1);
+  return hash >> std::countl_zero(mask);
 }
 
 const IMetadata::IEntry* IMetadata::find(Tag_t tag) const noexcept {

@@ -41,7 +41,7 @@ class IMetadata {
   /// The items of one tag. An entry takes the type of the first item pushed into it.
   class IEntry {
    public:
-    explicit IEntry(Tag_t tag = 0) noexcept;
+    constexpr explicit IEntry(Tag_t tag = 0) noexcept : mTag(tag) {}
     IEntry(const IEntry& other);
     IEntry(IEntry&& other) noexcept;
     IEntry& operator=(const IEntry& other);
@@ -98,6 +98,13 @@ class IMetadata {
       std::byte* heap;
     } mItems{};
   };
+
+  IMetadata() noexcept;
+  IMetadata(const IMetadata& other);
+  IMetadata(IMetadata&& other) noexcept;
+  IMetadata& operator=(const IMetadata& other);
+  IMetadata& operator=(IMetadata&& other) noexcept;
+  ~IMetadata();
 
   /// The entry of `tag`, or an empty entry. The reference holds until the container changes.
   [[nodiscard]] const IEntry& entryFor(Tag_t tag) const noexcept;

@@ -76,7 +76,20 @@ std::string lineAndColumn(std::string_view text, std::size_t byte) {
   return "line " + std::to_string(line) + ", column " + std::to_string(column);
 }
 
+bool needsNoEscape(const std::string& text) {
+  return std::ranges::all_of(text, [](char letter) {
+    return letter >= 0x20 && letter < 0x7f && letter != '"' && letter != '\\';
+  });
+}
+
+/// As `dump` has it, which sets itself up anew for every value: the common ones are written here.
 std::string onOneLine(const Json& value) {
+  if (value.is_number_unsigned()) return std::to_string(value.get<std::uint64_t>());
+  if (value.is_number_integer()) return std::to_string(value.get<std::int64_t>());
+  if (value.is_string()) {
+    const auto& text = value.get_ref<const std::string&>();
+    if (needsNoEscape(text)) return '"' + text + '"';
+  }
   return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
