@@ -80,7 +80,7 @@ void closedLogGate(benchmark::State& state) {
   int value = 0;
   for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(++value);
-    HESK_LOGD(kOperation, "value %d", value);
+    HESK_LOGD(kOperation)("[%s] value %d", value);
     benchmark::ClobberMemory();
   }
 }

@@ -33,7 +33,9 @@ Phone::Phone(PhoneConfig phoneConfig, Kind kind)
     : config(std::move(phoneConfig)),
       properties(std::exchange(config.properties, {})),
       eventStore(std::exchange(config.eventStore, {})),
-      mKind(kind) {}
+      mKind(kind) {
+  effects.setRecording(kind == Kind::simulated);  // nobody takes the effects on a bare phone
+}
 
 Phone::~Phone() {
   if (mKind == Kind::bare || sCurrent != this) return;

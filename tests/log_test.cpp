@@ -29,7 +29,7 @@ std::string expand(const char* format, ...) {
 TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
   host::Phone phone;
   const int line = __LINE__ + 1;
-  HESK_LOGI(kOperation, "frame %d of %s", 3, "a burst");
+  HESK_LOGI(kOperation)("[%s] frame %d of %s", 3, "a burst");
   const auto records = phone.log.take();
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0].level, 'I');
@@ -38,6 +38,16 @@ TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
   EXPECT_EQ(records[0].line, line);
   EXPECT_EQ(records[0].function, "doExample");
   EXPECT_EQ(records[0].message, "[doExample] frame 3 of a burst");
+}
+
+TEST(LogRecord, NamesItsOperationWhereTheMessageBeginsWithIt) {
+  host::Phone phone;
+  HESK_LOGD(kOperation)("plain %s", "text");
+  HESK_LOGD(kOperation)("[%s] [%s]twice %lld", kOperation.name, -1LL);
+  const auto records = phone.log.take();
+  ASSERT_EQ(records.size(), 2U);
+  EXPECT_EQ(records[0].message, "plain text");
+  EXPECT_EQ(records[1].message, "[doExample] [doExample]twice -1");
 }
 
 TEST(LogRecord, IsOneLineOfPrefixTagPlaceAndUnexpandedMessage) {
@@ -57,11 +67,11 @@ TEST(LogRecord, IsCutAt1023Characters) {
 TEST(LogGate, NeedsTheLevelsBitAndTheTagTest) {
   host::Phone phone;
   host::LogSink::openLevels({'E'});
-  HESK_LOGD(kOperation, "debug");
-  HESK_LOGI(kOperation, "info");
-  HESK_LOGE(kOperation, "error");
+  HESK_LOGD(kOperation)("[%s] debug");
+  HESK_LOGI(kOperation)("[%s] info");
+  HESK_LOGE(kOperation)("[%s] error");
   phone.log.setTagsWanted(false);
-  HESK_LOGE(kOperation, "error again");
+  HESK_LOGE(kOperation)("[%s] error again");
   const auto records = phone.log.take();
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0].message, "[doExample] error");
@@ -77,7 +87,7 @@ TEST(LogGate, ClosedEvaluatesAndAllocatesNothing) {
   host::LogSink::openLevels({});
   int evaluations = 0;
   const auto argument = [&] { return ++evaluations; };
-  EXPECT_EQ(allocationsIn([&] { HESK_LOGD(kOperation, "value %d", argument()); }), 0U);
+  EXPECT_EQ(allocationsIn([&] { HESK_LOGD(kOperation)("[%s] value %d", argument()); }), 0U);
   EXPECT_EQ(evaluations, 0);
   EXPECT_TRUE(phone.log.take().empty());
 }

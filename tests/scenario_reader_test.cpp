@@ -76,6 +76,11 @@ TEST(ScenarioReader, NamesThePlaceOfWhatItRefuses) {
   for (const Row& row : rows) EXPECT_EQ(problemOf(row.input), row.problem) << row.input;
 }
 
+TEST(ScenarioReader, RefusesBottomlessNesting) {
+  const std::string problem = problemOf(std::string(1'000'000, '['));
+  EXPECT_TRUE(problem.ends_with("[0][0]: nested too deep")) << problem;
+}
+
 TEST(ScenarioReader, NamesThePlaceInMetadata) {
   const Row rows[] = {
       {"7", "calls[0].meta: must be an object from tag to value"},

@@ -1,10 +1,11 @@
 // The log record: the one way in which the library writes a line.
 //
-//   HESK_LOGD(kOperation, "update CaptureCount:%d", count);
+//   HESK_LOGD(kOperation)("[%s] update CaptureCount:%d", count);
 //
 // writes a debug record "[updateRequestMeta] update CaptureCount:3" of the operation's class. The
 // record carries the class's source path and the operation's listed name, whichever file of the
-// class wrote it: field tools filter on these.
+// class wrote it: field tools filter on these. A "[%s]" that begins a message is filled with that
+// name. The compiler checks the arguments against the message.
 //
 // With the gate closed a log call costs the gate: its arguments are not evaluated, nothing is
 // formatted. An open one formats into a buffer on the stack and allocates nothing.
@@ -13,7 +14,9 @@
 
 #include <array>
 #include <cstddef>
+#include <type_traits>
 
+#include "common/log/Message.h"
 #include "platform/Log.h"
 
 namespace hesk::log {
@@ -64,36 +67,35 @@ using RecordBuffer = std::array<char, kRecordBytes>;
 void formatRecord(RecordBuffer& buffer, const Operation& operation, Level level, int line,
                   const char* message) noexcept;
 
-/// Writes a record past the gate; use the macros below, which test the gate and let the compiler
-/// check the arguments against the message.
-template <typename... Args>
-[[gnu::noinline, gnu::cold]] void write(const Operation& operation, Level level, int line,
-                                        const char* message, Args... args) {
-  RecordBuffer record;
-  formatRecord(record, operation, level, line, message);
-  log_dbg_print(operation.source.tag, platformLevel(level).number, record.data(), args...);
-}
+/// Writes one record, past the gate.
+struct RecordWriter {
+  const Operation& operation;
+  Level level;
+  int line;
 
-/// Takes what printf would take, so that the compiler checks it, and does nothing.
-[[gnu::format(printf, 1, 2)]] inline void checkFormat(const char* /*format*/, ...) {}
+  template <typename... Args>
+  [[gnu::noinline, gnu::cold]] void operator()(Message<std::type_identity_t<Args>...> message,
+                                               Args... args) const {
+    RecordBuffer record;
+    formatRecord(record, operation, level, line, message.text());
+    const cam_debug_level_t number = platformLevel(level).number;
+    if (message.namesOperation()) {
+      log_dbg_print(operation.source.tag, number, record.data(), operation.name, args...);
+    } else {
+      log_dbg_print(operation.source.tag, number, record.data(), args...);
+    }
+  }
+};
 
 }  // namespace hesk::log
 
-#define HESK_LOG_RECORD(level, operation, message, ...)                                   \
-  do {                                                                                    \
-    if (::hesk::log::isOpen(operation, level)) {                                          \
-      if (false) ::hesk::log::checkFormat(message __VA_OPT__(, ) __VA_ARGS__);            \
-      ::hesk::log::write(operation, level, __LINE__, message __VA_OPT__(, ) __VA_ARGS__); \
-    }                                                                                     \
-  } while (false)
+// The message and its arguments stand behind the macro, not in it: compilers do not agree on the
+// line of a macro call that takes several.
+#define HESK_LOG_RECORD(operation, level)                                       \
+  !::hesk::log::isOpen(operation, level) ? void() : ::hesk::log::RecordWriter { \
+    operation, level, __LINE__                                                  \
+  }
 
-// A record whose message begins with the operation's name, as most do.
-#define HESK_LOGD(operation, message, ...)                               \
-  HESK_LOG_RECORD(::hesk::log::Level::debug, operation, "[%s] " message, \
-                  (operation).name __VA_OPT__(, ) __VA_ARGS__)
-#define HESK_LOGE(operation, message, ...)                               \
-  HESK_LOG_RECORD(::hesk::log::Level::error, operation, "[%s] " message, \
-                  (operation).name __VA_OPT__(, ) __VA_ARGS__)
-#define HESK_LOGI(operation, message, ...)                              \
-  HESK_LOG_RECORD(::hesk::log::Level::info, operation, "[%s] " message, \
-                  (operation).name __VA_OPT__(, ) __VA_ARGS__)
+#define HESK_LOGD(operation) HESK_LOG_RECORD(operation, ::hesk::log::Level::debug)
+#define HESK_LOGE(operation) HESK_LOG_RECORD(operation, ::hesk::log::Level::error)
+#define HESK_LOGI(operation) HESK_LOG_RECORD(operation, ::hesk::log::Level::info)

@@ -23,10 +23,10 @@ void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operati
   if (!has(metadata, tags::HESK_CONTROL_VIDEO_HDR)) return;
   if (read(metadata, tags::HESK_CONTROL_VIDEO_HDR) == 1) {
     write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeVideoOn);
-    HESK_LOGD(operation, "set MTK_HDR_FEATURE_HDR_MODE_VIDEO_ON");
+    HESK_LOGD(operation)("[%s] set MTK_HDR_FEATURE_HDR_MODE_VIDEO_ON");
   } else {
     write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeOff);
-    HESK_LOGD(operation, "set MTK_HDR_FEATURE_HDR_MODE_OFF");
+    HESK_LOGD(operation)("[%s] set MTK_HDR_FEATURE_HDR_MODE_OFF");
   }
 }
 

@@ -49,8 +49,9 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
                                               std::int64_t currentMode) {
   const std::uint8_t enableZsl = read(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, kAbsentByte);
   const bool isZslOff = enableZsl == 0;
-  HESK_LOGE(kOperation, "cap request app enableZsl %d, currentMode %lld, requestNo %d", enableZsl,
-            static_cast<long long>(currentMode), static_cast<std::int32_t>(requestNo));
+  HESK_LOGE(kOperation)
+  ("[%s] cap request app enableZsl %d, currentMode %lld, requestNo %d", enableZsl,
+   static_cast<long long>(currentMode), static_cast<std::int32_t>(requestNo));
 
   const int mainId = mMulticamFeatureMode > 0 ? getMulticamMainID(mInstanceId) : mInstanceId;
   if (has(meta, tags::HESK_CONTROL_HISFRAME)) {
@@ -71,7 +72,7 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG1, 1);
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG0, 0);
   write(meta, tags::MTK_HESK_CAPTURE_COUNT, mCaptureCount);
-  HESK_LOGD(kOperation, "update CaptureCount:%d", mCaptureCount);
+  HESK_LOGD(kOperation)("[%s] update CaptureCount:%d", mCaptureCount);
   setDumpPathForHeskDump(mInstanceId, meta);
   write(meta, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE, mMulticamFeatureMode);
 }
@@ -80,10 +81,11 @@ void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned i
                                                int mainId) {
   const std::int32_t historyFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 0);
   const std::int32_t nonZslFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 1);
-  HESK_LOGE(kOperation, "cap request hisframe %d, nonhisframe %d", historyFrames, nonZslFrames);
+  HESK_LOGE(kOperation)
+  ("[%s] cap request hisframe %d, nonhisframe %d", historyFrames, nonZslFrames);
 
   const Hal3AOwner hal3A(mainId, kUser);
-  if (!hal3A) HESK_LOGD(kOperation, "HeskParameterUpdater create IHal3A instance failed");
+  if (!hal3A) HESK_LOGD(kOperation)("[%s] HeskParameterUpdater create IHal3A instance failed");
 
   if (nonZslFrames >= 1) {
     if (hal3A) hal3A->control(NS3Av3::IHal3A::kSetNonZslFrameCount, nonZslFrames, 0);
@@ -104,12 +106,14 @@ void HeskParameterUpdater::bookBurst(unsigned int firstRequestNo, std::int32_t f
   for (std::uint32_t index = 0; index < booked; ++index) {
     const std::uint32_t requestNo = firstRequestNo + index;  // request numbers wrap
     mNonZslFrames.emplace(requestNo, index);
-    HESK_LOGD(kOperation, "non-zsl Frames[frameNo %d/index %d]",
-              static_cast<std::int32_t>(requestNo), static_cast<std::int32_t>(index));
+    HESK_LOGD(kOperation)
+    ("[%s] non-zsl Frames[frameNo %d/index %d]", static_cast<std::int32_t>(requestNo),
+     static_cast<std::int32_t>(index));
   }
   if (frameCount > kMostBookedFrames) {
-    HESK_LOGE(kOperation, "non-zsl burst of %d frames, only the first %d are booked", frameCount,
-              kMostBookedFrames);
+    HESK_LOGE(kOperation)
+    ("[%s] non-zsl burst of %d frames, only the first %d are booked", frameCount,
+     kMostBookedFrames);
   }
 }
 
@@ -127,5 +131,5 @@ void HeskParameterUpdater::writeBurstFrame(IMetadata* meta, unsigned int request
   const auto index = static_cast<std::int32_t>(frameIndex);
   write(meta, tags::MTK_HESK_FRAME_COUNT, count);
   write(meta, tags::MTK_HESK_FRAME_INDEX, index);
-  HESK_LOGD(kOperation, "frameCount %d, frameIndex %d", count, index);
+  HESK_LOGD(kOperation)("[%s] frameCount %d, frameIndex %d", count, index);
 }

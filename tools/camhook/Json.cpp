@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::size_t kLineWidth = 100;
 constexpr std::size_t kIndentStep = 2;
+constexpr std::size_t kDeepestNesting = 100;
 
 /// Follows the parser through the document. Notices a key that stands twice in one object, of which
 /// the parser would take the last.
@@ -25,9 +26,9 @@ class DocumentWalk {
  public:
   void onEvent(Json::parse_event_t event, const Json& parsed) {
     switch (event) {
-      case Json::parse_event_t::object_start: mOpen.emplace_back(); break;
+      case Json::parse_event_t::object_start: open(false); break;
       case Json::parse_event_t::key: onKey(parsed.get_ref<const std::string&>()); break;
-      case Json::parse_event_t::array_start: mOpen.emplace_back().isArray = true; break;
+      case Json::parse_event_t::array_start: open(true); break;
       case Json::parse_event_t::object_end:
       case Json::parse_event_t::array_end:
         mOpen.pop_back();
@@ -47,6 +48,11 @@ class DocumentWalk {
     std::string key;
     std::set<std::string> keys;
   };
+
+  void open(bool isArray) {
+    if (mOpen.size() == kDeepestNesting) fail("nested too deep");
+    mOpen.emplace_back().isArray = isArray;
+  }
 
   void countItem() {
     if (!mOpen.empty() && mOpen.back().isArray) ++mOpen.back().index;

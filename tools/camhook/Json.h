@@ -14,7 +14,7 @@ namespace camhook {
 using Json = nlohmann::ordered_json;
 
 /// Parses a document. Throws InputError, with line and column, or with the place of a key that an
-/// object has twice.
+/// object has twice, of a number beyond all types or of a nesting beyond sense.
 Json parseJson(std::string_view text);
 
 /// Writes a value so that people can read it: what fits stands on one line, what does not is broken
