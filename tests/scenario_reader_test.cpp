@@ -6,6 +6,8 @@
 
 #include "tests/support/TestMetadata.h"
 #include "tools/camhook/InputError.h"
+#include "tools/camhook/Json.h"
+#include "tools/camhook/MetadataJson.h"
 #include "tools/camhook/ScenarioReader.h"
 
 namespace {

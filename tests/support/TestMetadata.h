@@ -5,24 +5,14 @@
 #include <ostream>
 #include <string_view>
 
-#include "host/MetadataAccess.h"
 #include "platform/IMetadata.h"
-#include "tools/camhook/Json.h"
-#include "tools/camhook/MetadataJson.h"
 
 /// A container from the JSON of a scenario: metadataOf(R"({"HESK_CONTROL_ISO": 100})").
-inline NSCam::IMetadata metadataOf(std::string_view json) {
-  return camhook::metadataFromJson(camhook::parseJson(json), camhook::Place());
-}
+NSCam::IMetadata metadataOf(std::string_view json);
 
 namespace NSCam {
 
-inline bool operator==(const IMetadata& left, const IMetadata& right) {
-  return camhook::jsonFromMetadata(left) == camhook::jsonFromMetadata(right);
-}
-
-inline void PrintTo(const IMetadata& metadata, std::ostream* out) {
-  camhook::writeJson(*out, camhook::jsonFromMetadata(metadata));
-}
+bool operator==(const IMetadata& left, const IMetadata& right);
+void PrintTo(const IMetadata& metadata, std::ostream* out);
 
 }  // namespace NSCam
