@@ -34,6 +34,9 @@ std::string problemOfPlatform(const std::string& platform) {
   return problemOf(R"({"platform": )" + platform + R"(, "calls": []})");
 }
 
+const std::string k32Bits = "-2147483648 to 2147483647";
+const std::string k64Bits = "-9223372036854775808 to 9223372036854775807";
+
 struct Row {
   std::string input;
   std::string problem;
@@ -63,9 +66,9 @@ TEST(ScenarioReader, NamesThePlaceOfWhatItRefuses) {
        R"(calls[0].call: "dumpMetadata" is not in this version of the library yet)"},
       {R"({"calls": [{"call": "createInstance"}]})", "calls[0].sensor: missing"},
       {R"({"calls": [{"call": "createInstance", "sensor": 1.5}]})",
-       "calls[0].sensor: must be an integer of int32, -2147483648 to 2147483647"},
+       "calls[0].sensor: must be an integer of int32, " + k32Bits},
       {R"({"calls": [{"call": "createInstance", "sensor": 2147483648}]})",
-       "calls[0].sensor: must be an integer of int32, -2147483648 to 2147483647"},
+       "calls[0].sensor: must be an integer of int32, " + k32Bits},
       {R"({"calls": [{"call": "createInstance", "sensor": 1e400}]})",
        "calls[0].sensor: no number is this large"},
       {R"({"calls": [{"call": "createInstance", "sensor": 0, "meta": {}}]})",
@@ -103,13 +106,11 @@ TEST(ScenarioReader, NamesThePlaceInMetadata) {
       {R"({"HESK_CONTROL_ISO": {"type": "int32", "items": [], "count": 0}})",
        "calls[0].meta.HESK_CONTROL_ISO.count: unknown key"},
       {R"({"HESK_CONTROL_ISO": [1, "0xffffffff"]})",
-       "calls[0].meta.HESK_CONTROL_ISO[1]: must be an integer of int32, -2147483648 to 2147483647"},
+       "calls[0].meta.HESK_CONTROL_ISO[1]: must be an integer of int32, " + k32Bits},
       {R"({"HESK_CONTROL_ISO": "12"})",
-       "calls[0].meta.HESK_CONTROL_ISO: must be an integer of int32, -2147483648 to 2147483647"},
+       "calls[0].meta.HESK_CONTROL_ISO: must be an integer of int32, " + k32Bits},
       {R"({"HESK_CONTROL_CURRENTMODE": 9223372036854775808})",
-       "calls[0].meta.HESK_CONTROL_CURRENTMODE: must be an integer of int64, -9223372036854775808 "
-       "to "
-       "9223372036854775807"},
+       "calls[0].meta.HESK_CONTROL_CURRENTMODE: must be an integer of int64, " + k64Bits},
       {R"({"ANDROID_FLASH_MODE": 256})",
        "calls[0].meta.ANDROID_FLASH_MODE: must be an integer of uint8, 0 to 255"},
       {R"({"ANDROID_FLASH_MODE": [-1]})",
@@ -120,9 +121,7 @@ TEST(ScenarioReader, NamesThePlaceInMetadata) {
       {R"({"MTK_P1NODE_SCALAR_CROP_REGION": [[0, 0, 1, 1], [2, 3, 4]]})",
        "calls[0].meta.MTK_P1NODE_SCALAR_CROP_REGION[1]: must be [x, y, width, height]"},
       {R"({"MTK_P1NODE_SCALAR_CROP_REGION": [0, 0, 1, true]})",
-       "calls[0].meta.MTK_P1NODE_SCALAR_CROP_REGION[3]: must be an integer of int32, -2147483648 "
-       "to "
-       "2147483647"},
+       "calls[0].meta.MTK_P1NODE_SCALAR_CROP_REGION[3]: must be an integer of int32, " + k32Bits},
   };
   for (const Row& row : rows) EXPECT_EQ(problemOfMeta(row.input), row.problem) << row.input;
 }
@@ -151,7 +150,7 @@ TEST(ScenarioReader, NamesThePlaceInThePlatform) {
       {R"({"sat": {"cameras": [{"id": 0}, {"ids": 1}]}})",
        "platform.sat.cameras[1].ids: unknown key"},
       {R"({"sat": {"translate": {"scale": 0.5}}})",
-       "platform.sat.translate.scale: must be an integer of int32, -2147483648 to 2147483647"},
+       "platform.sat.translate.scale: must be an integer of int32, " + k32Bits},
       {R"({"provider": {"cap": 20}})", "platform.provider.cap: unknown key"},
       {R"({"clock": "2021-3-4"})",
        R"(platform.clock: must be a time such as "2021-03-04T05:06:07")"},

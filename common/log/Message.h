@@ -60,11 +60,12 @@ template <typename... Args>
 class Message {
  public:
   template <std::size_t Size>
-  // Implicit, so that a call of the log reads as one of printf. NOLINTNEXTLINE(*-explicit-*)
+  // Implicit, so that a call of the log reads as one of printf.
   consteval Message(const char (&text)[Size])
       : mText(text), mNamesOperation(std::string_view(text).starts_with("[%s]")) {
     std::string_view rest(text);
     if (mNamesOperation) takePlaceholder(rest);
+    // One more than there are arguments: behind the last the message must have no placeholder left.
     for (const Placeholder argument :
          std::array<Placeholder, sizeof...(Args) + 1>{placeholderFor<Args>()...}) {
       if (takePlaceholder(rest) != argument) throw "the arguments do not fit the message";

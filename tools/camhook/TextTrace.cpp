@@ -1,5 +1,6 @@
 #include "tools/camhook/TextTrace.h"
 
+#include <limits>
 #include <ostream>
 #include <set>
 
@@ -13,21 +14,22 @@ namespace {
 
 using Entry = NSCam::IMetadata::IEntry;
 
-constexpr std::size_t kMostItems = 12;
+constexpr std::size_t kMostItems = 12;  // shown of an entry
+constexpr std::size_t kAllItems = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t kMargin = 4;
 constexpr const char* kAbsent = "absent";
 constexpr const char* kArrow = "\u2192";
 
 std::string itemText(const Json& item) {
-  return item.is_string() ? item.get<std::string>() : lineOfJson(item);
+  return item.is_string() ? printable(item.get<std::string>()) : lineOfJson(item);
 }
 
-/// "1", "[15, 60]", "[50, 48, ... 15 in all]".
-std::string itemsText(const Json& items) {
+/// "1", "[15, 60]", "[50, 48, ... 15 in all]" where there are more than `most`.
+std::string itemsText(const Json& items, std::size_t most) {
   if (items.size() == 1) return itemText(items.front());
   std::string text = "[";
   for (std::size_t i = 0; i < items.size(); ++i) {
-    if (i == kMostItems) return text + ", ... " + std::to_string(items.size()) + " in all]";
+    if (i == most) return text + ", ... " + std::to_string(items.size()) + " in all]";
     if (i > 0) text += ", ";
     text += itemText(items[i]);
   }
@@ -35,9 +37,9 @@ std::string itemsText(const Json& items) {
 }
 
 /// The items, and their type where the catalogue would have another.
-std::string entryText(const Entry& entry) {
+std::string entryText(const Entry& entry, std::size_t most) {
   if (entry.isEmpty()) return kAbsent;
-  std::string text = itemsText(jsonFromItems(entry));
+  std::string text = itemsText(jsonFromItems(entry), most);
   const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(entry));
   const hesk::TagInfo* info = hesk::findTag(entry.tag());
   if (info == nullptr || info->type != type) text += " (" + std::string(type) + ")";
@@ -100,13 +102,16 @@ void TextTrace::writeContainer(const ContainerTrace& container) {
   Columns columns;
   std::size_t unchanged = 0;
   for (const std::uint32_t tag : tagsOf(container)) {
-    const std::string before = entryText(container.before->entryFor(tag));
-    const std::string after = entryText(container.after->entryFor(tag));
-    if (before == after) {
+    const Entry& before = container.before->entryFor(tag);
+    const Entry& after = container.after->entryFor(tag);
+    if (entryText(before, kAllItems) == entryText(after, kAllItems)) {
       ++unchanged;
       continue;
     }
-    columns.add({tagText(tag), mStyle.faint(before), kArrow, mStyle.fresh(after)});
+    const std::string old = entryText(before, kMostItems);
+    std::string fresh = entryText(after, kMostItems);
+    if (old == fresh) fresh += " (differs behind)";
+    columns.add({tagText(tag), mStyle.faint(old), kArrow, mStyle.fresh(fresh)});
   }
   mOut << mStyle.faint("  " + std::to_string(unchanged) + " unchanged") << '\n';
   columns.write(mOut, kMargin);
@@ -152,7 +157,8 @@ void TextTrace::writeRecords(const std::vector<host::LogRecord>& records) {
     if (mRecords < leastToShow(record.level)) continue;
     const std::string level(1, record.level);
     columns.add({record.level == 'E' ? mStyle.alarming(level) : level,
-                 mStyle.faint(record.file + ":" + std::to_string(record.line)), record.message});
+                 mStyle.faint(record.file + ":" + std::to_string(record.line)),
+                 printable(record.message)});
   }
   if (columns.isEmpty()) return;
   mOut << "  " << mStyle.heading("log") << '\n';

@@ -59,7 +59,7 @@ void prepareDataRoot(const std::string& root) {
   if (root.empty()) return;
   std::error_code error;
   std::filesystem::create_directories(std::filesystem::path(root) / "data/vendor/camera", error);
-  if (error) throw InputError("camhook: --data-root " + root + ": " + error.message());
+  if (error) throw InputError("camhook: --data-root " + printable(root) + ": " + error.message());
 }
 
 TextTrace::Records recordsFromName(const std::string& level) {
