@@ -1,7 +1,8 @@
 // The updaters of the sensors: one slot an index, and what construction learns of the sensor.
 //
-// Reading order of the class: this file, then updater/RequestMeta.cpp (the request hook as the list
-// of its steps) and the files of its steps.
+// Reading order of the class: this file, then the hooks, each the list of its steps
+// (updater/SessionParams.cpp, updater/RequestMeta.cpp, updater/ResultMeta.cpp), and the files of
+// their steps.
 
 #include "common/HeskParameterUpdater.h"
 
@@ -10,18 +11,8 @@
 
 #include "common/math/FieldOfView.h"
 #include "common/tags/Metadata.h"
+#include "common/updater/StaticMetadata.h"
 #include "common/updater/UpdaterLog.h"
-#include "platform/MetadataProvider.h"
-
-namespace {
-
-const NSCam::IMetadata* staticCharacteristics(std::int32_t deviceId) {
-  const NSCam::IMetadataProvider* provider =
-      NSCam::NSMetadataProviderManager::valueForByDeviceId(deviceId);
-  return provider != nullptr ? &provider->getStaticCharacteristics() : nullptr;
-}
-
-}  // namespace
 
 HeskParameterUpdater::HeskParameterUpdater(int instanceId) : mInstanceId(instanceId) {
   using namespace hesk;

@@ -8,16 +8,19 @@
 // and failures are logged. A null container reads as an empty one; writes to it are skipped.
 //
 // Threads: `createInstance` may be called from any threads at once. The hooks of one updater are
-// called from one thread at a time and take no lock; different updaters share nothing.
+// called from one thread at a time; those of different updaters may run at once. They share the
+// handle of the camera provider service alone, behind a lock.
 
 #pragma once
 
 #include <cstdint>
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/Geometry.h"
 #include "platform/IMetadata.h"
+#include "platform/ImageStreamInfo.h"
 
 /// The white-box window of the replay tool and the tests.
 struct HeskParameterUpdaterInspector;
@@ -26,6 +29,9 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
  public:
   /// The highest sensor index that has an updater; the lowest is 0.
   static constexpr int kMaxInstanceId = 10;
+
+  /// The configured streams of a session by their ids.
+  using ImageStreams = std::unordered_map<std::int64_t, android::sp<NSCam::v3::IImageStreamInfo>>;
 
   HeskParameterUpdater(const HeskParameterUpdater&) = delete;
   HeskParameterUpdater& operator=(const HeskParameterUpdater&) = delete;
@@ -37,6 +43,42 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// device `instanceId`: it reads ANDROID_SENSOR_INFO_PHYSICAL_SIZE (width and height in mm) and
   /// ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS (item 0, mm), each 0 where absent.
   static HeskParameterUpdater* createInstance(int instanceId);
+
+  /// The session hook: called once for every stream configuration, on the updater of the configured
+  /// sensor. Rewrites `sessionMeta`, the app's session parameters, in place. What it reads of a
+  /// null one is -1, the frame rates too. Null streams are passed over.
+  ///
+  /// In this order it
+  ///  - tells the stereo settings HESK_CONTROL_EISENABLE and HESK_CONTROL_VIDEOALGOTYPE, -1 where
+  ///    absent;
+  ///  - sets the multi-camera feature mode by the static tag 0xc008000e (uint8) of the sensor's
+  ///    device, and writes MTK_HESK_MULTICAM_ENABLE: 1 or 0 by the kind, -1 for another value,
+  ///    which leaves the mode as it was;
+  ///  - writes the platform's 0x800b000a = 1 (uint8);
+  ///  - writes MTK_STREAMING_FEATURE_HFPS_MODE = 1 where the upper bound of
+  ///    MTK_CONTROL_AE_TARGET_FPS_RANGE is 60 or 50;
+  ///  - for the app type "HeskCamera" writes an upper bound of 120 or more, and its ratio to 30, to
+  ///    the platform's 0x800f0000;
+  ///  - for the app type "heskCamera" writes ANDROID_CONTROL_VIDEO_STABILIZATION_MODE: 1 for video
+  ///    of 4K at 60 frames a second unless HESK_CONTROL_EISENABLE is 0, with HESK_CONTROL_EISENABLE
+  ///    = 0 and the platform's 0x80070000 and 0x80070003 = 1; else 0;
+  ///  - records the streams' ids in the map's order, and whether there is one for video: one with
+  ///    the video encoder's usage bit, or any in UI module 3 (COM_HESK_CURRENTUIMODULE). Flips
+  ///    these where the property vendor.debug.camera.VideoFlip, by default the app's 0xc003009c
+  ///    (int32), is not 0;
+  ///  - copies the app's 0xc003009a to MTK_STREAMING_FEATURE_PIP_DEVICES;
+  ///  - writes MTK_HDR_FEATURE_HDR_MODE from HESK_CONTROL_VIDEO_HDR;
+  ///  - writes MTK_CONTROL_SELECTED_STREAM_ID from HESK_CONTROL_STREAM_FLAGS;
+  ///  - switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other apps on sensor 1 of
+  ///  products
+  ///    KX0106 and KX0107;
+  ///  - writes ANDROID_CONTROL_SCENE_MODE = 9 for the app name "Production" on sensor 2;
+  ///  - limits MTK_CONTROL_AE_TARGET_FPS_RANGE to what the camera provider service says, 15 to 25
+  ///    frames a second, and notes it in HESK_CONTROL_FPSLIMITTYPE, for app types other than
+  ///    "heskCamera" and "CTS".
+  ///
+  /// Reads the event store's "APP_TYPE" and "APP_NAME" and the property ro.product.model.zdm.
+  void updateSessionParams(NSCam::IMetadata* sessionMeta, ImageStreams streams);
 
   /// The request hook: called once for every capture request, on the updater of the request's
   /// sensor, before the request enters the pipeline. Rewrites `meta`, the request's app metadata,
@@ -72,6 +114,28 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// Reads the event store's "APP_TYPE" and "APP_NAME" and the property ro.product.model.zdm.
   void updateRequestMeta(NSCam::IMetadata* meta, unsigned int requestNo);
 
+  /// The result hook: called once for every result, on the updater of the result's sensor. Adds to
+  /// `result`, the result's metadata.
+  ///
+  /// In this order it
+  ///  - writes what 3A left in the event store: HESK_CONTROL_EXPTIME, 1000 times "HESK_EXP" (0);
+  ///    HESK_CONTROL_ISO, "HESK_ISO" (100); HESK_CONTROL_EV, "HESK_EV" (0). In brackets what stands
+  ///    for a text that is no such number;
+  ///  - for the app name "VideoNight" writes HESK_FEEDBACK_VIDEONRRECOMMEND, the event store's
+  ///    "HESK_VIDEONRRECOMMAND" (0);
+  ///  - sets the event store's "PREVIEW_SCENEMODE" to "128" where COM_HESK_SCENETYPE is 128, to "0"
+  ///    where it is another;
+  ///  - writes HESK_RESULT_PAIR_FIRST and SECOND and MTK_HESK_RESULT_LUX_INDEX. Where
+  ///    HESK_CONTROL_PAIR_SOURCE is 1 they are HESK_CONTROL_PAIR_INPUT and MTK_3A_AE_LUX_INDEX;
+  ///    where it is 0 or absent, the sensor's fixed pair and the platform's 0x8006001a (int32);
+  ///    else none is written. No lux value is written where its source is absent;
+  ///  - echoes ANDROID_SENSOR_SENSITIVITY in MTK_RAW_ALGO_SENSITIVITY, `requestNo` in
+  ///    HESK_CONTROL_REQUESTNO, MTK_3A_AE_CCT_USE_DATA in MTK_RAW_ALGO_AE_CCT_USE_DATA, 0 where
+  ///    absent.
+  ///
+  /// Reads the event store's "APP_NAME", too.
+  void updateResultMeta(NSCam::IMetadata* result, unsigned int requestNo);
+
  private:
   friend struct HeskParameterUpdaterInspector;
 
@@ -80,6 +144,11 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
 
   template <int InstanceId>
   static HeskParameterUpdater* slot();
+
+  // Session: what it teaches the updater.
+  void chooseMulticamFeatureMode(NSCam::IMetadata* session);
+  void recordStreams(const NSCam::IMetadata* session, const ImageStreams& streams,
+                     std::int32_t uiModule);
 
   // Tuning for the calling app and the camera app's mode.
   void update3rdpartyAppControlMeta(NSCam::IMetadata* request, unsigned int requestNo);
@@ -94,8 +163,8 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void bookBurst(unsigned int firstRequestNo, std::int32_t frameCount);
   void writeBurstFrame(NSCam::IMetadata* meta, unsigned int requestNo) const;
 
-  std::int32_t mInstanceId;      // sensor index, 0 to 10
-  bool mHasVideoStream = false;  // the session has a stream for video encoding
+  std::int32_t mInstanceId;                              // sensor index, 0 to 10
+  bool mHasVideoStream = false;                          // the session has a stream for video
   std::map<std::uint32_t, std::uint32_t> mNonZslFrames;  // latest burst: request to frame index
   std::int32_t mMulticamFeatureMode = 0;  // 0 single camera; 1, 2 kinds of multi-camera
   NSCam::MSize mPreviewSize;

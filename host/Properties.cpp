@@ -3,8 +3,12 @@
 #include "platform/Properties.h"
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cinttypes>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 #include "host/Phone.h"
 
@@ -15,4 +19,16 @@ int property_get(const char* key, char* value, const char* defaultValue) {
     *std::copy_n(text.data(), length, value) = '\0';
     return static_cast<int>(length);
   });
+}
+
+std::int32_t property_get_int32(const char* key, std::int32_t defaultValue) {
+  std::array<char, PROPERTY_VALUE_MAX> text{};
+  property_get(key, text.data(), "");
+  char* end = nullptr;
+  errno = 0;
+  const std::intmax_t number = std::strtoimax(text.data(), &end, 0);
+  if (end == text.data() || errno == ERANGE || !std::in_range<std::int32_t>(number)) {
+    return defaultValue;
+  }
+  return static_cast<std::int32_t>(number);
 }

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <cstdint>
+
 /// Room for a property's value and its terminating zero.
 #define PROPERTY_VALUE_MAX 92
 
@@ -11,5 +13,10 @@ extern "C" {
 /// which has room for PROPERTY_VALUE_MAX bytes; longer values are cut. A null `defaultValue` counts
 /// as the empty text. Returns the length. Any thread.
 int property_get(const char* key, char* value, const char* defaultValue);
+
+/// The property as a number: decimal, octal behind a 0, hexadecimal behind 0x; what follows the
+/// digits is ignored. `defaultValue` where the property is unset, begins with no number or does not
+/// fit. Any thread.
+std::int32_t property_get_int32(const char* key, std::int32_t defaultValue);
 
 }  // extern "C"

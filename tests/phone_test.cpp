@@ -48,6 +48,19 @@ TEST(PhoneEventStore, RecordsWhatTheLibrarySets) {
   EXPECT_TRUE(phone.effects.take().empty());
 }
 
+TEST(Phone, ReadsPropertiesAsNumbers) {
+  const std::pair<const char*, int> rows[] = {
+      {"", 7},           {"0", 0},           {"12", 12},
+      {"-3abc", -3},     {" 0x1F", 31},      {"010", 8},
+      {"yes", 7},        {"0x", 0},          {"2147483647", 2147483647},
+      {"2147483648", 7}, {"-2147483649", 7}, {"99999999999999999999", 7}};
+  for (const auto& [text, number] : rows) {
+    host::Phone phone;
+    phone.properties.set("a", text);
+    EXPECT_EQ(property_get_int32("a", 7), number) << text;
+  }
+}
+
 TEST(Phone, LeavesNothingBehind) {
   {
     host::Phone phone;

@@ -1,6 +1,7 @@
 #include "common/updater/SharedSteps.h"
 
 #include "common/tags/Metadata.h"
+#include "common/updater/CameraProviderService.h"
 #include "common/updater/Events.h"
 #include "common/updater/Product.h"
 
@@ -38,6 +39,31 @@ void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor
   if (!productBeginsWith("KX0107", "default") && !productBeginsWith("KX0106", "default")) return;
   if (isOwnCameraApp(eventValue("APP_TYPE"))) return;
   write(metadata, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, kStabilizationOff);
+}
+
+void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor,
+                        const log::Operation& operation) {
+  constexpr std::int32_t kUltraWideSensor = 2;
+  constexpr std::uint8_t kScene = 9;  // whatever the message says
+
+  if (sensor != kUltraWideSensor || eventValue("APP_NAME") != "Production") return;
+  write(metadata, tags::ANDROID_CONTROL_SCENE_MODE, kScene);
+  HESK_LOGD(operation)
+  ("[%s] UltraWide Camera in Production line set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
+}
+
+void limitToProviderFrameRate(NSCam::IMetadata* metadata) {
+  constexpr std::int32_t kLowestFrameRate = 5;
+  constexpr std::int32_t kLowestCap = 15;
+  constexpr std::int32_t kHighestCap = 25;
+  constexpr std::int32_t kLimitedByProvider = 43;
+
+  const std::string appType = eventValue("APP_TYPE");
+  if (appType == "heskCamera" || appType == "CTS") return;
+  const std::int32_t cap = providerFrameRateCap();
+  if (cap < kLowestCap || cap > kHighestCap) return;
+  write(metadata, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kLowestFrameRate, cap);
+  write(metadata, tags::HESK_CONTROL_FPSLIMITTYPE, kLimitedByProvider);
 }
 
 }  // namespace hesk

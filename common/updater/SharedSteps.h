@@ -23,4 +23,12 @@ void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operati
 /// of the products whose front camera cannot stabilise.
 void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor);
 
+/// Writes ANDROID_CONTROL_SCENE_MODE for the ultra-wide camera on the production line.
+void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor,
+                        const log::Operation& operation);
+
+/// Limits MTK_CONTROL_AE_TARGET_FPS_RANGE of other makers' apps to the frame rate that the camera
+/// provider service holds them to, and says so in HESK_CONTROL_FPSLIMITTYPE.
+void limitToProviderFrameRate(NSCam::IMetadata* metadata);
+
 }  // namespace hesk

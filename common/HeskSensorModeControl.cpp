@@ -1,0 +1,102 @@
+// The decision: rules, filters, overrides. The rules stand in sensormode/SensorModeTables.cpp, the
+// filters in sensormode/Filters.cpp, the overrides in sensormode/SpecialCustomize.cpp.
+
+#include "common/HeskSensorModeControl.h"
+
+#include <string_view>
+#include <utility>
+
+#include "common/sensormode/CSingleton.h"
+#include "common/sensormode/DecisionObserver.h"
+#include "common/sensormode/SensorModeLog.h"
+#include "common/sensormode/SensorScenario.h"
+#include "platform/Properties.h"
+
+using namespace hesk;
+
+HeskSensorModeControl* HeskSensorModeControl::createInstance(int sensorId) {
+  HeskSensorModeControl* instance = CSingleton<HeskSensorModeControl>::m_pInstance;
+  instance->mSensorId = sensorId;
+  return instance;
+}
+
+void HeskSensorModeControl::getProductName() {
+  constexpr log::Operation kOperation = sensorModeOperation("getProductName");
+
+  std::array<char, PROPERTY_VALUE_MAX> model{};
+  property_get("ro.product.model.zdm", model.data(), "default");
+  productName.fill('\0');
+  std::string_view(model.data()).copy(productName.data(), productName.size() - 1);
+  HESK_LOGD(kOperation)("[%s] productName %s", productName.data());
+}
+
+/// The rules of the current product for such a configuration, null for none.
+const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId,
+                                                                    bool isVideoMode) const {
+  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
+
+  const std::string_view product(productName.data());
+  const SensorModeTable* table = nullptr;
+  for (const SensorModeTable& candidate : sensorModeTables()) {
+    if (product.starts_with(candidate.productName)) table = &candidate;
+  }
+  const std::vector<SensorModeCfg>* list = nullptr;
+  if (table == nullptr) {
+    HESK_LOGD(kOperation)("[%s] no suitable sensorModeTable");
+  } else if (sensorId == 0) {
+    list = isVideoMode ? &table->sensor0Video : &table->sensor0Preview;
+  } else if (sensorId == 1) {
+    list = isVideoMode ? &table->sensor1Video : &table->sensor1Preview;
+  }
+  if (mObserver != nullptr) mObserver->onRules(table, list);
+  return list;
+}
+
+void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
+  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
+
+  HESK_LOGD(kOperation)("[%s] mSensorId %d, isVideoMode %d", sensorId, isVideoMode);
+  sensorModeTable.clear();
+  multiConditionTable.clear();
+  selectedSensorModeCfgs.clear();
+  getProductName();
+  const std::vector<SensorModeCfg>* rules = chooseList(sensorId, isVideoMode);
+  if (rules == nullptr) return;
+  for (const SensorModeCfg& rule : *rules) {
+    (rule.conditionCount < 2 ? sensorModeTable : multiConditionTable).push_back(rule);
+  }
+}
+
+/// What the selected rule comes to, or the lack of one.
+std::int32_t HeskSensorModeControl::baseScenario(bool isVideoMode) const {
+  if (!selectedSensorModeCfgs.empty()) return selectedSensorModeCfgs.back().sensorMode;
+  return isVideoMode ? NORMAL_VIDEO : NO_DECISION;
+}
+
+int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
+                                                std::shared_ptr<StreamInfo> info) {
+  constexpr log::Operation kOperation = sensorModeOperation("decideSensorScenario");
+
+  const bool isVideoMode = info != nullptr && info->hasVideoConsumer;
+  getSensorModeTable(mSensorId, isVideoMode);
+  HESK_LOGD(kOperation)
+  ("[%s] sensorModeTable size %d, %d", static_cast<int>(sensorModeTable.size()),
+   static_cast<int>(multiConditionTable.size()));
+
+  getSensorModeCfgByMultiCondition(meta);
+  getSensorModeCfgByEisMode(meta);
+  getSensorModeCfgByIsHfpsMode(meta);
+  getSensorModeCfgByApptype();
+  getSensorModeCfgByFps(meta);
+  getSensorModeCfgByVideoAlgoType(meta);
+  getSensorModeCfgByUiMode(meta);
+  HESK_LOGD(kOperation)
+  ("[%s] selectedSensorModeCfgs size %d", static_cast<int>(selectedSensorModeCfgs.size()));
+
+  std::int32_t sensorMode = baseScenario(isVideoMode);
+  if (mObserver != nullptr) mObserver->onBase(sensorMode);
+  const std::int32_t special = specialCustomize(meta, std::move(info));
+  if (special != NO_DECISION) sensorMode = special;
+  HESK_LOGD(kOperation)("[%s] sensorMode %lld", static_cast<long long>(sensorMode));
+  return sensorMode;
+}

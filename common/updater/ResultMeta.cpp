@@ -1,0 +1,103 @@
+// The result hook, as the list of its steps.
+
+#include <string>
+#include <string_view>
+
+#include "common/HeskParameterUpdater.h"
+#include "common/math/Conversion.h"
+#include "common/math/NumberText.h"
+#include "common/tags/Metadata.h"
+#include "common/updater/Events.h"
+#include "common/updater/UpdaterLog.h"
+
+namespace {
+
+using namespace hesk;
+using NSCam::IMetadata;
+
+constexpr log::Operation kOperation = updaterOperation("updateResultMeta");
+
+/// The number that 3A left under the key, `fallback` where there is none.
+template <typename T>
+T eventNumber(const char* key, T fallback) {
+  return leadingNumber<T>(eventValue(key)).value_or(fallback);
+}
+
+void writeExposure(IMetadata* result) {
+  constexpr std::int64_t kExposureUnit = 1000;
+  const auto iso = eventNumber<std::int32_t>("HESK_ISO", 100);
+  const auto exposure = eventNumber<std::int64_t>("HESK_EXP", 0);
+  const auto ev = eventNumber<float>("HESK_EV", 0.0F);
+  write(result, tags::HESK_CONTROL_EXPTIME, wrappingMultiply(exposure, kExposureUnit));
+  write(result, tags::HESK_CONTROL_ISO, iso);
+  write(result, tags::HESK_CONTROL_EV, ev);
+}
+
+void echoVideoNoiseReduction(IMetadata* result) {
+  if (eventValue("APP_NAME") != "VideoNight") return;
+  const auto recommendation = eventNumber<std::int32_t>("HESK_VIDEONRRECOMMAND", 0);
+  write(result, tags::HESK_FEEDBACK_VIDEONRRECOMMEND, recommendation);
+  HESK_LOGD(kOperation)("[%s] HESK_FEEDBACK_VIDEONRRECOMMEND:%d", recommendation);
+}
+
+void publishPreviewScene(const IMetadata* result) {
+  constexpr std::int32_t kPublishedScene = 128;
+  if (!has(result, tags::COM_HESK_SCENETYPE)) return;
+  const bool isPublished = read(result, tags::COM_HESK_SCENETYPE) == kPublishedScene;
+  NSCam::ATMsEventMgr::getInstance().set("PREVIEW_SCENEMODE", isPublished ? "128" : "0");
+}
+
+void writePair(IMetadata* result, float first, float second) {
+  write(result, tags::HESK_RESULT_PAIR_FIRST, first);
+  write(result, tags::HESK_RESULT_PAIR_SECOND, second);
+}
+
+/// Copies an int32 lux value into the result's float, where there is one.
+void copyLux(IMetadata* result, Tag<std::int32_t> source) {
+  if (!has(result, source)) return;
+  write(result, tags::MTK_HESK_RESULT_LUX_INDEX, static_cast<float>(read(result, source)));
+}
+
+void writePairAndLux(IMetadata* result, std::int32_t sensor) {
+  constexpr Tag<std::int32_t> kPlatformLux{0x8006001a};
+  switch (read(result, tags::HESK_CONTROL_PAIR_SOURCE, 0)) {
+    case 1:
+      writePair(result, read(result, tags::HESK_CONTROL_PAIR_INPUT, 0.0F, 0),
+                read(result, tags::HESK_CONTROL_PAIR_INPUT, 0.0F, 1));
+      copyLux(result, tags::MTK_3A_AE_LUX_INDEX);
+      break;
+    case 0:
+      if (sensor == 7 || sensor == 1) {
+        writePair(result, 46.0F, 24.0F);
+      } else {
+        writePair(result, 30.0F, 23.0F);
+      }
+      copyLux(result, kPlatformLux);
+      break;
+    default: break;
+  }
+}
+
+void echoRequestNo(IMetadata* result, unsigned int requestNo) {
+  write(result, tags::HESK_CONTROL_REQUESTNO, static_cast<std::int32_t>(requestNo));
+  HESK_LOGD(kOperation)("[%s] update frameNo %d in HESK_CONTROL_REQUESTNO", requestNo);
+}
+
+void echoColourTemperatureUse(IMetadata* result) {
+  const std::int32_t aeCctUseData = read(result, tags::MTK_3A_AE_CCT_USE_DATA);
+  HESK_LOGD(kOperation)("[%s] [%s]aeCctUseData: %d", kOperation.name, aeCctUseData);
+  write(result, tags::MTK_RAW_ALGO_AE_CCT_USE_DATA, aeCctUseData);
+}
+
+}  // namespace
+
+// NOLINTNEXTLINE(readability-make-member-function-const): the pipeline's binaries call it so.
+void HeskParameterUpdater::updateResultMeta(IMetadata* result, unsigned int requestNo) {
+  writeExposure(result);
+  echoVideoNoiseReduction(result);
+  publishPreviewScene(result);
+  writePairAndLux(result, mInstanceId);
+  write(result, tags::MTK_RAW_ALGO_SENSITIVITY, read(result, tags::ANDROID_SENSOR_SENSITIVITY));
+  echoRequestNo(result, requestNo);
+  echoColourTemperatureUse(result);
+}

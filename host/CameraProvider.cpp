@@ -1,0 +1,28 @@
+// The camera provider service of the phone that the library runs on.
+
+#include "platform/CameraProvider.h"
+
+#include "host/Phone.h"
+
+namespace {
+
+using vendor::hesk::hardware::camera::provider::V1_0::IHeskCameraProvider;
+
+/// Asks the phone of the moment; one that outlives its phone does not answer.
+class SimulatedProvider final : public IHeskCameraProvider {
+ public:
+  android::hardware::Return<std::int32_t> query(std::int32_t what) override {
+    host::Phone& phone = host::Phone::current();
+    if (!phone.config.provider) return {};
+    phone.effects.add([&] { return host::Effect{"provider.query", {{"argument", what}}}; });
+    return phone.config.provider->fpsCap;
+  }
+};
+
+}  // namespace
+
+android::sp<IHeskCameraProvider> IHeskCameraProvider::tryGetService(const std::string& /*name*/,
+                                                                    bool /*getStub*/) {
+  if (!host::Phone::current().config.provider) return {};
+  return new SimulatedProvider;
+}
