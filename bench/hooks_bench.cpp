@@ -1,15 +1,18 @@
 // The hooks as the pipeline calls them, on requests of 60 entries, and the log gate.
 //
-// Every hook row works on a request that it has worked on before, so that it times the hook and not
-// the container's growth.
+// Every hook row works on a container that it has worked on before, so that it times the hook and
+// not the container's growth.
 
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
+#include <memory>
 
 #include "common/HeskParameterUpdater.h"
+#include "common/HeskSensorModeControl.h"
 #include "common/log/Log.h"
 #include "common/tags/Metadata.h"
+#include "host/ImageStream.h"
 #include "host/Phone.h"
 
 namespace {
@@ -65,6 +68,62 @@ void stillCaptureRequest(benchmark::State& state) {
   runHook(state, std::move(request));
 }
 BENCHMARK(stillCaptureRequest);
+
+void sessionOfThreeStreams(benchmark::State& state) {
+  const QuietPhone quiet;
+  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
+  IMetadata session = requestOf(1);
+  HeskParameterUpdater::ImageStreams streams;
+  for (const std::int64_t id : {0, 1, 2}) {
+    const std::uint64_t usage = id == 2 ? GRALLOC_USAGE_HW_VIDEO_ENCODER : 0;
+    streams.emplace(id, new host::ImageStream(id, usage, {3840, 2160}));
+  }
+  for ([[maybe_unused]] auto _ : state) updater->updateSessionParams(&session, streams);
+}
+BENCHMARK(sessionOfThreeStreams);
+
+/// What of that the caller's copy of the map takes.
+void copyOfThreeStreams(benchmark::State& state) {
+  HeskParameterUpdater::ImageStreams streams;
+  for (const std::int64_t id : {0, 1, 2}) {
+    streams.emplace(id, new host::ImageStream(id, 0, {3840, 2160}));
+  }
+  for ([[maybe_unused]] auto _ : state) {
+    HeskParameterUpdater::ImageStreams copied(streams);
+    benchmark::DoNotOptimize(copied);
+  }
+}
+BENCHMARK(copyOfThreeStreams);
+
+void result(benchmark::State& state) {
+  QuietPhone quiet;
+  quiet.phone.eventStore.set("APP_NAME", "VideoNight");
+  quiet.phone.eventStore.set("HESK_ISO", "400");
+  quiet.phone.eventStore.set("HESK_EXP", "33333");
+  quiet.phone.eventStore.set("HESK_EV", "-0.3");
+  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
+  IMetadata result = requestOf(1);
+  write(&result, tags::COM_HESK_SCENETYPE, 128);
+  unsigned int requestNo = 0;
+  for ([[maybe_unused]] auto _ : state) updater->updateResultMeta(&result, ++requestNo);
+}
+BENCHMARK(result);
+
+/// The longest list of rules, none of which matches, on metadata that has everything they ask for.
+void decisionWithoutMatch(benchmark::State& state) {
+  QuietPhone quiet;
+  quiet.phone.properties.set("ro.product.model.zdm", "KX0105");
+  IMetadata session = requestOf(1);
+  write(&session, tags::HESK_CONTROL_EISENABLE, 3);
+  write(&session, tags::MTK_STREAMING_FEATURE_HFPS_MODE, 1);
+  write(&session, tags::HESK_CONTROL_VIDEOALGOTYPE, 3);
+  const auto info = std::make_shared<HeskSensorModeControl::StreamInfo>();
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(
+        HeskSensorModeControl::createInstance(1)->decideSensorScenario(&session, info));
+  }
+}
+BENCHMARK(decisionWithoutMatch);
 
 void copyOfARequest(benchmark::State& state) {
   const IMetadata request = requestOf(1);

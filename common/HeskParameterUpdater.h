@@ -69,9 +69,8 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///  - copies the app's 0xc003009a to MTK_STREAMING_FEATURE_PIP_DEVICES;
   ///  - writes MTK_HDR_FEATURE_HDR_MODE from HESK_CONTROL_VIDEO_HDR;
   ///  - writes MTK_CONTROL_SELECTED_STREAM_ID from HESK_CONTROL_STREAM_FLAGS;
-  ///  - switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other apps on sensor 1 of
-  ///  products
-  ///    KX0106 and KX0107;
+  ///  - switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other apps on sensor 1 of the
+  ///    products KX0106 and KX0107;
   ///  - writes ANDROID_CONTROL_SCENE_MODE = 9 for the app name "Production" on sensor 2;
   ///  - limits MTK_CONTROL_AE_TARGET_FPS_RANGE to what the camera provider service says, 15 to 25
   ///    frames a second, and notes it in HESK_CONTROL_FPSLIMITTYPE, for app types other than
@@ -93,8 +92,7 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///  - turns a request of UI module 8 (COM_HESK_CURRENTUIMODULE) into a preview, by
   ///    ANDROID_CONTROL_CAPTURE_INTENT = 1 and ANDROID_CONTROL_ENABLE_ZSL = 0 (int32 items both),
   ///    unless HESK_CONTROL_KEEP_CAPTURE_INTENT is 1;
-  ///  - on still captures (ANDROID_CONTROL_CAPTURE_INTENT 2) keeps the book of multi-frame
-  ///  captures:
+  ///  - on still captures (ANDROID_CONTROL_CAPTURE_INTENT 2) keeps the book of burst frames:
   ///    reads ANDROID_CONTROL_ENABLE_ZSL, HESK_CONTROL_HISFRAME, HESK_CONTROL_CURRENTMODE,
   ///    ANDROID_FLASH_MODE and HESK_CONTROL_ALGO_OVERRIDE; writes MTK_HESK_NON_ZSL_CAPTURE,
   ///    MTK_HESK_FRAME_COUNT, MTK_HESK_FRAME_INDEX, MTK_HESK_NO_VIDEO_STREAM,
@@ -105,9 +103,8 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///    super-moon request, else without item;
   ///  - caps the range's upper bound at 29 in dual-camera sessions of product KX0102;
   ///  - writes MTK_HDR_FEATURE_HDR_MODE from HESK_CONTROL_VIDEO_HDR;
-  ///  - switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other apps on sensor 1 of
-  ///  products
-  ///    KX0106 and KX0107;
+  ///  - switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other apps on sensor 1 of the
+  ///    products KX0106 and KX0107;
   ///  - fixes the range to HESK_CONTROL_FPS_RANGE_MAX when that is 31 or more;
   ///  - writes MTK_RAW_ALGO_DIAGONAL_FOV (degrees) in mode bit 59 of UI module 8.
   ///

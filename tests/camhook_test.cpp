@@ -93,6 +93,12 @@ TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
       {"replay still_burst.json --jsn",
        "camhook: The following argument was not expected: --jsn\n"},
       {"replay still_burst.json --logs warn", "camhook: --logs: warn not in {debug,info,error}\n"},
+      {"decide --sensor 0", "camhook: --product is required\n"},
+      {"decide --product X --sensor 0 --fps 15", "camhook: --fps: must be LO,HI, not \"15\"\n"},
+      {"decide --product X --sensor 0 --size 640x480p",
+       "camhook: --size: must be WxH, not \"640x480p\"\n"},
+      {"decide --product X --sensor 0 --eis 2147483648",
+       "camhook: Could not convert: --eis = 2147483648\n"},
       {"tags a b", "camhook: The following argument was not expected: b\n"},
       {"replay still_burst.json --data-root /dev/null",
        "camhook: --data-root /dev/null: Not a directory\n"},
@@ -173,6 +179,71 @@ event store at the end
 )");
 }
 
+TEST(Camhook, TellsTheWayToADecision) {
+  EXPECT_EQ(camhookWith("decide --product KX0105-EU --sensor 0 --video --app-type heskCamera "
+                        "--hfps 2 --eis 1 --video-algo 0 --night 1 --size 640x480")
+                .output,
+            R"(5 CUSTOM1
+
+rules  KX0105 sensor0Video, 4 rows
+filters
+  getSensorModeCfgByMultiCondition  row 4 meets 2 of 3: eisMode 1, videoAlgoType 0; isHfpsMode is 2, not 1
+                                    row 3 meets 2 of 2: eisMode 1, videoAlgoType 0: row 3 is taken, 5 CUSTOM1
+  getSensorModeCfgByEisMode         not asked: a rule is selected already
+  getSensorModeCfgByIsHfpsMode      not asked: a rule is selected already
+  getSensorModeCfgByApptype         not asked: a rule is selected already
+  getSensorModeCfgByFps             not asked: a rule is selected already
+  getSensorModeCfgByVideoAlgoType   not asked: a rule is selected already
+  getSensorModeCfgByUiMode          not asked: a rule is selected already
+base  5 CUSTOM1, of row 3
+overrides
+  2 NORMAL_VIDEO  video in night mode: overwritten
+  5 CUSTOM1       video of the maker's app at 640x480: holds
+)");
+  EXPECT_EQ(camhookWith("decide --product KX0102 --sensor 1 --video --fps 15,30 --ui-module -2 "
+                        "--hdr 3 --app-name Instagram")
+                .output,
+            R"(5 CUSTOM1
+
+rules  KX0102 sensor1Video, 1 row
+filters
+  getSensorModeCfgByMultiCondition  no rule of its kind is loaded
+  getSensorModeCfgByEisMode         eisMode absent: no row has it
+  getSensorModeCfgByIsHfpsMode      not asked: MTK_STREAMING_FEATURE_HFPS_MODE is not 1
+  getSensorModeCfgByApptype         appType "": row 1 is taken, 5 CUSTOM1
+  getSensorModeCfgByFps             not asked: a rule is selected already
+  getSensorModeCfgByVideoAlgoType   not asked: a rule is selected already
+  getSensorModeCfgByUiMode          not asked: a rule is selected already
+base  5 CUSTOM1, of row 1
+overrides
+  5 CUSTOM1  video HDR on the front camera: holds
+)");
+}
+
+TEST(Camhook, GivesADecisionAsData) {
+  const Json none = Json::parse(camhookWith("decide --json --product X --sensor 0").output);
+  EXPECT_EQ(none.at("scenario"), 255);
+  EXPECT_TRUE(none.at("product").is_null());
+  EXPECT_TRUE(none.at("base").at("row").is_null());
+
+  const Json decision = Json::parse(
+      camhookWith("decide --json --product KX0104 --sensor 1 --app-type QQ --app-name Whatsapp "
+                  "--size 640x480")
+          .output);
+  EXPECT_EQ(decision.at("name"), "NORMAL_PREVIEW");
+  EXPECT_EQ(decision.at("list"), "sensor1Preview");
+  EXPECT_EQ(decision.at("rules").size(), 10U);
+  const Json& byAppType = decision.at("filters").at(3);
+  EXPECT_EQ(byAppType.at("filter"), "getSensorModeCfgByApptype");
+  EXPECT_EQ(byAppType.at("takenRow"), 5);
+  EXPECT_EQ(byAppType.at("trials").at(4), Json::parse(R"({"row": 5, "comparisons": [
+    {"field": "appType", "wanted": "QQ", "found": "QQ", "equal": true}]})"));
+  EXPECT_EQ(decision.at("base"), Json::parse(R"({"scenario": 0, "row": 5})"));
+  EXPECT_EQ(decision.at("overrides").size(), 2U);
+  EXPECT_EQ(decision.at("overrides").at(0).at("holds"), false);
+  EXPECT_EQ(decision.at("overrides").at(1).at("scenario"), 0);
+}
+
 TEST(Camhook, ListsTheCatalogue) {
   const Outcome byName = camhookWith("tags --json frame_count");
   EXPECT_EQ(Json::parse(byName.output), Json::parse(R"([{"name": "MTK_HESK_FRAME_COUNT",
@@ -192,7 +263,7 @@ TEST(Camhook, ReferencePageIsTheCatalogue) {
 }
 
 TEST(Camhook, HelpsWithExamples) {
-  for (const char* words : {"--help", "replay --help", "tags --help"}) {
+  for (const char* words : {"--help", "replay --help", "decide --help", "tags --help"}) {
     const Outcome outcome = camhookWith(words);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_NE(outcome.output.find("Example:\n  camhook "), std::string::npos) << words;

@@ -75,6 +75,15 @@ TEST(ScenarioReader, NamesThePlaceOfWhatItRefuses) {
        "calls[0].meta: unknown key"},
       {R"({"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": -1, "meta": {}}]})",
        "calls[0].requestNo: must be an integer of uint32, 0 to 4294967295"},
+      {R"({"calls": [{"call": "updateSessionParams", "sensor": 0, "meta": null, "streams": [
+           {"id": 1, "usage": 0, "width": 1, "height": 1}, {"id": 2, "usage": -1}]}]})",
+       "calls[0].streams[1].usage: must be an integer of uint64, 0 to 18446744073709551615"},
+      {R"({"calls": [{"call": "updateSessionParams", "sensor": 0, "meta": null, "streams": [
+           {"id": 1, "usage": 0, "width": 1, "height": 1},
+           {"id": "0x1", "usage": 0, "width": 1, "height": 1}]}]})",
+       "calls[0].streams[1].id: this id is given twice"},
+      {R"({"calls": [{"call": "updateSessionParams", "sensor": 0, "meta": null, "streams": {}}]})",
+       "calls[0].streams: must be a list"},
       {R"({"calls": [{"call": "setEvent", "key": "A", "value": 1}]})",
        "calls[0].value: must be a text"},
   };

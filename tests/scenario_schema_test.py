@@ -21,6 +21,13 @@ def request(**meta):
     return {"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": meta}]}
 
 
+def session(*streams):
+    return {"calls": [{"call": "updateSessionParams", "sensor": 0, "meta": {}, "streams": [*streams]}]}
+
+
+STREAM = {"id": 1, "usage": 0, "width": 1, "height": 1}
+DECIDE = {"call": "decideSensorScenario", "sensor": 0, "meta": None, "width": 0, "height": 0}
+
 REFUSED = [
     {},
     {"calls": [], "call": 1},
@@ -39,6 +46,11 @@ REFUSED = [
     request(HESK_CONTROL_ISO={"type": "int", "items": []}),
     request(HESK_CONTROL_ISO={"items": [1]}),
     request(HESK_CONTROL_ISO=None),
+    session({**STREAM, "usage": -1}),
+    session({**STREAM, "id": 2**63}),
+    session({"id": 1, "width": 1, "height": 1}),
+    {"calls": [DECIDE]},
+    {"calls": [{**DECIDE, "video": 1}]},
 ]
 
 ACCEPTED = [
@@ -48,6 +60,9 @@ ACCEPTED = [
     request(MTK_P1NODE_SCALAR_CROP_REGION=[[1, 2, 3, 4]], HESK_CONTROL_ISO=[]),
     request(**{"0xc008000e": {"type": "uint8", "items": [6]}}),
     {"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": "0x1", "meta": None}]},
+    {"calls": [{"call": "updateResultMeta", "sensor": 0, "requestNo": "0x1", "meta": None}]},
+    session(STREAM, {**STREAM, "id": -(2**63), "usage": 2**64 - 1}, {**STREAM, "id": "0x2"}),
+    {"calls": [{**DECIDE, "video": True}]},
 ]
 
 

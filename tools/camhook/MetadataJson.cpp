@@ -29,6 +29,8 @@ template <>
 constexpr std::string_view kTypeName<std::uint8_t> = "uint8";
 template <>
 constexpr std::string_view kTypeName<std::uint32_t> = "uint32";
+template <>
+constexpr std::string_view kTypeName<std::uint64_t> = "uint64";
 
 /// The digits of a hexadecimal text as a number. False where it is none, or needs more than 64
 /// bits.
@@ -181,6 +183,7 @@ template std::int32_t integerFromJson(const Json&, const Place&);
 template std::int64_t integerFromJson(const Json&, const Place&);
 template std::uint8_t integerFromJson(const Json&, const Place&);
 template std::uint32_t integerFromJson(const Json&, const Place&);
+template std::uint64_t integerFromJson(const Json&, const Place&);
 
 float floatFromJson(const Json& json, const Place& place) {
   // Half a step above the largest float: what rounds to it still fits.

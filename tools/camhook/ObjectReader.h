@@ -58,6 +58,12 @@ class ObjectReader {
   static void fromJson(std::uint32_t& value, const Json& json, const Place& place) {
     value = integerFromJson<std::uint32_t>(json, place);
   }
+  static void fromJson(std::int64_t& value, const Json& json, const Place& place) {
+    value = integerFromJson<std::int64_t>(json, place);
+  }
+  static void fromJson(std::uint64_t& value, const Json& json, const Place& place) {
+    value = integerFromJson<std::uint64_t>(json, place);
+  }
   static void fromJson(NSCam::MRect& value, const Json& json, const Place& place) {
     value = rectFromJson(json, place);
   }

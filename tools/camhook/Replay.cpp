@@ -2,8 +2,16 @@
 
 #include <utility>
 
+#include <concepts>
+#include <memory>
+#include <sstream>
+#include <string>
+
 #include "common/HeskParameterUpdater.h"
+#include "common/HeskSensorModeControl.h"
 #include "common/updater/UpdaterInspector.h"
+#include "host/ImageStream.h"
+#include "tools/camhook/Decision.h"
 
 namespace camhook {
 namespace {
@@ -26,6 +34,28 @@ Json stateOf(HeskParameterUpdater& updater) {
 
 NSCam::IMetadata* pointerTo(MetadataArgument& metadata) { return metadata ? &*metadata : nullptr; }
 
+/// In the order in which the pipeline's own map has them when it is filled in the list's order.
+HeskParameterUpdater::ImageStreams imageStreams(
+    const std::vector<UpdateSessionParams::Stream>& streams) {
+  HeskParameterUpdater::ImageStreams map;
+  for (const auto& [id, usage, width, height] : streams) {
+    map.emplace(id, new host::ImageStream(id, usage, {width, height}));
+  }
+  return map;
+}
+
+/// "1 1920x1080 usage 0x100, 2 3840x2160 usage 0x10000".
+std::string textOf(const std::vector<UpdateSessionParams::Stream>& streams) {
+  std::ostringstream text;
+  const char* separator = "";
+  for (const auto& [id, usage, width, height] : streams) {
+    text << separator << id << ' ' << width << 'x' << height << " usage 0x" << std::hex << usage
+         << std::dec;
+    separator = ", ";
+  }
+  return text.str();
+}
+
 /// Runs one call. `updater` is null where there is none, and for calls that take none.
 struct Runner {
   CallTrace& trace;
@@ -33,6 +63,35 @@ struct Runner {
   HeskParameterUpdater* updater;
 
   void operator()(const CreateInstance& /*call*/) const { trace.result = updater != nullptr; }
+
+  void operator()(const UpdateSessionParams& call) const {
+    trace.arguments = {{"streams", textOf(call.streams)}};
+    ContainerTrace container{"meta", call.meta, call.meta};
+    if (updater != nullptr) {
+      updater->updateSessionParams(pointerTo(container.after), imageStreams(call.streams));
+    }
+    trace.containers.push_back(std::move(container));
+  }
+
+  void operator()(const UpdateResultMeta& call) const {
+    trace.arguments = {{"requestNo", call.requestNo}};
+    ContainerTrace container{"meta", call.meta, call.meta};
+    if (updater != nullptr) updater->updateResultMeta(pointerTo(container.after), call.requestNo);
+    trace.containers.push_back(std::move(container));
+  }
+
+  void operator()(const DecideSensorScenario& call) const {
+    trace.sensor = call.sensor;
+    trace.arguments = {{"video", call.video}, {"width", call.width}, {"height", call.height}};
+    ContainerTrace container{"meta", call.meta, call.meta};
+    const auto info = std::make_shared<HeskSensorModeControl::StreamInfo>();
+    *info = {.hasVideoConsumer = call.video, .mainOutputSize = {call.width, call.height}};
+    const int scenario = HeskSensorModeControl::createInstance(call.sensor)
+                             ->decideSensorScenario(pointerTo(container.after), info);
+    trace.result = scenario;
+    trace.resultName = scenarioName(scenario);
+    trace.containers.push_back(std::move(container));
+  }
 
   void operator()(const UpdateRequestMeta& call) const {
     trace.arguments = {{"requestNo", call.requestNo}};
@@ -52,8 +111,9 @@ struct Runner {
   }
 };
 
+/// Calls on the updater of their sensor.
 template <typename CallType>
-constexpr bool kTakesUpdater = requires(const CallType& call) {
+concept UpdaterCall = !std::same_as<CallType, DecideSensorScenario> && requires(CallType call) {
   call.sensor;
 };
 
@@ -67,18 +127,18 @@ CallTrace Replay::run(const Call& call) {
   std::visit(
       [&]<typename CallType>(const CallType& concrete) {
         trace.call = CallType::kName;
-        if constexpr (kTakesUpdater<CallType>) {
+        if constexpr (UpdaterCall<CallType>) {
           trace.sensor = concrete.sensor;
           updater = HeskParameterUpdater::createInstance(concrete.sensor);
         }
         Runner{trace, mPhone, updater}(concrete);
+        if constexpr (UpdaterCall<CallType>) {
+          Json& state = mStates[concrete.sensor];
+          trace.state = StateTrace{state, updater != nullptr ? stateOf(*updater) : Json()};
+          state = trace.state->after;
+        }
       },
       call);
-  if (trace.sensor) {
-    Json& state = mStates[*trace.sensor];
-    trace.state = StateTrace{state, updater != nullptr ? stateOf(*updater) : Json()};
-    state = trace.state->after;
-  }
   trace.effects = mPhone.effects.take();
   trace.logs = mPhone.log.take();
   return trace;

@@ -22,11 +22,41 @@ struct CreateInstance {
   std::int32_t sensor = 0;
 };
 
+struct UpdateSessionParams {
+  struct Stream {
+    std::int64_t id = 0;
+    std::uint64_t usage = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+  };
+
+  static constexpr std::string_view kName = "updateSessionParams";
+  std::int32_t sensor = 0;
+  MetadataArgument meta;
+  std::vector<Stream> streams;  // no two of one id
+};
+
 struct UpdateRequestMeta {
   static constexpr std::string_view kName = "updateRequestMeta";
   std::int32_t sensor = 0;
   std::uint32_t requestNo = 0;
   MetadataArgument meta;
+};
+
+struct UpdateResultMeta {
+  static constexpr std::string_view kName = "updateResultMeta";
+  std::int32_t sensor = 0;
+  std::uint32_t requestNo = 0;
+  MetadataArgument meta;
+};
+
+struct DecideSensorScenario {
+  static constexpr std::string_view kName = "decideSensorScenario";
+  std::int32_t sensor = 0;
+  MetadataArgument meta;
+  bool video = false;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
 };
 
 struct SetEvent {
@@ -41,7 +71,8 @@ struct SetProperty {
   std::string value;
 };
 
-using Call = std::variant<CreateInstance, UpdateRequestMeta, SetEvent, SetProperty>;
+using Call = std::variant<CreateInstance, UpdateSessionParams, UpdateRequestMeta, UpdateResultMeta,
+                          DecideSensorScenario, SetEvent, SetProperty>;
 
 struct Scenario {
   host::PhoneConfig platform;

@@ -22,6 +22,7 @@ constexpr Keys kSatCamera[] = {"id", "role", "fov"};
 constexpr Keys kSatTranslate[] = {"scale", "dx", "dy"};
 constexpr Keys kProvider[] = {"fpsCap"};
 constexpr Keys kTuningBuffer[] = {"fd", "bufferSize", "bufferIndex"};
+constexpr Keys kStream[] = {"id", "usage", "width", "height"};
 
 constexpr ObjectKeys kObjects[] = {
     {"scenario", kScenario},
@@ -35,24 +36,30 @@ constexpr ObjectKeys kObjects[] = {
     {"satTranslate", kSatTranslate},
     {"provider", kProvider},
     {"tuningBuffer", kTuningBuffer},
+    {"stream", kStream},
 };
 
 constexpr Keys kCreateInstance[] = {"sensor"};
+constexpr Keys kUpdateSessionParams[] = {"sensor", "meta", "streams"};
 constexpr Keys kUpdateRequestMeta[] = {"sensor", "requestNo", "meta"};
+constexpr Keys kUpdateResultMeta[] = {"sensor", "requestNo", "meta"};
+constexpr Keys kDecideSensorScenario[] = {"sensor", "meta", "video", "width", "height"};
 constexpr Keys kSetEvent[] = {"key", "value"};
 constexpr Keys kSetProperty[] = {"name", "value"};
 
 constexpr ObjectKeys kCalls[] = {
     {"createInstance", kCreateInstance},
+    {"updateSessionParams", kUpdateSessionParams},
     {"updateRequestMeta", kUpdateRequestMeta},
+    {"updateResultMeta", kUpdateResultMeta},
+    {"decideSensorScenario", kDecideSensorScenario},
     {"setEvent", kSetEvent},
     {"setProperty", kSetProperty},
 };
 
 constexpr std::string_view kFutureCalls[] = {
-    "updateSessionParams",  "updateResultMeta", "updateCaptureRawParameter",    "updateTuningData",
-    "setPreviewSize",       "matchAspectRatio", "translateResultRegionForHesk", "dumpMetadata",
-    "decideSensorScenario",
+    "updateCaptureRawParameter",    "updateTuningData", "setPreviewSize", "matchAspectRatio",
+    "translateResultRegionForHesk", "dumpMetadata",
 };
 
 }  // namespace

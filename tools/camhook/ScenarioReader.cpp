@@ -1,5 +1,6 @@
 #include "tools/camhook/ScenarioReader.h"
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,27 @@
 namespace camhook {
 namespace {
 
+using Stream = UpdateSessionParams::Stream;
+
+Stream streamFromJson(const Json& json, const Place& place) {
+  const ObjectReader reader(json, place, keysOf("stream"));
+  return {.id = reader.required<std::int64_t>("id"),
+          .usage = reader.required<std::uint64_t>("usage"),
+          .width = reader.required<std::int32_t>("width"),
+          .height = reader.required<std::int32_t>("height")};
+}
+
+std::vector<Stream> streamsFromJson(const Json& json, const Place& place) {
+  if (!json.is_array()) place.fail("must be a list");
+  std::vector<Stream> streams;
+  std::set<std::int64_t> ids;
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    streams.push_back(streamFromJson(json[i], place[i]));
+    if (!ids.insert(streams.back().id).second) place[i]["id"].fail("this id is given twice");
+  }
+  return streams;
+}
+
 Call callFromArguments(std::string_view name, const ObjectReader& reader) {
   if (name == CreateInstance::kName) {
     return CreateInstance{.sensor = reader.required<std::int32_t>("sensor")};
@@ -20,6 +42,24 @@ Call callFromArguments(std::string_view name, const ObjectReader& reader) {
     return UpdateRequestMeta{.sensor = reader.required<std::int32_t>("sensor"),
                              .requestNo = reader.required<std::uint32_t>("requestNo"),
                              .meta = reader.required<MetadataArgument>("meta")};
+  }
+  if (name == UpdateSessionParams::kName) {
+    return UpdateSessionParams{
+        .sensor = reader.required<std::int32_t>("sensor"),
+        .meta = reader.required<MetadataArgument>("meta"),
+        .streams = streamsFromJson(reader.at("streams"), reader.place()["streams"])};
+  }
+  if (name == UpdateResultMeta::kName) {
+    return UpdateResultMeta{.sensor = reader.required<std::int32_t>("sensor"),
+                            .requestNo = reader.required<std::uint32_t>("requestNo"),
+                            .meta = reader.required<MetadataArgument>("meta")};
+  }
+  if (name == DecideSensorScenario::kName) {
+    return DecideSensorScenario{.sensor = reader.required<std::int32_t>("sensor"),
+                                .meta = reader.required<MetadataArgument>("meta"),
+                                .video = reader.required<bool>("video"),
+                                .width = reader.required<std::int32_t>("width"),
+                                .height = reader.required<std::int32_t>("height")};
   }
   if (name == SetEvent::kName) {
     return SetEvent{.key = reader.required<std::string>("key"),

@@ -21,7 +21,9 @@ constexpr const char* kAbsent = "absent";
 constexpr const char* kArrow = "\u2192";
 
 std::string itemText(const Json& item) {
-  return item.is_string() ? printable(item.get<std::string>()) : lineOfJson(item);
+  if (!item.is_string()) return lineOfJson(item);
+  const auto& text = item.get_ref<const std::string&>();
+  return text.empty() ? "\"\"" : printable(text);
 }
 
 /// "1", "[15, 60]", "[50, 48, ... 15 in all]" where there are more than `most`.
@@ -90,6 +92,7 @@ void TextTrace::writeTitle(const CallTrace& trace) {
   }
   mOut << mStyle.title(title);
   if (!trace.result.is_null()) mOut << "  " << kArrow << "  " << lineOfJson(trace.result);
+  if (!trace.resultName.empty()) mOut << ' ' << trace.resultName;
   mOut << '\n';
 }
 

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -10,10 +11,13 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
+#include "tools/camhook/DecideCommand.h"
 #include "tools/camhook/InputError.h"
+#include "tools/camhook/Json.h"
 #include "tools/camhook/JsonTrace.h"
 #include "tools/camhook/Replay.h"
 #include "tools/camhook/ScenarioReader.h"
@@ -38,6 +42,13 @@ struct TagsOptions {
   std::string filter;
   bool json = false;
   bool markdown = false;
+};
+
+struct DecideArguments {
+  DecideOptions options;
+  std::string fps;
+  std::string size;
+  bool json = false;
 };
 
 /// The content of a file, of standard input for "-". Throws InputError.
@@ -99,6 +110,38 @@ int replay(const ReplayOptions& options) {
   return 0;
 }
 
+/// Two integers around `separator`. Throws InputError, which says what is expected of `option`.
+std::pair<std::int32_t, std::int32_t> pairFromText(const std::string& text, char separator,
+                                                   const char* option, const char* expected) {
+  std::pair<std::int32_t, std::int32_t> numbers;
+  const char* const end = text.data() + text.size();
+  const auto first = std::from_chars(text.data(), end, numbers.first);
+  if (first.ec == std::errc() && first.ptr != end && *first.ptr == separator) {
+    const auto second = std::from_chars(first.ptr + 1, end, numbers.second);
+    if (second.ec == std::errc() && second.ptr == end) return numbers;
+  }
+  throw InputError("camhook: " + std::string(option) + ": must be " + expected + ", not " +
+                   jsonText(text));
+}
+
+int decide(DecideArguments arguments) {
+  if (!arguments.fps.empty()) {
+    const auto [lower, upper] = pairFromText(arguments.fps, ',', "--fps", "LO,HI");
+    arguments.options.fps = {lower, upper};
+  }
+  if (!arguments.size.empty()) {
+    const auto [width, height] = pairFromText(arguments.size, 'x', "--size", "WxH");
+    arguments.options.size = {width, height};
+  }
+  const Decision decision = camhook::decide(arguments.options);
+  if (arguments.json) {
+    writeDecisionJson(std::cout, decision);
+  } else {
+    writeDecisionText(std::cout, decision, Style::forStandardOutput());
+  }
+  return 0;
+}
+
 int tags(const TagsOptions& options) {
   TagsFormat format = TagsFormat::text;
   if (options.json) format = TagsFormat::json;
@@ -131,9 +174,36 @@ void addTags(CLI::App& app, TagsOptions& options) {
   command->footer("Example:\n  camhook tags frame_count");
 }
 
+void addDecide(CLI::App& app, DecideArguments& arguments) {
+  CLI::App* command =
+      app.add_subcommand("decide", "Decide on a sensor scenario and show the way to it");
+  DecideOptions& options = arguments.options;
+  command->add_option("--product", options.product, "Product model, as ro.product.model.zdm has it")
+      ->required();
+  command->add_option("--sensor", options.sensor, "Sensor; 1 is the front camera")->required();
+  command->add_flag("--video", options.video, "The configuration has a video stream");
+  command->add_option("--app-type", options.appType, "\"APP_TYPE\" of the event store");
+  command->add_option("--app-name", options.appName, "\"APP_NAME\" of the event store");
+  command->add_option("--eis", options.eis, "HESK_CONTROL_EISENABLE");
+  command->add_option("--hfps", options.hfps, "MTK_STREAMING_FEATURE_HFPS_MODE");
+  command->add_option("--fps", arguments.fps, "MTK_CONTROL_AE_TARGET_FPS_RANGE")
+      ->type_name("LO,HI");
+  command->add_option("--video-algo", options.videoAlgo, "HESK_CONTROL_VIDEOALGOTYPE");
+  command->add_option("--ui-module", options.uiModule, "COM_HESK_CURRENTUIMODULE");
+  command->add_option("--hdr", options.hdr, "MTK_HDR_FEATURE_HDR_MODE");
+  command->add_option("--night", options.night, "HESK_CONTROL_NIGHTMODE");
+  command->add_option("--size", arguments.size, "Size of the app's main output in pixels")
+      ->type_name("WxH");
+  command->add_flag("--json", arguments.json, "Write the decision as JSON");
+  command->footer(
+      "What is not given is absent.\n\n"
+      "Example:\n  camhook decide --product KX0105 --sensor 0 --video --eis 1 --video-algo 0");
+}
+
 int run(int argc, char** argv) {
   ReplayOptions replayOptions;
   TagsOptions tagsOptions;
+  DecideArguments decideArguments;
   CLI::App app("Replays scenarios through the camera hooks and shows what each hook did.",
                "camhook");
   app.set_version_flag("--version", "camhook " CAMHOOK_VERSION);
@@ -142,6 +212,7 @@ int run(int argc, char** argv) {
       "Example:\n  camhook replay scenarios/still_burst.json\n\n"
       "camhook COMMAND --help tells about a command.");
   addReplay(app, replayOptions);
+  addDecide(app, decideArguments);
   addTags(app, tagsOptions);
   try {
     app.parse(argc, argv);
@@ -150,7 +221,9 @@ int run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     throw InputError("camhook: " + printable(error.what()));
   }
-  return app.got_subcommand("replay") ? replay(replayOptions) : tags(tagsOptions);
+  if (app.got_subcommand("replay")) return replay(replayOptions);
+  if (app.got_subcommand("decide")) return decide(std::move(decideArguments));
+  return tags(tagsOptions);
 }
 
 }  // namespace

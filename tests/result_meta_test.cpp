@@ -1,0 +1,165 @@
+// The result hook. The video night mode and what 3A leaves unreadable are in the shipped scenarios.
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <locale>
+#include <random>
+#include <sstream>
+#include <string>
+
+#include "common/math/NumberText.h"
+#include "host/Phone.h"
+#include "tests/support/AllocationCounter.h"
+#include "tests/support/TestMetadata.h"
+#include "tests/support/TestUpdater.h"
+
+namespace {
+
+struct Row {
+  std::string result;
+  std::string written;  // besides what every result is given
+  int sensor = 0;
+};
+
+TEST(ResultMeta, HoldsThePairAndTheLuxValueOfItsSource) {
+  const std::string fixed = R"({"HESK_RESULT_PAIR_FIRST": 30, "HESK_RESULT_PAIR_SECOND": 23})";
+  const std::string front = R"({"HESK_RESULT_PAIR_FIRST": 46, "HESK_RESULT_PAIR_SECOND": 24})";
+  const Row rows[] = {
+      {"{}", fixed},
+      {"{}", front, 1},
+      {"{}", front, 7},
+      {R"({"HESK_CONTROL_PAIR_SOURCE": 0, "MTK_3A_AE_LUX_INDEX": 3})", fixed},
+      {R"({"0x8006001a": {"type": "int32", "items": [16777217]}})",
+       R"({"HESK_RESULT_PAIR_FIRST": 30, "HESK_RESULT_PAIR_SECOND": 23,
+           "MTK_HESK_RESULT_LUX_INDEX": 16777216})"},
+      {R"({"HESK_CONTROL_PAIR_SOURCE": 1, "0x8006001a": {"type": "int32", "items": [9]}})",
+       R"({"HESK_RESULT_PAIR_FIRST": 0, "HESK_RESULT_PAIR_SECOND": 0})"},
+      {R"({"HESK_CONTROL_PAIR_SOURCE": 1, "HESK_CONTROL_PAIR_INPUT": [1.5, "nan"],
+           "MTK_3A_AE_LUX_INDEX": -3})",
+       R"({"HESK_RESULT_PAIR_FIRST": 1.5, "HESK_RESULT_PAIR_SECOND": "nan",
+           "MTK_HESK_RESULT_LUX_INDEX": -3})",
+       1},
+      {R"({"HESK_CONTROL_PAIR_SOURCE": 2, "MTK_3A_AE_LUX_INDEX": 3,
+           "0x8006001a": {"type": "int32", "items": [9]}})",
+       "{}"},
+  };
+  for (const Row& row : rows) {
+    const host::Phone phone;
+    const TestUpdater updater(row.sensor);
+    NSCam::IMetadata result = metadataOf(row.result);
+    NSCam::IMetadata expected = result;
+    expected += metadataOf(R"({"HESK_CONTROL_EXPTIME": 0, "HESK_CONTROL_ISO": 100,
+      "HESK_CONTROL_EV": 0, "MTK_RAW_ALGO_SENSITIVITY": 0, "HESK_CONTROL_REQUESTNO": -1,
+      "MTK_RAW_ALGO_AE_CCT_USE_DATA": 0})");
+    expected += metadataOf(row.written);
+    updater->updateResultMeta(&result, 0xffffffff);
+    EXPECT_EQ(result, expected) << row.result << " sensor " << row.sensor;
+  }
+}
+
+TEST(ResultMeta, ExposureTimeWraps) {
+  host::Phone phone;
+  phone.eventStore.set("HESK_EXP", "9223372036854775807");
+  const TestUpdater updater;
+  NSCam::IMetadata result;
+  updater->updateResultMeta(&result, 1);
+  EXPECT_EQ(result.entryFor(0xc0030034).itemAt(0, NSCam::Type2Type<std::int64_t>{}), -1000);
+}
+
+TEST(ResultMeta, PublishesTheSceneOnlyWhereThereIsOne) {
+  host::Phone phone;
+  const TestUpdater updater;
+  for (const char* scene : {"", "[128]", "[]", "[0]", "[]", "[129]"}) {
+    const std::string entry =
+        scene[0] == '\0' ? "" : R"("COM_HESK_SCENETYPE": )" + std::string(scene);
+    NSCam::IMetadata result = metadataOf("{" + entry + "}");
+    updater->updateResultMeta(&result, 1);
+  }
+  const auto published = [](const char* value) {
+    return host::Effect{"eventStore.set",
+                        {{"key", std::string("PREVIEW_SCENEMODE")}, {"value", std::string(value)}}};
+  };
+  EXPECT_EQ(phone.effects.take(), (std::vector{published("128"), published("0"), published("0")}));
+}
+
+TEST(ResultMeta, TakesANullResult) {
+  host::Phone phone;
+  phone.eventStore.set("APP_NAME", "VideoNight");
+  const TestUpdater updater;
+  updater->updateResultMeta(nullptr, 7);
+  EXPECT_TRUE(phone.effects.take().empty());
+}
+
+TEST(ResultMeta, AllocatesNothing) {
+  host::Phone phone;
+  phone.eventStore.set("APP_NAME", "VideoNight");
+  phone.eventStore.set("HESK_EXP", "33333");
+  phone.eventStore.set("HESK_EV", "-0.3");
+  phone.effects.setRecording(false);
+  host::LogSink::openLevels({});
+  const TestUpdater updater;
+  NSCam::IMetadata result = metadataOf(R"({"COM_HESK_SCENETYPE": 128, "HESK_CONTROL_PAIR_SOURCE": 1,
+    "HESK_CONTROL_PAIR_INPUT": [1, 2], "MTK_3A_AE_LUX_INDEX": 3})");
+  updater->updateResultMeta(&result, 1);  // the containers take room for what is new
+  EXPECT_EQ(allocationsIn([&] { updater->updateResultMeta(&result, 2); }), 0U);
+}
+
+/// What a string stream of the C locale reads.
+template <typename T>
+std::optional<T> streamed(const std::string& text) {
+  std::istringstream stream(text);
+  stream.imbue(std::locale::classic());
+  T number{};
+  return stream >> number ? std::optional(number) : std::nullopt;
+}
+
+template <typename T>
+void expectAsStreamed(const std::string& text) {
+  EXPECT_EQ(hesk::leadingNumber<T>(text), streamed<T>(text)) << '"' << text << '"';
+}
+
+TEST(LeadingNumber, ReadsAsAStringStreamDoes) {
+  constexpr auto npos = std::string::npos;
+  std::mt19937 random(1);
+  std::uniform_int_distribution<std::size_t> length(0, 12);
+  const std::string letters = "0123456789+-.eE xn\t";
+  std::uniform_int_distribution<std::size_t> letter(0, letters.size() - 1);
+  for (int i = 0; i < 200'000; ++i) {
+    std::string text(length(random), ' ');
+    for (char& c : text) c = letters[letter(random)];
+    expectAsStreamed<std::int32_t>(text);
+    expectAsStreamed<std::int64_t>(text);
+    // Numbers too small for a float count as unreadable here; a stream makes them 0.
+    const bool mayBeTooSmall = text.find("e-") != npos || text.find("E-") != npos;
+    if (!mayBeTooSmall) expectAsStreamed<float>(text);
+  }
+  for (const char* text : {"33abc",
+                           "+7",
+                           "2147483647",
+                           "2147483648",
+                           "-2147483648",
+                           "99999999999",
+                           "-9223372036854775808",
+                           "9223372036854775808",
+                           "inf",
+                           "-nan",
+                           "infinity",
+                           "0x10",
+                           "1e",
+                           "1e99",
+                           "3.4028235e38",
+                           "1e-40",
+                           "-1e-3",
+                           "1,5",
+                           "1e5e5",
+                           "\v\f\r\n12",
+                           "+-5",
+                           "++5"}) {
+    expectAsStreamed<std::int32_t>(text);
+    expectAsStreamed<std::int64_t>(text);
+    expectAsStreamed<float>(text);
+  }
+}
+
+}  // namespace
