@@ -62,6 +62,57 @@ void runHook(benchmark::State& state, IMetadata request) {
 void previewRequest(benchmark::State& state) { runHook(state, requestOf(1)); }
 BENCHMARK(previewRequest);
 
+/// The metadata operations that the preview request needs, without anything around them: what the
+/// hook is measured against.
+void metadataOperationsOfAPreview(benchmark::State& state) {
+  const QuietPhone quiet;
+  IMetadata request = requestOf(1);
+  const auto look = [&](auto tag) { benchmark::DoNotOptimize(&request.entryFor(tag.value)); };
+  const auto take = [&]<typename T>(Tag<T> tag) {
+    benchmark::DoNotOptimize(request.entryFor(tag.value).itemAt(0, NSCam::Type2Type<T>{}));
+  };
+  const auto put = [&]<typename T>(Tag<T> tag, T item) {
+    IMetadata::IEntry entry(tag.value);
+    entry.push_back(item, NSCam::Type2Type<T>{});
+    request.update(tag.value, std::move(entry));
+  };
+  for ([[maybe_unused]] auto _ : state) {
+    look(tags::HESK_CONTROL_FPS_RANGE_MAX);
+    // The calling app.
+    look(tags::HESK_CONTROL_FPS_RANGE_MAX);
+    take(tags::HESK_CONTROL_CURRENTMODE);
+    look(tags::HESK_CONTROL_VIDEOMODE);
+    take(tags::COM_HESK_CURRENTUIMODULE);
+    look(tags::HESK_CONTROL_NIGHTMODE);
+    // The camera app's mode.
+    take(tags::COM_HESK_CURRENTUIMODULE);
+    take(tags::HESK_CONTROL_CURRENTMODE);
+    look(tags::HESK_CONTROL_EISENABLE);
+    look(tags::HESK_CONTROL_NATIVEMODE);
+    look(tags::HESK_CONTROL_ISSECONDSNAPSHOT);
+    look(tags::HESK_CONTROL_VIDEOMODE);
+    // What is said by hand.
+    look(tags::ANDROID_SENSOR_EXPOSURE_TIME);
+    look(tags::ANDROID_SENSOR_SENSITIVITY);
+    look(tags::HESK_CONTROL_ALGO_OVERRIDE);
+    look(tags::HESK_CONTROL_COLOURTEMPERATURE);
+    take(tags::COM_HESK_CURRENTUIMODULE);
+    look(tags::HESK_CONTROL_MOTIONLEVEL);
+    look(tags::HESK_CONTROL_ISSECONDSNAPSHOT);
+    // The request.
+    put(tags::MTK_CONTROL_SELECTED_STREAM_ID, -1);
+    take(tags::HESK_CONTROL_CURRENTMODE);
+    take(tags::COM_HESK_CURRENTUIMODULE);
+    take(tags::ANDROID_CONTROL_CAPTURE_INTENT);
+    take(tags::HESK_CONTROL_ZOOM_ZOOM_RATIO);
+    request.update(tags::MTK_CONTROL_RAW_TYPE.value,
+                   IMetadata::IEntry(tags::MTK_CONTROL_RAW_TYPE.value));
+    look(tags::HESK_CONTROL_VIDEO_HDR);
+    look(tags::HESK_CONTROL_FPS_RANGE_MAX);
+  }
+}
+BENCHMARK(metadataOperationsOfAPreview);
+
 void stillCaptureRequest(benchmark::State& state) {
   IMetadata request = requestOf(2);
   write(&request, tags::HESK_CONTROL_HISFRAME, 4, 0);

@@ -22,6 +22,8 @@
 #include "platform/IMetadata.h"
 #include "platform/ImageStreamInfo.h"
 
+struct camera_metadata;
+
 /// The white-box window of the replay tool and the tests.
 struct HeskParameterUpdaterInspector;
 
@@ -85,7 +87,31 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///
   /// In this order it
   ///  - replaces the upper bound of MTK_CONTROL_AE_TARGET_FPS_RANGE by HESK_CONTROL_FPS_RANGE_MAX;
-  ///  - tunes the request for the calling app and the camera app's mode;
+  ///  - for the app names "TikTok" and "TikTokExternal" writes
+  ///    ANDROID_STATISTICS_FACE_DETECT_MODE = 1; for "Production" on sensor 2
+  ///    ANDROID_CONTROL_SCENE_MODE = 9;
+  ///  - limits the range of other makers' apps to what the camera provider service says, as the
+  ///    session hook does; that of communication apps and of photos, mode bit 5 and UI module 24 to
+  ///    5 to 24 frames a second, or to the properties vendor.debug.camera.fps.low and .max, which
+  ///    limit every request; pins it in night mode (HESK_CONTROL_NIGHTMODE 1) to a
+  ///    HESK_CONTROL_FPS_RANGE_MAX of 12, 15 or 24, unless it was limited: then the pinned pair
+  ///    stands behind the limit;
+  ///  - for the app type "heskCamera" sets the event store's "APP_NAME" to the tuning profile of
+  ///  the
+  ///    app's mode (HESK_CONTROL_CURRENTMODE, COM_HESK_SCENETYPE, HESK_CONTROL_NATIVEMODE,
+  ///    HESK_CONTROL_ISSECONDSNAPSHOT, HESK_CONTROL_VIDEOMODE, HESK_CONTROL_NIGHTMODE,
+  ///    HESK_CONTROL_MOONMODE) and UI module, and "APP_MODE" to "Professional" or the empty text;
+  ///    writes ANDROID_CONTROL_SCENE_MODE (4 panorama, 5 super night, 14 professional),
+  ///    MTK_HESK_SUPER_NIGHT_ON = 1 on super-night captures and, for video, HESK_EISSTATE from
+  ///    HESK_CONTROL_EISENABLE. For "engcamera" and HESK_CONTROL_ENGTESTITEM 8 the profile is
+  ///    "OISTest";
+  ///  - publishes in the event store, as decimal texts, what the request holds of exposure time
+  ///    ("MTK_EXPTIME", ns), sensitivity ("MTK_ISO"), colour temperature and white-balance mode
+  ///    ("HESK_COLOURTEMPERATURE", "MTK_AWBMODE"), UI module ("HESK_CURRENTUIMODE"), second
+  ///    snapshot
+  ///    ("HESK_ISSECONDSNAPSHOT") and, always, the motion level ("HESK_MOTIONLEVEL", -1 where
+  ///    absent); writes HESK_CONTROL_EXPTIME outside the professional modes, HESK_CONTROL_ISO and
+  ///    MTK_CONTROL_CAPTURE_REMOSAIC_EN, a copy of HESK_CONTROL_ALGO_OVERRIDE;
   ///  - writes MTK_CONTROL_SELECTED_STREAM_ID, the last configured stream that
   ///    HESK_CONTROL_STREAM_FLAGS marks, -1 for none;
   ///  - in multi-camera sessions writes MTK_HESK_MULTICAM_ENABLE;
@@ -96,7 +122,8 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///    reads ANDROID_CONTROL_ENABLE_ZSL, HESK_CONTROL_HISFRAME, HESK_CONTROL_CURRENTMODE,
   ///    ANDROID_FLASH_MODE and HESK_CONTROL_ALGO_OVERRIDE; writes MTK_HESK_NON_ZSL_CAPTURE,
   ///    MTK_HESK_FRAME_COUNT, MTK_HESK_FRAME_INDEX, MTK_HESK_NO_VIDEO_STREAM,
-  ///    MTK_HESK_STILL_CAPTURE, MTK_HAL_REQUEST_CAPTURE_FLAG0 and FLAG1, MTK_HESK_CAPTURE_COUNT and
+  ///    MTK_HESK_STILL_CAPTURE, MTK_HAL_REQUEST_CAPTURE_FLAG0 and FLAG1, MTK_HESK_CAPTURE_COUNT,
+  ///    HESK_CONTROL_DUMPPATH (the local time as text with its zero) and
   ///    HESK_CONTROL_MULTICAM_FEATURE_MODE; announces a burst's non-zero-shutter-lag frames to 3A
   ///    (control 541). The book keeps the first 1,024 frames of a burst; a longer one is logged;
   ///  - writes MTK_CONTROL_RAW_TYPE: 60 for a zoomed (HESK_CONTROL_ZOOM_ZOOM_RATIO above 1)
@@ -133,6 +160,20 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// Reads the event store's "APP_NAME", too.
   void updateResultMeta(NSCam::IMetadata* result, unsigned int requestNo);
 
+  /// A debugging aid: where the property vendor.camera.dumprawhifmetadata is true and `meta` is of
+  /// a still capture (ANDROID_CONTROL_CAPTURE_INTENT 2), writes `meta` as text to
+  ///
+  ///     /data/vendor/camera/NAME_metadata_[FRAME]_YYYYMMDDHHMMSS.txt
+  ///
+  /// in local time. The folder must be there; a file of that name is overwritten, not cut. Does
+  /// nothing where the file cannot be opened. `name` is short: a path of more than 99 characters
+  /// ends the process. May be called from any thread.
+  void dumpMetadata(camera_metadata* meta, const char* name, int frameNumber);
+
+  /// Writes the local time as "20210304050607" and a zero into `out`, which has room for 15
+  /// characters; the empty text where there is no local time. Any thread.
+  static void getCurrentTime(char* out);
+
  private:
   friend struct HeskParameterUpdaterInspector;
 
@@ -147,7 +188,7 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void recordStreams(const NSCam::IMetadata* session, const ImageStreams& streams,
                      std::int32_t uiModule);
 
-  // Tuning for the calling app and the camera app's mode.
+  // Tuning for the calling app and the camera app's mode, each a step of every request.
   void update3rdpartyAppControlMeta(NSCam::IMetadata* request, unsigned int requestNo);
   void updateTuningAppName(NSCam::IMetadata* request, unsigned int requestNo);
   void updateProfModeControlMeta(NSCam::IMetadata* request, unsigned int requestNo);

@@ -8,13 +8,14 @@
 // was set on it is gone. Outside any Phone the library runs on a bare one, with nothing set and the
 // log closed.
 //
-// Threads: properties, event store, effects and log records may be used from any thread while hooks
-// run. `config` is filled before.
+// Threads: properties, event store, effects, opened files and log records may be used from any
+// thread while hooks run. `config` is filled before.
 
 #pragma once
 
 #include "host/Effects.h"
 #include "host/LogSink.h"
+#include "host/OpenedFiles.h"
 #include "host/PhoneConfig.h"
 #include "host/TextStore.h"
 
@@ -36,6 +37,7 @@ class Phone {
   TextStore properties;
   TextStore eventStore;
   EffectRecorder effects;
+  OpenedFiles openedFiles;
   LogSink log;
 
  private:

@@ -21,6 +21,15 @@ int property_get(const char* key, char* value, const char* defaultValue) {
   });
 }
 
+bool property_get_bool(const char* key, bool defaultValue) {
+  return host::Phone::current().properties.with(key, [&](std::string_view text) {
+    const auto isOneOf = [text](auto... words) { return ((text == words) || ...); };
+    if (isOneOf("1", "y", "yes", "on", "true")) return true;
+    if (isOneOf("0", "n", "no", "off", "false")) return false;
+    return defaultValue;
+  });
+}
+
 std::int32_t property_get_int32(const char* key, std::int32_t defaultValue) {
   std::array<char, PROPERTY_VALUE_MAX> text{};
   property_get(key, text.data(), "");

@@ -19,4 +19,8 @@ int property_get(const char* key, char* value, const char* defaultValue);
 /// fit. Any thread.
 std::int32_t property_get_int32(const char* key, std::int32_t defaultValue);
 
+/// The property as a truth value: "1", "y", "yes", "on" and "true" are, "0", "n", "no", "off" and
+/// "false" are not, all else gives `defaultValue`. Any thread.
+bool property_get_bool(const char* key, bool defaultValue);
+
 }  // extern "C"

@@ -143,7 +143,7 @@ TEST(Camhook, TellsWhatACallDidWithoutAnUpdater) {
   EXPECT_EQ(calls[3],
             Json::parse(R"({"call": "setEvent", "return": null, "effects": [], "logs": []})"));
   EXPECT_FALSE(calls[4].contains("state"));
-  EXPECT_EQ(trace.at("eventStore"), Json::parse(R"({"A": "b"})"));
+  EXPECT_EQ(trace.at("eventStore"), Json::parse(R"({"A": "b", "HESK_MOTIONLEVEL": "-1"})"));
 }
 
 TEST(Camhook, ShowsPeopleWhatChanged) {
@@ -168,6 +168,9 @@ TEST(Camhook, ShowsPeopleWhatChanged) {
     mCaptureCount              new  →  0
     mStreamIds                 new  →  []
     mPrimaryCameraDiagonalFov  new  →  0
+  effects
+    eventStore.set  key=HESK_CURRENTUIMODE value=8
+    eventStore.set  key=HESK_MOTIONLEVEL value=-1
   log
     I  HeskParameterUpdater.cpp:N  [updateRequestMeta] update MTK_CONTROL_AE_TARGET_FPS_RANGE:60
 
@@ -175,7 +178,8 @@ TEST(Camhook, ShowsPeopleWhatChanged) {
   no updater for this sensor
 
 event store at the end
-  empty
+  HESK_CURRENTUIMODE  "8"
+  HESK_MOTIONLEVEL    "-1"
 )");
 }
 

@@ -10,6 +10,7 @@
 #include "common/HeskSensorModeControl.h"
 #include "common/sensormode/DecisionObserver.h"
 #include "common/sensormode/SensorModeLog.h"
+#include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
 #include "common/updater/Events.h"
 
@@ -70,21 +71,11 @@ std::int32_t uiModeOf(const IMetadata* meta) {
   return read(meta, tags::COM_HESK_CURRENTUIMODULE, kMissing);
 }
 
-struct FrameRates {
-  std::int32_t lower;
-  std::int32_t upper;
-};
-
-FrameRates frameRatesOf(const IMetadata* meta) {
-  return {.lower = read(meta, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0, 0),
-          .upper = read(meta, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0, 1)};
-}
-
 /// What a configuration has for a rule's conditions.
 struct Offer {
   std::int32_t isHfpsMode;
   std::string appType;
-  FrameRates frameRates;
+  FrameRateRange frameRates;
   std::int32_t eisMode;
   std::int32_t videoAlgoType;
   std::int32_t uiMode;
@@ -160,7 +151,7 @@ void HeskSensorModeControl::getSensorModeCfgByMultiCondition(IMetadata* meta) {
   if (isDecided(kOperation.name) || multiConditionTable.empty()) return;
   const Offer offer{.isHfpsMode = isHfpsModeOf(meta),
                     .appType = eventValue("APP_TYPE"),
-                    .frameRates = frameRatesOf(meta),
+                    .frameRates = readFrameRateRange(meta),
                     .eisMode = eisModeOf(meta),
                     .videoAlgoType = videoAlgoTypeOf(meta),
                     .uiMode = uiModeOf(meta)};
@@ -209,7 +200,7 @@ void HeskSensorModeControl::getSensorModeCfgByFps(IMetadata* meta) {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByFps");
 
   if (isDecided(kOperation.name)) return;
-  const FrameRates frameRates = frameRatesOf(meta);
+  const FrameRateRange frameRates = readFrameRateRange(meta);
   if (select(firstThatMeets(sensorModeTable, kFps, frameRates.upper, mObserver))) {
     HESK_LOGD(kOperation)("[%s] selected by fps %d,%d", frameRates.lower, frameRates.upper);
   }

@@ -10,6 +10,9 @@
 
 #include <concepts>
 #include <cstddef>
+#include <span>
+#include <type_traits>
+#include <utility>
 
 #include "common/tags/Tags.h"
 #include "platform/IMetadata.h"
@@ -54,6 +57,17 @@ int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
 template <typename T, std::same_as<T>... Items>
 int write(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   return writeAs<T>(metadata, tag, items...);
+}
+
+/// Makes the items of `items`, a contiguous range, the whole entry of `tag`. Returns the
+/// container's status.
+template <typename T>
+int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
+             std::span<const std::type_identity_t<T>> items) {
+  if (metadata == nullptr) return kNoContainer;
+  NSCam::IMetadata::IEntry entry(tag.value);
+  for (const T& item : items) entry.push_back(item, NSCam::Type2Type<T>{});
+  return metadata->update(tag.value, std::move(entry));
 }
 
 /// Empties the entry of `tag`. Returns the container's status.

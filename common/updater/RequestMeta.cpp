@@ -2,6 +2,7 @@
 // order is part of what the pipeline relies on.
 
 #include "common/HeskParameterUpdater.h"
+#include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
 #include "common/updater/Events.h"
 #include "common/updater/Product.h"
@@ -50,7 +51,7 @@ bool isStillCapture(const IMetadata* meta) {
 void writeMoonRawType(IMetadata* meta) {
   constexpr std::int32_t kSuperMoonRawTypes = 4 + 8 + 16 + 32;
   const bool isZoomed = read(meta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 1.0F) > 1.0F;
-  if (isZoomed && eventValue("APP_NAME") == "SuperMoon") {
+  if (isZoomed && appNameEvent() == "SuperMoon") {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, kSuperMoonRawTypes);
     HESK_LOGD(kOperation)("[%s] superMoon update rawtype 4+8+16+32");
   } else {
@@ -69,7 +70,7 @@ void fixFrameRate(IMetadata* meta) {
   constexpr std::int32_t kLowestFixedFrameRate = 31;
   const std::int32_t frameRate = read(meta, tags::HESK_CONTROL_FPS_RANGE_MAX);
   if (frameRate < kLowestFixedFrameRate) return;
-  write(meta, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, frameRate, frameRate);
+  writeFrameRateRange(meta, {.lower = frameRate, .upper = frameRate});
   HESK_LOGI(kOperation)("[%s] update MTK_CONTROL_AE_TARGET_FPS_RANGE:%d", frameRate);
 }
 

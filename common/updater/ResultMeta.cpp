@@ -34,7 +34,7 @@ void writeExposure(IMetadata* result) {
 }
 
 void echoVideoNoiseReduction(IMetadata* result) {
-  if (eventValue("APP_NAME") != "VideoNight") return;
+  if (appNameEvent() != "VideoNight") return;
   const auto recommendation = eventNumber<std::int32_t>("HESK_VIDEONRRECOMMAND", 0);
   write(result, tags::HESK_FEEDBACK_VIDEONRRECOMMEND, recommendation);
   HESK_LOGD(kOperation)("[%s] HESK_FEEDBACK_VIDEONRRECOMMEND:%d", recommendation);
@@ -44,7 +44,7 @@ void publishPreviewScene(const IMetadata* result) {
   constexpr std::int32_t kPublishedScene = 128;
   if (!has(result, tags::COM_HESK_SCENETYPE)) return;
   const bool isPublished = read(result, tags::COM_HESK_SCENETYPE) == kPublishedScene;
-  NSCam::ATMsEventMgr::getInstance().set("PREVIEW_SCENEMODE", isPublished ? "128" : "0");
+  setEvent("PREVIEW_SCENEMODE", isPublished ? "128" : "0");
 }
 
 void writePair(IMetadata* result, float first, float second) {

@@ -1,6 +1,7 @@
 // The session hook, as the list of its steps. Later steps overwrite what earlier ones wrote.
 
 #include "common/HeskParameterUpdater.h"
+#include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
 #include "common/updater/Events.h"
 #include "common/updater/SharedSteps.h"
@@ -18,11 +19,6 @@ using ImageStreams = HeskParameterUpdater::ImageStreams;
 constexpr log::Operation kOperation = updaterOperation("updateSessionParams");
 
 constexpr std::int32_t kMissing = -1;  // what is read of a session without the entry
-
-struct FrameRates {
-  std::int32_t lower;
-  std::int32_t upper;
-};
 
 bool isForVideoEncoder(const NSCam::v3::IImageStreamInfo& stream) {
   return (stream.getUsageForConsumer() & GRALLOC_USAGE_HW_VIDEO_ENCODER) != 0;
@@ -47,14 +43,12 @@ void markAsConfigured(IMetadata* session) {
   write(session, kConfigured, std::uint8_t{1});
 }
 
-FrameRates readFrameRates(const IMetadata* session) {
-  FrameRates rates{kMissing, kMissing};
-  if (session != nullptr) {
-    rates = {.lower = read(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0, 0),
-             .upper = read(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0, 1)};
-  }
-  HESK_LOGD(kOperation)("[%s] aeTargetFpsRange %d, %d", rates.lower, rates.upper);
-  return rates;
+/// The upper bound of the frame-rate range.
+std::int32_t readFrameRate(const IMetadata* session) {
+  const FrameRateRange range =
+      session != nullptr ? readFrameRateRange(session) : FrameRateRange{kMissing, kMissing};
+  HESK_LOGD(kOperation)("[%s] aeTargetFpsRange %d, %d", range.lower, range.upper);
+  return range.upper;
 }
 
 void markHighFrameRatePreview(IMetadata* session, std::int32_t frameRate) {
@@ -130,7 +124,7 @@ void HeskParameterUpdater::updateSessionParams(
   const std::int32_t uiModule = readUiModule(sessionMeta);
   markAsConfigured(sessionMeta);
 
-  const std::int32_t frameRate = readFrameRates(sessionMeta).upper;
+  const std::int32_t frameRate = readFrameRate(sessionMeta);
   markHighFrameRatePreview(sessionMeta, frameRate);
   writeHighSpeedBatch(sessionMeta, frameRate);
   chooseStabilization(sessionMeta, streams, eisEnable, frameRate);
@@ -141,7 +135,7 @@ void HeskParameterUpdater::updateSessionParams(
   writeSelectedStream(sessionMeta, mStreamIds);
 
   switchOffFrontStabilization(sessionMeta, mInstanceId);
-  setProductionScene(sessionMeta, mInstanceId, kOperation);
+  setProductionScene(sessionMeta, mInstanceId, appNameEvent(), kOperation);
   limitToProviderFrameRate(sessionMeta);
 }
 

@@ -1,5 +1,6 @@
 #include "common/updater/SharedSteps.h"
 
+#include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
 #include "common/updater/CameraProviderService.h"
 #include "common/updater/Events.h"
@@ -41,12 +42,12 @@ void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor
   write(metadata, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, kStabilizationOff);
 }
 
-void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor,
+void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::string_view appName,
                         const log::Operation& operation) {
   constexpr std::int32_t kUltraWideSensor = 2;
   constexpr std::uint8_t kScene = 9;  // whatever the message says
 
-  if (sensor != kUltraWideSensor || eventValue("APP_NAME") != "Production") return;
+  if (sensor != kUltraWideSensor || appName != "Production") return;
   write(metadata, tags::ANDROID_CONTROL_SCENE_MODE, kScene);
   HESK_LOGD(operation)
   ("[%s] UltraWide Camera in Production line set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
@@ -62,7 +63,7 @@ void limitToProviderFrameRate(NSCam::IMetadata* metadata) {
   if (appType == "heskCamera" || appType == "CTS") return;
   const std::int32_t cap = providerFrameRateCap();
   if (cap < kLowestCap || cap > kHighestCap) return;
-  write(metadata, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kLowestFrameRate, cap);
+  writeFrameRateRange(metadata, {.lower = kLowestFrameRate, .upper = cap});
   write(metadata, tags::HESK_CONTROL_FPSLIMITTYPE, kLimitedByProvider);
 }
 

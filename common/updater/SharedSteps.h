@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "common/log/Log.h"
@@ -24,7 +25,7 @@ void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operati
 void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor);
 
 /// Writes ANDROID_CONTROL_SCENE_MODE for the ultra-wide camera on the production line.
-void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor,
+void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::string_view appName,
                         const log::Operation& operation);
 
 /// Limits MTK_CONTROL_AE_TARGET_FPS_RANGE of other makers' apps to the frame rate that the camera

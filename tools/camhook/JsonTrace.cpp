@@ -21,6 +21,7 @@ Json jsonFromCall(const CallTrace& trace) {
   json["call"] = trace.call;
   if (trace.sensor) json["sensor"] = *trace.sensor;
   json["return"] = trace.result;
+  for (const auto& [name, value] : trace.extras) json[std::string(name)] = value;
   for (const ContainerTrace& container : trace.containers) {
     json[std::string(container.name)] =
         container.after ? jsonFromMetadata(*container.after) : Json();

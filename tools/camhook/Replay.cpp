@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <concepts>
+#include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -10,6 +11,7 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/HeskSensorModeControl.h"
 #include "common/updater/UpdaterInspector.h"
+#include "host/CameraMetadata.h"
 #include "host/ImageStream.h"
 #include "tools/camhook/Decision.h"
 
@@ -33,6 +35,13 @@ Json stateOf(HeskParameterUpdater& updater) {
 }
 
 NSCam::IMetadata* pointerTo(MetadataArgument& metadata) { return metadata ? &*metadata : nullptr; }
+
+/// What a file of the phone holds.
+std::string contentOf(const host::Phone& phone, const std::string& path) {
+  std::ostringstream text;
+  text << std::ifstream(phone.config.dataRoot.string() + path, std::ios::binary).rdbuf();
+  return text.str();
+}
 
 /// In the order in which the pipeline's own map has them when it is filled in the list's order.
 HeskParameterUpdater::ImageStreams imageStreams(
@@ -78,6 +87,19 @@ struct Runner {
     ContainerTrace container{"meta", call.meta, call.meta};
     if (updater != nullptr) updater->updateResultMeta(pointerTo(container.after), call.requestNo);
     trace.containers.push_back(std::move(container));
+  }
+
+  void operator()(const DumpMetadata& call) const {
+    trace.arguments = {{"name", call.name}, {"frame", call.frame}};
+    trace.containers.push_back({"meta", call.meta, call.meta});
+    if (updater != nullptr) {
+      std::optional<camera_metadata> buffer;
+      if (call.meta) buffer.emplace(*call.meta);
+      updater->dumpMetadata(buffer ? &*buffer : nullptr, call.name.c_str(), call.frame);
+    }
+    const std::vector<std::string> files = phone.openedFiles.take();
+    trace.extras = {{"file", files.empty() ? Json() : Json(files.front())}};
+    if (!files.empty()) trace.extras.emplace_back("text", contentOf(phone, files.front()));
   }
 
   void operator()(const DecideSensorScenario& call) const {

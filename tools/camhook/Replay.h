@@ -34,6 +34,7 @@ struct CallTrace {
   std::optional<std::int32_t> sensor;
   std::vector<std::pair<std::string_view, Json>> arguments;  // but the sensor and the containers
   Json result;
+  std::vector<std::pair<std::string_view, Json>> extras;  // what stands beside the result
   std::string_view resultName;  // what the result's number is called; empty where it has no name
   std::vector<ContainerTrace> containers;
   std::optional<StateTrace> state;  // none: the call has nothing to do with an updater

@@ -59,6 +59,14 @@ struct DecideSensorScenario {
   std::int32_t height = 0;
 };
 
+struct DumpMetadata {
+  static constexpr std::string_view kName = "dumpMetadata";
+  std::int32_t sensor = 0;
+  MetadataArgument meta;
+  std::string name;
+  std::int32_t frame = 0;
+};
+
 struct SetEvent {
   static constexpr std::string_view kName = "setEvent";
   std::string key;
@@ -72,7 +80,7 @@ struct SetProperty {
 };
 
 using Call = std::variant<CreateInstance, UpdateSessionParams, UpdateRequestMeta, UpdateResultMeta,
-                          DecideSensorScenario, SetEvent, SetProperty>;
+                          DumpMetadata, DecideSensorScenario, SetEvent, SetProperty>;
 
 struct Scenario {
   host::PhoneConfig platform;

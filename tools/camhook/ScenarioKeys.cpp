@@ -43,6 +43,7 @@ constexpr Keys kCreateInstance[] = {"sensor"};
 constexpr Keys kUpdateSessionParams[] = {"sensor", "meta", "streams"};
 constexpr Keys kUpdateRequestMeta[] = {"sensor", "requestNo", "meta"};
 constexpr Keys kUpdateResultMeta[] = {"sensor", "requestNo", "meta"};
+constexpr Keys kDumpMetadata[] = {"sensor", "meta", "name", "frame"};
 constexpr Keys kDecideSensorScenario[] = {"sensor", "meta", "video", "width", "height"};
 constexpr Keys kSetEvent[] = {"key", "value"};
 constexpr Keys kSetProperty[] = {"name", "value"};
@@ -52,6 +53,7 @@ constexpr ObjectKeys kCalls[] = {
     {"updateSessionParams", kUpdateSessionParams},
     {"updateRequestMeta", kUpdateRequestMeta},
     {"updateResultMeta", kUpdateResultMeta},
+    {"dumpMetadata", kDumpMetadata},
     {"decideSensorScenario", kDecideSensorScenario},
     {"setEvent", kSetEvent},
     {"setProperty", kSetProperty},
@@ -59,7 +61,7 @@ constexpr ObjectKeys kCalls[] = {
 
 constexpr std::string_view kFutureCalls[] = {
     "updateCaptureRawParameter",    "updateTuningData", "setPreviewSize", "matchAspectRatio",
-    "translateResultRegionForHesk", "dumpMetadata",
+    "translateResultRegionForHesk",
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "common/updater/DumpPath.h"
 #include "tools/camhook/InputError.h"
 #include "tools/camhook/Json.h"
 #include "tools/camhook/ObjectReader.h"
@@ -34,6 +35,22 @@ std::vector<Stream> streamsFromJson(const Json& json, const Place& place) {
   return streams;
 }
 
+/// A dump whose label the library has no room for would end the process.
+DumpMetadata dumpFromArguments(const ObjectReader& reader) {
+  DumpMetadata call{.sensor = reader.required<std::int32_t>("sensor"),
+                    .meta = reader.required<MetadataArgument>("meta"),
+                    .name = reader.required<std::string>("name"),
+                    .frame = reader.required<std::int32_t>("frame")};
+  hesk::DumpPath path{};
+  const int length = hesk::formatDumpPath(path, call.name.c_str(), call.frame, "YYYYMMDDHHMMSS");
+  const int most = static_cast<int>(path.size()) - 1;
+  if (length > most) {
+    reader.place()["name"].fail("too long: the path would have " + std::to_string(length) +
+                                " characters, at most " + std::to_string(most) + " fit");
+  }
+  return call;
+}
+
 Call callFromArguments(std::string_view name, const ObjectReader& reader) {
   if (name == CreateInstance::kName) {
     return CreateInstance{.sensor = reader.required<std::int32_t>("sensor")};
@@ -54,6 +71,7 @@ Call callFromArguments(std::string_view name, const ObjectReader& reader) {
                             .requestNo = reader.required<std::uint32_t>("requestNo"),
                             .meta = reader.required<MetadataArgument>("meta")};
   }
+  if (name == DumpMetadata::kName) return dumpFromArguments(reader);
   if (name == DecideSensorScenario::kName) {
     return DecideSensorScenario{.sensor = reader.required<std::int32_t>("sensor"),
                                 .meta = reader.required<MetadataArgument>("meta"),

@@ -3,6 +3,7 @@
 #include <limits>
 #include <ostream>
 #include <set>
+#include <sstream>
 
 #include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
@@ -94,6 +95,21 @@ void TextTrace::writeTitle(const CallTrace& trace) {
   if (!trace.result.is_null()) mOut << "  " << kArrow << "  " << lineOfJson(trace.result);
   if (!trace.resultName.empty()) mOut << ' ' << trace.resultName;
   mOut << '\n';
+  for (const auto& [name, value] : trace.extras) writeExtra(name, value);
+}
+
+void TextTrace::writeExtra(std::string_view name, const Json& value) {
+  mOut << "  " << mStyle.heading(name);
+  const std::string text = value.is_string() ? value.get<std::string>() : lineOfJson(value);
+  if (text.find('\n') == std::string::npos) {
+    mOut << "  " << printable(text) << '\n';
+    return;
+  }
+  mOut << '\n';
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    mOut << std::string(kMargin, ' ') << printable(line) << '\n';
+  }
 }
 
 void TextTrace::writeContainer(const ContainerTrace& container) {

@@ -24,6 +24,7 @@ class TextTrace final : public TraceWriter {
 
  private:
   void writeTitle(const CallTrace& trace);
+  void writeExtra(std::string_view name, const Json& value);
   void writeContainer(const ContainerTrace& container);
   void writeState(const StateTrace& state);
   void writeEffects(const std::vector<host::Effect>& effects);

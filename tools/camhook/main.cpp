@@ -15,6 +15,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/camhook/DataRoot.h"
 #include "tools/camhook/DecideCommand.h"
 #include "tools/camhook/InputError.h"
 #include "tools/camhook/Json.h"
@@ -65,14 +66,6 @@ std::string readInput(const std::string& file) {
   return text.str();
 }
 
-/// Makes the phone's data folder below the host's root folder. Throws InputError.
-void prepareDataRoot(const std::string& root) {
-  if (root.empty()) return;
-  std::error_code error;
-  std::filesystem::create_directories(std::filesystem::path(root) / "data/vendor/camera", error);
-  if (error) throw InputError("camhook: --data-root " + printable(root) + ": " + error.message());
-}
-
 TextTrace::Records recordsFromName(const std::string& level) {
   if (level == "debug") return TextTrace::Records::debug;
   if (level == "info") return TextTrace::Records::info;
@@ -90,7 +83,8 @@ Scenario readScenarioFile(const std::string& file) {
 
 int replay(const ReplayOptions& options) {
   Scenario scenario = readScenarioFile(options.file);
-  prepareDataRoot(options.dataRoot);
+  const DataRoot dataRoot(options.dataRoot);
+  scenario.platform.dataRoot = dataRoot.path();
 
   std::unique_ptr<TraceWriter> writer;
   if (options.json) {
@@ -160,7 +154,8 @@ void addReplay(CLI::App& app, ReplayOptions& options) {
       ->type_name("LEVEL");
   command
       ->add_option("--data-root", options.dataRoot,
-                   "Folder that stands for the root of the phone's file system")
+                   "Folder that stands for the root of the phone's file system; by default a fresh "
+                   "one that goes when the scenario has run")
       ->type_name("DIR");
   command->footer("Example:\n  camhook replay scenarios/still_burst.json --logs info");
 }

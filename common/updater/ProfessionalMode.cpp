@@ -1,0 +1,90 @@
+// What a request says by hand: exposure, sensitivity, white balance. 3A and the tuning of the
+// professional mode read it in the event store, every number as a decimal text.
+
+#include <array>
+#include <charconv>
+#include <concepts>
+#include <limits>
+#include <string_view>
+
+#include "common/HeskParameterUpdater.h"
+#include "common/tags/Metadata.h"
+#include "common/updater/Events.h"
+#include "common/updater/UpdaterLog.h"
+
+namespace {
+
+using namespace hesk;
+using NSCam::IMetadata;
+
+constexpr log::Operation kOperation = updaterOperation("updateProfModeControlMeta");
+
+void publish(const char* key, std::integral auto number) {
+  constexpr std::size_t kSignAndDigits = std::numeric_limits<std::int64_t>::digits10 + 2;
+  std::array<char, kSignAndDigits> text;
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+  setEvent(key, std::string_view(text.data(), end));
+}
+
+void publishExposureTime(IMetadata* request) {
+  if (!has(request, tags::ANDROID_SENSOR_EXPOSURE_TIME)) return;
+  const std::int64_t exposureNs = read(request, tags::ANDROID_SENSOR_EXPOSURE_TIME);
+  // In professional mode the app sets the maker's tag itself.
+  if (eventValue("APP_MODE") != "Professional") {
+    write(request, tags::HESK_CONTROL_EXPTIME, exposureNs);
+  }
+  publish("MTK_EXPTIME", exposureNs);
+}
+
+void publishSensitivity(IMetadata* request) {
+  if (!has(request, tags::ANDROID_SENSOR_SENSITIVITY)) return;
+  const std::int32_t sensitivity = read(request, tags::ANDROID_SENSOR_SENSITIVITY);
+  write(request, tags::HESK_CONTROL_ISO, sensitivity);
+  publish("MTK_ISO", sensitivity);
+}
+
+void copyRemosaic(IMetadata* request) {
+  if (!has(request, tags::HESK_CONTROL_ALGO_OVERRIDE)) return;
+  const std::int32_t remosaic = read(request, tags::HESK_CONTROL_ALGO_OVERRIDE);
+  write(request, tags::MTK_CONTROL_CAPTURE_REMOSAIC_EN, remosaic);
+  HESK_LOGD(kOperation)("[%s] MTK_CONTROL_CAPTURE_REMOSAIC_EN: %d", remosaic);
+}
+
+void publishWhiteBalance(const IMetadata* request) {
+  if (!has(request, tags::HESK_CONTROL_COLOURTEMPERATURE)) return;
+  publish("HESK_COLOURTEMPERATURE", read(request, tags::HESK_CONTROL_COLOURTEMPERATURE));
+  publish("MTK_AWBMODE", read(request, tags::ANDROID_CONTROL_AWB_MODE));
+}
+
+void publishUiModule(const IMetadata* request) {
+  if (!has(request, tags::COM_HESK_CURRENTUIMODULE)) return;
+  const std::int32_t uiModule = read(request, tags::COM_HESK_CURRENTUIMODULE);
+  publish("HESK_CURRENTUIMODE", uiModule);
+  HESK_LOGD(kOperation)("HESK_CURRENTUIMODE: %d", uiModule);
+}
+
+void publishMotionLevel(const IMetadata* request) {
+  const std::int32_t motionLevel = read(request, tags::HESK_CONTROL_MOTIONLEVEL, -1);
+  HESK_LOGD(kOperation)("HESK_MOTIONLEVEL : %d", motionLevel);
+  publish("HESK_MOTIONLEVEL", motionLevel);
+}
+
+void publishSecondSnapshot(const IMetadata* request) {
+  if (!has(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT)) return;
+  const std::int32_t isSecondSnapshot = read(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT);
+  publish("HESK_ISSECONDSNAPSHOT", isSecondSnapshot);
+  HESK_LOGD(kOperation)("HESK_ISSECONDSNAPSHOT : %d", isSecondSnapshot);
+}
+
+}  // namespace
+
+void HeskParameterUpdater::updateProfModeControlMeta(IMetadata* request,
+                                                     unsigned int /*requestNo*/) {
+  publishExposureTime(request);
+  publishSensitivity(request);
+  copyRemosaic(request);
+  publishWhiteBalance(request);
+  publishUiModule(request);
+  publishMotionLevel(request);
+  publishSecondSnapshot(request);
+}

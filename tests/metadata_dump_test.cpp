@@ -1,0 +1,123 @@
+// Dumps of metadata to files, their time stamps, and the main sensor that still captures are booked
+// on. A dump's text is in the shipped scenarios.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "common/tags/Metadata.h"
+#include "host/CameraMetadata.h"
+#include "host/Phone.h"
+#include "tests/support/TestMetadata.h"
+#include "tests/support/TestUpdater.h"
+#include "tools/camhook/DataRoot.h"
+
+namespace {
+
+using Files = std::vector<std::string>;
+
+class MetadataDump : public testing::Test {
+ protected:
+  MetadataDump() {
+    mPhone.config.dataRoot = mDataRoot.path();
+    mPhone.properties.set("vendor.camera.dumprawhifmetadata", "1");
+    setClock("2021-03-04 05:06:07");
+  }
+
+  void setClock(const char* text) {
+    strptime(text, "%Y-%m-%d %H:%M:%S", &mPhone.config.clock.emplace());
+  }
+
+  /// The files that a dump opens.
+  Files dump(const std::string& metadata, const char* name = "request", int frame = 12) {
+    camera_metadata buffer(metadataOf(metadata));
+    mUpdater->dumpMetadata(&buffer, name, frame);
+    return mPhone.openedFiles.take();
+  }
+
+  std::filesystem::path onHost(const std::string& file) { return mDataRoot.path().string() + file; }
+
+  const std::string kStill = R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2})";
+  const std::string kFile = "/data/vendor/camera/request_metadata_[12]_20210304050607.txt";
+
+  camhook::DataRoot mDataRoot{""};
+  host::Phone mPhone;
+  TestUpdater mUpdater;
+};
+
+TEST_F(MetadataDump, IsOfStillCapturesAlone) {
+  EXPECT_EQ(dump(kStill), Files{kFile});
+  EXPECT_EQ(dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": {"type": "int32", "items": [2]}})").size(),
+            1U);
+  EXPECT_EQ(dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": [2, 0, 0, 0, 7]})").size(), 1U);
+  // The three bytes behind the intent count, too.
+  EXPECT_EQ(dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": [2, 1]})"), Files{});
+  EXPECT_EQ(dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": 1})"), Files{});
+  mPhone.log.take();
+  EXPECT_EQ(dump("{}"), Files{});
+  mUpdater->dumpMetadata(nullptr, "request", 1);
+  for (const char* off : {"0", "false", "2", ""}) {
+    mPhone.properties.set("vendor.camera.dumprawhifmetadata", off);
+    EXPECT_EQ(dump(kStill), Files{}) << off;
+  }
+  EXPECT_TRUE(mPhone.log.take().empty());
+}
+
+TEST_F(MetadataDump, OverwritesWithoutCutting) {
+  dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2, "HESK_CONTROL_ISO": 1})");
+  const auto longSize = std::filesystem::file_size(onHost(kFile));
+  dump(kStill);
+  EXPECT_EQ(std::filesystem::file_size(onHost(kFile)), longSize);
+  std::string firstLine;
+  std::ifstream file(onHost(kFile));
+  std::getline(file, firstLine);
+  EXPECT_EQ(firstLine, "Camera metadata: 1 entry");
+}
+
+TEST_F(MetadataDump, StaysInThePhonesFiles) {
+  EXPECT_EQ(dump(kStill, "no/such/folder"), Files{});
+  dump(kStill, "../../../../../../out");
+  EXPECT_TRUE(std::filesystem::exists(onHost("/out_metadata_[12]_20210304050607.txt")));
+  mPhone.config.dataRoot.clear();
+  EXPECT_EQ(dump(kStill), Files{});
+}
+
+TEST_F(MetadataDump, EndsTheProcessWhereALabelHasNoRoom) {
+  EXPECT_EQ(dump(kStill, std::string(46, 'x').c_str()).size(), 1U);
+  EXPECT_DEATH(dump(kStill, std::string(47, 'x').c_str()),
+               "the path of dump \"x+\" has 100 characters, at most 99 fit");
+}
+
+TEST_F(MetadataDump, TimeStampIsCutWhereYearsGrowLong) {
+  std::array<char, 15> text{};
+  HeskParameterUpdater::getCurrentTime(text.data());
+  EXPECT_STREQ(text.data(), "20210304050607");
+  mPhone.config.clock->tm_year = 123456 - 1900;
+  HeskParameterUpdater::getCurrentTime(text.data());
+  EXPECT_STREQ(text.data(), "12345603040506");
+  mPhone.config.clock.reset();
+  HeskParameterUpdater::getCurrentTime(text.data());
+  EXPECT_EQ(std::string(text.data()).substr(0, 2), "20");
+}
+
+TEST_F(MetadataDump, MainSensorIsTheFirstDigitOfThePhysicalIds) {
+  mUpdater.fields.multicamFeatureMode() = 1;
+  const std::pair<const char*, int> rows[] = {
+      {R"("2\u00003")", 2}, {R"("12\u0000")", 1}, {R"("x")", 72}, {"[]", -48}};
+  for (const auto& [ids, sensor] : rows) {
+    mPhone.config.devices[0].statics =
+        metadataOf(R"({"ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": )" + std::string(ids) + "}");
+    NSCam::IMetadata request =
+        metadataOf(R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2, "HESK_CONTROL_HISFRAME": [1, 0]})");
+    mPhone.effects.take();
+    mUpdater->updateRequestMeta(&request, 1);
+    EXPECT_EQ(mPhone.effects.take()[1].fields[0].value, host::Effect::Value(sensor)) << ids;
+  }
+}
+
+}  // namespace
