@@ -44,7 +44,7 @@ IMetadata requestOf(std::uint8_t captureIntent) {
   write(&request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 15, 30);
   write(&request, tags::COM_HESK_CURRENTUIMODULE, 31);
   write(&request, tags::HESK_CONTROL_CURRENTMODE, std::int64_t{1});
-  write(&request, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 2.0F);
+  write(&request, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 1.0F);
   write(&request, tags::HESK_CONTROL_STREAM_FLAGS, 0, 1, 0);
   for (std::uint32_t index = 0; index < 52; ++index) {
     write(&request, Tag<std::int32_t>{0x00020000 + index}, 1);

@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <map>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -189,14 +190,16 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
                      std::int32_t uiModule);
 
   // Tuning for the calling app and the camera app's mode, each a step of every request.
-  void update3rdpartyAppControlMeta(NSCam::IMetadata* request, unsigned int requestNo);
-  void updateTuningAppName(NSCam::IMetadata* request, unsigned int requestNo);
-  void updateProfModeControlMeta(NSCam::IMetadata* request, unsigned int requestNo);
+  // The app type is the event store's, read once a request.
+  void update3rdpartyAppControlMeta(NSCam::IMetadata* request, std::string_view appType) const;
+  void updateTuningAppName(NSCam::IMetadata* request, std::string_view appType) const;
+  void updateProfModeControlMeta(NSCam::IMetadata* request);
   void setDumpPathForHeskDump(int instanceId, NSCam::IMetadata* request);
   int getMulticamMainID(int deviceId);
 
   // Still captures: the book of multi-frame captures, and what a capture request carries.
-  void updateStillCapture(NSCam::IMetadata* meta, unsigned int requestNo, std::int64_t currentMode);
+  void updateStillCapture(NSCam::IMetadata* meta, unsigned int requestNo, std::string_view appType,
+                          std::int64_t currentMode);
   void bookAnnouncedFrames(const NSCam::IMetadata* meta, unsigned int requestNo, int mainId);
   void bookBurst(unsigned int firstRequestNo, std::int32_t frameCount);
   void writeBurstFrame(NSCam::IMetadata* meta, unsigned int requestNo) const;

@@ -22,9 +22,8 @@ class CurrentEventStore final : public NSCam::ATMsEventMgr {
   }
 };
 
+constinit CurrentEventStore sInstance;
+
 }  // namespace
 
-NSCam::ATMsEventMgr& NSCam::ATMsEventMgr::getInstance() {
-  static CurrentEventStore instance;
-  return instance;
-}
+NSCam::ATMsEventMgr& NSCam::ATMsEventMgr::getInstance() { return sInstance; }

@@ -5,11 +5,8 @@
 #include <utility>
 
 namespace host {
-namespace {
 
-std::atomic<Phone*> sCurrent = nullptr;
-
-}  // namespace
+constinit std::atomic<Phone*> Phone::sCurrent = nullptr;
 
 const DeviceConfig& PhoneConfig::deviceOrDefault(std::int32_t id) const {
   static const DeviceConfig kUnlisted = [] {
@@ -43,9 +40,7 @@ Phone::~Phone() {
   sCurrent = nullptr;
 }
 
-Phone& Phone::current() {
-  Phone* phone = sCurrent.load(std::memory_order_acquire);
-  if (phone != nullptr) return *phone;
+Phone& Phone::bare() {
   static Phone bare({}, Kind::bare);
   return bare;
 }

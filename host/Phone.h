@@ -13,6 +13,8 @@
 
 #pragma once
 
+#include <atomic>
+
 #include "host/Effects.h"
 #include "host/LogSink.h"
 #include "host/OpenedFiles.h"
@@ -31,7 +33,10 @@ class Phone {
   Phone& operator=(const Phone&) = delete;
 
   /// The phone that the library runs on.
-  static Phone& current();
+  static Phone& current() {
+    Phone* phone = sCurrent.load(std::memory_order_acquire);
+    return phone != nullptr ? *phone : bare();
+  }
 
   PhoneConfig config;  // its `properties` and `eventStore` have moved into the stores below
   TextStore properties;
@@ -44,6 +49,11 @@ class Phone {
   enum class Kind { simulated, bare };
 
   Phone(PhoneConfig config, Kind kind);
+
+  /// The phone that there is outside any other.
+  static Phone& bare();
+
+  static std::atomic<Phone*> sCurrent;
 
   Kind mKind;
 };

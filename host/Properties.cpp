@@ -31,8 +31,8 @@ bool property_get_bool(const char* key, bool defaultValue) {
 }
 
 std::int32_t property_get_int32(const char* key, std::int32_t defaultValue) {
-  std::array<char, PROPERTY_VALUE_MAX> text{};
-  property_get(key, text.data(), "");
+  std::array<char, PROPERTY_VALUE_MAX> text;
+  if (property_get(key, text.data(), "") == 0) return defaultValue;
   char* end = nullptr;
   errno = 0;
   const std::intmax_t number = std::strtoimax(text.data(), &end, 0);

@@ -1,13 +1,11 @@
 #include "host/TextStore.h"
 
-#include <utility>
-
 namespace host {
 
-TextStore::TextStore(TextMap texts) : mTexts(std::move(texts)) {}
+TextStore::TextStore(const TextMap& texts) : mTexts(texts.begin(), texts.end()) {}
 
 void TextStore::set(std::string_view key, std::string_view value) {
-  const std::lock_guard lock(mMutex);
+  const std::lock_guard lock(mLock);
   const auto found = mTexts.find(key);
   if (found != mTexts.end()) {
     found->second.assign(value);
@@ -27,8 +25,8 @@ std::string TextStore::get(std::string_view key) const {
 }
 
 TextMap TextStore::all() const {
-  const std::lock_guard lock(mMutex);
-  return mTexts;
+  const std::lock_guard lock(mLock);
+  return {mTexts.begin(), mTexts.end()};
 }
 
 }  // namespace host

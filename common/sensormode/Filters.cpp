@@ -150,7 +150,7 @@ void HeskSensorModeControl::getSensorModeCfgByMultiCondition(IMetadata* meta) {
 
   if (isDecided(kOperation.name) || multiConditionTable.empty()) return;
   const Offer offer{.isHfpsMode = isHfpsModeOf(meta),
-                    .appType = eventValue("APP_TYPE"),
+                    .appType = std::string(eventValue<"APP_TYPE">()),
                     .frameRates = readFrameRateRange(meta),
                     .eisMode = eisModeOf(meta),
                     .videoAlgoType = videoAlgoTypeOf(meta),
@@ -190,7 +190,7 @@ void HeskSensorModeControl::getSensorModeCfgByApptype() {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByApptype");
 
   if (isDecided(kOperation.name)) return;
-  const std::string appType = eventValue("APP_TYPE");
+  const std::string appType(eventValue<"APP_TYPE">());
   if (select(firstThatMeets(sensorModeTable, kAppType, appType, mObserver))) {
     HESK_LOGD(kOperation)("[%s] selected by appType %s", appType.c_str());
   }

@@ -1,6 +1,6 @@
 // The overrides: scenarios that certain apps need whatever the rules say.
 
-#include <string>
+#include <string_view>
 
 #include "common/HeskSensorModeControl.h"
 #include "common/sensormode/DecisionObserver.h"
@@ -20,8 +20,8 @@ constexpr NSCam::MSize kCallSize{640, 480};
 
 /// What the overrides look at.
 struct Configuration {
-  std::string appType;
-  std::string appName;
+  std::string_view appType;
+  std::string_view appName;
   std::int32_t sensorId;
   const NSCam::IMetadata* meta;
   bool hasVideo;
@@ -87,8 +87,8 @@ int HeskSensorModeControl::specialCustomize(
     // NOLINTNEXTLINE(performance-unnecessary-value-param): the platform's binaries call it so.
     std::shared_ptr<StreamInfo> info) {
   const StreamInfo stream = info != nullptr ? *info : StreamInfo{};
-  const Configuration configuration{.appType = eventValue("APP_TYPE"),
-                                    .appName = eventValue("APP_NAME"),
+  const Configuration configuration{.appType = eventValue<"APP_TYPE">(),
+                                    .appName = eventValue<"APP_NAME">(),
                                     .sensorId = mSensorId,
                                     .meta = meta,
                                     .hasVideo = stream.hasVideoConsumer,

@@ -10,6 +10,7 @@
 
 #include <concepts>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <type_traits>
 #include <utility>
@@ -26,6 +27,15 @@ inline constexpr int kNoContainer = -1;
 template <typename T>
 [[nodiscard]] bool has(const NSCam::IMetadata* metadata, Tag<T> tag) {
   return metadata != nullptr && !metadata->entryFor(tag.value).isEmpty();
+}
+
+/// Item 0 of `tag`; none where the entry holds no item at all.
+template <typename T>
+[[nodiscard]] std::optional<T> readIfPresent(const NSCam::IMetadata* metadata, Tag<T> tag) {
+  if (metadata == nullptr) return {};
+  const auto& entry = metadata->entryFor(tag.value);
+  if (entry.isEmpty()) return {};
+  return entry.itemAt(0, NSCam::Type2Type<T>{});
 }
 
 /// Item `index` of `tag` read as `As`; `fallback` where the entry holds no item at all.

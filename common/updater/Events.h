@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -9,23 +11,27 @@
 
 namespace hesk {
 
-/// The value of an event-store key, empty where it was never set.
-inline std::string eventValue(const char* key) {
-  std::string value;
-  NSCam::ATMsEventMgr::getInstance().get(key, value);
+/// A key as a template argument: eventValue<"APP_TYPE">().
+template <std::size_t Size>
+struct EventKey {
+  // Implicit, so that a literal is a key.
+  consteval EventKey(const char (&literal)[Size]) { std::copy_n(literal, Size, text); }
+
+  char text[Size];
+};
+
+/// The value of an event-store key, empty where it was never set. It ends with a zero and stands
+/// until the thread reads the same key again: every request reads some, and each has a buffer of
+/// the thread, so that values too long for a string's own room cost no allocation.
+template <EventKey kKey>
+std::string_view eventValue() {
+  static thread_local std::string value;
+  NSCam::ATMsEventMgr::getInstance().get({kKey.text, sizeof kKey.text - 1}, value);
   return value;
 }
 
-/// The value of "APP_NAME". Every request reads it, and its longest values do not fit into a string
-/// without allocation: it stands in a buffer of the calling thread, until the thread's next call.
-inline const std::string& appNameEvent() {
-  static thread_local std::string name;
-  NSCam::ATMsEventMgr::getInstance().get("APP_NAME", name);
-  return name;
-}
-
 /// Replaces the value of an event-store key.
-inline void setEvent(const char* key, std::string_view value) {
+inline void setEvent(std::string_view key, std::string_view value) {
   NSCam::ATMsEventMgr::getInstance().set(key, value);
 }
 

@@ -19,7 +19,7 @@ using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("updateProfModeControlMeta");
 
-void publish(const char* key, std::integral auto number) {
+void publish(std::string_view key, std::integral auto number) {
   constexpr std::size_t kSignAndDigits = std::numeric_limits<std::int64_t>::digits10 + 2;
   std::array<char, kSignAndDigits> text;
   const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
@@ -27,40 +27,41 @@ void publish(const char* key, std::integral auto number) {
 }
 
 void publishExposureTime(IMetadata* request) {
-  if (!has(request, tags::ANDROID_SENSOR_EXPOSURE_TIME)) return;
-  const std::int64_t exposureNs = read(request, tags::ANDROID_SENSOR_EXPOSURE_TIME);
+  const auto exposureNs = readIfPresent(request, tags::ANDROID_SENSOR_EXPOSURE_TIME);
+  if (!exposureNs) return;
   // In professional mode the app sets the maker's tag itself.
-  if (eventValue("APP_MODE") != "Professional") {
-    write(request, tags::HESK_CONTROL_EXPTIME, exposureNs);
+  if (eventValue<"APP_MODE">() != "Professional") {
+    write(request, tags::HESK_CONTROL_EXPTIME, *exposureNs);
   }
-  publish("MTK_EXPTIME", exposureNs);
+  publish("MTK_EXPTIME", *exposureNs);
 }
 
 void publishSensitivity(IMetadata* request) {
-  if (!has(request, tags::ANDROID_SENSOR_SENSITIVITY)) return;
-  const std::int32_t sensitivity = read(request, tags::ANDROID_SENSOR_SENSITIVITY);
-  write(request, tags::HESK_CONTROL_ISO, sensitivity);
-  publish("MTK_ISO", sensitivity);
+  const auto sensitivity = readIfPresent(request, tags::ANDROID_SENSOR_SENSITIVITY);
+  if (!sensitivity) return;
+  write(request, tags::HESK_CONTROL_ISO, *sensitivity);
+  publish("MTK_ISO", *sensitivity);
 }
 
 void copyRemosaic(IMetadata* request) {
-  if (!has(request, tags::HESK_CONTROL_ALGO_OVERRIDE)) return;
-  const std::int32_t remosaic = read(request, tags::HESK_CONTROL_ALGO_OVERRIDE);
-  write(request, tags::MTK_CONTROL_CAPTURE_REMOSAIC_EN, remosaic);
-  HESK_LOGD(kOperation)("[%s] MTK_CONTROL_CAPTURE_REMOSAIC_EN: %d", remosaic);
+  const auto remosaic = readIfPresent(request, tags::HESK_CONTROL_ALGO_OVERRIDE);
+  if (!remosaic) return;
+  write(request, tags::MTK_CONTROL_CAPTURE_REMOSAIC_EN, *remosaic);
+  HESK_LOGD(kOperation)("[%s] MTK_CONTROL_CAPTURE_REMOSAIC_EN: %d", *remosaic);
 }
 
 void publishWhiteBalance(const IMetadata* request) {
-  if (!has(request, tags::HESK_CONTROL_COLOURTEMPERATURE)) return;
-  publish("HESK_COLOURTEMPERATURE", read(request, tags::HESK_CONTROL_COLOURTEMPERATURE));
+  const auto colourTemperature = readIfPresent(request, tags::HESK_CONTROL_COLOURTEMPERATURE);
+  if (!colourTemperature) return;
+  publish("HESK_COLOURTEMPERATURE", *colourTemperature);
   publish("MTK_AWBMODE", read(request, tags::ANDROID_CONTROL_AWB_MODE));
 }
 
 void publishUiModule(const IMetadata* request) {
-  if (!has(request, tags::COM_HESK_CURRENTUIMODULE)) return;
-  const std::int32_t uiModule = read(request, tags::COM_HESK_CURRENTUIMODULE);
-  publish("HESK_CURRENTUIMODE", uiModule);
-  HESK_LOGD(kOperation)("HESK_CURRENTUIMODE: %d", uiModule);
+  const auto uiModule = readIfPresent(request, tags::COM_HESK_CURRENTUIMODULE);
+  if (!uiModule) return;
+  publish("HESK_CURRENTUIMODE", *uiModule);
+  HESK_LOGD(kOperation)("HESK_CURRENTUIMODE: %d", *uiModule);
 }
 
 void publishMotionLevel(const IMetadata* request) {
@@ -70,16 +71,15 @@ void publishMotionLevel(const IMetadata* request) {
 }
 
 void publishSecondSnapshot(const IMetadata* request) {
-  if (!has(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT)) return;
-  const std::int32_t isSecondSnapshot = read(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT);
-  publish("HESK_ISSECONDSNAPSHOT", isSecondSnapshot);
-  HESK_LOGD(kOperation)("HESK_ISSECONDSNAPSHOT : %d", isSecondSnapshot);
+  const auto isSecondSnapshot = readIfPresent(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT);
+  if (!isSecondSnapshot) return;
+  publish("HESK_ISSECONDSNAPSHOT", *isSecondSnapshot);
+  HESK_LOGD(kOperation)("HESK_ISSECONDSNAPSHOT : %d", *isSecondSnapshot);
 }
 
 }  // namespace
 
-void HeskParameterUpdater::updateProfModeControlMeta(IMetadata* request,
-                                                     unsigned int /*requestNo*/) {
+void HeskParameterUpdater::updateProfModeControlMeta(IMetadata* request) {
   publishExposureTime(request);
   publishSensitivity(request);
   copyRemosaic(request);

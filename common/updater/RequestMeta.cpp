@@ -1,6 +1,8 @@
 // The request hook, as the list of its steps. Later steps overwrite what earlier ones wrote: the
 // order is part of what the pipeline relies on.
 
+#include <string_view>
+
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
@@ -21,9 +23,9 @@ constexpr std::int32_t kForcedPreviewModule = 8;
 constexpr std::int64_t kDiagonalFovMode = std::int64_t{1} << 59;
 
 void replaceUpperFrameRate(IMetadata* meta) {
-  if (!has(meta, tags::HESK_CONTROL_FPS_RANGE_MAX)) return;
-  replaceItem(meta, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kUpperBound,
-              read(meta, tags::HESK_CONTROL_FPS_RANGE_MAX));
+  if (const auto frameRate = readIfPresent(meta, tags::HESK_CONTROL_FPS_RANGE_MAX)) {
+    replaceItem(meta, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kUpperBound, *frameRate);
+  }
 }
 
 void writeMulticamEnable(IMetadata* meta, std::int32_t multicamFeatureMode) {
@@ -51,7 +53,7 @@ bool isStillCapture(const IMetadata* meta) {
 void writeMoonRawType(IMetadata* meta) {
   constexpr std::int32_t kSuperMoonRawTypes = 4 + 8 + 16 + 32;
   const bool isZoomed = read(meta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 1.0F) > 1.0F;
-  if (isZoomed && appNameEvent() == "SuperMoon") {
+  if (isZoomed && eventValue<"APP_NAME">() == "SuperMoon") {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, kSuperMoonRawTypes);
     HESK_LOGD(kOperation)("[%s] superMoon update rawtype 4+8+16+32");
   } else {
@@ -77,22 +79,23 @@ void fixFrameRate(IMetadata* meta) {
 }  // namespace
 
 void HeskParameterUpdater::updateRequestMeta(IMetadata* meta, unsigned int requestNo) {
+  const std::string_view appType = eventValue<"APP_TYPE">();
   replaceUpperFrameRate(meta);
-  update3rdpartyAppControlMeta(meta, requestNo);
-  updateTuningAppName(meta, requestNo);
-  updateProfModeControlMeta(meta, requestNo);
+  update3rdpartyAppControlMeta(meta, appType);
+  updateTuningAppName(meta, appType);
+  updateProfModeControlMeta(meta);
   writeSelectedStream(meta, mStreamIds);
 
   const std::int64_t currentMode = read(meta, tags::HESK_CONTROL_CURRENTMODE);
   const std::int32_t uiModule = read(meta, tags::COM_HESK_CURRENTUIMODULE);
   writeMulticamEnable(meta, mMulticamFeatureMode);
   forcePreview(meta, uiModule);
-  if (isStillCapture(meta)) updateStillCapture(meta, requestNo, currentMode);
+  if (isStillCapture(meta)) updateStillCapture(meta, requestNo, appType, currentMode);
 
   writeMoonRawType(meta);
   capDualCameraFrameRate(meta, mMulticamFeatureMode);
   writeVideoHdrMode(meta, kOperation);
-  switchOffFrontStabilization(meta, mInstanceId);
+  switchOffFrontStabilization(meta, mInstanceId, appType);
   fixFrameRate(meta);
   if ((currentMode & kDiagonalFovMode) != 0 && uiModule == kForcedPreviewModule) {
     write(meta, tags::MTK_RAW_ALGO_DIAGONAL_FOV, mPrimaryCameraDiagonalFov);

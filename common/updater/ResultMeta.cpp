@@ -18,33 +18,33 @@ using NSCam::IMetadata;
 constexpr log::Operation kOperation = updaterOperation("updateResultMeta");
 
 /// The number that 3A left under the key, `fallback` where there is none.
-template <typename T>
-T eventNumber(const char* key, T fallback) {
-  return leadingNumber<T>(eventValue(key)).value_or(fallback);
+template <EventKey kKey, typename T>
+T eventNumber(T fallback) {
+  return leadingNumber<T>(eventValue<kKey>()).value_or(fallback);
 }
 
 void writeExposure(IMetadata* result) {
   constexpr std::int64_t kExposureUnit = 1000;
-  const auto iso = eventNumber<std::int32_t>("HESK_ISO", 100);
-  const auto exposure = eventNumber<std::int64_t>("HESK_EXP", 0);
-  const auto ev = eventNumber<float>("HESK_EV", 0.0F);
+  const auto iso = eventNumber<"HESK_ISO", std::int32_t>(100);
+  const auto exposure = eventNumber<"HESK_EXP", std::int64_t>(0);
+  const auto ev = eventNumber<"HESK_EV", float>(0.0F);
   write(result, tags::HESK_CONTROL_EXPTIME, wrappingMultiply(exposure, kExposureUnit));
   write(result, tags::HESK_CONTROL_ISO, iso);
   write(result, tags::HESK_CONTROL_EV, ev);
 }
 
 void echoVideoNoiseReduction(IMetadata* result) {
-  if (appNameEvent() != "VideoNight") return;
-  const auto recommendation = eventNumber<std::int32_t>("HESK_VIDEONRRECOMMAND", 0);
+  if (eventValue<"APP_NAME">() != "VideoNight") return;
+  const auto recommendation = eventNumber<"HESK_VIDEONRRECOMMAND", std::int32_t>(0);
   write(result, tags::HESK_FEEDBACK_VIDEONRRECOMMEND, recommendation);
   HESK_LOGD(kOperation)("[%s] HESK_FEEDBACK_VIDEONRRECOMMEND:%d", recommendation);
 }
 
 void publishPreviewScene(const IMetadata* result) {
   constexpr std::int32_t kPublishedScene = 128;
-  if (!has(result, tags::COM_HESK_SCENETYPE)) return;
-  const bool isPublished = read(result, tags::COM_HESK_SCENETYPE) == kPublishedScene;
-  setEvent("PREVIEW_SCENEMODE", isPublished ? "128" : "0");
+  if (const auto scene = readIfPresent(result, tags::COM_HESK_SCENETYPE)) {
+    setEvent("PREVIEW_SCENEMODE", *scene == kPublishedScene ? "128" : "0");
+  }
 }
 
 void writePair(IMetadata* result, float first, float second) {
@@ -54,8 +54,9 @@ void writePair(IMetadata* result, float first, float second) {
 
 /// Copies an int32 lux value into the result's float, where there is one.
 void copyLux(IMetadata* result, Tag<std::int32_t> source) {
-  if (!has(result, source)) return;
-  write(result, tags::MTK_HESK_RESULT_LUX_INDEX, static_cast<float>(read(result, source)));
+  if (const auto lux = readIfPresent(result, source)) {
+    write(result, tags::MTK_HESK_RESULT_LUX_INDEX, static_cast<float>(*lux));
+  }
 }
 
 void writePairAndLux(IMetadata* result, std::int32_t sensor) {

@@ -1,5 +1,7 @@
 // The session hook, as the list of its steps. Later steps overwrite what earlier ones wrote.
 
+#include <string_view>
+
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
@@ -57,12 +59,12 @@ void markHighFrameRatePreview(IMetadata* session, std::int32_t frameRate) {
   }
 }
 
-void writeHighSpeedBatch(IMetadata* session, std::int32_t frameRate) {
+void writeHighSpeedBatch(IMetadata* session, std::string_view appType, std::int32_t frameRate) {
   constexpr Tag<std::int32_t> kFrameRateAndBatch{0x800f0000};
   constexpr std::int32_t kLowestHighSpeed = 120;
   constexpr std::int32_t kDisplayFrameRate = 30;
   // Capital: another app than the one that the other steps know.
-  if (eventValue("APP_TYPE") != "HeskCamera" || frameRate < kLowestHighSpeed) return;
+  if (appType != "HeskCamera" || frameRate < kLowestHighSpeed) return;
   write(session, kFrameRateAndBatch, frameRate, frameRate / kDisplayFrameRate);
 }
 
@@ -80,12 +82,12 @@ bool isVideo4K(const ImageStreams& streams) {
 
 /// 4K at 60 frames a second is more than the app's own stabilisation can do: the platform's takes
 /// over, whether the app asks for stabilisation or says nothing.
-void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::int32_t eisEnable,
-                         std::int32_t frameRate) {
+void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::string_view appType,
+                         std::int32_t eisEnable, std::int32_t frameRate) {
   constexpr Tag<std::int32_t> kPlatformEis{0x80070000};
   constexpr Tag<std::int32_t> kPlatformEisMode{0x80070003};
 
-  if (eventValue("APP_TYPE") != "heskCamera") return;
+  if (appType != "heskCamera") return;
   if (!isVideo4K(streams) || eisEnable == 0 || frameRate != 60) {
     write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{0});
     return;
@@ -118,6 +120,7 @@ void HeskParameterUpdater::updateSessionParams(
     IMetadata* sessionMeta,
     // NOLINTNEXTLINE(performance-unnecessary-value-param): the pipeline's binaries call it so.
     ImageStreams streams) {
+  const std::string_view appType = eventValue<"APP_TYPE">();
   const std::int32_t eisEnable = read(sessionMeta, tags::HESK_CONTROL_EISENABLE, kMissing);
   tellStereoSettings(sessionMeta, eisEnable);
   chooseMulticamFeatureMode(sessionMeta);
@@ -126,17 +129,17 @@ void HeskParameterUpdater::updateSessionParams(
 
   const std::int32_t frameRate = readFrameRate(sessionMeta);
   markHighFrameRatePreview(sessionMeta, frameRate);
-  writeHighSpeedBatch(sessionMeta, frameRate);
-  chooseStabilization(sessionMeta, streams, eisEnable, frameRate);
+  writeHighSpeedBatch(sessionMeta, appType, frameRate);
+  chooseStabilization(sessionMeta, streams, appType, eisEnable, frameRate);
 
   recordStreams(sessionMeta, streams, uiModule);
   copyPictureInPictureDevices(sessionMeta);
   writeVideoHdrMode(sessionMeta, kOperation);
   writeSelectedStream(sessionMeta, mStreamIds);
 
-  switchOffFrontStabilization(sessionMeta, mInstanceId);
-  setProductionScene(sessionMeta, mInstanceId, appNameEvent(), kOperation);
-  limitToProviderFrameRate(sessionMeta);
+  switchOffFrontStabilization(sessionMeta, mInstanceId, appType);
+  setProductionScene(sessionMeta, mInstanceId, eventValue<"APP_NAME">(), kOperation);
+  limitToProviderFrameRate(sessionMeta, appType);
 }
 
 /// From what the sensor's static characteristics say of the multi-camera set that it belongs to.

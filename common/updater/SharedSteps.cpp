@@ -22,8 +22,9 @@ void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operati
   constexpr std::int32_t kHdrModeOff = 0;
   constexpr std::int32_t kHdrModeVideoOn = 3;
 
-  if (!has(metadata, tags::HESK_CONTROL_VIDEO_HDR)) return;
-  if (read(metadata, tags::HESK_CONTROL_VIDEO_HDR) == 1) {
+  const auto videoHdr = readIfPresent(metadata, tags::HESK_CONTROL_VIDEO_HDR);
+  if (!videoHdr) return;
+  if (*videoHdr == 1) {
     write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeVideoOn);
     HESK_LOGD(operation)("[%s] set MTK_HDR_FEATURE_HDR_MODE_VIDEO_ON");
   } else {
@@ -32,13 +33,13 @@ void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operati
   }
 }
 
-void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor) {
+void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor,
+                                 std::string_view appType) {
   constexpr std::int32_t kFrontSensor = 1;
   constexpr std::uint8_t kStabilizationOff = 0;
 
-  if (sensor != kFrontSensor) return;
+  if (sensor != kFrontSensor || isOwnCameraApp(appType)) return;
   if (!productBeginsWith("KX0107", "default") && !productBeginsWith("KX0106", "default")) return;
-  if (isOwnCameraApp(eventValue("APP_TYPE"))) return;
   write(metadata, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, kStabilizationOff);
 }
 
@@ -53,13 +54,12 @@ void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::st
   ("[%s] UltraWide Camera in Production line set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
 }
 
-void limitToProviderFrameRate(NSCam::IMetadata* metadata) {
+void limitToProviderFrameRate(NSCam::IMetadata* metadata, std::string_view appType) {
   constexpr std::int32_t kLowestFrameRate = 5;
   constexpr std::int32_t kLowestCap = 15;
   constexpr std::int32_t kHighestCap = 25;
   constexpr std::int32_t kLimitedByProvider = 43;
 
-  const std::string appType = eventValue("APP_TYPE");
   if (appType == "heskCamera" || appType == "CTS") return;
   const std::int32_t cap = providerFrameRateCap();
   if (cap < kLowestCap || cap > kHighestCap) return;

@@ -22,7 +22,8 @@ void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operati
 
 /// Switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other makers' apps on the front camera
 /// of the products whose front camera cannot stabilise.
-void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor);
+void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor,
+                                 std::string_view appType);
 
 /// Writes ANDROID_CONTROL_SCENE_MODE for the ultra-wide camera on the production line.
 void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::string_view appName,
@@ -30,6 +31,6 @@ void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::st
 
 /// Limits MTK_CONTROL_AE_TARGET_FPS_RANGE of other makers' apps to the frame rate that the camera
 /// provider service holds them to, and says so in HESK_CONTROL_FPSLIMITTYPE.
-void limitToProviderFrameRate(NSCam::IMetadata* metadata);
+void limitToProviderFrameRate(NSCam::IMetadata* metadata, std::string_view appType);
 
 }  // namespace hesk

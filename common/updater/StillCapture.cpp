@@ -6,6 +6,7 @@
 // are still to come (mCaptureCount).
 
 #include <algorithm>
+#include <string_view>
 
 #include "common/HeskParameterUpdater.h"
 #include "common/math/Conversion.h"
@@ -46,7 +47,7 @@ void writeRawType(IMetadata* meta, std::int64_t currentMode) {
 }  // namespace
 
 void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requestNo,
-                                              std::int64_t currentMode) {
+                                              std::string_view appType, std::int64_t currentMode) {
   const std::uint8_t enableZsl = read(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, kAbsentByte);
   const bool isZslOff = enableZsl == 0;
   HESK_LOGE(kOperation)
@@ -64,7 +65,7 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
 
   if (isZslOff) write(meta, tags::MTK_HESK_NON_ZSL_CAPTURE, 1);
   writeBurstFrame(meta, requestNo);
-  if (!mHasVideoStream && isOwnCameraApp(eventValue("APP_TYPE"))) {
+  if (!mHasVideoStream && isOwnCameraApp(appType)) {
     write(meta, tags::MTK_HESK_NO_VIDEO_STREAM, std::uint8_t{1});
   }
   write(meta, tags::MTK_HESK_STILL_CAPTURE, 1);

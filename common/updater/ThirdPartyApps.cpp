@@ -22,22 +22,21 @@ constexpr log::Operation kOperation = updaterOperation("update3rdpartyAppControl
 constexpr FrameRateRange kLimitedRange{.lower = 5, .upper = 24};
 
 /// Short-video apps expose for faces, which must be detected for that.
-void forceFaceDetection(IMetadata* request, const std::string& appName) {
+void forceFaceDetection(IMetadata* request, std::string_view appName) {
   constexpr std::uint8_t kSimple = 1;
 
   if (appName != "TikTok" && appName != "TikTokExternal") return;
-  if (has(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE)) {
-    HESK_LOGD(kOperation)
-    ("[%s] Pack Name is: %s, FDMode is %d", appName.c_str(),
-     read(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE));
+  if (const auto mode = readIfPresent(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE)) {
+    HESK_LOGD(kOperation)("[%s] Pack Name is: %s, FDMode is %d", appName.data(), *mode);
   }
   write(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE, kSimple);
-  HESK_LOGD(kOperation)("[%s] Pack Name is: %s, Force fd open for FaceAE", appName.c_str());
+  HESK_LOGD(kOperation)("[%s] Pack Name is: %s, Force fd open for FaceAE", appName.data());
 }
 
 void logTemperatureFrameRate(const IMetadata* request) {
-  if (!has(request, tags::HESK_CONTROL_FPS_RANGE_MAX)) return;
-  HESK_LOGD(kOperation)("[%s] temperaturefps:%d", read(request, tags::HESK_CONTROL_FPS_RANGE_MAX));
+  if (const auto frameRate = readIfPresent(request, tags::HESK_CONTROL_FPS_RANGE_MAX)) {
+    HESK_LOGD(kOperation)("[%s] temperaturefps:%d", *frameRate);
+  }
 }
 
 /// Whether the request is of a communication app, or of a mode of the maker's app that is to stay
@@ -108,12 +107,12 @@ void pinFrameRate(IMetadata* request, const std::optional<FrameRateRange>& limit
 }  // namespace
 
 void HeskParameterUpdater::update3rdpartyAppControlMeta(IMetadata* request,
-                                                        unsigned int /*requestNo*/) {
-  const std::string& appName = appNameEvent();
+                                                        std::string_view appType) const {
+  const std::string_view appName = eventValue<"APP_NAME">();
   forceFaceDetection(request, appName);
   setProductionScene(request, mInstanceId, appName, kOperation);
   logTemperatureFrameRate(request);
-  limitToProviderFrameRate(request);
+  limitToProviderFrameRate(request, appType);
   const auto limited = limitFrameRate(request, appName);
   pinFrameRate(request, limited);
 }

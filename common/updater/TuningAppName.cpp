@@ -108,7 +108,7 @@ bool isProfessional(std::int32_t uiModule) {
   return uiModule == kProfessionalModule || uiModule == kProfessionalVideoModule;
 }
 
-void setAppName(const char* name) { setEvent("APP_NAME", name); }
+void setAppName(std::string_view name) { setEvent("APP_NAME", name); }
 
 // The naming steps return whether they have named a profile.
 
@@ -184,15 +184,14 @@ void tuneOwnCamera(IMetadata* request, const AppState& state, bool hasVideoStrea
 
 }  // namespace
 
-void HeskParameterUpdater::updateTuningAppName(IMetadata* request, unsigned int /*requestNo*/) {
+void HeskParameterUpdater::updateTuningAppName(IMetadata* request, std::string_view appType) const {
   constexpr std::int32_t kOisTest = 8;
 
-  const std::string appType = eventValue("APP_TYPE");
   const AppState state = readAppState(request);
   if (appType == "heskCamera") {
     tuneOwnCamera(request, state, mHasVideoStream);
   } else if (appType == "engcamera" && read(request, tags::HESK_CONTROL_ENGTESTITEM) == kOisTest) {
     setAppName("OISTest");
   }
-  HESK_LOGD(kOperation)("[%s] Set APPName:(%s)", appNameEvent().c_str());
+  HESK_LOGD(kOperation)("[%s] Set APPName:(%s)", eventValue<"APP_NAME">().data());
 }
