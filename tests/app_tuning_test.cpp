@@ -50,6 +50,11 @@ const std::map<std::int32_t, std::string> kFixedNames = {
     {26, "FunVideo"},   {28, "LivePhoto"},      {29, "SuperClearness"}, {35, "MotionCapture"},
     {40, "SuperStar"},  {42, "DiplexExposure"}, {51, "Professional"}};
 
+std::string superNightName(std::int32_t sceneType) {
+  if (sceneType == 0x100000) return "SuperNightExtreme";
+  return sceneType == 0x180000 || sceneType == 0x700000 ? "SuperNightTripod" : "SuperNight";
+}
+
 /// The name that stays: the first that holds, from the rule with the last word to the weakest.
 std::string expectedName(const Request& request) {
   const std::int32_t module = request.uiModule.value_or(-1);
@@ -59,9 +64,7 @@ std::string expectedName(const Request& request) {
   if (request.mode && *request.mode > 0 && request.hasMode(2)) return "HDR";
   if (kFixedNames.contains(module)) return kFixedNames.at(module);
   if (module == 32) return detail == 3 ? "SuperMoon" : "NormalMoon";
-  if (module == 7 && detail == 0x100000) return "SuperNightExtreme";
-  if (module == 7 && (detail == 0x180000 || detail == 0x700000)) return "SuperNightTripod";
-  if (module == 7) return "SuperNight";
+  if (module == 7) return superNightName(detail);
   if (request.video.value_or(0) != 0) return request.night == 1 ? "VideoNight" : "Video";
   if (module == 31 || request.hasMode(1)) {
     if (detail == 1) return "PartyPortrait";
