@@ -6,7 +6,9 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
+#include <vector>
 
 #include "common/HeskParameterUpdater.h"
 #include "common/HeskSensorModeControl.h"
@@ -50,6 +52,16 @@ IMetadata requestOf(std::uint8_t captureIntent) {
     write(&request, Tag<std::int32_t>{0x00020000 + index}, 1);
   }
   return request;
+}
+
+/// What moving so many bytes cannot be faster than.
+void copyBytes(benchmark::State& state, std::size_t size) {
+  const std::vector<char> from(size, 1);
+  std::vector<char> to(size);
+  for ([[maybe_unused]] auto _ : state) {
+    std::memcpy(to.data(), from.data(), size);
+    benchmark::ClobberMemory();
+  }
 }
 
 void runHook(benchmark::State& state, IMetadata request) {
@@ -119,6 +131,53 @@ void stillCaptureRequest(benchmark::State& state) {
   runHook(state, std::move(request));
 }
 BENCHMARK(stillCaptureRequest);
+
+constexpr std::size_t kAwbBytes = 73'728;
+constexpr std::size_t kStaticBytes = 4'096;
+constexpr std::size_t kCaptureBytes = kAwbBytes + kStaticBytes + 884 * sizeof(float) + 2'080;
+
+/// A raw capture at full size: shading from 3A, statistics, static bytes, phase detection.
+void rawCapture(benchmark::State& state) {
+  QuietPhone quiet;
+  host::DeviceConfig& device = quiet.phone.config.devices[0];
+  write(&device.statics, tags::COM_HESK_PDBUFFERTYPE, 2);
+  write(&device.statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION, NSCam::MRect{0, 0, 4000, 3000});
+  writeAll(&device.statics, tags::MTK_RAW_ALGO_STATIC_INFO,
+           std::vector<std::uint8_t>(kStaticBytes, 1));
+  device.sensor.emplace().pdSupported = 1;
+  IMetadata app = requestOf(2);
+  write(&app, tags::HESK_CONTROL_CURRENTMODE, std::int64_t{0x40000});
+  write(&app, tags::MTK_3A_AWB_STATS_SIZE, static_cast<std::int32_t>(kAwbBytes));
+  writeAll(&app, tags::MTK_3A_AWB_STATS_DATA, std::vector<std::uint8_t>(kAwbBytes, 1));
+  IMetadata hal;
+  write(&hal, tags::MTK_HAL_REQUEST_SENSOR_ID, 0);
+  write(&hal, tags::MTK_P1NODE_SCALAR_CROP_REGION, NSCam::MRect{0, 0, 4000, 3000});
+  IMetadata out;
+  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
+  for ([[maybe_unused]] auto _ : state) updater->updateCaptureRawParameter(&app, &hal, &out);
+}
+BENCHMARK(rawCapture);
+
+/// The bytes of a raw capture, copied.
+void copyOfARawCapturesBytes(benchmark::State& state) { copyBytes(state, kCaptureBytes); }
+BENCHMARK(copyOfARawCapturesBytes);
+
+constexpr std::size_t kTuningBytes = 2'000'000;
+
+void tuningData(benchmark::State& state) {
+  QuietPhone quiet;
+  quiet.phone.config.tuningBuffer = {.fd = 3, .bufferSize = kTuningBytes, .bufferIndex = 1};
+  std::vector<char> data(kTuningBytes, 1);
+  IMetadata meta;
+  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(updater->updateTuningData(&meta, data.data(), kTuningBytes));
+  }
+}
+BENCHMARK(tuningData);
+
+void copyOfTuningData(benchmark::State& state) { copyBytes(state, kTuningBytes); }
+BENCHMARK(copyOfTuningData);
 
 void sessionOfThreeStreams(benchmark::State& state) {
   const QuietPhone quiet;

@@ -24,6 +24,7 @@
 #include "platform/ImageStreamInfo.h"
 
 struct camera_metadata;
+class TqcMetaConverter;
 
 /// The white-box window of the replay tool and the tests.
 struct HeskParameterUpdaterInspector;
@@ -161,6 +162,95 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// Reads the event store's "APP_NAME", too.
   void updateResultMeta(NSCam::IMetadata* result, unsigned int requestNo);
 
+  /// The capture hook: called once for every still-capture frame that goes through the multi-frame
+  /// raw algorithms, on the updater of the sensor that opened the pipeline. `appMeta` is the
+  /// frame's app metadata with its 3A results, `halMeta` its HAL metadata, `outMeta` what the raw
+  /// algorithms are handed.
+  ///
+  /// In this order it writes into `outMeta`
+  ///  - ANDROID_STATISTICS_LENS_SHADING_MAP, from 3A (17 x 13 points, 4 channels) for the
+  ///  multi-frame
+  ///    modes of HESK_CONTROL_CURRENTMODE, else whatever the default-shading module returns;
+  ///  - HESK_CONTROL_CURRENT_CAMERA_ID, MTK_HAL_REQUEST_SENSOR_ID of `halMeta` or -1; in
+  ///  multi-camera
+  ///    sessions HESK_CONTROL_IS_DUAL_SLAVE = 1 where that is the slave of
+  ///    MTK_MULTICAM_MASTER_SLAVE_ID;
+  ///  - what `update3ACaptureRawParameter` writes;
+  ///  - what `setSATCropInfo` and `setCameraRole` write, but for mode bit 24 of UI module 32;
+  ///  - MTK_RAW_ALGO_CAPTURE_VALUE64, MTK_P1NODE_CAPTURE_VALUE64 of `halMeta` or 0;
+  ///  - MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO: the width of the camera's
+  ///    MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION by that of MTK_P1NODE_SCALAR_CROP_REGION, without a
+  ///    crop HESK_CONTROL_ZOOM_ZOOM_RATIO, else 1;
+  ///  - what `updateSensorPdafInfo` writes, where the static COM_HESK_PDBUFFERTYPE and
+  ///    COM_HESK_ISPDCOMPENSATION of the camera ask for it;
+  ///  - in logical multi-camera sessions MTK_RAW_ALGO_FACE_RECTS, at most 10 faces of the master;
+  ///  - MTK_RAW_ALGO_STATIC_INFO, a copy of the camera's static bytes,
+  ///
+  /// and where `isNeedRawAlgo` into `halMeta` MTK_RAW_ALGO_PROCESS_TYPE = 14 and
+  /// MTK_CONTROL_RAW_ALGO_ENABLE = 1.
+  void updateCaptureRawParameter(NSCam::IMetadata* appMeta, NSCam::IMetadata* halMeta,
+                                 NSCam::IMetadata* outMeta);
+
+  /// Writes the frame's 3A state into `outMeta`: HESK_CONTROL_AE_RESULT (22 floats, the order in
+  /// common/math/AeResult.h), MTK_RAW_ALGO_ISLIGHTENV (1 below lux index 311),
+  /// MTK_RAW_ALGO_AWB_GAIN_R, G and B (the inverse of ANDROID_SENSOR_NEUTRAL_COLOR_POINT, infinite
+  /// without one), MTK_RAW_ALGO_AWB_RESULT_INFO, MTK_RAW_ALGO_SENSITIVITY,
+  /// MTK_RAW_ALGO_AWB_OTP_DATA, MTK_RAW_ALGO_AWB_STATS_SIZE and _DATA (zeros where
+  /// MTK_3A_AWB_STATS_DATA has another size; empty, with an error record, for a size below 0 or
+  /// above 73,728), MTK_RAW_ALGO_AE_CCT_USE_DATA. The inputs are the MTK_3A_ tags,
+  /// ANDROID_SENSOR_EXPOSURE_TIME and ANDROID_SENSOR_SENSITIVITY of `appMeta` and
+  /// MTK_3A_AE_ADRC_GAIN of `halMeta`, each 0 where absent.
+  void update3ACaptureRawParameter(NSCam::IMetadata* appMeta, NSCam::IMetadata* halMeta,
+                                   NSCam::IMetadata* outMeta);
+
+  /// The camera whose 3A and faces count for a frame: in logical multi-camera sessions
+  /// MTK_MULTICAM_REAL_MASTER_ID of `halMeta`; without it, and in other sessions, the first digit
+  /// of the device's static ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS, -48 where there is none.
+  std::int32_t getMulticamMasterID(int deviceId, NSCam::IMetadata* halMeta);
+
+  /// Whether a frame goes through the raw algorithm, by HESK_CONTROL_CURRENTMODE and
+  /// HESK_CONTROL_ALGO_OVERRIDE of `appMeta` and HESK_CONTROL_IS_DUAL_SLAVE of `outMeta`. The last
+  /// argument does not count.
+  static bool isNeedRawAlgo(NSCam::IMetadata* appMeta, NSCam::IMetadata* outMeta, int unused);
+
+  /// Writes MTK_RAW_ALGO_CAMERA_ROLE: the camera's role in the zoom transition.
+  void setCameraRole(NSCam::IMetadata* outMeta, int cameraId);
+
+  /// Writes MTK_RAW_ALGO_SAT_CROP_REGION: MTK_P1NODE_SCALAR_CROP_REGION of `halMeta` in the shape
+  /// of the preview, against the active array as the preview sees it. The array is that of
+  /// MTK_MULTICAM_REAL_MASTER_ID, by default of the updater's own sensor. Writes nothing, with an
+  /// error record, without HESK_CONTROL_CURRENTMODE in `appMeta` or without a crop.
+  void setSATCropInfo(NSCam::IMetadata* appMeta, NSCam::IMetadata* halMeta,
+                      NSCam::IMetadata* outMeta);
+
+  /// Writes MTK_RAW_ALGO_PDAF_INFO (2,080 bytes, the layout in common/math/PdafRecord.h) from what
+  /// the driver of camera `openId` says of its phase-detection pixels. Returns the container's
+  /// status; -1, and nothing is written, where there is no such sensor or it has no such pixels.
+  int updateSensorPdafInfo(int openId, int isPDComp, int pdBufferType, NSCam::IMetadata* outMeta);
+
+  /// Copies a frame's tuning data, `tuningDataSize` bytes, into a shared buffer of the 3A
+  /// information manager and writes the buffer's index to MTK_RAW_ALGO_TUNING_BUFFER_INDEX of
+  /// `meta`. Returns whether it did; where no buffer has room nothing is written.
+  bool updateTuningData(NSCam::IMetadata* meta, void* tuningData, unsigned int tuningDataSize);
+
+  /// Moves the detected regions of one tag of a result from the coordinates of camera `cameraId` to
+  /// those of the app, through the zoom-transition library, at the ratio of `value` to the camera's
+  /// field of view. All items are int32:
+  ///  - 0xc00e0000, eyes: twice left, right, top, bottom, then an item that stays;
+  ///  - 0xc00e0017, a lot: left, top, right, bottom;
+  ///  - 0xc00e0014, human bodies: their count, then each as left, top, right, bottom.
+  ///
+  /// Missing items of the first two are 0; of the bodies those count that are wholly there. Another
+  /// tag is an error record.
+  void translateResultRegionForHesk(NSCam::IMetadata* result, float value, int cameraId, long tag);
+
+  /// Keeps the preview's size in pixels for `setSATCropInfo`.
+  void setPreviewSize(NSCam::MSize size);
+
+  /// Cuts the width or the height of `size` so that it has the aspect ratio of `reference`. Neither
+  /// is null.
+  void matchAspectRatio(const NSCam::MSize* reference, NSCam::MSize* size);
+
   /// A debugging aid: where the property vendor.camera.dumprawhifmetadata is true and `meta` is of
   /// a still capture (ANDROID_CONTROL_CAPTURE_INTENT 2), writes `meta` as text to
   ///
@@ -196,6 +286,14 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void updateProfModeControlMeta(NSCam::IMetadata* request);
   void setDumpPathForHeskDump(int instanceId, NSCam::IMetadata* request);
   int getMulticamMainID(int deviceId);
+
+  // Result regions, kind by kind.
+  void translateEyeRegion(NSCam::IMetadata* result, TqcMetaConverter* converter, float ratio,
+                          int index);
+  void translatLotRegion(NSCam::IMetadata* result, TqcMetaConverter* converter, float ratio,
+                         int index);
+  void translatHumanBodyRegion(NSCam::IMetadata* result, TqcMetaConverter* converter, float ratio,
+                               int index);
 
   // Still captures: the book of multi-frame captures, and what a capture request carries.
   void updateStillCapture(NSCam::IMetadata* meta, unsigned int requestNo, std::string_view appType,

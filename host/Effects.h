@@ -9,11 +9,21 @@
 #include <variant>
 #include <vector>
 
+#include "platform/Geometry.h"
+
 namespace host {
 
 /// One effect: its name and what belongs to it, as a trace shows them.
 struct Effect {
-  using Value = std::variant<bool, std::int64_t, std::string, std::vector<std::int64_t>>;
+  /// A region as it was handed to the multi-camera library.
+  struct Region {
+    std::int32_t kind = 0;
+    NSCam::MRect rect;
+
+    friend bool operator==(const Region&, const Region&) = default;
+  };
+  using Value = std::variant<bool, std::int64_t, float, std::string, std::vector<std::int64_t>,
+                             std::vector<Region>>;
   struct Field {
     std::string name;
     Value value;

@@ -1,11 +1,12 @@
-// The HAL's modules and the 3A instances of the phone that the library runs on.
+// The 3A instances of the phone that the library runs on.
 
 #include "platform/Hal3A.h"
 
 #include <string>
 
+#include "host/Modules.h"
 #include "host/Phone.h"
-#include "platform/ModuleFactory.h"
+#include "platform/Geometry.h"
 
 namespace {
 
@@ -18,9 +19,13 @@ class SimulatedHal3A final : public NS3Av3::IHal3A {
       host::Effect effect{"hal3a.control", {{"sensor", mSensor}, {"command", command}}};
       if (command == kSetNonZslFrameCount) {
         effect.fields.push_back({"args", std::vector<std::int64_t>{first, second}});
+      } else if (command == kGetShadingTable) {
+        const NSCam::MSize grid = gridAt(first);
+        effect.fields.push_back({"grid", std::vector<std::int64_t>{grid.w, grid.h}});
       }
       return effect;
     });
+    if (command == kGetShadingTable) fillShadingTable(gridAt(first), second);
     return 0;
   }
 
@@ -32,10 +37,24 @@ class SimulatedHal3A final : public NS3Av3::IHal3A {
   }
 
  private:
+  static const NSCam::MSize& gridAt(std::intptr_t address) {
+    return *reinterpret_cast<const NSCam::MSize*>(address);
+  }
+
+  /// Value i is the base plus i.
+  void fillShadingTable(NSCam::MSize grid, std::intptr_t address) const {
+    constexpr int kChannels = 4;
+    const float base = host::Phone::current().config.deviceOrDefault(mSensor).hal3A.shadingBase;
+    auto* const table = reinterpret_cast<float*>(address);
+    for (int i = 0; i < grid.w * grid.h * kChannels; ++i) table[i] = base + static_cast<float>(i);
+  }
+
   std::int32_t mSensor;
 };
 
-NS3Av3::IHal3A* createHal3A(std::int32_t sensorIndex, const char* user) {
+}  // namespace
+
+NS3Av3::IHal3A* host::createHal3A(std::int32_t sensorIndex, const char* user) {
   host::Phone& phone = host::Phone::current();
   const bool available = phone.config.deviceOrDefault(sensorIndex).hal3A.available;
   phone.effects.add([&] {
@@ -43,10 +62,4 @@ NS3Av3::IHal3A* createHal3A(std::int32_t sensorIndex, const char* user) {
                         {{"sensor", sensorIndex}, {"user", std::string(user)}, {"ok", available}}};
   });
   return available ? new SimulatedHal3A(sensorIndex) : nullptr;
-}
-
-}  // namespace
-
-void* NSCam::getMtkcamModuleFactory(std::uint32_t module) {
-  return module == kModule3A ? reinterpret_cast<void*>(&createHal3A) : nullptr;
 }

@@ -46,11 +46,16 @@ IMetadata::IEntry::IEntry(IEntry&& other) noexcept
 }
 
 IMetadata::IEntry& IMetadata::IEntry::operator=(const IEntry& other) {
-  if (this != &other) {
-    releaseItems();
-    mTag = other.mTag;
-    mCount = other.mCount;
-    mType = other.mType;
+  if (this == &other) return *this;
+  const std::size_t used = other.mCount * sizeOf(other.mType);
+  const bool hasRoom = !other.isInline() && !isInline() && used <= mHeapBytes;
+  if (!hasRoom) releaseItems();
+  mTag = other.mTag;
+  mCount = other.mCount;
+  mType = other.mType;
+  if (hasRoom) {
+    std::memcpy(mItems.heap, other.mItems.heap, used);
+  } else {
     copyItems(other);
   }
   return *this;
@@ -127,16 +132,27 @@ std::size_t IMetadata::IEntry::sizeOf(ItemType type) noexcept {
 }
 
 template <MetadataItem T>
-void IMetadata::IEntry::push_back(const T& item, Type2Type<T>) {
+bool IMetadata::IEntry::hasType(Type2Type<T>) const noexcept {
+  return !isEmpty() && mType == typeOf<T>();
+}
+
+template <MetadataItem T>
+void IMetadata::IEntry::push_back(const T& item, Type2Type<T> type) {
+  push_back(&item, 1, type);
+}
+
+template <MetadataItem T>
+void IMetadata::IEntry::push_back(const T* items, std::size_t count, Type2Type<T>) {
+  if (count == 0) return;
   if (isEmpty()) {
     mType = typeOf<T>();
   } else if (mType != typeOf<T>()) {
     return;
   }
   const std::size_t used = mCount * sizeof(T);
-  growTo(used + sizeof(T));
-  std::memcpy(bytes() + used, &item, sizeof(T));
-  ++mCount;
+  growTo(used + count * sizeof(T));
+  std::memcpy(bytes() + used, items, count * sizeof(T));
+  mCount += static_cast<std::uint32_t>(count);
 }
 
 template <MetadataItem T>
@@ -161,10 +177,23 @@ T IMetadata::IEntry::itemAt(std::size_t index, Type2Type<T>) const {
   return T{};
 }
 
+template <MetadataItem T>
+void IMetadata::IEntry::itemAt(std::size_t index, T* out, std::size_t count,
+                               Type2Type<T> type) const {
+  if (mType == typeOf<T>() && index <= mCount && count <= mCount - index) {
+    if (count > 0) std::memcpy(out, bytes() + index * sizeof(T), count * sizeof(T));
+    return;
+  }
+  for (std::size_t i = 0; i < count; ++i) out[i] = itemAt(index + i, type);
+}
+
 #define HOST_METADATA_ITEM(T)                                                          \
+  template bool IMetadata::IEntry::hasType(Type2Type<T>) const noexcept;               \
   template void IMetadata::IEntry::push_back(const T&, Type2Type<T>);                  \
+  template void IMetadata::IEntry::push_back(const T*, std::size_t, Type2Type<T>);     \
   template void IMetadata::IEntry::replaceItemAt(std::size_t, const T&, Type2Type<T>); \
-  template T IMetadata::IEntry::itemAt(std::size_t, Type2Type<T>) const;
+  template T IMetadata::IEntry::itemAt(std::size_t, Type2Type<T>) const;               \
+  template void IMetadata::IEntry::itemAt(std::size_t, T*, std::size_t, Type2Type<T>) const;
 
 HOST_METADATA_ITEM(std::int32_t)
 HOST_METADATA_ITEM(std::int64_t)
@@ -187,7 +216,13 @@ const IMetadata::IEntry& IMetadata::entryFor(Tag_t tag) const noexcept {
   return entry != nullptr ? *entry : kAbsent;
 }
 
-int IMetadata::update(Tag_t tag, const IEntry& entry) { return update(tag, IEntry(entry)); }
+int IMetadata::update(Tag_t tag, const IEntry& entry) {
+  IEntry* place = find(tag);
+  if (place == nullptr) return update(tag, IEntry(entry));
+  *place = entry;  // into the room that it has
+  place->mTag = tag;
+  return 0;
+}
 
 int IMetadata::update(Tag_t tag, IEntry&& entry) {
   IEntry* place = find(tag);

@@ -24,6 +24,10 @@ class DeviceProvider final : public NSCam::IMetadataProvider {
 
 }  // namespace
 
+NSCam::IMetadataProvider* NSCam::NSMetadataProviderManager::valueFor(std::int32_t cameraId) {
+  return valueForByDeviceId(cameraId);
+}
+
 NSCam::IMetadataProvider* NSCam::NSMetadataProviderManager::valueForByDeviceId(
     std::int32_t deviceId) {
   if (!host::Phone::current().config.deviceOrDefault(deviceId).hasProvider) return nullptr;

@@ -20,6 +20,7 @@
 #include "host/OpenedFiles.h"
 #include "host/PhoneConfig.h"
 #include "host/TextStore.h"
+#include "host/TuningBuffer.h"
 
 namespace host {
 
@@ -43,6 +44,7 @@ class Phone {
   TextStore eventStore;
   EffectRecorder effects;
   OpenedFiles openedFiles;
+  TuningBuffer tuningBuffer;
   LogSink log;
 
  private:

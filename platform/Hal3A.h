@@ -13,6 +13,9 @@ class IHal3A {
   /// Announces a burst: the first argument is its count of non-zero-shutter-lag frames, the second
   /// 0.
   static constexpr std::int32_t kSetNonZslFrameCount = 541;
+  /// Reads the lens-shading table: the arguments point at the grid, an `NSCam::MSize`, and at room
+  /// for four floats, one a channel, for every point of it.
+  static constexpr std::int32_t kGetShadingTable = 8;
 
   /// Sends a control command with its two arguments. Returns the platform's status.
   virtual std::int32_t control(std::int32_t command, std::intptr_t first, std::intptr_t second) = 0;

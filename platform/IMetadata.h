@@ -52,9 +52,17 @@ class IMetadata {
     [[nodiscard]] bool isEmpty() const noexcept { return mCount == 0; }
     [[nodiscard]] std::size_t count() const noexcept { return mCount; }
 
+    /// Whether the entry has items and they are of type `T`.
+    template <MetadataItem T>
+    [[nodiscard]] bool hasType(Type2Type<T>) const noexcept;
+
     /// Appends an item. An item of another type than the entry's changes nothing.
     template <MetadataItem T>
     void push_back(const T& item, Type2Type<T>);
+
+    /// Appends `count` items.
+    template <MetadataItem T>
+    void push_back(const T* items, std::size_t count, Type2Type<T>);
 
     /// Replaces the item at `index`. An index past the end, or an item of another type than the
     /// entry's, changes nothing.
@@ -66,6 +74,10 @@ class IMetadata {
     /// zero.
     template <MetadataItem T>
     [[nodiscard]] T itemAt(std::size_t index, Type2Type<T>) const;
+
+    /// Copies the `count` items from `index` on to `out`, each as `itemAt` reads it.
+    template <MetadataItem T>
+    void itemAt(std::size_t index, T* out, std::size_t count, Type2Type<T>) const;
 
    private:
     friend class IMetadata;

@@ -23,5 +23,9 @@ namespace NSMetadataProviderManager {
 /// thread.
 IMetadataProvider* valueForByDeviceId(std::int32_t deviceId);
 
+/// The provider of a camera, null where the camera has none. The caller does not own it. Any
+/// thread.
+IMetadataProvider* valueFor(std::int32_t cameraId);
+
 }  // namespace NSMetadataProviderManager
 }  // namespace NSCam

@@ -15,6 +15,12 @@ constexpr std::int32_t wrappingAdd(std::int32_t left, std::int32_t right) noexce
                                      static_cast<std::uint32_t>(right));
 }
 
+/// The difference, wrapped to 32 bits.
+constexpr std::int32_t wrappingSubtract(std::int32_t left, std::int32_t right) noexcept {
+  return std::bit_cast<std::int32_t>(static_cast<std::uint32_t>(left) -
+                                     static_cast<std::uint32_t>(right));
+}
+
 /// The product, wrapped to 64 bits.
 constexpr std::int64_t wrappingMultiply(std::int64_t left, std::int64_t right) noexcept {
   return std::bit_cast<std::int64_t>(static_cast<std::uint64_t>(left) *

@@ -8,6 +8,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <optional>
@@ -54,6 +55,23 @@ template <typename T>
   return readAs<T>(metadata, tag, fallback, index);
 }
 
+/// The number of items of `tag`.
+template <typename T>
+[[nodiscard]] std::size_t count(const NSCam::IMetadata* metadata, Tag<T> tag) {
+  return metadata != nullptr ? metadata->entryFor(tag.value).count() : 0;
+}
+
+/// Fills `items` with the first items of `tag`, in bulk; what the entry does not hold becomes zero.
+template <typename T>
+void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
+             std::span<std::type_identity_t<T>> items) {
+  if (metadata == nullptr) {
+    std::ranges::fill(items, T{});
+  } else {
+    metadata->entryFor(tag.value).itemAt(0, items.data(), items.size(), NSCam::Type2Type<T>{});
+  }
+}
+
 /// Makes `items` the whole entry of `tag`, in the type `As`. Returns the container's status.
 template <typename As, typename T, std::convertible_to<As>... Items>
 int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
@@ -69,14 +87,13 @@ int write(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   return writeAs<T>(metadata, tag, items...);
 }
 
-/// Makes the items of `items`, a contiguous range, the whole entry of `tag`. Returns the
-/// container's status.
+/// Makes the items of `items` the whole entry of `tag`, in bulk. Returns the container's status.
 template <typename T>
 int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
              std::span<const std::type_identity_t<T>> items) {
   if (metadata == nullptr) return kNoContainer;
   NSCam::IMetadata::IEntry entry(tag.value);
-  for (const T& item : items) entry.push_back(item, NSCam::Type2Type<T>{});
+  entry.push_back(items.data(), items.size(), NSCam::Type2Type<T>{});
   return metadata->update(tag.value, std::move(entry));
 }
 
@@ -84,6 +101,26 @@ int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
 template <typename T>
 int clear(NSCam::IMetadata* metadata, Tag<T> tag) {
   return writeAs<T>(metadata, tag);
+}
+
+/// Makes the items of `from` in `source`, each read as `T`, the whole entry of `tag`; in bulk where
+/// they are of that type. Returns the container's status.
+template <typename T>
+int copyAll(NSCam::IMetadata* metadata, Tag<T> tag, const NSCam::IMetadata* source, Tag<T> from) {
+  if (metadata == nullptr) return kNoContainer;
+  if (source == nullptr) return clear(metadata, tag);
+  const NSCam::IMetadata::IEntry& items = source->entryFor(from.value);
+  if (items.hasType(NSCam::Type2Type<T>{})) return metadata->update(tag.value, items);
+  NSCam::IMetadata::IEntry entry(tag.value);
+  for (std::size_t i = 0; i < items.count(); ++i) {
+    entry.push_back(items.itemAt(i, NSCam::Type2Type<T>{}), NSCam::Type2Type<T>{});
+  }
+  return metadata->update(tag.value, std::move(entry));
+}
+
+/// Takes every entry of `other`, in place of the entries of the same tags.
+inline void append(NSCam::IMetadata* metadata, const NSCam::IMetadata& other) {
+  if (metadata != nullptr) *metadata += other;
 }
 
 /// Replaces item `index` of `tag`; an entry that holds no such item stays as it is.

@@ -15,4 +15,10 @@ inline const NSCam::IMetadata* staticCharacteristics(std::int32_t deviceId) {
   return provider != nullptr ? &provider->getStaticCharacteristics() : nullptr;
 }
 
+/// Those of a camera, null where it has none.
+inline const NSCam::IMetadata* cameraCharacteristics(std::int32_t cameraId) {
+  const NSCam::IMetadataProvider* provider = NSCam::NSMetadataProviderManager::valueFor(cameraId);
+  return provider != nullptr ? &provider->getStaticCharacteristics() : nullptr;
+}
+
 }  // namespace hesk

@@ -99,17 +99,25 @@ std::string onOneLine(const Json& value) {
   return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// A value on one line; cut short once it is longer than `most`.
-std::string spaced(const Json& value, std::size_t most) {
-  if (!value.is_structured()) return onOneLine(value);
-  std::string text(1, value.is_object() ? '{' : '[');
+/// Appends a value on one line; cuts it short once the text is longer than `most`.
+void appendSpaced(std::string& text, const Json& value, std::size_t most) {
+  if (!value.is_structured()) {
+    text += onOneLine(value);
+    return;
+  }
+  text += value.is_object() ? '{' : '[';
   for (auto item = value.begin(); item != value.end(); ++item) {
     if (item != value.begin()) text += ", ";
-    if (value.is_object()) text += onOneLine(item.key()) + ": ";
-    text += spaced(item.value(), most);
-    if (text.size() > most) return text;
+    if (value.is_object()) text.append(onOneLine(item.key())).append(": ");
+    appendSpaced(text, item.value(), most);
+    if (text.size() > most) return;
   }
   text += value.is_object() ? '}' : ']';
+}
+
+std::string spaced(const Json& value, std::size_t most) {
+  std::string text;
+  appendSpaced(text, value, most);
   return text;
 }
 

@@ -7,6 +7,21 @@
 namespace camhook {
 namespace {
 
+template <typename T>
+Json jsonFrom(const T& value) {
+  return Json(value);
+}
+
+Json jsonFrom(float value) { return jsonFromFloat(value); }
+
+Json jsonFrom(const std::vector<host::Effect::Region>& regions) {
+  Json list = Json::array();
+  for (const auto& [kind, rect] : regions) {
+    list.push_back({{"kind", kind}, {"rect", Json::array({rect.x, rect.y, rect.w, rect.h})}});
+  }
+  return list;
+}
+
 Json jsonFromRecord(const host::LogRecord& record) {
   return {{"level", std::string(1, record.level)},
           {"tag", record.tag},
@@ -41,7 +56,8 @@ Json jsonFromEffect(const host::Effect& effect) {
   Json json;
   json["op"] = effect.op;
   for (const auto& [name, value] : effect.fields) {
-    std::visit([&json, &key = name](const auto& concrete) { json[key] = concrete; }, value);
+    std::visit([&json, &key = name](const auto& concrete) { json[key] = jsonFrom(concrete); },
+               value);
   }
   return json;
 }

@@ -199,6 +199,11 @@ float floatFromJson(const Json& json, const Place& place) {
   place.fail(R"(must be a number, or "inf", "-inf", "nan")");
 }
 
+NSCam::MSize sizeFromJson(const Json& json, const Place& place) {
+  const auto [width, height] = tupleFromJson<2>(json, place, "[width, height]");
+  return {width, height};
+}
+
 MRect rectFromJson(const Json& json, const Place& place) {
   const auto [x, y, width, height] = tupleFromJson<4>(json, place, "[x, y, width, height]");
   return {x, y, width, height};

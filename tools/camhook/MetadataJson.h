@@ -34,6 +34,9 @@ T integerFromJson(const Json& json, const Place& place);
 /// A float: a number, or "inf", "-inf", "nan". Throws InputError where it does not fit.
 float floatFromJson(const Json& json, const Place& place);
 
+/// A size: [width, height]. Throws InputError.
+NSCam::MSize sizeFromJson(const Json& json, const Place& place);
+
 /// A rectangle: [x, y, width, height]. Throws InputError.
 NSCam::MRect rectFromJson(const Json& json, const Place& place);
 

@@ -64,6 +64,9 @@ class ObjectReader {
   static void fromJson(std::uint64_t& value, const Json& json, const Place& place) {
     value = integerFromJson<std::uint64_t>(json, place);
   }
+  static void fromJson(NSCam::MSize& value, const Json& json, const Place& place) {
+    value = sizeFromJson(json, place);
+  }
   static void fromJson(NSCam::MRect& value, const Json& json, const Place& place) {
     value = rectFromJson(json, place);
   }

@@ -2,7 +2,9 @@
 
 #include <utility>
 
+#include <algorithm>
 #include <concepts>
+#include <cstddef>
 #include <fstream>
 #include <memory>
 #include <sstream>
@@ -14,6 +16,7 @@
 #include "host/CameraMetadata.h"
 #include "host/ImageStream.h"
 #include "tools/camhook/Decision.h"
+#include "tools/camhook/MetadataJson.h"
 
 namespace camhook {
 namespace {
@@ -35,6 +38,16 @@ Json stateOf(HeskParameterUpdater& updater) {
 }
 
 NSCam::IMetadata* pointerTo(MetadataArgument& metadata) { return metadata ? &*metadata : nullptr; }
+
+Json jsonFromSize(NSCam::MSize size) { return Json::array({size.w, size.h}); }
+
+/// Tuning data: byte i is i modulo 251.
+std::vector<std::byte> tuningBlock(std::size_t size) {
+  constexpr std::size_t kPeriod = 251;
+  std::vector<std::byte> block(size);
+  for (std::size_t i = 0; i < size; ++i) block[i] = static_cast<std::byte>(i % kPeriod);
+  return block;
+}
 
 /// What a file of the phone holds.
 std::string contentOf(const host::Phone& phone, const std::string& path) {
@@ -87,6 +100,59 @@ struct Runner {
     ContainerTrace container{"meta", call.meta, call.meta};
     if (updater != nullptr) updater->updateResultMeta(pointerTo(container.after), call.requestNo);
     trace.containers.push_back(std::move(container));
+  }
+
+  void operator()(const UpdateCaptureRawParameter& call) const {
+    ContainerTrace app{"app", call.app, call.app};
+    ContainerTrace hal{"hal", call.hal, call.hal};
+    ContainerTrace out{"out", call.out, call.out};
+    if (updater != nullptr) {
+      updater->updateCaptureRawParameter(pointerTo(app.after), pointerTo(hal.after),
+                                         pointerTo(out.after));
+    }
+    trace.containers = {std::move(app), std::move(hal), std::move(out)};
+  }
+
+  void operator()(const UpdateTuningData& call) const {
+    trace.arguments = {{"size", call.size}};
+    ContainerTrace container{"meta", call.meta, call.meta};
+    std::vector<std::byte> block = tuningBlock(call.size);
+    bool isDone = false;
+    if (updater != nullptr) {
+      isDone = updater->updateTuningData(pointerTo(container.after), block.data(), call.size);
+      trace.result = isDone;
+    }
+    const auto shared = phone.tuningBuffer.bytes();
+    const bool isCopied = isDone && shared.size() >= block.size() &&
+                          std::equal(block.begin(), block.end(), shared.begin());
+    trace.extras = {{"copied", isCopied}};
+    trace.containers.push_back(std::move(container));
+  }
+
+  void operator()(const TranslateResultRegion& call) const {
+    trace.arguments = {{"value", jsonFromFloat(call.value)},
+                       {"cameraId", call.cameraId},
+                       {"tag", tagText(call.tag)}};
+    ContainerTrace container{"meta", call.meta, call.meta};
+    if (updater != nullptr) {
+      updater->translateResultRegionForHesk(pointerTo(container.after), call.value, call.cameraId,
+                                            static_cast<long>(call.tag));
+    }
+    trace.containers.push_back(std::move(container));
+  }
+
+  void operator()(const SetPreviewSize& call) const {
+    trace.arguments = {{"width", call.width}, {"height", call.height}};
+    if (updater != nullptr) updater->setPreviewSize({call.width, call.height});
+  }
+
+  void operator()(const MatchAspectRatio& call) const {
+    trace.arguments = {{"reference", jsonFromSize(call.reference)},
+                       {"size", jsonFromSize(call.size)}};
+    if (updater == nullptr) return;
+    NSCam::MSize size = call.size;
+    updater->matchAspectRatio(&call.reference, &size);
+    trace.result = jsonFromSize(size);
   }
 
   void operator()(const DumpMetadata& call) const {

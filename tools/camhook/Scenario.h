@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/PhoneConfig.h"
+#include "platform/Geometry.h"
 #include "platform/IMetadata.h"
 
 namespace camhook {
@@ -59,6 +60,44 @@ struct DecideSensorScenario {
   std::int32_t height = 0;
 };
 
+struct UpdateCaptureRawParameter {
+  static constexpr std::string_view kName = "updateCaptureRawParameter";
+  std::int32_t sensor = 0;
+  MetadataArgument app;
+  MetadataArgument hal;
+  MetadataArgument out;
+};
+
+struct UpdateTuningData {
+  static constexpr std::string_view kName = "updateTuningData";
+  std::int32_t sensor = 0;
+  MetadataArgument meta;
+  std::uint32_t size = 0;  // of the block that is handed, in bytes
+};
+
+struct TranslateResultRegion {
+  static constexpr std::string_view kName = "translateResultRegionForHesk";
+  std::int32_t sensor = 0;
+  MetadataArgument meta;
+  float value = 0;
+  std::int32_t cameraId = 0;
+  std::uint32_t tag = 0;
+};
+
+struct SetPreviewSize {
+  static constexpr std::string_view kName = "setPreviewSize";
+  std::int32_t sensor = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+};
+
+struct MatchAspectRatio {
+  static constexpr std::string_view kName = "matchAspectRatio";
+  std::int32_t sensor = 0;
+  NSCam::MSize reference;
+  NSCam::MSize size;
+};
+
 struct DumpMetadata {
   static constexpr std::string_view kName = "dumpMetadata";
   std::int32_t sensor = 0;
@@ -79,8 +118,10 @@ struct SetProperty {
   std::string value;
 };
 
-using Call = std::variant<CreateInstance, UpdateSessionParams, UpdateRequestMeta, UpdateResultMeta,
-                          DumpMetadata, DecideSensorScenario, SetEvent, SetProperty>;
+using Call =
+    std::variant<UpdateCaptureRawParameter, UpdateTuningData, TranslateResultRegion, SetPreviewSize,
+                 MatchAspectRatio, CreateInstance, UpdateSessionParams, UpdateRequestMeta,
+                 UpdateResultMeta, DumpMetadata, DecideSensorScenario, SetEvent, SetProperty>;
 
 struct Scenario {
   host::PhoneConfig platform;

@@ -43,6 +43,11 @@ constexpr Keys kCreateInstance[] = {"sensor"};
 constexpr Keys kUpdateSessionParams[] = {"sensor", "meta", "streams"};
 constexpr Keys kUpdateRequestMeta[] = {"sensor", "requestNo", "meta"};
 constexpr Keys kUpdateResultMeta[] = {"sensor", "requestNo", "meta"};
+constexpr Keys kUpdateCaptureRawParameter[] = {"sensor", "app", "hal", "out"};
+constexpr Keys kUpdateTuningData[] = {"sensor", "meta", "size"};
+constexpr Keys kTranslateResultRegion[] = {"sensor", "meta", "value", "cameraId", "tag"};
+constexpr Keys kSetPreviewSize[] = {"sensor", "width", "height"};
+constexpr Keys kMatchAspectRatio[] = {"sensor", "reference", "size"};
 constexpr Keys kDumpMetadata[] = {"sensor", "meta", "name", "frame"};
 constexpr Keys kDecideSensorScenario[] = {"sensor", "meta", "video", "width", "height"};
 constexpr Keys kSetEvent[] = {"key", "value"};
@@ -53,15 +58,15 @@ constexpr ObjectKeys kCalls[] = {
     {"updateSessionParams", kUpdateSessionParams},
     {"updateRequestMeta", kUpdateRequestMeta},
     {"updateResultMeta", kUpdateResultMeta},
+    {"updateCaptureRawParameter", kUpdateCaptureRawParameter},
+    {"updateTuningData", kUpdateTuningData},
+    {"translateResultRegionForHesk", kTranslateResultRegion},
+    {"setPreviewSize", kSetPreviewSize},
+    {"matchAspectRatio", kMatchAspectRatio},
     {"dumpMetadata", kDumpMetadata},
     {"decideSensorScenario", kDecideSensorScenario},
     {"setEvent", kSetEvent},
     {"setProperty", kSetProperty},
-};
-
-constexpr std::string_view kFutureCalls[] = {
-    "updateCaptureRawParameter",    "updateTuningData", "setPreviewSize", "matchAspectRatio",
-    "translateResultRegionForHesk",
 };
 
 }  // namespace
@@ -79,10 +84,6 @@ std::span<const std::string_view> keysOf(std::string_view object) {
 const ObjectKeys* findCall(std::string_view name) {
   const auto* found = std::ranges::find(kCalls, name, &ObjectKeys::object);
   return found != std::end(kCalls) ? found : nullptr;
-}
-
-bool isFutureCall(std::string_view name) {
-  return std::ranges::find(kFutureCalls, name) != std::end(kFutureCalls);
 }
 
 }  // namespace camhook

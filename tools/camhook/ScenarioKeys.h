@@ -25,7 +25,4 @@ std::span<const std::string_view> keysOf(std::string_view object);
 /// The arguments of a call of `scenarioCalls`; null where there is no such call.
 const ObjectKeys* findCall(std::string_view name);
 
-/// Whether the call belongs to the scenario format but its hook does not exist in this version.
-bool isFutureCall(std::string_view name);
-
 }  // namespace camhook

@@ -51,40 +51,91 @@ DumpMetadata dumpFromArguments(const ObjectReader& reader) {
   return call;
 }
 
-Call callFromArguments(std::string_view name, const ObjectReader& reader) {
-  if (name == CreateInstance::kName) {
-    return CreateInstance{.sensor = reader.required<std::int32_t>("sensor")};
+Call sessionCall(const ObjectReader& reader, std::int32_t sensor) {
+  return UpdateSessionParams{
+      .sensor = sensor,
+      .meta = reader.required<MetadataArgument>("meta"),
+      .streams = streamsFromJson(reader.at("streams"), reader.place()["streams"])};
+}
+
+Call captureCall(const ObjectReader& reader, std::int32_t sensor) {
+  return UpdateCaptureRawParameter{.sensor = sensor,
+                                   .app = reader.required<MetadataArgument>("app"),
+                                   .hal = reader.required<MetadataArgument>("hal"),
+                                   .out = reader.required<MetadataArgument>("out")};
+}
+
+/// The tool makes the block, so it must be of a size that a machine has room for.
+Call tuningCall(const ObjectReader& reader, std::int32_t sensor) {
+  constexpr std::uint32_t kMostBytes = 1U << 30;
+  UpdateTuningData call{.sensor = sensor,
+                        .meta = reader.required<MetadataArgument>("meta"),
+                        .size = reader.required<std::uint32_t>("size")};
+  if (call.size > kMostBytes) {
+    reader.place()["size"].fail("a block has at most " + std::to_string(kMostBytes) + " bytes");
   }
-  if (name == UpdateRequestMeta::kName) {
-    return UpdateRequestMeta{.sensor = reader.required<std::int32_t>("sensor"),
-                             .requestNo = reader.required<std::uint32_t>("requestNo"),
-                             .meta = reader.required<MetadataArgument>("meta")};
+  return call;
+}
+
+Call regionCall(const ObjectReader& reader, std::int32_t sensor) {
+  return TranslateResultRegion{
+      .sensor = sensor,
+      .meta = reader.required<MetadataArgument>("meta"),
+      .value = reader.required<float>("value"),
+      .cameraId = reader.required<std::int32_t>("cameraId"),
+      .tag = tagFromText(reader.required<std::string>("tag"), reader.place()["tag"])};
+}
+
+Call decisionCall(const ObjectReader& reader, std::int32_t sensor) {
+  return DecideSensorScenario{.sensor = sensor,
+                              .meta = reader.required<MetadataArgument>("meta"),
+                              .video = reader.required<bool>("video"),
+                              .width = reader.required<std::int32_t>("width"),
+                              .height = reader.required<std::int32_t>("height")};
+}
+
+/// The requests and results of the pipeline: a number and a container.
+template <typename Frame>
+Call frameCall(const ObjectReader& reader, std::int32_t sensor) {
+  return Frame{.sensor = sensor,
+               .requestNo = reader.required<std::uint32_t>("requestNo"),
+               .meta = reader.required<MetadataArgument>("meta")};
+}
+
+/// A call on a sensor.
+Call sensorCall(std::string_view name, const ObjectReader& reader) {
+  const auto sensor = reader.required<std::int32_t>("sensor");
+  if (name == UpdateSessionParams::kName) return sessionCall(reader, sensor);
+  if (name == UpdateRequestMeta::kName) return frameCall<UpdateRequestMeta>(reader, sensor);
+  if (name == UpdateResultMeta::kName) return frameCall<UpdateResultMeta>(reader, sensor);
+  if (name == UpdateCaptureRawParameter::kName) return captureCall(reader, sensor);
+  if (name == UpdateTuningData::kName) return tuningCall(reader, sensor);
+  if (name == TranslateResultRegion::kName) return regionCall(reader, sensor);
+  if (name == SetPreviewSize::kName) {
+    return SetPreviewSize{.sensor = sensor,
+                          .width = reader.required<std::int32_t>("width"),
+                          .height = reader.required<std::int32_t>("height")};
   }
-  if (name == UpdateSessionParams::kName) {
-    return UpdateSessionParams{
-        .sensor = reader.required<std::int32_t>("sensor"),
-        .meta = reader.required<MetadataArgument>("meta"),
-        .streams = streamsFromJson(reader.at("streams"), reader.place()["streams"])};
-  }
-  if (name == UpdateResultMeta::kName) {
-    return UpdateResultMeta{.sensor = reader.required<std::int32_t>("sensor"),
-                            .requestNo = reader.required<std::uint32_t>("requestNo"),
-                            .meta = reader.required<MetadataArgument>("meta")};
+  if (name == MatchAspectRatio::kName) {
+    return MatchAspectRatio{.sensor = sensor,
+                            .reference = reader.required<NSCam::MSize>("reference"),
+                            .size = reader.required<NSCam::MSize>("size")};
   }
   if (name == DumpMetadata::kName) return dumpFromArguments(reader);
-  if (name == DecideSensorScenario::kName) {
-    return DecideSensorScenario{.sensor = reader.required<std::int32_t>("sensor"),
-                                .meta = reader.required<MetadataArgument>("meta"),
-                                .video = reader.required<bool>("video"),
-                                .width = reader.required<std::int32_t>("width"),
-                                .height = reader.required<std::int32_t>("height")};
-  }
+  if (name == DecideSensorScenario::kName) return decisionCall(reader, sensor);
+  return CreateInstance{.sensor = sensor};
+}
+
+Call callFromArguments(std::string_view name, const ObjectReader& reader) {
   if (name == SetEvent::kName) {
     return SetEvent{.key = reader.required<std::string>("key"),
                     .value = reader.required<std::string>("value")};
   }
-  return SetProperty{.name = reader.required<std::string>("name"),
-                     .value = reader.required<std::string>("value")};
+  if (name == SetProperty::kName) {
+    return SetProperty{.name = reader.required<std::string>("name"),
+                       .value = reader.required<std::string>("value")};
+  }
+  return sensorCall(name, reader);
 }
 
 Call callFromJson(const Json& json, const Place& place) {
@@ -96,11 +147,7 @@ Call callFromJson(const Json& json, const Place& place) {
 
   const auto& name = nameMember->get_ref<const std::string&>();
   const ObjectKeys* call = findCall(name);
-  if (call == nullptr) {
-    namePlace.fail(isFutureCall(name)
-                       ? jsonText(name) + " is not in this version of the library yet"
-                       : "unknown call " + jsonText(name));
-  }
+  if (call == nullptr) namePlace.fail("unknown call " + jsonText(name));
   std::vector<std::string_view> keys(call->keys.begin(), call->keys.end());
   keys.emplace_back("call");
   return callFromArguments(name, ObjectReader(json, place, keys));

@@ -1,0 +1,125 @@
+// The 3A state of a still capture's frame, as the raw algorithms take it. Read from metadata alone.
+
+#include <array>
+#include <span>
+
+#include "common/HeskParameterUpdater.h"
+#include "common/math/AeResult.h"
+#include "common/tags/Metadata.h"
+#include "common/updater/UpdaterLog.h"
+
+namespace {
+
+using namespace hesk;
+using NSCam::IMetadata;
+using NSCam::MRational;
+
+constexpr log::Operation kOperation = updaterOperation("update3ACaptureRawParameter");
+
+AeInput readAe(const IMetadata* appMeta, const IMetadata* halMeta) {
+  return {.luxIndex = read(appMeta, tags::MTK_3A_AE_LUX_INDEX),
+          .expIndex = read(appMeta, tags::MTK_3A_AE_EXP_INDEX),
+          .sensorGain = read(appMeta, tags::MTK_3A_AE_SENSOR_GAIN),
+          .ispGain = read(appMeta, tags::MTK_3A_AE_ISP_GAIN),
+          .adrcGain = read(halMeta, tags::MTK_3A_AE_ADRC_GAIN),
+          .exposureNs = read(appMeta, tags::ANDROID_SENSOR_EXPOSURE_TIME)};
+}
+
+void writeAeResult(IMetadata* outMeta, const AeInput& input) {
+  const AeResult ae = aeResultOf(input);
+  const auto field = [&](std::size_t index) { return static_cast<double>(ae[index]); };
+  HESK_LOGD(kOperation)
+  ("[%s] [%s]AEResult: luxIndex:%f, expIndex:%f, realGain:%f, safeGain:%f, longGain:%f, "
+   "sensorGain:%f, adrcGain:%f, darkBoostGain:%f, ispGain:%f, sensitivityShort:%f, "
+   "sensitivitySafe:%f, sensitivityLong :%f, sensorGainShort:%f, ispGainShort%f, expTimeShort:%f, "
+   "sensorGainNormal:%f, ispGainNormal:%f, expTimeNormal:%f, adrcGainNormal:%f, "
+   "sensitivityRatio:%f, expTimeRatio:%f, gainRatio:%f",
+   kOperation.name, field(0), field(1), field(2), field(3), field(4), field(5), field(6), field(7),
+   field(8), field(9), field(10), field(11), field(12), field(13), field(14), field(15), field(16),
+   field(17), field(18), field(19), field(20), field(21));
+  writeAll(outMeta, tags::HESK_CONTROL_AE_RESULT, ae);
+}
+
+void writeLightFlag(IMetadata* outMeta, std::int32_t luxIndex) {
+  constexpr std::int32_t kFirstDarkLux = 311;
+  const std::int32_t isLight = luxIndex < kFirstDarkLux ? 1 : 0;
+  write(outMeta, tags::MTK_RAW_ALGO_ISLIGHTENV, isLight);
+  HESK_LOGD(kOperation)(" ISLIGHTENV  %d", isLight);
+}
+
+/// The inverse of the neutral point; infinite where there is none.
+void writeAwbGains(IMetadata* outMeta, const IMetadata* appMeta) {
+  std::array<MRational, 3> neutral;
+  neutral.fill({.numerator = 0, .denominator = 1});
+  if (count(appMeta, tags::ANDROID_SENSOR_NEUTRAL_COLOR_POINT) == neutral.size()) {
+    readAll(appMeta, tags::ANDROID_SENSOR_NEUTRAL_COLOR_POINT, std::span(neutral));
+  }
+  const auto gain = [](MRational point) {
+    return static_cast<float>(point.denominator) / static_cast<float>(point.numerator);
+  };
+  const float red = gain(neutral[0]);
+  const float green = gain(neutral[1]);
+  const float blue = gain(neutral[2]);
+  const std::int32_t result = read(appMeta, tags::MTK_3A_AWB_RESULT_INFO);
+  write(outMeta, tags::MTK_RAW_ALGO_AWB_GAIN_R, red);
+  write(outMeta, tags::MTK_RAW_ALGO_AWB_GAIN_G, green);
+  write(outMeta, tags::MTK_RAW_ALGO_AWB_GAIN_B, blue);
+  write(outMeta, tags::MTK_RAW_ALGO_AWB_RESULT_INFO, result);
+  HESK_LOGD(kOperation)
+  ("[%s] [%s]AWBEResult: %f %f %f %d", kOperation.name, static_cast<double>(red),
+   static_cast<double>(green), static_cast<double>(blue), result);
+}
+
+void writeAwbCalibration(IMetadata* outMeta, const IMetadata* appMeta) {
+  std::array<float, 4> otp{};
+  if (count(appMeta, tags::MTK_3A_AWB_OTP_DATA) == otp.size()) {
+    readAll(appMeta, tags::MTK_3A_AWB_OTP_DATA, std::span(otp));
+  }
+  HESK_LOGD(kOperation)
+  ("[%s] [%s]awbOtpData: %f %f %f %f", kOperation.name, static_cast<double>(otp[0]),
+   static_cast<double>(otp[1]), static_cast<double>(otp[2]), static_cast<double>(otp[3]));
+  writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_OTP_DATA, otp);
+}
+
+/// As many bytes as the size says: zeros where the statistics are not of that size.
+void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
+  constexpr std::int32_t kMostBytes = 73'728;
+
+  const std::int32_t size = read(appMeta, tags::MTK_3A_AWB_STATS_SIZE);
+  HESK_LOGD(kOperation)("[%s] [%s]awbStatsSize: %d", kOperation.name, size);
+  if (size < 0 || size > kMostBytes) {
+    HESK_LOGE(kOperation)("[%s] no statistics have %d bytes, at most %d", size, kMostBytes);
+  }
+  write(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_SIZE, size);
+  if (size <= 0 || size > kMostBytes) {
+    clear(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA);
+    return;
+  }
+  const auto bytes = static_cast<std::size_t>(size);
+  if (count(appMeta, tags::MTK_3A_AWB_STATS_DATA) == bytes) {
+    copyAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, appMeta, tags::MTK_3A_AWB_STATS_DATA);
+  } else {
+    static constexpr std::array<std::uint8_t, kMostBytes> kZeros{};
+    writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, std::span(kZeros).first(bytes));
+  }
+}
+
+void writeColourTemperatureUse(IMetadata* outMeta, const IMetadata* appMeta) {
+  const std::int32_t aeCctUseData = read(appMeta, tags::MTK_3A_AE_CCT_USE_DATA);
+  HESK_LOGD(kOperation)("[%s] [%s]aeCctUseData: %d", kOperation.name, aeCctUseData);
+  write(outMeta, tags::MTK_RAW_ALGO_AE_CCT_USE_DATA, aeCctUseData);
+}
+
+}  // namespace
+
+void HeskParameterUpdater::update3ACaptureRawParameter(IMetadata* appMeta, IMetadata* halMeta,
+                                                       IMetadata* outMeta) {
+  const AeInput ae = readAe(appMeta, halMeta);
+  writeAeResult(outMeta, ae);
+  writeLightFlag(outMeta, ae.luxIndex);
+  writeAwbGains(outMeta, appMeta);
+  write(outMeta, tags::MTK_RAW_ALGO_SENSITIVITY, read(appMeta, tags::ANDROID_SENSOR_SENSITIVITY));
+  writeAwbCalibration(outMeta, appMeta);
+  writeAwbStatistics(outMeta, appMeta);
+  writeColourTemperatureUse(outMeta, appMeta);
+}

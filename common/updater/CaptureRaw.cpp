@@ -1,0 +1,204 @@
+// The capture hook, as the list of its steps: what a still-capture frame hands to the raw
+// algorithms.
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "common/HeskParameterUpdater.h"
+#include "common/tags/Metadata.h"
+#include "common/updater/Hal3AOwner.h"
+#include "common/updater/StaticMetadata.h"
+#include "common/updater/UpdaterLog.h"
+#include "platform/DefaultShading.h"
+#include "platform/FaceDetection.h"
+
+namespace {
+
+using namespace hesk;
+using NSCam::IMetadata;
+using NSCam::MRect;
+using NSCam::MSize;
+
+constexpr log::Operation kOperation = updaterOperation("updateCaptureRawParameter");
+constexpr const char* kUser = "HeskParameterUpdater";
+
+constexpr std::int32_t kLogicalMulticam = 2;
+
+void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IMetadata* halMeta,
+                          std::int32_t sensor) {
+  const auto create = reinterpret_cast<NSCam::DefaultShadingCreator>(
+      NSCam::getMtkcamModuleFactory(NSCam::kModuleDefaultShading));
+  const auto shading = create != nullptr ? create(kUser, sensor) : nullptr;
+  if (shading == nullptr) {
+    HESK_LOGE(kOperation)("[%s] no default shading for sensor %d", sensor);
+    return;
+  }
+  append(outMeta, shading->query(halMeta, appMeta));
+  HESK_LOGD(kOperation)("[%s] get shadingtable default");
+}
+
+void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
+  constexpr MSize kGrid{17, 13};
+  constexpr std::size_t kChannels = 4;
+
+  const Hal3AOwner hal3A(sensor, kUser);
+  if (!hal3A) {
+    HESK_LOGD(kOperation)("[%s] HeskParameterUpdater create IHal3A instance failed");
+    return;
+  }
+  std::array<float, std::size_t{kGrid.w} * kGrid.h * kChannels> table{};
+  MSize grid = kGrid;
+  hal3A->control(NS3Av3::IHal3A::kGetShadingTable, reinterpret_cast<std::intptr_t>(&grid),
+                 reinterpret_cast<std::intptr_t>(table.data()));
+  writeAll(outMeta, tags::ANDROID_STATISTICS_LENS_SHADING_MAP, table);
+  HESK_LOGD(kOperation)("[%s] get shadingtable from 3a");
+}
+
+bool isShadingOf3A(std::int64_t mode) {
+  constexpr std::int64_t kShadingModes = 0x00B8000808040000;
+  return mode > 0 && (mode & kShadingModes) != 0;
+}
+
+void markSlave(IMetadata* outMeta, const IMetadata* halMeta, std::int32_t cameraId) {
+  const std::int32_t master = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 0);
+  const std::int32_t slave = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 1);
+  HESK_LOGD(kOperation)
+  ("[%s] materID %d, slaveID %d, current camera id %d", master, slave, cameraId);
+  if (master != slave && slave == cameraId) write(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, 1);
+}
+
+void markForRawAlgorithm(IMetadata* halMeta) {
+  constexpr std::int32_t kRawAlgorithm = 14;
+  write(halMeta, tags::MTK_RAW_ALGO_PROCESS_TYPE, kRawAlgorithm);
+  write(halMeta, tags::MTK_CONTROL_RAW_ALGO_ENABLE, 1);
+}
+
+/// A super-moon capture keeps out of the zoom transition.
+bool isWithoutSat(const IMetadata* appMeta, std::int64_t mode) {
+  constexpr std::int64_t kMoonMode = std::int64_t{1} << 24;
+  constexpr std::int32_t kMoonModule = 32;
+  return (mode & kMoonMode) != 0 && read(appMeta, tags::COM_HESK_CURRENTUIMODULE) == kMoonModule;
+}
+
+float appZoomRatio(const IMetadata* appMeta) {
+  HESK_LOGD(kOperation)
+  ("[%s] no MTK_SENSOR_SCALER_CROP_REGION,use HESK_CONTROL_ZOOM_ZOOM_RATIO");
+  if (const auto ratio = readIfPresent(appMeta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO)) return *ratio;
+  HESK_LOGE(kOperation)
+  ("[%s] both MTK_SENSOR_SCALER_CROP_REGION and HESK_CONTROL_ZOOM_ZOOM_RATIO not set,use 1.0f "
+   "default!");
+  return 1.0F;
+}
+
+/// How much of its active array's width the camera's frame shows; 0 without active array.
+float croppedZoomRatio(MRect crop, const IMetadata* statics, std::int32_t cameraId) {
+  if (statics == nullptr) return 1.0F;
+  const auto array = readIfPresent(statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION);
+  if (array) {
+    HESK_LOGD(kOperation)
+    ("[%s] currentCameraId: %d, active array(%d, %d, %dx%d)", cameraId, array->x, array->y,
+     array->w, array->h);
+  } else {
+    HESK_LOGE(kOperation)("[%s]  Cann't get MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION");
+  }
+  return static_cast<float>(array ? array->w : 0) / static_cast<float>(crop.w);
+}
+
+void writeZoomRatio(IMetadata* outMeta, const IMetadata* appMeta, const IMetadata* halMeta,
+                    const IMetadata* statics, std::int32_t cameraId) {
+  const auto crop = readIfPresent(halMeta, tags::MTK_P1NODE_SCALAR_CROP_REGION);
+  const float ratio = crop ? croppedZoomRatio(*crop, statics, cameraId) : appZoomRatio(appMeta);
+  const int status = write(outMeta, tags::MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO, ratio);
+  HESK_LOGD(kOperation)
+  ("[%s] Current camera id %d, physicalZoomRatio: %f, result:%d", cameraId,
+   static_cast<double>(ratio), status);
+}
+
+/// What a sensor's static characteristics say of its phase-detection pixels.
+struct PdDescription {
+  std::int32_t isCompensated;
+  std::int32_t bufferType;
+
+  /// Whether the raw algorithms need the layout of the pixels.
+  [[nodiscard]] bool isLayoutNeeded() const {
+    return bufferType == 2 || bufferType == 4 || bufferType == 18 ||
+           (bufferType == 1 && isCompensated == 0);
+  }
+};
+
+PdDescription readPdDescription(const IMetadata* statics) {
+  const auto isCompensated = readIfPresent(statics, tags::COM_HESK_ISPDCOMPENSATION);
+  if (isCompensated) {
+    HESK_LOGD(kOperation)("[%s] preview COM_HESK_ISPDCOMPENSATION:%d", *isCompensated);
+  } else {
+    HESK_LOGE(kOperation)("[%s] preview Get Meta :COM_HESK_ISPDCOMPENSATION Error");
+  }
+  const auto bufferType = readIfPresent(statics, tags::COM_HESK_PDBUFFERTYPE);
+  if (bufferType) {
+    HESK_LOGD(kOperation)("[%s] preview COM_HESK_PDBUFFERTYPE:%d", *bufferType);
+  } else {
+    HESK_LOGE(kOperation)("[%s] preview Get Meta :COM_HESK_PDBUFFERTYPE Error");
+  }
+  return {.isCompensated = isCompensated.value_or(0), .bufferType = bufferType.value_or(0)};
+}
+
+void writeFaces(IMetadata* outMeta, NSCam::IFDContainer& container, std::int32_t sensor) {
+  constexpr int kMostFaces = 10;
+  static_assert(kMostFaces <= NSCam::FaceRecord::kCapacity);
+
+  NSCam::FaceRecord record;
+  container.queryLatest(sensor, record);
+  HESK_LOGD(kOperation)
+  ("[%s] fdChunk FD num:%d, MAX_FACES: %d, sensorId %d", record.count, kMostFaces, sensor);
+  std::array<MRect, kMostFaces> rects;
+  const auto taken = static_cast<std::size_t>(std::clamp(record.count, 0, kMostFaces));
+  for (std::size_t i = 0; i < taken; ++i) rects[i] = record.faces[i].rect;
+  if (taken > 0) {
+    writeAll(outMeta, tags::MTK_RAW_ALGO_FACE_RECTS, std::span(rects).first(taken));
+  }
+}
+
+void copyStaticBytes(IMetadata* outMeta, const IMetadata* statics) {
+  if (!has(statics, tags::MTK_RAW_ALGO_STATIC_INFO)) return;
+  copyAll(outMeta, tags::MTK_RAW_ALGO_STATIC_INFO, statics, tags::MTK_RAW_ALGO_STATIC_INFO);
+}
+
+}  // namespace
+
+void HeskParameterUpdater::updateCaptureRawParameter(IMetadata* appMeta, IMetadata* halMeta,
+                                                     IMetadata* outMeta) {
+  const std::int64_t mode = read(appMeta, tags::HESK_CONTROL_CURRENTMODE);
+  const bool isMulticam = mMulticamFeatureMode > 0;
+  if (isShadingOf3A(mode)) {
+    writeShadingOf3A(outMeta, isMulticam ? getMulticamMasterID(mInstanceId, halMeta) : mInstanceId);
+  } else {
+    appendDefaultShading(outMeta, appMeta, halMeta, mInstanceId);
+  }
+
+  const std::int32_t cameraId = read(halMeta, tags::MTK_HAL_REQUEST_SENSOR_ID, -1);
+  write(outMeta, tags::HESK_CONTROL_CURRENT_CAMERA_ID, cameraId);
+  if (isMulticam) markSlave(outMeta, halMeta, cameraId);
+  update3ACaptureRawParameter(appMeta, halMeta, outMeta);
+  if (isNeedRawAlgo(appMeta, outMeta, 0)) markForRawAlgorithm(halMeta);
+  if (!isWithoutSat(appMeta, mode)) {
+    setSATCropInfo(appMeta, halMeta, outMeta);
+    setCameraRole(outMeta, cameraId);
+  }
+  write(outMeta, tags::MTK_RAW_ALGO_CAPTURE_VALUE64,
+        read(halMeta, tags::MTK_P1NODE_CAPTURE_VALUE64));
+
+  const IMetadata* statics = cameraCharacteristics(cameraId);
+  writeZoomRatio(outMeta, appMeta, halMeta, statics, cameraId);
+  if (statics == nullptr) {
+    HESK_LOGE(kOperation)("[%s] PDAF pMetadataProvider.get() == NULL");
+  } else if (const PdDescription pd = readPdDescription(statics); pd.isLayoutNeeded()) {
+    updateSensorPdafInfo(cameraId, pd.isCompensated, pd.bufferType, outMeta);
+  }
+  if (mMulticamFeatureMode == kLogicalMulticam) {
+    const auto faces = NSCam::IFDContainer::createInstance(kUser, NSCam::IFDContainer::kRead);
+    const std::int32_t master = getMulticamMasterID(mInstanceId, halMeta);
+    if (faces != nullptr) writeFaces(outMeta, *faces, master);
+  }
+  copyStaticBytes(outMeta, statics);
+}

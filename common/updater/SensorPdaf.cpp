@@ -1,0 +1,67 @@
+// The layout of a sensor's phase-detection pixels, from its driver.
+
+#include "common/HeskParameterUpdater.h"
+#include "common/math/PdafRecord.h"
+#include "common/tags/Metadata.h"
+#include "common/updater/HalSensorOwner.h"
+#include "common/updater/UpdaterLog.h"
+#include "platform/ModuleFactory.h"
+
+namespace {
+
+using namespace hesk;
+
+constexpr log::Operation kOperation = updaterOperation("updateSensorPdafInfo");
+
+// The drivers' books have the sensor under this text, and it goes back under the class's name.
+constexpr const char* kUser = "LOG_TAG";
+constexpr const char* kReleaser = "HeskParameterUpdater";
+
+constexpr int kNothingWritten = -1;
+
+NSCam::IHalSensorList* sensorList() {
+  const auto get = reinterpret_cast<NSCam::HalSensorListGetter>(
+      NSCam::getMtkcamModuleFactory(NSCam::kModuleSensorList));
+  return get != nullptr ? get() : nullptr;
+}
+
+}  // namespace
+
+int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdBufferType,
+                                               NSCam::IMetadata* outMeta) {
+  NSCam::IHalSensorList* const list = sensorList();
+  if (list == nullptr) {
+    HESK_LOGE(kOperation)("[%s] pHalSensorList == NULL");
+    return kNothingWritten;
+  }
+  const HalSensorOwner sensor(*list, openId, kUser, kReleaser);
+  if (!sensor) {
+    HESK_LOGE(kOperation)("[%s] pIHalSensor is NULL");
+    return kNothingWritten;
+  }
+
+  std::int32_t scenario = 1;
+  std::int32_t isPdSupported = 0;
+  NSCam::SensorPdBlock block{};
+  std::int32_t deviceIndex = 0;
+  const auto send = [&](std::int32_t command, auto& answer) {
+    deviceIndex = list->queryDeviceIndex(openId);
+    sensor->sendCommand(deviceIndex, command, reinterpret_cast<std::intptr_t>(&scenario),
+                        reinterpret_cast<std::intptr_t>(&answer), 0);
+  };
+
+  int status = kNothingWritten;
+  send(NSCam::IHalSensor::kSupportsPd, isPdSupported);
+  if (isPdSupported != 0) {
+    send(NSCam::IHalSensor::kGetPdBlock, block);
+    HESK_LOGD(kOperation)
+    ("[%s] PDAF_STATS_DATA_SIZE %d.", static_cast<int>(PDAF_STATS_DATA_SIZE));
+    status = writeAll(outMeta, tags::MTK_RAW_ALGO_PDAF_INFO, pdafRecordOf(block, pdBufferType));
+  }
+  HESK_LOGD(kOperation)
+  ("[%s] pdaf openid %d queryId %d isPDComp %d bSensorModeSupportPD %d PDAFInfo %d %d, %d %d, %d. "
+   "ret = %d",
+   openId, deviceIndex, isPDComp, isPdSupported, block.words[2], block.words[3], block.words[0],
+   block.words[1], block.words[4], status);
+  return status;
+}

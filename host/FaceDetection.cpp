@@ -1,0 +1,38 @@
+// The faces in view of the phone that the library runs on.
+
+#include "platform/FaceDetection.h"
+
+#include <algorithm>
+#include <string>
+
+#include "host/Phone.h"
+
+namespace {
+
+using NSCam::FaceRecord;
+
+class SimulatedFaces final : public NSCam::IFDContainer {
+ public:
+  explicit SimulatedFaces(const char* user) : mUser(user) {}
+
+  void queryLatest(std::int32_t sensor, FaceRecord& record) override {
+    host::Phone& phone = host::Phone::current();
+    phone.effects.add([&] {
+      return host::Effect{"faces.query", {{"sensor", sensor}, {"user", mUser}}};
+    });
+    const std::vector<host::FaceConfig>& faces = phone.config.deviceOrDefault(sensor).faces;
+    record.count = static_cast<std::int32_t>(faces.size());
+    const std::size_t held = std::min(faces.size(), FaceRecord::kCapacity);
+    for (std::size_t i = 0; i < held; ++i) record.faces[i] = {faces[i].rect, faces[i].score};
+  }
+
+ private:
+  std::string mUser;
+};
+
+}  // namespace
+
+std::unique_ptr<NSCam::IFDContainer> NSCam::IFDContainer::createInstance(const char* user,
+                                                                         int /*option*/) {
+  return std::make_unique<SimulatedFaces>(user);
+}

@@ -1,0 +1,69 @@
+// The multi-camera library of the phone that the library runs on.
+
+#include "platform/TqcSat.h"
+
+#include <algorithm>
+
+#include "host/Phone.h"
+
+namespace {
+
+/// A coordinate or side on its way; wraps.
+std::int32_t translated(std::int32_t value, std::int32_t scale, std::int32_t offset) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(value) *
+                                       static_cast<std::uint32_t>(scale) +
+                                   static_cast<std::uint32_t>(offset));
+}
+
+class SimulatedConverter final : public TqcMetaConverter {
+ public:
+  float GetSensorFovByCameraIdx(int index) override {
+    const auto& cameras = host::Phone::current().config.sat.cameras;
+    if (index < 0 || static_cast<std::size_t>(index) >= cameras.size()) return 0.0F;
+    return cameras[static_cast<std::size_t>(index)].fov;
+  }
+
+  void TranslateResultRegion(std::vector<TagInfo>& regions, float ratio, int index) override {
+    host::Phone& phone = host::Phone::current();
+    phone.effects.add([&] {
+      std::vector<host::Effect::Region> handed;
+      for (const TagInfo& region : regions) handed.push_back({region.kind, region.input});
+      return host::Effect{"sat.translate",
+                          {{"ratio", ratio}, {"index", index}, {"regions", std::move(handed)}}};
+    });
+    const auto& [scale, dx, dy] = phone.config.sat.translate;
+    for (TagInfo& region : regions) {
+      region.output = {translated(region.input.x, scale, dx), translated(region.input.y, scale, dy),
+                       translated(region.input.w, scale, 0), translated(region.input.h, scale, 0)};
+    }
+  }
+};
+
+class SimulatedSat final : public TqcSat {
+ public:
+  [[nodiscard]] std::span<const Camera> cameras() const override {
+    const host::SatConfig& sat = host::Phone::current().config.sat;
+    const auto listed = static_cast<std::int32_t>(sat.cameras.size());
+    const std::int32_t configured = std::clamp(sat.configured.value_or(listed), 0, listed);
+    // Kept for the calling thread, as the configuration holds more than the table does.
+    static thread_local std::vector<Camera> table;
+    table.clear();
+    for (const auto& [id, role, fov] : sat.cameras) table.push_back({.role = role, .id = id});
+    return std::span(table).first(static_cast<std::size_t>(configured));
+  }
+
+  [[nodiscard]] std::int32_t defaultRole() const override {
+    return host::Phone::current().config.sat.defaultRole;
+  }
+
+  [[nodiscard]] TqcMetaConverter& converter() override { return mConverter; }
+
+ private:
+  SimulatedConverter mConverter;
+};
+
+SimulatedSat sSat;
+
+}  // namespace
+
+TqcSat& TqcSat::GetInstance() { return sSat; }

@@ -1,0 +1,26 @@
+// The platform's default lens-shading tables.
+
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/IMetadata.h"
+
+namespace NSCam {
+
+/// The default shading of one sensor. Used by one thread at a time.
+class IDefaultShading {
+ public:
+  virtual ~IDefaultShading() = default;
+
+  /// The shading metadata for a frame with this HAL and app metadata, either of which may be null.
+  [[nodiscard]] virtual IMetadata query(const IMetadata* halMeta, const IMetadata* appMeta) = 0;
+};
+
+/// What module `kModuleDefaultShading` is: makes the provider of a sensor for the caller named
+/// `user`, null where it cannot.
+using DefaultShadingCreator = std::unique_ptr<IDefaultShading> (*)(const char* user,
+                                                                   std::int32_t sensorIndex);
+
+}  // namespace NSCam

@@ -1,0 +1,51 @@
+// The maker's multi-camera library: the zoom transition between cameras (SAT).
+
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "platform/Geometry.h"
+
+/// A detected region on its way between the coordinates of two cameras.
+struct TagInfo {
+  std::int32_t kind = 0;  // 3 eye, 4 lot, 5 human body
+  NSCam::MRect input;
+  NSCam::MRect output;  // filled by the converter
+};
+
+/// Threads: any.
+class TqcMetaConverter {
+ public:
+  /// The field of view of the camera at an index of the library's list; 0 outside it.
+  virtual float GetSensorFovByCameraIdx(int index) = 0;
+
+  /// Translates every region at a zoom ratio from the camera at an index, which may be -1.
+  virtual void TranslateResultRegion(std::vector<TagInfo>& regions, float ratio, int index) = 0;
+
+ protected:
+  ~TqcMetaConverter() = default;
+};
+
+/// Threads: any.
+class TqcSat {
+ public:
+  struct Camera {
+    std::int32_t role = 0;
+    std::int32_t id = 0;
+  };
+
+  static TqcSat& GetInstance();
+
+  /// The cameras that are configured.
+  [[nodiscard]] virtual std::span<const Camera> cameras() const = 0;
+
+  /// The role of a camera that is not among them.
+  [[nodiscard]] virtual std::int32_t defaultRole() const = 0;
+
+  [[nodiscard]] virtual TqcMetaConverter& converter() = 0;
+
+ protected:
+  ~TqcSat() = default;
+};
