@@ -23,7 +23,7 @@ int cam::open(const char* path, int flags, unsigned int mode) {
   if (phone.config.dataRoot.empty()) return -1;
   // Of an absolute path nothing is left that leads out of the root.
   const std::filesystem::path inside = std::filesystem::path(path).lexically_normal();
-  const std::string onHost = phone.config.dataRoot.string() + inside.string();
+  const std::string onHost = phone.config.dataRoot + inside.string();
   const int file = ::open(onHost.c_str(), flags, mode);
   if (file >= 0) phone.openedFiles.add(path);
   return file;

@@ -38,6 +38,7 @@ class SimulatedHal3A final : public NS3Av3::IHal3A {
 
  private:
   static const NSCam::MSize& gridAt(std::intptr_t address) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the arguments of commands are numbers
     return *reinterpret_cast<const NSCam::MSize*>(address);
   }
 
@@ -45,6 +46,7 @@ class SimulatedHal3A final : public NS3Av3::IHal3A {
   void fillShadingTable(NSCam::MSize grid, std::intptr_t address) const {
     constexpr int kChannels = 4;
     const float base = host::Phone::current().config.deviceOrDefault(mSensor).hal3A.shadingBase;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     auto* const table = reinterpret_cast<float*>(address);
     for (int i = 0; i < grid.w * grid.h * kChannels; ++i) table[i] = base + static_cast<float>(i);
   }

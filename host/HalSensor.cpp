@@ -24,8 +24,10 @@ class SimulatedSensor final : public NSCam::IHalSensor {
     const auto& sensor = phone.config.deviceOrDefault(mCameraId).sensor;
     if (!sensor) return -1;
     if (command == kSupportsPd) {
+      // NOLINTNEXTLINE(performance-no-int-to-ptr): the arguments of commands are numbers
       *reinterpret_cast<std::int32_t*>(second) = sensor->pdSupported;
     } else if (command == kGetPdBlock) {
+      // NOLINTNEXTLINE(performance-no-int-to-ptr)
       auto& block = *reinterpret_cast<NSCam::SensorPdBlock*>(second);
       block.words = sensor->pdWords;
       block.left = sensor->pdLeft;

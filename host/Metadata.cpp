@@ -187,6 +187,7 @@ void IMetadata::IEntry::itemAt(std::size_t index, T* out, std::size_t count,
   for (std::size_t i = 0; i < count; ++i) out[i] = itemAt(index + i, type);
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type takes none.
 #define HOST_METADATA_ITEM(T)                                                          \
   template bool IMetadata::IEntry::hasType(Type2Type<T>) const noexcept;               \
   template void IMetadata::IEntry::push_back(const T&, Type2Type<T>);                  \
@@ -194,6 +195,7 @@ void IMetadata::IEntry::itemAt(std::size_t index, T* out, std::size_t count,
   template void IMetadata::IEntry::replaceItemAt(std::size_t, const T&, Type2Type<T>); \
   template T IMetadata::IEntry::itemAt(std::size_t, Type2Type<T>) const;               \
   template void IMetadata::IEntry::itemAt(std::size_t, T*, std::size_t, Type2Type<T>) const;
+// NOLINTEND(bugprone-macro-parentheses)
 
 HOST_METADATA_ITEM(std::int32_t)
 HOST_METADATA_ITEM(std::int64_t)

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdint>
 #include <ctime>
-#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
@@ -89,8 +88,8 @@ struct PhoneConfig {
   SatConfig sat;
   std::optional<ProviderConfig> provider;
   std::optional<TuningBufferConfig> tuningBuffer;
-  std::optional<std::tm> clock;    // absent: the wall clock
-  std::filesystem::path dataRoot;  // folder for the root of the phone's files; none: no file opens
+  std::optional<std::tm> clock;  // absent: the wall clock
+  std::string dataRoot;          // folder for the root of the phone's files; none: no file opens
 
   /// The device's configuration; that of a device without provider where it is not listed.
   [[nodiscard]] const DeviceConfig& deviceOrDefault(std::int32_t id) const;

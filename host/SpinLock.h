@@ -2,8 +2,9 @@
 
 #pragma once
 
+#include <sched.h>
+
 #include <atomic>
-#include <thread>
 
 namespace host {
 
@@ -12,7 +13,7 @@ namespace host {
 class SpinLock {
  public:
   void lock() {
-    while (mTaken.exchange(true, std::memory_order_acquire)) std::this_thread::yield();
+    while (mTaken.exchange(true, std::memory_order_acquire)) sched_yield();
   }
   void unlock() { mTaken.store(false, std::memory_order_release); }
 

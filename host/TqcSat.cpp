@@ -3,6 +3,7 @@
 #include "platform/TqcSat.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "host/Phone.h"
 
@@ -27,6 +28,7 @@ class SimulatedConverter final : public TqcMetaConverter {
     host::Phone& phone = host::Phone::current();
     phone.effects.add([&] {
       std::vector<host::Effect::Region> handed;
+      handed.reserve(regions.size());
       for (const TagInfo& region : regions) handed.push_back({region.kind, region.input});
       return host::Effect{"sat.translate",
                           {{"ratio", ratio}, {"index", index}, {"regions", std::move(handed)}}};
@@ -48,7 +50,9 @@ class SimulatedSat final : public TqcSat {
     // Kept for the calling thread, as the configuration holds more than the table does.
     static thread_local std::vector<Camera> table;
     table.clear();
-    for (const auto& [id, role, fov] : sat.cameras) table.push_back({.role = role, .id = id});
+    std::ranges::transform(sat.cameras, std::back_inserter(table), [](const auto& camera) {
+      return Camera{.role = camera.role, .id = camera.id};
+    });
     return std::span(table).first(static_cast<std::size_t>(configured));
   }
 

@@ -24,7 +24,7 @@ using Files = std::vector<std::string>;
 class MetadataDump : public testing::Test {
  protected:
   MetadataDump() {
-    mPhone.config.dataRoot = mDataRoot.path();
+    mPhone.config.dataRoot = mDataRoot.path().string();
     mPhone.properties.set("vendor.camera.dumprawhifmetadata", "1");
     setClock("2021-03-04 05:06:07");
   }

@@ -80,7 +80,7 @@ ThresholdOfSat thresholdOf(std::string_view product, std::vector<float> threshol
   record.groups.front() = {{0.6F, 1.3F}, {0.8F, 2.6F}};
   for (const TuningRow& row : kTuningRows) {
     if (row.product != product) continue;
-    const auto first = row.values.begin();
+    const auto* const first = row.values.begin();
     record.groups[static_cast<std::size_t>(row.group - 1)].emplace_back(
         first, first + static_cast<std::ptrdiff_t>(row.count));
   }

@@ -29,6 +29,7 @@ int HeskParameterUpdater::getMulticamMainID(int deviceId) {
   return digit - '0';
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the pipeline's binaries call it so.
 std::int32_t HeskParameterUpdater::getMulticamMasterID(int deviceId, IMetadata* halMeta) {
   constexpr log::Operation kOperation = updaterOperation("getMulticamMasterID");
   constexpr std::int32_t kLogicalMulticam = 2;

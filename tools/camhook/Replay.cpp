@@ -52,7 +52,7 @@ std::vector<std::byte> tuningBlock(std::size_t size) {
 /// What a file of the phone holds.
 std::string contentOf(const host::Phone& phone, const std::string& path) {
   std::ostringstream text;
-  text << std::ifstream(phone.config.dataRoot.string() + path, std::ios::binary).rdbuf();
+  text << std::ifstream(phone.config.dataRoot + path, std::ios::binary).rdbuf();
   return text.str();
 }
 

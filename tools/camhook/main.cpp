@@ -84,7 +84,7 @@ Scenario readScenarioFile(const std::string& file) {
 int replay(const ReplayOptions& options) {
   Scenario scenario = readScenarioFile(options.file);
   const DataRoot dataRoot(options.dataRoot);
-  scenario.platform.dataRoot = dataRoot.path();
+  scenario.platform.dataRoot = dataRoot.path().string();
 
   std::unique_ptr<TraceWriter> writer;
   if (options.json) {
