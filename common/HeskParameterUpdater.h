@@ -99,8 +99,7 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///    HESK_CONTROL_FPS_RANGE_MAX of 12, 15 or 24, unless it was limited: then the pinned pair
   ///    stands behind the limit;
   ///  - for the app type "heskCamera" sets the event store's "APP_NAME" to the tuning profile of
-  ///  the
-  ///    app's mode (HESK_CONTROL_CURRENTMODE, COM_HESK_SCENETYPE, HESK_CONTROL_NATIVEMODE,
+  ///    the app's mode (HESK_CONTROL_CURRENTMODE, COM_HESK_SCENETYPE, HESK_CONTROL_NATIVEMODE,
   ///    HESK_CONTROL_ISSECONDSNAPSHOT, HESK_CONTROL_VIDEOMODE, HESK_CONTROL_NIGHTMODE,
   ///    HESK_CONTROL_MOONMODE) and UI module, and "APP_MODE" to "Professional" or the empty text;
   ///    writes ANDROID_CONTROL_SCENE_MODE (4 panorama, 5 super night, 14 professional),
@@ -110,8 +109,7 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///  - publishes in the event store, as decimal texts, what the request holds of exposure time
   ///    ("MTK_EXPTIME", ns), sensitivity ("MTK_ISO"), colour temperature and white-balance mode
   ///    ("HESK_COLOURTEMPERATURE", "MTK_AWBMODE"), UI module ("HESK_CURRENTUIMODE"), second
-  ///    snapshot
-  ///    ("HESK_ISSECONDSNAPSHOT") and, always, the motion level ("HESK_MOTIONLEVEL", -1 where
+  ///    snapshot ("HESK_ISSECONDSNAPSHOT") and, always, motion level ("HESK_MOTIONLEVEL", -1 where
   ///    absent); writes HESK_CONTROL_EXPTIME outside the professional modes, HESK_CONTROL_ISO and
   ///    MTK_CONTROL_CAPTURE_REMOSAIC_EN, a copy of HESK_CONTROL_ALGO_OVERRIDE;
   ///  - writes MTK_CONTROL_SELECTED_STREAM_ID, the last configured stream that
@@ -169,11 +167,10 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///
   /// In this order it writes into `outMeta`
   ///  - ANDROID_STATISTICS_LENS_SHADING_MAP, from 3A (17 x 13 points, 4 channels) for the
-  ///  multi-frame
-  ///    modes of HESK_CONTROL_CURRENTMODE, else whatever the default-shading module returns;
+  ///    multi-frame modes of HESK_CONTROL_CURRENTMODE, else whatever the default-shading module
+  ///    returns;
   ///  - HESK_CONTROL_CURRENT_CAMERA_ID, MTK_HAL_REQUEST_SENSOR_ID of `halMeta` or -1; in
-  ///  multi-camera
-  ///    sessions HESK_CONTROL_IS_DUAL_SLAVE = 1 where that is the slave of
+  ///    multi-camera sessions HESK_CONTROL_IS_DUAL_SLAVE = 1 where that is the slave of
   ///    MTK_MULTICAM_MASTER_SLAVE_ID;
   ///  - what `update3ACaptureRawParameter` writes;
   ///  - what `setSATCropInfo` and `setCameraRole` write, but for mode bit 24 of UI module 32;

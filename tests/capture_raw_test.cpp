@@ -166,9 +166,11 @@ TEST(ResultRegions, NeedABodyThatIsWhollyThere) {
   EXPECT_TRUE(phone.effects.take().empty());
 }
 
+/// The little-endian word at a byte.
 std::int32_t wordAt(const PdafRecord& record, std::size_t byte) {
-  return static_cast<std::int32_t>(record[byte] | record[byte + 1] << 8U | record[byte + 2] << 16U |
-                                   static_cast<std::uint32_t>(record[byte + 3]) << 24U);
+  std::uint32_t word = 0;
+  for (std::size_t i = 4; i > 0; --i) word = word << 8U | record[byte + i - 1];
+  return static_cast<std::int32_t>(word);
 }
 
 TEST(PdafRecord, HasItsWordsInTheirPlaces) {

@@ -7,6 +7,7 @@
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
+#include "common/tags/ModeBits.h"
 #include "common/updater/Hal3AOwner.h"
 #include "common/updater/StaticMetadata.h"
 #include "common/updater/UpdaterLog.h"
@@ -21,7 +22,6 @@ using NSCam::MRect;
 using NSCam::MSize;
 
 constexpr log::Operation kOperation = updaterOperation("updateCaptureRawParameter");
-constexpr const char* kUser = "HeskParameterUpdater";
 
 constexpr std::int32_t kLogicalMulticam = 2;
 
@@ -29,7 +29,7 @@ void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IM
                           std::int32_t sensor) {
   const auto create = reinterpret_cast<NSCam::DefaultShadingCreator>(
       NSCam::getMtkcamModuleFactory(NSCam::kModuleDefaultShading));
-  const auto shading = create != nullptr ? create(kUser, sensor) : nullptr;
+  const auto shading = create != nullptr ? create(kUpdaterUser, sensor) : nullptr;
   if (shading == nullptr) {
     HESK_LOGE(kOperation)("[%s] no default shading for sensor %d", sensor);
     return;
@@ -42,7 +42,7 @@ void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
   constexpr MSize kGrid{17, 13};
   constexpr std::size_t kChannels = 4;
 
-  const Hal3AOwner hal3A(sensor, kUser);
+  const Hal3AOwner hal3A(sensor, kUpdaterUser);
   if (!hal3A) {
     HESK_LOGD(kOperation)("[%s] HeskParameterUpdater create IHal3A instance failed");
     return;
@@ -76,7 +76,7 @@ void markForRawAlgorithm(IMetadata* halMeta) {
 
 /// A super-moon capture keeps out of the zoom transition.
 bool isWithoutSat(const IMetadata* appMeta, std::int64_t mode) {
-  constexpr std::int64_t kMoonMode = std::int64_t{1} << 24;
+  constexpr std::int64_t kMoonMode = modeBit(24);
   constexpr std::int32_t kMoonModule = 32;
   return (mode & kMoonMode) != 0 && read(appMeta, tags::COM_HESK_CURRENTUIMODULE) == kMoonModule;
 }
@@ -196,7 +196,8 @@ void HeskParameterUpdater::updateCaptureRawParameter(IMetadata* appMeta, IMetada
     updateSensorPdafInfo(cameraId, pd.isCompensated, pd.bufferType, outMeta);
   }
   if (mMulticamFeatureMode == kLogicalMulticam) {
-    const auto faces = NSCam::IFDContainer::createInstance(kUser, NSCam::IFDContainer::kRead);
+    const auto faces =
+        NSCam::IFDContainer::createInstance(kUpdaterUser, NSCam::IFDContainer::kRead);
     const std::int32_t master = getMulticamMasterID(mInstanceId, halMeta);
     if (faces != nullptr) writeFaces(outMeta, *faces, master);
   }

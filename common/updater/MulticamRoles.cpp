@@ -3,6 +3,7 @@
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
+#include "common/tags/ModeBits.h"
 #include "common/updater/SatCameras.h"
 #include "common/updater/StaticMetadata.h"
 #include "common/updater/UpdaterLog.h"
@@ -11,8 +12,6 @@ namespace {
 
 using namespace hesk;
 using NSCam::IMetadata;
-
-constexpr std::int64_t bit(unsigned int number) { return std::int64_t{1} << number; }
 
 /// The character that the list of a device's physical cameras begins with; 0 where there is none.
 std::uint8_t firstPhysicalId(int deviceId) {
@@ -46,8 +45,8 @@ std::int32_t HeskParameterUpdater::getMulticamMasterID(int deviceId, IMetadata* 
 bool HeskParameterUpdater::isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta, int /*unused*/) {
   constexpr log::Operation kOperation = updaterOperation("isNeedRawAlgo");
   constexpr std::int64_t kRawAlgoModes = 0x00F80008080C000C;
-  constexpr std::int64_t kOverriddenMode = bit(3);
-  constexpr std::int64_t kSlaveWithoutRawMode = bit(5);
+  constexpr std::int64_t kOverriddenMode = modeBit(3);
+  constexpr std::int64_t kSlaveWithoutRawMode = modeBit(5);
 
   const std::int64_t mode = read(appMeta, tags::HESK_CONTROL_CURRENTMODE);
   const std::int32_t isDualSlave = read(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, -1);

@@ -6,6 +6,7 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
+#include "common/tags/ModeBits.h"
 #include "common/updater/Events.h"
 #include "common/updater/Product.h"
 #include "common/updater/SharedSteps.h"
@@ -20,7 +21,7 @@ constexpr log::Operation kOperation = updaterOperation("updateRequestMeta");
 
 constexpr std::size_t kUpperBound = 1;  // of MTK_CONTROL_AE_TARGET_FPS_RANGE
 constexpr std::int32_t kForcedPreviewModule = 8;
-constexpr std::int64_t kDiagonalFovMode = std::int64_t{1} << 59;
+constexpr std::int64_t kDiagonalFovMode = modeBit(59);
 
 void replaceUpperFrameRate(IMetadata* meta) {
   if (const auto frameRate = readIfPresent(meta, tags::HESK_CONTROL_FPS_RANGE_MAX)) {

@@ -13,9 +13,8 @@ using namespace hesk;
 
 constexpr log::Operation kOperation = updaterOperation("updateSensorPdafInfo");
 
-// The drivers' books have the sensor under this text, and it goes back under the class's name.
+// The drivers' books have the sensor under this text; it goes back under the class's name.
 constexpr const char* kUser = "LOG_TAG";
-constexpr const char* kReleaser = "HeskParameterUpdater";
 
 constexpr int kNothingWritten = -1;
 
@@ -34,7 +33,7 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
     HESK_LOGE(kOperation)("[%s] pHalSensorList == NULL");
     return kNothingWritten;
   }
-  const HalSensorOwner sensor(*list, openId, kUser, kReleaser);
+  const HalSensorOwner sensor(*list, openId, kUser, kUpdaterUser);
   if (!sensor) {
     HESK_LOGE(kOperation)("[%s] pIHalSensor is NULL");
     return kNothingWritten;

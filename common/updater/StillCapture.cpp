@@ -11,6 +11,7 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/math/Conversion.h"
 #include "common/tags/Metadata.h"
+#include "common/tags/ModeBits.h"
 #include "common/updater/Events.h"
 #include "common/updater/Hal3AOwner.h"
 #include "common/updater/UpdaterLog.h"
@@ -21,15 +22,13 @@ using namespace hesk;
 using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("updateRequestMeta");
-constexpr const char* kUser = "HeskParameterUpdater";
 
 // What the byte reads give for an absent entry: none of the values that are tested for.
 constexpr std::uint8_t kAbsentByte = 255;
 
-constexpr std::int64_t bit(unsigned int number) { return std::int64_t{1} << number; }
-
-constexpr std::int64_t kSingleFrameMode = bit(13);
-constexpr std::int64_t kRawModes = bit(1) | bit(18) | bit(19) | bit(27) | bit(51) | bit(52);
+constexpr std::int64_t kSingleFrameMode = modeBit(13);
+constexpr std::int64_t kRawModes =
+    modeBit(1) | modeBit(18) | modeBit(19) | modeBit(27) | modeBit(51) | modeBit(52);
 
 // The counts come from an app: a burst beyond this is booked in part, so that it cannot exhaust
 // memory.
@@ -85,7 +84,7 @@ void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned i
   HESK_LOGE(kOperation)
   ("[%s] cap request hisframe %d, nonhisframe %d", historyFrames, nonZslFrames);
 
-  const Hal3AOwner hal3A(mainId, kUser);
+  const Hal3AOwner hal3A(mainId, kUpdaterUser);
   if (!hal3A) HESK_LOGD(kOperation)("[%s] HeskParameterUpdater create IHal3A instance failed");
 
   if (nonZslFrames >= 1) {

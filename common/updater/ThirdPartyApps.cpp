@@ -7,6 +7,7 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
+#include "common/tags/ModeBits.h"
 #include "common/updater/Events.h"
 #include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
@@ -42,8 +43,8 @@ void logTemperatureFrameRate(const IMetadata* request) {
 /// Whether the request is of a communication app, or of a mode of the maker's app that is to stay
 /// cool.
 bool isLimitedAppOrMode(const IMetadata* request, std::string_view appName) {
-  constexpr std::int64_t kPhotoMode = 1U << 0;
-  constexpr std::int64_t kOtherLimitedMode = 1U << 5;
+  constexpr std::int64_t kPhotoMode = modeBit(0);
+  constexpr std::int64_t kOtherLimitedMode = modeBit(5);
   constexpr std::int32_t kArStickersModule = 24;
 
   if (appName == "3rd_party" || appName == "mtk_ims" || appName == "Whatsapp") return true;

@@ -8,6 +8,7 @@
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
+#include "common/tags/ModeBits.h"
 #include "common/updater/Events.h"
 #include "common/updater/UpdaterLog.h"
 
@@ -26,11 +27,9 @@ constexpr std::int32_t kPhotoModule = 31;
 constexpr std::int32_t kProfessionalVideoModule = 51;
 constexpr std::int32_t kStabilizedModule = 53;
 
-constexpr std::int64_t bit(unsigned int number) { return std::int64_t{1} << number; }
-
-constexpr std::int64_t kPhotoMode = bit(0);
-constexpr std::int64_t kHdrMode = bit(1);
-constexpr std::int64_t kPanoramaModes = bit(15) | bit(16) | bit(59);
+constexpr std::int64_t kPhotoMode = modeBit(0);
+constexpr std::int64_t kHdrMode = modeBit(1);
+constexpr std::int64_t kPanoramaModes = modeBit(15) | modeBit(16) | modeBit(59);
 
 // Scene modes, as far as tuning sets them.
 constexpr std::uint8_t kLandscape = 4;
