@@ -259,7 +259,7 @@ TEST(CaptureRaw, MovesStatisticsWithoutTheHeap) {
   updater->update3ACaptureRawParameter(&app, nullptr, &out);
   EXPECT_EQ(count(&out, tags::MTK_RAW_ALGO_AWB_STATS_DATA), 73'728U);
   // The AE record is a new entry; the statistics find the room of the old ones.
-  EXPECT_EQ(allocationsIn([&] { updater->update3ACaptureRawParameter(&app, nullptr, &out); }), 1U);
+  EXPECT_LE(allocationsIn([&] { updater->update3ACaptureRawParameter(&app, nullptr, &out); }), 1U);
 }
 
 TEST(TuningData, NeedsABufferWithRoom) {
