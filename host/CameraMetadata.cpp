@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <type_traits>
+#include <variant>
 
 #include "host/MetadataAccess.h"
 
@@ -10,46 +12,28 @@ namespace {
 using NSCam::MRational;
 using NSCam::MRect;
 
-/// How a buffer holds items of a container's type: the number of its own type, and values an item.
+/// The number of the type in which a buffer holds items of type `T`.
 template <typename T>
-struct BufferType;
+constexpr std::uint8_t bufferType() {
+  if constexpr (std::is_same_v<T, std::uint8_t>) return 0;
+  if constexpr (std::is_same_v<T, std::int32_t> || std::is_same_v<T, MRect>) return 1;
+  if constexpr (std::is_same_v<T, float>) return 2;
+  if constexpr (std::is_same_v<T, std::int64_t>) return 3;
+  if constexpr (std::is_same_v<T, MRational>) return 5;
+}
+
+/// The values that a buffer has for one item.
+template <typename T>
+constexpr std::size_t kValuesOfItem = 1;
 template <>
-struct BufferType<std::uint8_t> {
-  static constexpr std::uint8_t kNumber = 0;
-  static constexpr std::size_t kValues = 1;
-};
-template <>
-struct BufferType<std::int32_t> {
-  static constexpr std::uint8_t kNumber = 1;
-  static constexpr std::size_t kValues = 1;
-};
-template <>
-struct BufferType<float> {
-  static constexpr std::uint8_t kNumber = 2;
-  static constexpr std::size_t kValues = 1;
-};
-template <>
-struct BufferType<std::int64_t> {
-  static constexpr std::uint8_t kNumber = 3;
-  static constexpr std::size_t kValues = 1;
-};
-template <>
-struct BufferType<MRational> {
-  static constexpr std::uint8_t kNumber = 5;
-  static constexpr std::size_t kValues = 1;
-};
-template <>
-struct BufferType<MRect> {
-  static constexpr std::uint8_t kNumber = BufferType<std::int32_t>::kNumber;
-  static constexpr std::size_t kValues = sizeof(MRect) / sizeof(std::int32_t);
-};
+constexpr std::size_t kValuesOfItem<MRect> = sizeof(MRect) / sizeof(std::int32_t);
 
 template <typename T>
 camera_metadata::Entry entryOf(std::uint32_t tag, const std::vector<T>& items) {
   camera_metadata::Entry entry;
   entry.tag = tag;
-  entry.type = BufferType<T>::kNumber;
-  entry.count = items.size() * BufferType<T>::kValues;
+  entry.type = bufferType<T>();
+  entry.count = items.size() * kValuesOfItem<T>;
   const std::size_t bytes = items.size() * sizeof(T);
   entry.words.resize(bytes / sizeof(std::uint64_t) + 1);
   std::memcpy(entry.words.data(), items.data(), bytes);

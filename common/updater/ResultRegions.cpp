@@ -1,8 +1,10 @@
 // Detected regions on their way from the camera that saw them to the one that the app looks
 // through.
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "common/HeskParameterUpdater.h"
