@@ -21,8 +21,8 @@ std::vector<T> copyItems(const IMetadata::IEntry& entry) {
 
 std::vector<const IMetadata::IEntry*> MetadataAccess::entriesByTag(const IMetadata& metadata) {
   std::vector<const IMetadata::IEntry*> entries;
-  entries.reserve(metadata.mEntries.size());
-  for (const IMetadata::IEntry& entry : metadata.mEntries) {
+  entries.reserve(metadata.mCount);
+  for (const IMetadata::IEntry& entry : metadata.entries()) {
     if (!entry.isEmpty()) entries.push_back(&entry);
   }
   std::sort(entries.begin(), entries.end(),
@@ -32,7 +32,7 @@ std::vector<const IMetadata::IEntry*> MetadataAccess::entriesByTag(const IMetada
 
 ItemList MetadataAccess::itemsOf(const IMetadata::IEntry& entry) {
   using Type = IMetadata::IEntry::ItemType;
-  switch (entry.mType) {
+  switch (entry.type()) {
     case Type::int64: return copyItems<std::int64_t>(entry);
     case Type::uint8: return copyItems<std::uint8_t>(entry);
     case Type::float32: return copyItems<float>(entry);
