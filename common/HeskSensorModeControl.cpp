@@ -6,11 +6,11 @@
 #include <string_view>
 #include <utility>
 
+#include "common/Product.h"
 #include "common/sensormode/CSingleton.h"
 #include "common/sensormode/DecisionObserver.h"
 #include "common/sensormode/SensorModeLog.h"
 #include "common/sensormode/SensorScenario.h"
-#include "platform/Properties.h"
 
 using namespace hesk;
 
@@ -23,10 +23,8 @@ HeskSensorModeControl* HeskSensorModeControl::createInstance(int sensorId) {
 void HeskSensorModeControl::getProductName() {
   constexpr log::Operation kOperation = sensorModeOperation("getProductName");
 
-  std::array<char, PROPERTY_VALUE_MAX> model{};
-  property_get("ro.product.model.zdm", model.data(), "default");
   productName.fill('\0');
-  std::string_view(model.data()).copy(productName.data(), productName.size() - 1);
+  ProductModel("default").name().copy(productName.data(), productName.size() - 1);
   HESK_LOGD(kOperation)("[%s] productName %s", productName.data());
 }
 
@@ -56,11 +54,13 @@ void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
 
   HESK_LOGD(kOperation)("[%s] mSensorId %d, isVideoMode %d", sensorId, isVideoMode);
-  sensorModeTable.clear();
-  multiConditionTable.clear();
   selectedSensorModeCfgs.clear();
   getProductName();
   const std::vector<SensorModeCfg>* rules = chooseList(sensorId, isVideoMode);
+  if (rules == mLoadedRules) return;
+  mLoadedRules = rules;
+  sensorModeTable.clear();
+  multiConditionTable.clear();
   if (rules == nullptr) return;
   for (const SensorModeCfg& rule : *rules) {
     (rule.conditionCount < 2 ? sensorModeTable : multiConditionTable).push_back(rule);

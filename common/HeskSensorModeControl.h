@@ -117,6 +117,8 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   bool select(const SensorModeCfg* rule);
 
   std::int32_t mSensorId = 0;
+  const std::vector<SensorModeCfg>* mLoadedRules =
+      nullptr;                                        // what the first two lists were made of
   std::vector<SensorModeCfg> sensorModeTable;         // loaded rules of one condition
   std::vector<SensorModeCfg> multiConditionTable;     // and of several
   std::vector<SensorModeCfg> selectedSensorModeCfgs;  // what the filters selected

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <concepts>
 #include <optional>
 #include <string_view>
@@ -16,10 +17,10 @@ namespace hesk {
 template <typename T>
 requires std::integral<T> || std::floating_point<T> std::optional<T> leadingNumber(
     std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\n\v\f\r";
-  constexpr std::string_view kExponent = "eE";
+  const auto isBlank = [](char c) { return c == ' ' || ('\t' <= c && c <= '\r'); };
+  const auto isExponent = [](char c) { return c == 'e' || c == 'E'; };
 
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
   if (text.starts_with('+')) {
     text.remove_prefix(1);
     if (text.starts_with('-')) return {};
@@ -29,10 +30,9 @@ requires std::integral<T> || std::floating_point<T> std::optional<T> leadingNumb
   const auto [stop, error] = std::from_chars(text.data(), end, number);
   if (error != std::errc()) return {};
   if constexpr (std::floating_point<T>) {
-    const std::string_view taken(text.data(), stop);
-    if (taken.find_first_of("nN") != std::string_view::npos) return {};  // inf, nan
-    const bool hasExponent = taken.find_first_of(kExponent) != std::string_view::npos;
-    if (!hasExponent && stop != end && kExponent.find(*stop) != std::string_view::npos) return {};
+    if (!std::isfinite(number)) return {};  // "inf", "nan"
+    const bool isCutOff = stop != end && isExponent(*stop);
+    if (isCutOff && std::none_of(text.data(), stop, isExponent)) return {};
   }
   return number;
 }

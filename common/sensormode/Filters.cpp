@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "common/HeskSensorModeControl.h"
 #include "common/sensormode/DecisionObserver.h"
@@ -36,9 +37,9 @@ constexpr Condition<std::int32_t> kEisMode{"eisMode", &SensorModeCfg::eisMode};
 constexpr Condition<std::int32_t> kVideoAlgoType{"videoAlgoType", &SensorModeCfg::videoAlgoType};
 constexpr Condition<std::int32_t> kUiMode{"uiMode", &SensorModeCfg::uiMode};
 
-template <typename T>
-bool isMet(const SensorModeCfg& rule, const Condition<T>& condition, const T& value,
-           DecisionObserver* observer) {
+template <typename T, typename Value>
+inline bool isMet(const SensorModeCfg& rule, const Condition<T>& condition, Value value,
+                  DecisionObserver* observer) {
   const T& wanted = rule.*condition.field;
   const bool isEqual = wanted == value;
   if (observer != nullptr) observer->onComparison({rule, condition.name, wanted, value, isEqual});
@@ -46,10 +47,10 @@ bool isMet(const SensorModeCfg& rule, const Condition<T>& condition, const T& va
 }
 
 /// The first rule that meets the condition, null for none.
-template <typename T>
-const SensorModeCfg* firstThatMeets(const std::vector<SensorModeCfg>& rules,
-                                    const Condition<T>& condition, const T& value,
-                                    DecisionObserver* observer) {
+template <typename T, typename Value>
+inline const SensorModeCfg* firstThatMeets(const std::vector<SensorModeCfg>& rules,
+                                           const Condition<T>& condition, Value value,
+                                           DecisionObserver* observer) {
   const auto found = std::ranges::find_if(
       rules, [&](const SensorModeCfg& rule) { return isMet(rule, condition, value, observer); });
   return found != rules.end() ? &*found : nullptr;
@@ -74,7 +75,7 @@ std::int32_t uiModeOf(const IMetadata* meta) {
 /// What a configuration has for a rule's conditions.
 struct Offer {
   std::int32_t isHfpsMode;
-  std::string appType;
+  std::string_view appType;
   FrameRateRange frameRates;
   std::int32_t eisMode;
   std::int32_t videoAlgoType;
@@ -95,7 +96,7 @@ bool meetsConditions(const SensorModeCfg& rule, const Offer& offer, DecisionObse
   if (isMet(rule, kAppType, offer.appType, observer)) {
     ++count;
     HESK_LOGD(kOperation)
-    ("[%s] selected by apptype %s, [%d:%d]", offer.appType.c_str(), count, rule.conditionCount);
+    ("[%s] selected by apptype %s, [%d:%d]", offer.appType.data(), count, rule.conditionCount);
     if (count == rule.conditionCount) return true;
   }
   if (isMet(rule, kFps, offer.frameRates.upper, observer)) {
@@ -129,7 +130,7 @@ bool meetsConditions(const SensorModeCfg& rule, const Offer& offer, DecisionObse
 
 }  // namespace
 
-bool HeskSensorModeControl::isDecided(const char* filter) const {
+inline bool HeskSensorModeControl::isDecided(const char* filter) const {
   const bool isDecided = !selectedSensorModeCfgs.empty();
   if (mObserver != nullptr) {
     mObserver->onFilter(filter);
@@ -138,7 +139,7 @@ bool HeskSensorModeControl::isDecided(const char* filter) const {
   return isDecided;
 }
 
-bool HeskSensorModeControl::select(const SensorModeCfg* rule) {
+inline bool HeskSensorModeControl::select(const SensorModeCfg* rule) {
   if (rule == nullptr) return false;
   selectedSensorModeCfgs.push_back(*rule);
   if (mObserver != nullptr) mObserver->onSelection(*rule);
@@ -150,7 +151,7 @@ void HeskSensorModeControl::getSensorModeCfgByMultiCondition(IMetadata* meta) {
 
   if (isDecided(kOperation.name) || multiConditionTable.empty()) return;
   const Offer offer{.isHfpsMode = isHfpsModeOf(meta),
-                    .appType = std::string(eventValue<"APP_TYPE">()),
+                    .appType = eventValue<"APP_TYPE">(),
                     .frameRates = readFrameRateRange(meta),
                     .eisMode = eisModeOf(meta),
                     .videoAlgoType = videoAlgoTypeOf(meta),
@@ -190,9 +191,9 @@ void HeskSensorModeControl::getSensorModeCfgByApptype() {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByApptype");
 
   if (isDecided(kOperation.name)) return;
-  const std::string appType(eventValue<"APP_TYPE">());
+  const std::string_view appType = eventValue<"APP_TYPE">();
   if (select(firstThatMeets(sensorModeTable, kAppType, appType, mObserver))) {
-    HESK_LOGD(kOperation)("[%s] selected by appType %s", appType.c_str());
+    HESK_LOGD(kOperation)("[%s] selected by appType %s", appType.data());
   }
 }
 

@@ -26,13 +26,13 @@ inline constexpr int kNoContainer = -1;
 
 /// Whether the entry of `tag` holds an item.
 template <typename T>
-[[nodiscard]] bool has(const NSCam::IMetadata* metadata, Tag<T> tag) {
+[[nodiscard]] inline bool has(const NSCam::IMetadata* metadata, Tag<T> tag) {
   return metadata != nullptr && !metadata->entryFor(tag.value).isEmpty();
 }
 
 /// Item 0 of `tag`; none where the entry holds no item at all.
 template <typename T>
-[[nodiscard]] std::optional<T> readIfPresent(const NSCam::IMetadata* metadata, Tag<T> tag) {
+[[nodiscard]] inline std::optional<T> readIfPresent(const NSCam::IMetadata* metadata, Tag<T> tag) {
   if (metadata == nullptr) return {};
   const auto& entry = metadata->entryFor(tag.value);
   if (entry.isEmpty()) return {};
@@ -41,8 +41,8 @@ template <typename T>
 
 /// Item `index` of `tag` read as `As`; `fallback` where the entry holds no item at all.
 template <typename As, typename T>
-[[nodiscard]] As readAs(const NSCam::IMetadata* metadata, Tag<T> tag, As fallback = {},
-                        std::size_t index = 0) {
+[[nodiscard]] inline As readAs(const NSCam::IMetadata* metadata, Tag<T> tag, As fallback = {},
+                               std::size_t index = 0) {
   if (metadata == nullptr) return fallback;
   const auto& entry = metadata->entryFor(tag.value);
   return entry.isEmpty() ? fallback : entry.itemAt(index, NSCam::Type2Type<As>{});
@@ -50,21 +50,21 @@ template <typename As, typename T>
 
 /// Item `index` of `tag`; `fallback` where the entry holds no item at all.
 template <typename T>
-[[nodiscard]] T read(const NSCam::IMetadata* metadata, Tag<T> tag,
-                     std::type_identity_t<T> fallback = {}, std::size_t index = 0) {
+[[nodiscard]] inline T read(const NSCam::IMetadata* metadata, Tag<T> tag,
+                            std::type_identity_t<T> fallback = {}, std::size_t index = 0) {
   return readAs<T>(metadata, tag, fallback, index);
 }
 
 /// The number of items of `tag`.
 template <typename T>
-[[nodiscard]] std::size_t count(const NSCam::IMetadata* metadata, Tag<T> tag) {
+[[nodiscard]] inline std::size_t count(const NSCam::IMetadata* metadata, Tag<T> tag) {
   return metadata != nullptr ? metadata->entryFor(tag.value).count() : 0;
 }
 
 /// Fills `items` with the first items of `tag`, in bulk; what the entry does not hold becomes zero.
 template <typename T>
-void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
-             std::span<std::type_identity_t<T>> items) {
+inline void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
+                    std::span<std::type_identity_t<T>> items) {
   if (metadata == nullptr) {
     std::ranges::fill(items, T{});
   } else {
@@ -74,7 +74,7 @@ void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
 
 /// Makes `items` the whole entry of `tag`, in the type `As`. Returns the container's status.
 template <typename As, typename T, std::convertible_to<As>... Items>
-int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
+inline int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   if (metadata == nullptr) return kNoContainer;
   NSCam::IMetadata::IEntry entry(tag.value);
   (entry.push_back(static_cast<As>(items), NSCam::Type2Type<As>{}), ...);
@@ -83,14 +83,14 @@ int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
 
 /// Makes `items` the whole entry of `tag`. Returns the container's status.
 template <typename T, std::same_as<T>... Items>
-int write(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
+inline int write(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   return writeAs<T>(metadata, tag, items...);
 }
 
 /// Makes the items of `items` the whole entry of `tag`, in bulk. Returns the container's status.
 template <typename T>
-int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
-             std::span<const std::type_identity_t<T>> items) {
+inline int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
+                    std::span<const std::type_identity_t<T>> items) {
   if (metadata == nullptr) return kNoContainer;
   NSCam::IMetadata::IEntry entry(tag.value);
   entry.push_back(items.data(), items.size(), NSCam::Type2Type<T>{});
@@ -99,14 +99,15 @@ int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
 
 /// Empties the entry of `tag`. Returns the container's status.
 template <typename T>
-int clear(NSCam::IMetadata* metadata, Tag<T> tag) {
+inline int clear(NSCam::IMetadata* metadata, Tag<T> tag) {
   return writeAs<T>(metadata, tag);
 }
 
 /// Makes the items of `from` in `source`, each read as `T`, the whole entry of `tag`; in bulk where
 /// they are of that type. Returns the container's status.
 template <typename T>
-int copyAll(NSCam::IMetadata* metadata, Tag<T> tag, const NSCam::IMetadata* source, Tag<T> from) {
+inline int copyAll(NSCam::IMetadata* metadata, Tag<T> tag, const NSCam::IMetadata* source,
+                   Tag<T> from) {
   if (metadata == nullptr) return kNoContainer;
   if (source == nullptr) return clear(metadata, tag);
   const NSCam::IMetadata::IEntry& items = source->entryFor(from.value);
@@ -125,8 +126,8 @@ inline void append(NSCam::IMetadata* metadata, const NSCam::IMetadata& other) {
 
 /// Replaces item `index` of `tag`; an entry that holds no such item stays as it is.
 template <typename T>
-void replaceItem(NSCam::IMetadata* metadata, Tag<T> tag, std::size_t index,
-                 std::type_identity_t<T> item) {
+inline void replaceItem(NSCam::IMetadata* metadata, Tag<T> tag, std::size_t index,
+                        std::type_identity_t<T> item) {
   if (metadata == nullptr) return;
   NSCam::IMetadata::IEntry entry = metadata->entryFor(tag.value);
   entry.replaceItemAt(index, item, NSCam::Type2Type<T>{});

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <span>
+#include <vector>
 
 #include "common/HeskParameterUpdater.h"
 #include "common/math/AeResult.h"
@@ -99,8 +100,7 @@ void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
   if (count(appMeta, tags::MTK_3A_AWB_STATS_DATA) == bytes) {
     copyAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, appMeta, tags::MTK_3A_AWB_STATS_DATA);
   } else {
-    static constexpr std::array<std::uint8_t, kMostBytes> kZeros{};
-    writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, std::span(kZeros).first(bytes));
+    writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, std::vector<std::uint8_t>(bytes));
   }
 }
 

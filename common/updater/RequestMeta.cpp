@@ -4,11 +4,11 @@
 #include <string_view>
 
 #include "common/HeskParameterUpdater.h"
+#include "common/Product.h"
 #include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
 #include "common/tags/ModeBits.h"
 #include "common/updater/Events.h"
-#include "common/updater/Product.h"
 #include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
 

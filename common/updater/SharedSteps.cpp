@@ -1,10 +1,10 @@
 #include "common/updater/SharedSteps.h"
 
+#include "common/Product.h"
 #include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
 #include "common/updater/CameraProviderService.h"
 #include "common/updater/Events.h"
-#include "common/updater/Product.h"
 
 namespace hesk {
 
