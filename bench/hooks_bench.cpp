@@ -1,43 +1,35 @@
-// The hooks as the pipeline calls them, on requests of 60 entries, and the log gate.
+// The hooks as the pipeline calls them, on requests of 60 entries, each beside its floor.
 //
-// Every hook row works on a container that it has worked on before, so that it times the hook and
-// not the container's growth.
-
-#include <benchmark/benchmark.h>
+// Every row works on containers that it has worked on before, so that it times the hook and not the
+// containers' growth.
 
 #include <cstdint>
-#include <cstring>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
+#include "bench/Cells.h"
+#include "bench/Floors.h"
+#include "bench/Scene.h"
+#include "bench/Tables.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/HeskSensorModeControl.h"
-#include "common/log/Log.h"
 #include "common/tags/Metadata.h"
 #include "host/ImageStream.h"
+#include "host/MetadataAccess.h"
 #include "host/Phone.h"
 
+namespace bench {
 namespace {
 
 using namespace hesk;
 using NSCam::IMetadata;
 
-constexpr log::Source kSource{"HeskBench", "bench/hooks_bench.cpp"};
-constexpr log::Operation kOperation{kSource, "bench"};
-
-/// A phone of the maker's app, its effects not recorded and its log closed.
-struct QuietPhone {
-  QuietPhone() {
-    phone.eventStore.set("APP_TYPE", "heskCamera");
-    phone.eventStore.set("APP_NAME", "heskCamera");
-    phone.properties.set("ro.product.model.zdm", "KX0107");
-    phone.effects.setRecording(false);
-    host::LogSink::openLevels({});
-  }
-  host::Phone phone;
-};
-
-/// A request of 60 entries: what the app's preview sends, and tags that no hook looks at.
+/// 60 entries: what the app's preview sends, and tags that no hook looks at.
 IMetadata requestOf(std::uint8_t captureIntent) {
   IMetadata request;
   write(&request, tags::ANDROID_CONTROL_CAPTURE_INTENT, captureIntent);
@@ -54,220 +46,183 @@ IMetadata requestOf(std::uint8_t captureIntent) {
   return request;
 }
 
-/// What moving so many bytes cannot be faster than.
-void copyBytes(benchmark::State& state, std::size_t size) {
-  const std::vector<char> from(size, 1);
-  std::vector<char> to(size);
-  for ([[maybe_unused]] auto _ : state) {
-    std::memcpy(to.data(), from.data(), size);
-    benchmark::ClobberMemory();
+/// A hook, what it is called on, and its floor.
+struct Row {
+  std::string name;
+  std::function<void(Scene&)> prepare;
+  void (*floor)(Scene&);
+  void (*hook)(Scene&);
+};
+
+/// The tags of every container of a scene after a run, each with its count of items.
+using Shape = std::vector<std::pair<std::uint32_t, std::size_t>>;
+
+Shape shapeAfter(const Row& row, void (*run)(Scene&)) {
+  Scene scene;
+  row.prepare(scene);
+  run(scene);
+  Shape shape;
+  for (const IMetadata* metadata : {&scene.app, &scene.hal, &scene.out}) {
+    for (const auto* entry : host::MetadataAccess::entriesByTag(*metadata)) {
+      shape.emplace_back(entry->tag(), entry->count());
+    }
+  }
+  return shape;
+}
+
+/// A floor that writes other tags than its hook is not its floor.
+void checkFloor(const Row& row) {
+  if (shapeAfter(row, row.floor) == shapeAfter(row, row.hook)) return;
+  std::fprintf(stderr, "%s: the floor writes other tags than the hook\n", row.name.c_str());
+  std::abort();
+}
+
+enum class Logs { off, on };
+
+void addCellOf(const Row& row, CellName name, void (*run)(Scene&), Cache cache, Logs logs) {
+  addCell(std::move(name), cache, [=](Stopwatch& time) {
+    Scene scene;
+    row.prepare(scene);
+    run(scene);
+    if (logs == Logs::off) {
+      time(1, [&] { run(scene); });
+      return;
+    }
+    host::LogSink::openLevels({'D', 'E', 'I'});
+    time(1, [&] {
+      run(scene);
+      scene.phone.log.take();
+    });
+  });
+}
+
+void preparePreview(Scene& scene) { scene.app = requestOf(1); }
+
+void prepareStill(Scene& scene) {
+  scene.app = requestOf(2);
+  write(&scene.app, tags::HESK_CONTROL_HISFRAME, 4, 0);
+}
+
+void prepareSession(Scene& scene) {
+  scene.app = requestOf(1);
+  for (const std::int64_t id : {0, 1, 2}) {
+    const std::uint64_t usage = id == 2 ? GRALLOC_USAGE_HW_VIDEO_ENCODER : 0;
+    scene.streams.emplace(id, new host::ImageStream(id, usage, {3840, 2160}));
   }
 }
 
-void runHook(benchmark::State& state, IMetadata request) {
-  const QuietPhone quiet;
-  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
-  unsigned int requestNo = 0;
-  for ([[maybe_unused]] auto _ : state) updater->updateRequestMeta(&request, ++requestNo);
+void prepareResult(Scene& scene) {
+  scene.phone.eventStore.set("APP_NAME", "VideoNight");
+  scene.phone.eventStore.set("HESK_ISO", "400");
+  scene.phone.eventStore.set("HESK_EXP", "33333");
+  scene.phone.eventStore.set("HESK_EV", "-0.3");
+  scene.app = requestOf(1);
+  write(&scene.app, tags::COM_HESK_SCENETYPE, 128);
 }
 
-void previewRequest(benchmark::State& state) { runHook(state, requestOf(1)); }
-BENCHMARK(previewRequest);
-
-/// The metadata operations that the preview request needs, without anything around them: what the
-/// hook is measured against.
-void metadataOperationsOfAPreview(benchmark::State& state) {
-  const QuietPhone quiet;
-  IMetadata request = requestOf(1);
-  const auto look = [&](auto tag) { benchmark::DoNotOptimize(&request.entryFor(tag.value)); };
-  const auto take = [&]<typename T>(Tag<T> tag) {
-    benchmark::DoNotOptimize(request.entryFor(tag.value).itemAt(0, NSCam::Type2Type<T>{}));
-  };
-  const auto put = [&]<typename T>(Tag<T> tag, T item) {
-    IMetadata::IEntry entry(tag.value);
-    entry.push_back(item, NSCam::Type2Type<T>{});
-    request.update(tag.value, std::move(entry));
-  };
-  for ([[maybe_unused]] auto _ : state) {
-    look(tags::HESK_CONTROL_FPS_RANGE_MAX);
-    // The calling app.
-    look(tags::HESK_CONTROL_FPS_RANGE_MAX);
-    take(tags::HESK_CONTROL_CURRENTMODE);
-    look(tags::HESK_CONTROL_VIDEOMODE);
-    take(tags::COM_HESK_CURRENTUIMODULE);
-    look(tags::HESK_CONTROL_NIGHTMODE);
-    // The camera app's mode.
-    take(tags::COM_HESK_CURRENTUIMODULE);
-    take(tags::HESK_CONTROL_CURRENTMODE);
-    look(tags::HESK_CONTROL_EISENABLE);
-    look(tags::HESK_CONTROL_NATIVEMODE);
-    look(tags::HESK_CONTROL_ISSECONDSNAPSHOT);
-    look(tags::HESK_CONTROL_VIDEOMODE);
-    // What is said by hand.
-    look(tags::ANDROID_SENSOR_EXPOSURE_TIME);
-    look(tags::ANDROID_SENSOR_SENSITIVITY);
-    look(tags::HESK_CONTROL_ALGO_OVERRIDE);
-    look(tags::HESK_CONTROL_COLOURTEMPERATURE);
-    take(tags::COM_HESK_CURRENTUIMODULE);
-    look(tags::HESK_CONTROL_MOTIONLEVEL);
-    look(tags::HESK_CONTROL_ISSECONDSNAPSHOT);
-    // The request.
-    put(tags::MTK_CONTROL_SELECTED_STREAM_ID, -1);
-    take(tags::HESK_CONTROL_CURRENTMODE);
-    take(tags::COM_HESK_CURRENTUIMODULE);
-    take(tags::ANDROID_CONTROL_CAPTURE_INTENT);
-    take(tags::HESK_CONTROL_ZOOM_ZOOM_RATIO);
-    request.update(tags::MTK_CONTROL_RAW_TYPE.value,
-                   IMetadata::IEntry(tags::MTK_CONTROL_RAW_TYPE.value));
-    look(tags::HESK_CONTROL_VIDEO_HDR);
-    look(tags::HESK_CONTROL_FPS_RANGE_MAX);
-  }
-}
-BENCHMARK(metadataOperationsOfAPreview);
-
-void stillCaptureRequest(benchmark::State& state) {
-  IMetadata request = requestOf(2);
-  write(&request, tags::HESK_CONTROL_HISFRAME, 4, 0);
-  runHook(state, std::move(request));
-}
-BENCHMARK(stillCaptureRequest);
-
-constexpr std::size_t kAwbBytes = 73'728;
-constexpr std::size_t kStaticBytes = 4'096;
-constexpr std::size_t kCaptureBytes = kAwbBytes + kStaticBytes + 884 * sizeof(float) + 2'080;
-
-/// A raw capture at full size: shading from 3A, statistics, static bytes, phase detection.
-void rawCapture(benchmark::State& state) {
-  QuietPhone quiet;
-  host::DeviceConfig& device = quiet.phone.config.devices[0];
+/// At full size: shading from 3A, statistics, static bytes, phase detection.
+void prepareRawCapture(Scene& scene) {
+  constexpr std::size_t kAwbBytes = 73'728;
+  constexpr std::size_t kStaticBytes = 4'096;
+  host::DeviceConfig& device = scene.phone.config.devices[kRawSensor];
   write(&device.statics, tags::COM_HESK_PDBUFFERTYPE, 2);
   write(&device.statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION, NSCam::MRect{0, 0, 4000, 3000});
   writeAll(&device.statics, tags::MTK_RAW_ALGO_STATIC_INFO,
            std::vector<std::uint8_t>(kStaticBytes, 1));
   device.sensor.emplace().pdSupported = 1;
-  IMetadata app = requestOf(2);
-  write(&app, tags::HESK_CONTROL_CURRENTMODE, std::int64_t{0x40000});
-  write(&app, tags::MTK_3A_AWB_STATS_SIZE, static_cast<std::int32_t>(kAwbBytes));
-  writeAll(&app, tags::MTK_3A_AWB_STATS_DATA, std::vector<std::uint8_t>(kAwbBytes, 1));
-  IMetadata hal;
-  write(&hal, tags::MTK_HAL_REQUEST_SENSOR_ID, 0);
-  write(&hal, tags::MTK_P1NODE_SCALAR_CROP_REGION, NSCam::MRect{0, 0, 4000, 3000});
-  IMetadata out;
-  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
-  for ([[maybe_unused]] auto _ : state) updater->updateCaptureRawParameter(&app, &hal, &out);
+  scene.app = requestOf(2);
+  write(&scene.app, tags::HESK_CONTROL_CURRENTMODE, std::int64_t{0x40000});
+  write(&scene.app, tags::MTK_3A_AWB_STATS_SIZE, static_cast<std::int32_t>(kAwbBytes));
+  writeAll(&scene.app, tags::MTK_3A_AWB_STATS_DATA, std::vector<std::uint8_t>(kAwbBytes, 1));
+  write(&scene.hal, tags::MTK_HAL_REQUEST_SENSOR_ID, kRawSensor);
+  write(&scene.hal, tags::MTK_P1NODE_SCALAR_CROP_REGION, NSCam::MRect{0, 0, 4000, 3000});
 }
-BENCHMARK(rawCapture);
 
-/// The bytes of a raw capture, copied.
-void copyOfARawCapturesBytes(benchmark::State& state) { copyBytes(state, kCaptureBytes); }
-BENCHMARK(copyOfARawCapturesBytes);
-
-constexpr std::size_t kTuningBytes = 2'000'000;
-
-void tuningData(benchmark::State& state) {
-  QuietPhone quiet;
-  quiet.phone.config.tuningBuffer = {.fd = 3, .bufferSize = kTuningBytes, .bufferIndex = 1};
-  std::vector<char> data(kTuningBytes, 1);
-  IMetadata meta;
-  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
-  for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(updater->updateTuningData(&meta, data.data(), kTuningBytes));
-  }
+void prepareRegion(Scene& scene) {
+  scene.phone.config.sat.cameras = {{.id = 0, .role = 0, .fov = 80.0F}};
+  scene.app = requestOf(1);
+  write(&scene.app, Tag<std::int32_t>{0xc00e0017}, 10, 20, 30, 40);
 }
-BENCHMARK(tuningData);
 
-void copyOfTuningData(benchmark::State& state) { copyBytes(state, kTuningBytes); }
-BENCHMARK(copyOfTuningData);
-
-void sessionOfThreeStreams(benchmark::State& state) {
-  const QuietPhone quiet;
-  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
-  IMetadata session = requestOf(1);
-  HeskParameterUpdater::ImageStreams streams;
-  for (const std::int64_t id : {0, 1, 2}) {
-    const std::uint64_t usage = id == 2 ? GRALLOC_USAGE_HW_VIDEO_ENCODER : 0;
-    streams.emplace(id, new host::ImageStream(id, usage, {3840, 2160}));
-  }
-  for ([[maybe_unused]] auto _ : state) updater->updateSessionParams(&session, streams);
+void prepareTuningData(Scene& scene) {
+  scene.phone.config.tuningBuffer = {.fd = 3, .bufferSize = kTuningBytes, .bufferIndex = 1};
+  scene.bytes.assign(kTuningBytes, 1);
 }
-BENCHMARK(sessionOfThreeStreams);
 
-/// What of that the caller's copy of the map takes.
-void copyOfThreeStreams(benchmark::State& state) {
-  HeskParameterUpdater::ImageStreams streams;
-  for (const std::int64_t id : {0, 1, 2}) {
-    streams.emplace(id, new host::ImageStream(id, 0, {3840, 2160}));
-  }
-  for ([[maybe_unused]] auto _ : state) {
-    HeskParameterUpdater::ImageStreams copied(streams);
-    benchmark::DoNotOptimize(copied);
-  }
+/// The longest list of rules, none of which matches, on a session that has all they ask for.
+void prepareDecision(Scene& scene) {
+  scene.phone.properties.set("ro.product.model.zdm", "KX0105");
+  scene.app = requestOf(1);
+  write(&scene.app, tags::HESK_CONTROL_EISENABLE, 3);
+  write(&scene.app, tags::MTK_STREAMING_FEATURE_HFPS_MODE, 1);
+  write(&scene.app, tags::HESK_CONTROL_VIDEOALGOTYPE, 3);
 }
-BENCHMARK(copyOfThreeStreams);
 
-void result(benchmark::State& state) {
-  QuietPhone quiet;
-  quiet.phone.eventStore.set("APP_NAME", "VideoNight");
-  quiet.phone.eventStore.set("HESK_ISO", "400");
-  quiet.phone.eventStore.set("HESK_EXP", "33333");
-  quiet.phone.eventStore.set("HESK_EV", "-0.3");
-  HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(0);
-  IMetadata result = requestOf(1);
-  write(&result, tags::COM_HESK_SCENETYPE, 128);
-  unsigned int requestNo = 0;
-  for ([[maybe_unused]] auto _ : state) updater->updateResultMeta(&result, ++requestNo);
-}
-BENCHMARK(result);
+HeskParameterUpdater& updater(int sensor) { return *HeskParameterUpdater::createInstance(sensor); }
 
-/// The longest list of rules, none of which matches, on metadata that has everything they ask for.
-void decisionWithoutMatch(benchmark::State& state) {
-  QuietPhone quiet;
-  quiet.phone.properties.set("ro.product.model.zdm", "KX0105");
-  IMetadata session = requestOf(1);
-  write(&session, tags::HESK_CONTROL_EISENABLE, 3);
-  write(&session, tags::MTK_STREAMING_FEATURE_HFPS_MODE, 1);
-  write(&session, tags::HESK_CONTROL_VIDEOALGOTYPE, 3);
-  const auto info = std::make_shared<HeskSensorModeControl::StreamInfo>();
-  for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(
-        HeskSensorModeControl::createInstance(1)->decideSensorScenario(&session, info));
-  }
-}
-BENCHMARK(decisionWithoutMatch);
-
-void copyOfARequest(benchmark::State& state) {
-  const IMetadata request = requestOf(1);
-  for ([[maybe_unused]] auto _ : state) {
-    IMetadata copied(request);
-    benchmark::DoNotOptimize(copied);
-  }
-}
-BENCHMARK(copyOfARequest);
-
-void closedLogGate(benchmark::State& state) {
-  const QuietPhone quiet;
-  int value = 0;
-  for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(++value);
-    HESK_LOGD(kOperation)("[%s] value %d", value);
-    benchmark::ClobberMemory();
-  }
-}
-BENCHMARK(closedLogGate);
-
-/// What a closed gate cannot be faster than.
-[[gnu::noinline]] bool isByteSet(const unsigned char* byte) { return (*byte & 0x80U) != 0; }
-
-void callThatTestsOneByte(benchmark::State& state) {
-  const QuietPhone quiet;
-  const auto* byte = reinterpret_cast<const unsigned char*>(g_logInfoLv) + 6;
-  int value = 0;
-  for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(++value);
-    benchmark::DoNotOptimize(isByteSet(byte));
-    benchmark::ClobberMemory();
-  }
-}
-BENCHMARK(callThatTestsOneByte);
+const Row kRows[] = {
+    {"preview request", preparePreview, previewFloor,
+     [](Scene& scene) {
+       updater(kPreviewSensor).updateRequestMeta(&scene.app, ++scene.requestNo);
+     }},
+    {"still-capture request", prepareStill, stillFloor,
+     [](Scene& scene) { updater(kStillSensor).updateRequestMeta(&scene.app, ++scene.requestNo); }},
+    {"session of three streams", prepareSession, sessionFloor,
+     [](Scene& scene) { updater(kSessionSensor).updateSessionParams(&scene.app, scene.streams); }},
+    {"result", prepareResult, resultFloor,
+     [](Scene& scene) { updater(kResultSensor).updateResultMeta(&scene.app, ++scene.requestNo); }},
+    {"raw capture, full size", prepareRawCapture, rawCaptureFloor,
+     [](Scene& scene) {
+       updater(kRawSensor).updateCaptureRawParameter(&scene.app, &scene.hal, &scene.out);
+     }},
+    {"decision, no rule matches", prepareDecision, decisionFloor,
+     [](Scene& scene) {
+       benchmark::DoNotOptimize(HeskSensorModeControl::createInstance(kDecisionSensor)
+                                    ->decideSensorScenario(&scene.app, scene.info));
+     }},
+    {"result region", prepareRegion, regionFloor,
+     [](Scene& scene) {
+       updater(kResultSensor).translateResultRegionForHesk(&scene.app, 80.0F, 0, 0xc00e0017L);
+     }},
+    {"tuning data, 2 MB", prepareTuningData, tuningFloor,
+     [](Scene& scene) {
+       updater(kRawSensor).updateTuningData(&scene.app, scene.bytes.data(), kTuningBytes);
+     }},
+};
 
 }  // namespace
+
+void addHookCells() {
+  for (const Row& row : kRows) checkFloor(row);
+  for (const Cache cache : {Cache::warm, Cache::cold}) {
+    for (const Logs logs : {Logs::off, Logs::on}) {
+      for (const Row& row : kRows) {
+        std::string name = row.name;
+        if (logs == Logs::on) name += ", logs on";
+        if (cache == Cache::cold) name += ", cold";
+        addCellOf(row, {kHookTable, name, kFloorColumn}, row.floor, cache, Logs::off);
+        addCellOf(row, {kHookTable, name, kHookColumn}, row.hook, cache, logs);
+      }
+    }
+  }
+  for (const Row& row : kRows) {
+    addTarget({.text = row.name + ": at most 1.5 times its floor",
+               .cell = {kHookTable, row.name, kHookColumn},
+               .kind = Target::Kind::atMostTimes,
+               .bound = 1.5});
+  }
+  for (const char* name :
+       {"preview request", "still-capture request", "session of three streams", "result"}) {
+    addTarget({.text = std::string(name) + ": no allocation but its floor's",
+               .cell = {kHookTable, name, kHookColumn},
+               .kind = Target::Kind::atMostAllocationsAbove,
+               .bound = 0});
+  }
+  addTarget({.text = "ns: a preview request of 60 entries, at most 5000; a frame at 240 fps lasts "
+                     "4.17 ms",
+             .cell = {kHookTable, "preview request", kHookColumn},
+             .kind = Target::Kind::atMostNs,
+             .bound = 5000});
+}
+
+}  // namespace bench
