@@ -48,7 +48,7 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS (item 0, mm), each 0 where absent.
   static HeskParameterUpdater* createInstance(int instanceId);
 
-  /// The session hook: called once for every stream configuration, on the updater of the configured
+  /// The session hook, called once for every stream configuration, on the updater of the configured
   /// sensor. Rewrites `sessionMeta`, the app's session parameters, in place. What it reads of a
   /// null one is -1, the frame rates too. Null streams are passed over.
   ///
@@ -83,7 +83,7 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// Reads the event store's "APP_TYPE" and "APP_NAME" and the property ro.product.model.zdm.
   void updateSessionParams(NSCam::IMetadata* sessionMeta, ImageStreams streams);
 
-  /// The request hook: called once for every capture request, on the updater of the request's
+  /// The request hook, called once for every capture request, on the updater of the request's
   /// sensor, before the request enters the pipeline. Rewrites `meta`, the request's app metadata,
   /// in place.
   ///
@@ -92,12 +92,12 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///  - for the app names "TikTok" and "TikTokExternal" writes
   ///    ANDROID_STATISTICS_FACE_DETECT_MODE = 1; for "Production" on sensor 2
   ///    ANDROID_CONTROL_SCENE_MODE = 9;
-  ///  - limits the range of other makers' apps to what the camera provider service says, as the
-  ///    session hook does; that of communication apps and of photos, mode bit 5 and UI module 24 to
-  ///    5 to 24 frames a second, or to the properties vendor.debug.camera.fps.low and .max, which
-  ///    limit every request; pins it in night mode (HESK_CONTROL_NIGHTMODE 1) to a
-  ///    HESK_CONTROL_FPS_RANGE_MAX of 12, 15 or 24, unless it was limited: then the pinned pair
-  ///    stands behind the limit;
+  ///  - limits the range of other makers' apps to what the camera provider service says, and notes
+  ///    it in HESK_CONTROL_FPSLIMITTYPE, as the session hook does; that of communication apps and
+  ///    of photos, mode bit 5 and UI module 24 to 5 to 24 frames a second, or to the properties
+  ///    vendor.debug.camera.fps.low and vendor.debug.camera.fps.max, which limit every request;
+  ///    pins it in night mode (HESK_CONTROL_NIGHTMODE 1) to a HESK_CONTROL_FPS_RANGE_MAX of 12, 15
+  ///    or 24, unless it was limited: then the pinned pair stands behind the limit;
   ///  - for the app type "heskCamera" sets the event store's "APP_NAME" to the tuning profile of
   ///    the app's mode (HESK_CONTROL_CURRENTMODE, COM_HESK_SCENETYPE, HESK_CONTROL_NATIVEMODE,
   ///    HESK_CONTROL_ISSECONDSNAPSHOT, HESK_CONTROL_VIDEOMODE, HESK_CONTROL_NIGHTMODE,
@@ -106,12 +106,14 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///    MTK_HESK_SUPER_NIGHT_ON = 1 on super-night captures and, for video, HESK_EISSTATE from
   ///    HESK_CONTROL_EISENABLE. For "engcamera" and HESK_CONTROL_ENGTESTITEM 8 the profile is
   ///    "OISTest";
-  ///  - publishes in the event store, as decimal texts, what the request holds of exposure time
-  ///    ("MTK_EXPTIME", ns), sensitivity ("MTK_ISO"), colour temperature and white-balance mode
+  ///  - publishes in the event store, as decimal texts, what the request holds of
+  ///    ANDROID_SENSOR_EXPOSURE_TIME ("MTK_EXPTIME", ns), ANDROID_SENSOR_SENSITIVITY ("MTK_ISO"),
+  ///    HESK_CONTROL_COLOURTEMPERATURE and with it ANDROID_CONTROL_AWB_MODE
   ///    ("HESK_COLOURTEMPERATURE", "MTK_AWBMODE"), UI module ("HESK_CURRENTUIMODE"), second
-  ///    snapshot ("HESK_ISSECONDSNAPSHOT") and, always, motion level ("HESK_MOTIONLEVEL", -1 where
-  ///    absent); writes HESK_CONTROL_EXPTIME outside the professional modes, HESK_CONTROL_ISO and
-  ///    MTK_CONTROL_CAPTURE_REMOSAIC_EN, a copy of HESK_CONTROL_ALGO_OVERRIDE;
+  ///    snapshot ("HESK_ISSECONDSNAPSHOT") and, always, HESK_CONTROL_MOTIONLEVEL
+  ///    ("HESK_MOTIONLEVEL", -1 where absent); writes HESK_CONTROL_EXPTIME unless "APP_MODE" is
+  ///    "Professional", HESK_CONTROL_ISO and MTK_CONTROL_CAPTURE_REMOSAIC_EN, a copy of
+  ///    HESK_CONTROL_ALGO_OVERRIDE;
   ///  - writes MTK_CONTROL_SELECTED_STREAM_ID, the last configured stream that
   ///    HESK_CONTROL_STREAM_FLAGS marks, -1 for none;
   ///  - in multi-camera sessions writes MTK_HESK_MULTICAM_ENABLE;
@@ -122,10 +124,12 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///    reads ANDROID_CONTROL_ENABLE_ZSL, HESK_CONTROL_HISFRAME, HESK_CONTROL_CURRENTMODE,
   ///    ANDROID_FLASH_MODE and HESK_CONTROL_ALGO_OVERRIDE; writes MTK_HESK_NON_ZSL_CAPTURE,
   ///    MTK_HESK_FRAME_COUNT, MTK_HESK_FRAME_INDEX, MTK_HESK_NO_VIDEO_STREAM,
-  ///    MTK_HESK_STILL_CAPTURE, MTK_HAL_REQUEST_CAPTURE_FLAG0 and FLAG1, MTK_HESK_CAPTURE_COUNT,
-  ///    HESK_CONTROL_DUMPPATH (the local time as text with its zero) and
+  ///    MTK_HESK_STILL_CAPTURE, MTK_HAL_REQUEST_CAPTURE_FLAG0 and MTK_HAL_REQUEST_CAPTURE_FLAG1,
+  ///    MTK_HESK_CAPTURE_COUNT, HESK_CONTROL_DUMPPATH (the local time as text with its zero) and
   ///    HESK_CONTROL_MULTICAM_FEATURE_MODE; announces a burst's non-zero-shutter-lag frames to 3A
-  ///    (control 541). The book keeps the first 1,024 frames of a burst; a longer one is logged;
+  ///    (control 541), in multi-camera sessions to that of the camera that the device's static
+  ///    ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS begins with. The book keeps the first 1,024
+  ///    frames of a burst; a longer one is logged;
   ///  - writes MTK_CONTROL_RAW_TYPE: 60 for a zoomed (HESK_CONTROL_ZOOM_ZOOM_RATIO above 1)
   ///    super-moon request, else without item;
   ///  - caps the range's upper bound at 29 in dual-camera sessions of product KX0102;
@@ -138,7 +142,7 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// Reads the event store's "APP_TYPE" and "APP_NAME" and the property ro.product.model.zdm.
   void updateRequestMeta(NSCam::IMetadata* meta, unsigned int requestNo);
 
-  /// The result hook: called once for every result, on the updater of the result's sensor. Adds to
+  /// The result hook, called once for every result, on the updater of the result's sensor. Adds to
   /// `result`, the result's metadata.
   ///
   /// In this order it
@@ -149,10 +153,11 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///    "HESK_VIDEONRRECOMMAND" (0);
   ///  - sets the event store's "PREVIEW_SCENEMODE" to "128" where COM_HESK_SCENETYPE is 128, to "0"
   ///    where it is another;
-  ///  - writes HESK_RESULT_PAIR_FIRST and SECOND and MTK_HESK_RESULT_LUX_INDEX. Where
-  ///    HESK_CONTROL_PAIR_SOURCE is 1 they are HESK_CONTROL_PAIR_INPUT and MTK_3A_AE_LUX_INDEX;
-  ///    where it is 0 or absent, the sensor's fixed pair and the platform's 0x8006001a (int32);
-  ///    else none is written. No lux value is written where its source is absent;
+  ///  - writes HESK_RESULT_PAIR_FIRST, HESK_RESULT_PAIR_SECOND and MTK_HESK_RESULT_LUX_INDEX.
+  ///    Where HESK_CONTROL_PAIR_SOURCE is 1 they are HESK_CONTROL_PAIR_INPUT and
+  ///    MTK_3A_AE_LUX_INDEX; where it is 0 or absent, the sensor's fixed pair and the platform's
+  ///    0x8006001a (int32); else none is written. No lux value is written where its source is
+  ///    absent;
   ///  - echoes ANDROID_SENSOR_SENSITIVITY in MTK_RAW_ALGO_SENSITIVITY, `requestNo` in
   ///    HESK_CONTROL_REQUESTNO, MTK_3A_AE_CCT_USE_DATA in MTK_RAW_ALGO_AE_CCT_USE_DATA, 0 where
   ///    absent.
@@ -160,7 +165,7 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// Reads the event store's "APP_NAME", too.
   void updateResultMeta(NSCam::IMetadata* result, unsigned int requestNo);
 
-  /// The capture hook: called once for every still-capture frame that goes through the multi-frame
+  /// The capture hook, called once for every still-capture frame that goes through the multi-frame
   /// raw algorithms, on the updater of the sensor that opened the pipeline. `appMeta` is the
   /// frame's app metadata with its 3A results, `halMeta` its HAL metadata, `outMeta` what the raw
   /// algorithms are handed.
@@ -188,15 +193,21 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void updateCaptureRawParameter(NSCam::IMetadata* appMeta, NSCam::IMetadata* halMeta,
                                  NSCam::IMetadata* outMeta);
 
-  /// Writes the frame's 3A state into `outMeta`: HESK_CONTROL_AE_RESULT (22 floats, the order in
-  /// common/math/AeResult.h), MTK_RAW_ALGO_ISLIGHTENV (1 below lux index 311),
-  /// MTK_RAW_ALGO_AWB_GAIN_R, G and B (the inverse of ANDROID_SENSOR_NEUTRAL_COLOR_POINT, infinite
-  /// without one), MTK_RAW_ALGO_AWB_RESULT_INFO, MTK_RAW_ALGO_SENSITIVITY,
-  /// MTK_RAW_ALGO_AWB_OTP_DATA, MTK_RAW_ALGO_AWB_STATS_SIZE and _DATA (zeros where
-  /// MTK_3A_AWB_STATS_DATA has another size; empty, with an error record, for a size below 0 or
-  /// above 73,728), MTK_RAW_ALGO_AE_CCT_USE_DATA. The inputs are the MTK_3A_ tags,
-  /// ANDROID_SENSOR_EXPOSURE_TIME and ANDROID_SENSOR_SENSITIVITY of `appMeta` and
-  /// MTK_3A_AE_ADRC_GAIN of `halMeta`, each 0 where absent.
+  /// Writes the frame's 3A state into `outMeta`:
+  ///  - HESK_CONTROL_AE_RESULT (22 floats, the order in common/math/AeResult.h), from
+  ///    MTK_3A_AE_LUX_INDEX, MTK_3A_AE_EXP_INDEX, MTK_3A_AE_SENSOR_GAIN, MTK_3A_AE_ISP_GAIN and
+  ///    ANDROID_SENSOR_EXPOSURE_TIME of `appMeta` and MTK_3A_AE_ADRC_GAIN of `halMeta`;
+  ///  - MTK_RAW_ALGO_ISLIGHTENV (1 below lux index 311);
+  ///  - MTK_RAW_ALGO_AWB_GAIN_R, MTK_RAW_ALGO_AWB_GAIN_G and MTK_RAW_ALGO_AWB_GAIN_B, the inverse
+  ///    of ANDROID_SENSOR_NEUTRAL_COLOR_POINT, infinite without one;
+  ///  - MTK_RAW_ALGO_AWB_STATS_SIZE and as many bytes of MTK_RAW_ALGO_AWB_STATS_DATA, from
+  ///    MTK_3A_AWB_STATS_SIZE and MTK_3A_AWB_STATS_DATA: zeros where the data has another size;
+  ///    empty, with an error record, for a size below 0 or above 73,728;
+  ///  - copies: MTK_RAW_ALGO_SENSITIVITY of ANDROID_SENSOR_SENSITIVITY, and the namesakes of
+  ///    MTK_3A_AWB_RESULT_INFO, MTK_3A_AWB_OTP_DATA and MTK_3A_AE_CCT_USE_DATA,
+  ///    MTK_RAW_ALGO_AWB_RESULT_INFO, MTK_RAW_ALGO_AWB_OTP_DATA and MTK_RAW_ALGO_AE_CCT_USE_DATA.
+  ///
+  /// Without container it is of `appMeta`. Each is 0 where absent.
   void update3ACaptureRawParameter(NSCam::IMetadata* appMeta, NSCam::IMetadata* halMeta,
                                    NSCam::IMetadata* outMeta);
 
@@ -210,13 +221,14 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// argument does not count.
   static bool isNeedRawAlgo(NSCam::IMetadata* appMeta, NSCam::IMetadata* outMeta, int unused);
 
-  /// Writes MTK_RAW_ALGO_CAMERA_ROLE: the camera's role in the zoom transition.
+  /// Writes the camera's role in the zoom transition to MTK_RAW_ALGO_CAMERA_ROLE.
   void setCameraRole(NSCam::IMetadata* outMeta, int cameraId);
 
-  /// Writes MTK_RAW_ALGO_SAT_CROP_REGION: MTK_P1NODE_SCALAR_CROP_REGION of `halMeta` in the shape
-  /// of the preview, against the active array as the preview sees it. The array is that of
-  /// MTK_MULTICAM_REAL_MASTER_ID, by default of the updater's own sensor. Writes nothing, with an
-  /// error record, without HESK_CONTROL_CURRENTMODE in `appMeta` or without a crop.
+  /// Writes MTK_P1NODE_SCALAR_CROP_REGION of `halMeta` in the shape of the preview, against the
+  /// active array as the preview sees it, to MTK_RAW_ALGO_SAT_CROP_REGION. The array is the static
+  /// MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION of MTK_MULTICAM_REAL_MASTER_ID of `halMeta`, by default of
+  /// the updater's own sensor. Writes nothing, with an error record, without
+  /// HESK_CONTROL_CURRENTMODE in `appMeta` or without a crop.
   void setSATCropInfo(NSCam::IMetadata* appMeta, NSCam::IMetadata* halMeta,
                       NSCam::IMetadata* outMeta);
 
@@ -248,8 +260,9 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// is null.
   void matchAspectRatio(const NSCam::MSize* reference, NSCam::MSize* size);
 
-  /// A debugging aid: where the property vendor.camera.dumprawhifmetadata is true and `meta` is of
-  /// a still capture (ANDROID_CONTROL_CAPTURE_INTENT 2), writes `meta` as text to
+  /// A debugging aid that writes the metadata of still captures to files. Where the property
+  /// vendor.camera.dumprawhifmetadata is true and `meta` is of a still capture
+  /// (ANDROID_CONTROL_CAPTURE_INTENT 2) it writes all of `meta` as text to
   ///
   ///     /data/vendor/camera/NAME_metadata_[FRAME]_YYYYMMDDHHMMSS.txt
   ///

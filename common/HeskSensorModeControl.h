@@ -65,8 +65,9 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   /// HESK_CONTROL_NIGHTMODE (int32 items), and the video flag and size of `info`.
   int specialCustomize(NSCam::IMetadata* meta, std::shared_ptr<StreamInfo> info);
 
-  /// Loads the rules of the product for a sensor, with or without video stream, and forgets what
-  /// was selected. No rules for other products and sensors than the tables have.
+  /// Loads the rules of the product, which it asks `getProductName` for, for a sensor, with or
+  /// without video stream, and forgets what was selected. No rules for other products and sensors
+  /// than the tables have.
   void getSensorModeTable(int sensorId, bool isVideoMode);
 
   /// Reads the product's name, cut to 31 characters, from the property ro.product.model.zdm,
@@ -81,24 +82,27 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   /// does not do. Reads what the other filters read.
   void getSensorModeCfgByMultiCondition(NSCam::IMetadata* meta);
 
-  // The others take the first rule of one condition that matches
+  // The others look at the rules of one condition alone.
 
-  /// HESK_CONTROL_EISENABLE (-2 where it is missing).
+  /// Takes the first rule whose eisMode is HESK_CONTROL_EISENABLE, -2 where it is missing.
   void getSensorModeCfgByEisMode(NSCam::IMetadata* meta);
 
-  /// MTK_STREAMING_FEATURE_HFPS_MODE, where that is 1.
+  /// Takes the first rule whose isHfpsMode is 1, where MTK_STREAMING_FEATURE_HFPS_MODE is.
   void getSensorModeCfgByIsHfpsMode(NSCam::IMetadata* meta);
 
-  /// The event store's "APP_TYPE"; the empty one matches the first rule without app type.
+  /// Takes the first rule whose appType is the event store's "APP_TYPE"; the empty one is that of
+  /// the rules without app type.
   void getSensorModeCfgByApptype();
 
-  /// The upper bound of MTK_CONTROL_AE_TARGET_FPS_RANGE (0 where it is missing).
+  /// Takes the first rule whose fps is the upper bound of MTK_CONTROL_AE_TARGET_FPS_RANGE, 0 where
+  /// it is missing.
   void getSensorModeCfgByFps(NSCam::IMetadata* meta);
 
-  /// HESK_CONTROL_VIDEOALGOTYPE (-2 where it is missing).
+  /// Takes the first rule whose videoAlgoType is HESK_CONTROL_VIDEOALGOTYPE, -2 where it is
+  /// missing.
   void getSensorModeCfgByVideoAlgoType(NSCam::IMetadata* meta);
 
-  /// COM_HESK_CURRENTUIMODULE (-2 where it is missing).
+  /// Takes the first rule whose uiMode is COM_HESK_CURRENTUIMODULE, -2 where it is missing.
   void getSensorModeCfgByUiMode(NSCam::IMetadata* meta);
 
  private:
