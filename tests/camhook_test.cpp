@@ -99,6 +99,9 @@ TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
        "camhook: --size: must be WxH, not \"640x480p\"\n"},
       {"decide --product X --sensor 0 --eis 2147483648",
        "camhook: Could not convert: --eis = 2147483648\n"},
+      {"metadata raw_capture.json",
+       "raw_capture.json: line 1: no dump of metadata, which begins with the number of its "
+       "entries\n"},
       {"tags a b", "camhook: The following argument was not expected: b\n"},
       {"replay still_burst.json --data-root /dev/null",
        "camhook: --data-root /dev/null: Not a directory\n"},
@@ -267,7 +270,8 @@ TEST(Camhook, ReferencePageIsTheCatalogue) {
 }
 
 TEST(Camhook, HelpsWithExamples) {
-  for (const char* words : {"--help", "replay --help", "decide --help", "tags --help"}) {
+  for (const char* words :
+       {"--help", "replay --help", "decide --help", "metadata --help", "tags --help"}) {
     const Outcome outcome = camhookWith(words);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_NE(outcome.output.find("Example:\n  camhook "), std::string::npos) << words;

@@ -17,6 +17,7 @@
 
 #include "tools/camhook/DataRoot.h"
 #include "tools/camhook/DecideCommand.h"
+#include "tools/camhook/DumpText.h"
 #include "tools/camhook/InputError.h"
 #include "tools/camhook/Json.h"
 #include "tools/camhook/JsonTrace.h"
@@ -73,16 +74,18 @@ TextTrace::Records recordsFromName(const std::string& level) {
   return TextTrace::Records::none;
 }
 
-Scenario readScenarioFile(const std::string& file) {
+/// What `read` makes of the content of a file. Throws InputError, which names the file.
+template <typename Read>
+auto readFile(const std::string& file, Read read) {
   try {
-    return readScenario(readInput(file));
+    return read(readInput(file));
   } catch (const InputError& error) {
     throw InputError((file == "-" ? "standard input" : printable(file)) + ": " + error.what());
   }
 }
 
 int replay(const ReplayOptions& options) {
-  Scenario scenario = readScenarioFile(options.file);
+  Scenario scenario = readFile(options.file, readScenario);
   const DataRoot dataRoot(options.dataRoot);
   scenario.platform.dataRoot = dataRoot.path().string();
 
@@ -144,6 +147,13 @@ int tags(const TagsOptions& options) {
   return 0;
 }
 
+int metadata(const std::string& file) {
+  const auto read = [](const std::string& text) { return metadataFromDump(text, std::cerr); };
+  writeJson(std::cout, readFile(file, read));
+  std::cout << '\n';
+  return 0;
+}
+
 void addReplay(CLI::App& app, ReplayOptions& options) {
   CLI::App* command = app.add_subcommand("replay", "Run a scenario and show what each hook did");
   command->add_option("FILE", options.file, "The scenario; - reads it from standard input")
@@ -195,8 +205,17 @@ void addDecide(CLI::App& app, DecideArguments& arguments) {
       "Example:\n  camhook decide --product KX0105 --sensor 0 --video --eis 1 --video-algo 0");
 }
 
+void addMetadata(CLI::App& app, std::string& file) {
+  CLI::App* command = app.add_subcommand(
+      "metadata", "Write the metadata of a dump from a phone as a scenario has it");
+  command->add_option("FILE", file, "The dump; - reads it from standard input")->required();
+  command->footer(
+      "Example:\n  camhook metadata 'request_metadata_[12]_20210304050607.txt' > meta.json");
+}
+
 int run(int argc, char** argv) {
   ReplayOptions replayOptions;
+  std::string dumpFile;
   TagsOptions tagsOptions;
   DecideArguments decideArguments;
   CLI::App app("Replays scenarios through the camera hooks and shows what each hook did.",
@@ -208,6 +227,7 @@ int run(int argc, char** argv) {
       "camhook COMMAND --help tells about a command.");
   addReplay(app, replayOptions);
   addDecide(app, decideArguments);
+  addMetadata(app, dumpFile);
   addTags(app, tagsOptions);
   try {
     app.parse(argc, argv);
@@ -218,6 +238,7 @@ int run(int argc, char** argv) {
   }
   if (app.got_subcommand("replay")) return replay(replayOptions);
   if (app.got_subcommand("decide")) return decide(std::move(decideArguments));
+  if (app.got_subcommand("metadata")) return metadata(dumpFile);
   return tags(tagsOptions);
 }
 
