@@ -11,16 +11,16 @@ INTRODUCTION = """# Hooks
 What each exported member reads and writes, itself and in the steps that it calls, found in the code of
 `common/`. Made by `scripts/hook-reference`.
 
-A step is a function of `common/updater/` or `common/sensormode/`; its name finds it. Whether a step is
-taken at all, and what it writes, its contract tells: `common/HeskParameterUpdater.h` and
-`common/HeskSensorModeControl.h`. [tags.md](tags.md) tells what the tags mean; a tag that stands here
-under its value is one of the platform's or the app's that the catalogue does not list.
+To find a tag: [the index of tags](#tags); a key or a property: [the event store](#event-store), [the
+properties](#properties).
+
+Beside a tag stand the steps that read or write it: the functions of `common/updater/` and
+`common/sensormode/` that name it. When a step is taken, and what it writes, the contracts tell, in
+`common/HeskParameterUpdater.h` and `common/HeskSensorModeControl.h`. [tags.md](tags.md) tells what the
+tags mean; a tag that stands here under its value is one that the catalogue does not list.
 
 Containers are named as the member names its parameters; *static* are the static characteristics of a
-device. *any* tag: the entries of a whole container. Every member that logs uses `platform/Log.h`.
-
-To find a tag: [the index of tags](#tags). To find a key or a property: [the event store](#event-store),
-[the properties](#properties).
+device. *any* tag: the entries of a whole container. Left out is the log, which all use.
 """
 
 
