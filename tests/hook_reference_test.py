@@ -56,8 +56,9 @@ SEEN = [
     ("", 'property_get_int32("a.b", 0);\n  hal->control(kOn);\n  log(1);',
      ["- Properties: `a.b`", "- Platform: `IHal::control()`, `log()`"]),
     # What cannot be understood, or is not used, does not pass in silence.
-    ("void step(IMetadata* to) { clear(to, tags::A); }", "", "no exported member is seen to read or write A"),
-    ("", "lookUp(tags::A.value);", "no exported member is seen to read or write A"),
+    ("void step(IMetadata* to) { clear(to, tags::A); }", "", "no exported member is seen to use A"),
+    ("void step() { property_get_bool(\"a.b\", true); }", "", "no exported member is seen to use property_get_bool"),
+    ("", "lookUp(tags::A.value);", "no exported member is seen to use A"),
     ("", "clear(out, somewhere());", "which tag clear is given cannot be told"),
     ("", "clear(mKept, tags::A);", "which container clear is given cannot be told"),
     ("", "meta->entryFor(7);", "entryFor is used through common/tags/Metadata.h alone"),

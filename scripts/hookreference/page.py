@@ -99,7 +99,7 @@ def page(root):
         lines += section(name, purpose(contract, name), found, containers)
         members.append((name, found))
         last_owner = owner
-    uses.check_every_tag_is_understood()
+    uses.check_nothing_is_overlooked()
     lines += ["", "## Tags", "", *table("Tag", "Read by", "Written by")]
     lines += [f"| {tag_cell(tag)} | {read} | {written} |"
               for tag, read, written in index(members, ("read", "write"), tag_order)]

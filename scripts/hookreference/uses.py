@@ -11,8 +11,7 @@ from hookreference.library import fail
 from hookreference.values import KEYWORDS, Body, call_arguments
 from hookreference.vocabulary import ANY, PROPERTIES, UNNAMED, Use, Value
 
-# Listed as properties and containers, not as operations of the platform.
-UNLISTED = {*PROPERTIES, "getStaticCharacteristics"}
+TEXT_USES = {"eventValue": "event read", "setEvent": "event set", **dict.fromkeys(PROPERTIES, "property")}
 
 
 class Uses:
@@ -20,7 +19,7 @@ class Uses:
 
     def __init__(self, library):
         self.library = library
-        self.understood = set()  # tokens of tags that some member reads or writes
+        self.understood = set()  # tokens that some member is seen to use
 
     def of(self, owner, name):
         """The uses of a member, and the names of the containers that it is handed."""
@@ -38,15 +37,16 @@ class Uses:
             raise SystemExit(f"{owner}::{name}: which container a function of a table takes cannot be told")
         return {named(use, containers) for use in walk.uses}, containers
 
-    def check_every_tag_is_understood(self):
-        """No tag stands in the library but where a member has been found to read or write it."""
+    def check_nothing_is_overlooked(self):
+        """No tag, key or property stands in the library but where a member has been seen to use it."""
         for function in self.library.source.functions:
             body = function.body or []
             for index, token in enumerate(body):
                 is_tag = index > 1 and (body[index - 2].text, body[index - 1].text) == ("tags", "::")
                 is_label = index > 2 and body[index - 3].text == "case"
-                if is_tag and not is_label and token not in self.understood:
-                    fail(token, f"no exported member is seen to read or write {token.text} here")
+                is_use = (is_tag and not is_label) or token.text in TEXT_USES
+                if is_use and token not in self.understood:
+                    fail(token, f"no exported member is seen to use {token.text} here")
 
 
 def named(use, containers):
@@ -86,12 +86,8 @@ class Walk:
         if arguments is not None and not is_member:
             if token.text in vocabulary.METADATA:
                 self.metadata(body, token, arguments)
-            for names, kind, texts in ((("eventValue",), "event read", template),
-                                       (("setEvent",), "event set", arguments),
-                                       (PROPERTIES, "property", arguments)):
-                if token.text in names:
-                    self.texts(body, token, kind, texts[:1])
-            if token.text in ("eventValue", "setEvent"):
+            if token.text in TEXT_USES:
+                self.texts(body, token, (template or arguments)[:1])
                 return
         if token.text not in vocabulary.METADATA or is_member:
             callees = body.callees(body.tokens, index)
@@ -105,12 +101,13 @@ class Walk:
     def use(self, kind, name, container, step):
         self.uses.add(Use(kind, name, container, step))
 
-    def texts(self, body, token, kind, parts):
+    def texts(self, body, token, parts):
         found = [v for part in parts for v in body.value(part) if v.kind == "text"]
         if not found:
             fail(token, f"which text {token.text} is given cannot be told")
+        self.understood.add(token)
         for text in found:
-            self.use(kind, text.name, "", text.step)
+            self.use(TEXT_USES[token.text], text.name, "", text.step)
 
     def metadata(self, body, token, arguments):
         name = token.text
@@ -145,8 +142,8 @@ class Walk:
         """An operation of the platform: of those of one name that whose header the file includes."""
         token = body.tokens[index]
         before, qualifier = (body.tokens[index - k].text if index >= k else "" for k in (1, 2))
-        if token.text in UNLISTED or (before == "::" and qualifier == "std"):
-            return
+        if token.text == "getStaticCharacteristics" or (before, qualifier) == ("::", "std"):
+            return  # listed as a container; of the standard library
         found = self.library.operations.get(token.text, [])
         if before == "::" and qualifier in self.library.platform.classes:
             found = [o for o in found if o.owner == qualifier]
