@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Compares the binary interface of a built library with the one on record: abi_test.sh LIBRARY CHECKOUT
+set -euo pipefail
+
+record=$2/common/$(basename "$1" .so).abi
+built=$(mktemp --suffix=.abi)
+trap 'rm -f "$built"' EXIT
+"$2/scripts/describe-abi" "$1" >"$built"
+# Two empty descriptions would be equal.
+for description in "$built" "$record"; do
+  grep -q "<class-decl .* size-in-bits='" "$description" || {
+    echo "$description describes no class"
+    exit 1
+  }
+done
+abidiff --leaf-changes-only --harmless --no-show-locs "$record" "$built" || {
+  echo 'The binary interface is another. Is that meant? ./check --abi records it.'
+  exit 1
+}
