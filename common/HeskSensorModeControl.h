@@ -121,11 +121,10 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   bool select(const SensorModeCfg* rule);
 
   std::int32_t mSensorId = 0;
-  const std::vector<SensorModeCfg>* mLoadedRules =
-      nullptr;                                        // what the first two lists were made of
   std::vector<SensorModeCfg> sensorModeTable;         // loaded rules of one condition
   std::vector<SensorModeCfg> multiConditionTable;     // and of several
   std::vector<SensorModeCfg> selectedSensorModeCfgs;  // what the filters selected
   std::array<char, 32> productName{};
-  hesk::DecisionObserver* mObserver = nullptr;  // the tool's; not owned
+  const std::vector<SensorModeCfg>* mLoadedRules = nullptr;  // what the first two lists hold
+  hesk::DecisionObserver* mObserver = nullptr;               // the tool's; not owned
 };

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 /// One rule: conditions on a stream configuration, and the scenario for one that meets them.
@@ -29,7 +28,7 @@ struct SensorModeCfg {
 
 /// The rules of one product. The order of a list's rows decides between rules that match.
 struct SensorModeTable {
-  std::string_view productName;               // how the product's model name begins
+  const char* productName;                    // how the product's model name begins
   std::vector<SensorModeCfg> sensor0Preview;  // sensor 0, no video stream
   std::vector<SensorModeCfg> sensor0Video;
   std::vector<SensorModeCfg> sensor1Preview;  // sensor 1 is the front camera
