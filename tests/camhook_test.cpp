@@ -29,7 +29,7 @@ struct Outcome {
 /// `input` on standard input.
 Outcome camhookWith(const std::string& words, const std::string& input = "") {
   const std::string command = "exec 2>&1; cd '" + (kRoot / "scenarios").string() +
-                              "' && printf '%s' '" + input + "' | " CAMHOOK_PROGRAM " " + words;
+                              "' && printf '%s' '" + input + "' | " CAMHOOK_COMMAND " " + words;
   FILE* pipe = popen(command.c_str(), "r");
   Outcome outcome;
   std::array<char, 4096> block{};

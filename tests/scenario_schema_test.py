@@ -1,6 +1,8 @@
 """docs/scenario.schema.json accepts the shipped scenarios and refuses what the reader refuses.
 
-scenario_schema_test.py CHECKOUT CAMHOOK
+scenario_schema_test.py CHECKOUT CAMHOOK...
+
+CAMHOOK is the command that runs the tool.
 """
 
 import json
@@ -68,13 +70,13 @@ ACCEPTED = [
 
 def reader_takes(camhook, scenario):
     run = subprocess.run(
-        [camhook, "replay", "-"], input=json.dumps(scenario), text=True, capture_output=True
+        [*camhook, "replay", "-"], input=json.dumps(scenario), text=True, capture_output=True
     )
     return run.returncode == 0
 
 
 def main():
-    checkout, camhook = pathlib.Path(sys.argv[1]), sys.argv[2]
+    checkout, camhook = pathlib.Path(sys.argv[1]), sys.argv[2:]
     schema = json.loads((checkout / "docs/scenario.schema.json").read_text())
     jsonschema.Draft4Validator.check_schema(schema)
     validator = jsonschema.Draft4Validator(schema)
