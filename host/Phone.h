@@ -8,8 +8,8 @@
 // was set on it is gone. Outside any Phone the library runs on a bare one, with nothing set and the
 // log closed.
 //
-// Threads: properties, event store, effects, opened files and log records may be used from any
-// thread while hooks run. `config` is filled before.
+// Threads: properties, event store, effects, opened files, tuning buffers and log records may be
+// used from any thread while hooks run. `config` is filled before.
 
 #pragma once
 

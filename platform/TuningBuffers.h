@@ -15,7 +15,7 @@ struct HIF3ABufferInfo {
 /// Threads: any.
 class Hesk3AInfoManager {
  public:
-  /// Fills `info` with a buffer of at least `requestedSize` bytes, which stays the manager's;
-  /// leaves what it cannot give.
+  /// Fills `info` with a buffer of at least `requestedSize` bytes, which stays the manager's and is
+  /// no other thread's; leaves what it cannot give.
   static void Get3AInfoBuf(HIF3ABufferInfo* info, unsigned int requestedSize);
 };
