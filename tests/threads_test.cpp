@@ -1,17 +1,14 @@
-// What may happen on several threads at once.
+// The making of updaters on several threads at once.
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <barrier>
 #include <set>
-#include <string>
 #include <thread>
 #include <vector>
 
 #include "common/HeskParameterUpdater.h"
 #include "host/Phone.h"
-#include "platform/EventStore.h"
 
 namespace {
 
@@ -46,31 +43,6 @@ TEST(Threads, CreateInstanceConstructsEveryUpdaterOnce) {
     if (record.function == "HeskParameterUpdater") ++constructed;
   }
   EXPECT_EQ(constructed, 11U);
-}
-
-TEST(Threads, UpdatersServeWhileTheAppSetsEventsAndProperties) {
-  host::Phone phone;
-  std::atomic<bool> done = false;
-  std::thread cameraApp([&] {
-    for (int i = 0; !done; ++i) {
-      phone.eventStore.set("APP_NAME", i % 2 == 0 ? "SuperMoon" : "a name too long for its place");
-      phone.properties.set("ro.product.model.zdm", i % 2 == 0 ? "KX0107" : "KX0106");
-    }
-  });
-  std::vector<std::thread> pipelines;
-  pipelines.reserve(11);
-  for (int sensor = 0; sensor <= 10; ++sensor) {
-    pipelines.emplace_back([sensor] {
-      for (unsigned int requestNo = 0; requestNo < 50; ++requestNo) {
-        NSCam::IMetadata request;
-        HeskParameterUpdater::createInstance(sensor)->updateRequestMeta(&request, requestNo);
-        EXPECT_FALSE(request.entryFor(0x0001003a).isEmpty());
-      }
-    });
-  }
-  for (std::thread& pipeline : pipelines) pipeline.join();
-  done = true;
-  cameraApp.join();
 }
 
 }  // namespace
