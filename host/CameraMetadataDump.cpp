@@ -15,6 +15,7 @@
 
 #include "common/tags/TagCatalogue.h"
 #include "host/CameraMetadata.h"
+#include "host/SignlessNan.h"
 
 namespace {
 
@@ -73,7 +74,7 @@ void appendValue(std::string& text, const Entry& entry, std::size_t index) {
   switch (entry.type) {
     case 0: append(text, "%d ", valueAt<std::uint8_t>(entry, index)); break;
     case 1: append(text, "%d ", valueAt<std::int32_t>(entry, index)); break;
-    case 2: append(text, "%.8f ", static_cast<double>(valueAt<float>(entry, index))); break;
+    case 2: append(text, "%.8f ", host::withSignlessNan(valueAt<float>(entry, index))); break;
     case 3:
       append(text, "%lld ", static_cast<long long>(valueAt<std::int64_t>(entry, index)));
       break;

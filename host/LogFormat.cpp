@@ -1,13 +1,13 @@
 // printf's formats, expanded the same way on every machine: addresses as 0x0 and NaNs without a
 // sign. Each conversion is handed to the C library by itself.
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 
 #include "host/LogSink.h"
+#include "host/SignlessNan.h"
 
 namespace host {
 namespace {
@@ -62,7 +62,7 @@ std::string expandFloat(const Conversion& conversion, std::va_list& arguments) {
   const double value = conversion.length == "L"
                            ? static_cast<double>(va_arg(arguments, long double))
                            : va_arg(arguments, double);
-  return printed(conversion.as({conversion.kind}), std::isnan(value) ? std::abs(value) : value);
+  return printed(conversion.as({conversion.kind}), withSignlessNan(value));
 }
 
 std::string expandText(const Conversion& conversion, std::va_list& arguments) {

@@ -7,6 +7,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <sstream>
 #include <string>
 
@@ -66,6 +67,18 @@ TEST_F(MetadataDump, IsOfStillCapturesAlone) {
     EXPECT_EQ(dump(kStill), Files{}) << off;
   }
   EXPECT_TRUE(mPhone.log.take().empty());
+}
+
+TEST_F(MetadataDump, HasNoSignOfWhatIsNoNumber) {
+  // The sign of a computed one is the processor's choice.
+  NSCam::IMetadata metadata = metadataOf(kStill);
+  const float notANumber = std::numeric_limits<float>::quiet_NaN();
+  hesk::write(&metadata, hesk::tags::HESK_CONTROL_PAIR_INPUT, notANumber, -notANumber);
+  camera_metadata buffer(metadata);
+  mUpdater->dumpMetadata(&buffer, "request", 12);
+  std::ostringstream text;
+  text << std::ifstream(onHost(kFile)).rdbuf();
+  EXPECT_TRUE(text.str().ends_with("float[2]\n    [nan nan ]\n")) << text.str();
 }
 
 TEST_F(MetadataDump, OverwritesWithoutCutting) {
