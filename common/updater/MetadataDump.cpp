@@ -47,7 +47,8 @@ bool readIntent(camera_metadata* meta, std::int32_t& intent) {
 DumpPath dumpPathOf(const char* label, int frameNumber) {
   DumpPath path{};
   const int length = formatDumpPath(path, label, frameNumber, currentTimeStamp().data());
-  if (length < 0 || static_cast<std::size_t>(length) >= path.size()) {
+  // As unsigned a negative length is past the end, too.
+  if (static_cast<std::size_t>(length) >= path.size()) {
     HESK_LOGE(kOperation)("[%s] no room for the path of the dump %s", label);
     std::fprintf(stderr,
                  "dumpMetadata: the path of dump \"%s\" has %d characters, at most %zu fit\n",
