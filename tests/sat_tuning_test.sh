@@ -11,14 +11,7 @@ compile() {
     "$checkout/common/sat/SatTables.cpp" 2>&1
 }
 row() { echo "SAT_ROW($1)" >>"$rows"; }
-whole() { # every group of a product with three rows
-  local group
-  : >"$rows"
-  row '"KX0105", 1, 0.1F, 0.1F, 0.1F, 12.0F, 20.0F, 25.0F'
-  for group in 2 3 4 5 6 7; do
-    for _ in 1 2 3; do row "\"KX0105\", $group, 9999.9F, 0.1F"; done
-  done
-}
+whole() { cp "$checkout/tests/support/SatTuning.def" "$rows"; }
 refuses() { # message
   local output
   if output=$(compile) || [[ $output != *"$1"* ]]; then
