@@ -1,4 +1,5 @@
-// The result hook. The video night mode and what 3A leaves unreadable are in the shipped scenarios.
+// The result hook, and the translation of regions. The video night mode and what 3A leaves
+// unreadable are in the shipped scenarios.
 
 #include <gtest/gtest.h>
 
@@ -7,14 +8,20 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "common/math/NumberText.h"
+#include "common/tags/Metadata.h"
 #include "host/Phone.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
 
 namespace {
+
+using namespace hesk;
+using NSCam::IMetadata;
 
 struct Row {
   std::string result;
@@ -47,8 +54,8 @@ TEST(ResultMeta, HoldsThePairAndTheLuxValueOfItsSource) {
   for (const Row& row : rows) {
     const host::Phone phone;
     const TestUpdater updater(row.sensor);
-    NSCam::IMetadata result = metadataOf(row.result);
-    NSCam::IMetadata expected = result;
+    IMetadata result = metadataOf(row.result);
+    IMetadata expected = result;
     expected += metadataOf(R"({"HESK_CONTROL_EXPTIME": 0, "HESK_CONTROL_ISO": 100,
       "HESK_CONTROL_EV": 0, "MTK_RAW_ALGO_SENSITIVITY": 0, "HESK_CONTROL_REQUESTNO": -1,
       "MTK_RAW_ALGO_AE_CCT_USE_DATA": 0})");
@@ -62,7 +69,7 @@ TEST(ResultMeta, ExposureTimeWraps) {
   host::Phone phone;
   phone.eventStore.set("HESK_EXP", "9223372036854775807");
   const TestUpdater updater;
-  NSCam::IMetadata result;
+  IMetadata result;
   updater->updateResultMeta(&result, 1);
   EXPECT_EQ(result.entryFor(0xc0030034).itemAt(0, NSCam::Type2Type<std::int64_t>{}), -1000);
 }
@@ -73,7 +80,7 @@ TEST(ResultMeta, PublishesTheSceneOnlyWhereThereIsOne) {
   for (const char* scene : {"", "[128]", "[]", "[0]", "[]", "[129]"}) {
     const std::string entry =
         scene[0] == '\0' ? "" : R"("COM_HESK_SCENETYPE": )" + std::string(scene);
-    NSCam::IMetadata result = metadataOf("{" + entry + "}");
+    IMetadata result = metadataOf("{" + entry + "}");
     updater->updateResultMeta(&result, 1);
   }
   const auto published = [](const char* value) {
@@ -99,10 +106,52 @@ TEST(ResultMeta, AllocatesNothing) {
   phone.effects.setRecording(false);
   host::LogSink::openLevels({});
   const TestUpdater updater;
-  NSCam::IMetadata result = metadataOf(R"({"COM_HESK_SCENETYPE": 128, "HESK_CONTROL_PAIR_SOURCE": 1,
+  IMetadata result = metadataOf(R"({"COM_HESK_SCENETYPE": 128, "HESK_CONTROL_PAIR_SOURCE": 1,
     "HESK_CONTROL_PAIR_INPUT": [1, 2], "MTK_3A_AE_LUX_INDEX": 3})");
   updater->updateResultMeta(&result, 1);  // the containers take room for what is new
   EXPECT_EQ(allocationsIn([&] { updater->updateResultMeta(&result, 2); }), 0U);
+}
+
+TEST(ResultRegions, OfTheIdentityStayAsTheyAre) {
+  host::Phone phone;
+  const TestUpdater updater;
+  std::mt19937 random(2);
+  std::uniform_int_distribution<std::int32_t> coordinate(-8192, 8192);
+  const std::pair<std::uint32_t, std::size_t> kinds[] = {
+      {0xc00e0000, 9}, {0xc00e0017, 4}, {0xc00e0014, 13}};
+  for (int i = 0; i < 1'000; ++i) {
+    for (const auto& [number, count] : kinds) {
+      const Tag<std::int32_t> tag{number};
+      std::vector<std::int32_t> items(count);
+      for (std::int32_t& item : items) item = coordinate(random);
+      if (number == 0xc00e0014) items[0] = 3;
+      IMetadata result;
+      writeAll(&result, tag, items);
+      const IMetadata before = result;
+      updater->translateResultRegionForHesk(&result, 80.0F, 0, number);
+      ASSERT_EQ(result, before);
+    }
+  }
+}
+
+TEST(ResultRegions, NeedARegionThatIsThere) {
+  host::Phone phone;
+  phone.config.sat.translate.dx = 1;
+  const TestUpdater updater;
+  const std::pair<const char*, std::uint32_t> rows[] = {{"[]", 0xc00e0000},
+                                                        {"[]", 0xc00e0017},
+                                                        {"[]", 0xc00e0014},
+                                                        {"[0, 1, 2, 3, 4]", 0xc00e0014},
+                                                        {"[-1, 1, 2, 3, 4]", 0xc00e0014},
+                                                        {"[2, 1, 2, 3]", 0xc00e0014}};
+  for (const auto& [items, tag] : rows) {
+    IMetadata result =
+        metadataOf(R"({"0xc00e0014": {"type": "int32", "items": )" + std::string(items) + "}}");
+    const IMetadata before = result;
+    updater->translateResultRegionForHesk(&result, 80.0F, 0, tag);
+    EXPECT_EQ(result, before) << items << std::hex << tag;
+  }
+  EXPECT_TRUE(phone.effects.take().empty());
 }
 
 /// What a string stream of the C locale reads.
@@ -116,7 +165,7 @@ std::optional<T> streamed(const std::string& text) {
 
 template <typename T>
 void expectAsStreamed(const std::string& text) {
-  EXPECT_EQ(hesk::leadingNumber<T>(text), streamed<T>(text)) << '"' << text << '"';
+  EXPECT_EQ(leadingNumber<T>(text), streamed<T>(text)) << '"' << text << '"';
 }
 
 TEST(LeadingNumber, ReadsAsAStringStreamDoes) {

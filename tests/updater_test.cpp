@@ -1,56 +1,14 @@
-// The updaters' slots, their construction, and the field of view.
+// The updaters' slots and their construction.
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
-#include "common/math/Conversion.h"
-#include "common/math/FieldOfView.h"
 #include "host/Phone.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
 
 namespace {
-
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-
-TEST(FieldOfView, ComesFromTheDiagonalAndTheFocalLength) {
-  struct Row {
-    float width, height, focalLength;
-    int degrees;
-  };
-  const Row rows[] = {
-      {6.4F, 4.8F, 4.7F, 80},
-      {0, 0, 4.7F, 0},
-      {6.4F, 4.8F, 0, 180},
-      {6.4F, 4.8F, -0.0F, -180},
-      {0, 0, 0, 0},
-      {6.4F, 4.8F, -4.7F, -80},
-      {kNan, 4.8F, 4.7F, 0},
-      {6.4F, 4.8F, kNan, 0},
-      {kInfinity, 4.8F, 4.7F, 180},
-      {kInfinity, 4.8F, kInfinity, 0},
-      // The divisor: a quarter turn over pi is just below 90 degrees, over 3.1415 just above.
-      {2.0F, 0, 1.0F, 90},
-      {1.99995F, 0, 1.0F, 90},
-      // Twice the focal length does not fit a float: the view closes.
-      {6.4F, 4.8F, 3e38F, 0},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(hesk::diagonalFovDegrees(row.width, row.height, row.focalLength), row.degrees)
-        << row.width << " x " << row.height << " at " << row.focalLength;
-  }
-}
-
-TEST(Conversion, IsDefinedForEveryInput) {
-  EXPECT_EQ(hesk::toInt32(-2.9), -2);
-  EXPECT_EQ(hesk::toInt32(1e300), 2147483647);
-  EXPECT_EQ(hesk::toInt32(-HUGE_VAL), -2147483647 - 1);
-  EXPECT_EQ(hesk::toInt32(std::nan("")), 0);
-  EXPECT_EQ(hesk::wrappingAdd(2147483647, 1), -2147483647 - 1);
-}
 
 TEST(Updater, IsOneASlotAndNoneOutsideThem) {
   host::Phone phone;

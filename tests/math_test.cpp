@@ -1,0 +1,150 @@
+// The arithmetic of the hooks, as plain functions of values.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "common/math/AeResult.h"
+#include "common/math/AspectFit.h"
+#include "common/math/Conversion.h"
+#include "common/math/FieldOfView.h"
+#include "common/math/PdafRecord.h"
+#include "common/math/SatCrop.h"
+
+namespace {
+
+using namespace hesk;
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+
+TEST(FieldOfView, ComesFromTheDiagonalAndTheFocalLength) {
+  struct Row {
+    float width, height, focalLength;
+    int degrees;
+  };
+  const Row rows[] = {
+      {6.4F, 4.8F, 4.7F, 80},
+      {0, 0, 4.7F, 0},
+      {6.4F, 4.8F, 0, 180},
+      {6.4F, 4.8F, -0.0F, -180},
+      {0, 0, 0, 0},
+      {6.4F, 4.8F, -4.7F, -80},
+      {kNan, 4.8F, 4.7F, 0},
+      {6.4F, 4.8F, kNan, 0},
+      {kInfinity, 4.8F, 4.7F, 180},
+      {kInfinity, 4.8F, kInfinity, 0},
+      // The divisor: a quarter turn over pi is just below 90 degrees, over 3.1415 just above.
+      {2.0F, 0, 1.0F, 90},
+      {1.99995F, 0, 1.0F, 90},
+      // Twice the focal length does not fit a float: the view closes.
+      {6.4F, 4.8F, 3e38F, 0},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(diagonalFovDegrees(row.width, row.height, row.focalLength), row.degrees)
+        << row.width << " x " << row.height << " at " << row.focalLength;
+  }
+}
+
+TEST(Conversion, IsDefinedForEveryInput) {
+  EXPECT_EQ(toInt32(-2.9), -2);
+  EXPECT_EQ(toInt32(1e300), 2147483647);
+  EXPECT_EQ(toInt32(-HUGE_VAL), -2147483647 - 1);
+  EXPECT_EQ(toInt32(std::nan("")), 0);
+  EXPECT_EQ(wrappingAdd(2147483647, 1), -2147483647 - 1);
+}
+
+struct CropRow {
+  NSCam::MSize preview;
+  NSCam::MRect crop;
+  NSCam::MSize array;
+  NSCam::MRect expected;
+};
+
+TEST(SatCrop, TakesThePreviewsShape) {
+  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+  const CropRow rows[] = {
+      {{1920, 1080}, {0, 0, 4000, 3000}, {4000, 3000}, {0, 0, 4000, 2250}},
+      {{1920, 1080}, {0, 0, 4000, 3000}, {0, 0}, {0, 375, 4000, 2250}},
+      {{1440, 1080}, {8, 9, 4000, 3000}, {4000, 3000}, {8, 9, 4000, 3000}},
+      {{1000, 1000}, {0, 0, 100, 103}, {0, 0}, {0, 1, 100, 100}},  // a half is cut
+      {{1000, 1000}, {0, 0, 103, 100}, {50, 53}, {1, -1, 100, 100}},
+      {{0, 0}, {1, 2, 3, 4}, {5, 6}, {1, 2, 3, 4}},
+      {{16, 9}, {1, 2, 3, 0}, {5, 0}, {0, 2, 0, 0}},
+      {{1, 1}, {kMax, kMin, kMin, kMax}, {kMin, 1}, {kMax, -1073741825, kMin, kMin}},  // wraps
+  };
+  for (const CropRow& row : rows) {
+    const NSCam::MRect crop = satCropOf(row.crop, row.array, row.preview).crop;
+    EXPECT_EQ(crop, row.expected) << row.preview.w << 'x' << row.preview.h << ' ' << row.crop.w
+                                  << 'x' << row.crop.h;
+  }
+}
+
+TEST(AspectFit, HasTheRatioWithinAPixelAndNeverGrows) {
+  std::mt19937 random(1);
+  std::uniform_int_distribution<std::int32_t> side(1, 8192);
+  for (int i = 0; i < 100'000; ++i) {
+    const NSCam::MSize reference{side(random), side(random)};
+    const NSCam::MSize size{side(random), side(random)};
+    const NSCam::MSize fitted = fitToRatio(size, aspectRatio(reference));
+    ASSERT_TRUE(fitted.w <= size.w && fitted.h <= size.h);
+    ASSERT_TRUE(fitted.w == size.w || fitted.h == size.h);
+    const double ratio = static_cast<double>(reference.w) / reference.h;
+    const bool isWidthCut = fitted.w < size.w;
+    const double ideal = isWidthCut ? ratio * size.h : size.w / ratio;
+    if (fitted == size) continue;
+    ASSERT_LE(std::abs((isWidthCut ? fitted.w : fitted.h) - ideal), 1.001)  // single precision
+        << size.w << 'x' << size.h << " to " << reference.w << 'x' << reference.h;
+  }
+}
+
+/// The little-endian word at a byte.
+std::int32_t wordAt(const PdafRecord& record, std::size_t byte) {
+  std::uint32_t word = 0;
+  for (std::size_t i = 4; i > 0; --i) word = word << 8U | record[byte + i - 1];
+  return static_cast<std::int32_t>(word);
+}
+
+TEST(PdafRecord, HasItsWordsInTheirPlaces) {
+  NSCam::SensorPdBlock block{};
+  block.words = {1, 2, -3, 4, 2};
+  block.tail = {6, 7};
+  for (std::int32_t i = 0; i < 16; ++i) {
+    block.left[static_cast<std::size_t>(i)] = {100 + i, 200 + i};
+    block.right[static_cast<std::size_t>(i)] = {300 + i, 400 + i};
+  }
+  const PdafRecord record = pdafRecordOf(block, 18);
+  const std::vector<std::int32_t> head = {-3,  4,   6,   7,   4,   100, 200,
+                                          300, 400, 101, 201, 301, 401, 0};
+  for (std::size_t i = 0; i < head.size(); ++i) EXPECT_EQ(wordAt(record, 4 * i), head[i]) << i;
+  EXPECT_EQ(wordAt(record, 2064), 0);
+  for (const std::size_t byte : {2068U, 2072U, 2076U}) EXPECT_EQ(wordAt(record, byte), 18);
+
+  const std::pair<std::int32_t, std::int32_t> counts[] = {{-1, 0}, {16, 32}, {17, 32}};
+  for (const auto& [pairs, twice] : counts) {
+    block.words[4] = pairs;
+    const PdafRecord capped = pdafRecordOf(block, -1);
+    EXPECT_EQ(wordAt(capped, 16), twice);
+    EXPECT_EQ(wordAt(capped, 20 + 16 * 15 + 12), twice == 32 ? 415 : 0);
+    EXPECT_EQ(wordAt(capped, 20 + 16 * 16), 0);
+    EXPECT_EQ(wordAt(capped, 2076), -1);
+  }
+}
+
+TEST(AeResult, FillsEveryExposureFromTheOne) {
+  const AeResult ae = aeResultOf({.luxIndex = 5,
+                                  .expIndex = 6,
+                                  .sensorGain = 2048,
+                                  .ispGain = 4096,
+                                  .adrcGain = 1500,
+                                  .exposureNs = 10'000'000});
+  const AeResult expected = {5,    6, 2, 2,    2, 2, 1.5,  1,   1, 2e7F, 2e7F,
+                             2e7F, 2, 1, 1e7F, 2, 1, 1e7F, 1.5, 1, 1,    1};
+  EXPECT_EQ(ae, expected);
+}
+
+}  // namespace
