@@ -180,6 +180,19 @@ TEST(AppTuning, OfANullRequestIsThatOfAPhoto) {
   EXPECT_EQ(phone.eventStore.get("HESK_MOTIONLEVEL"), "-1");
 }
 
+TEST(FaceDetection, IsForcedForShortVideoApps) {
+  const std::pair<const char*, int> rows[] = {
+      {"TikTok", 1}, {"TikTokExternal", 1}, {"TikTokExternal2", 2}, {"", 2}};
+  for (const auto& [appName, mode] : rows) {
+    host::Phone phone;
+    phone.eventStore.set("APP_NAME", appName);
+    const TestUpdater updater;
+    IMetadata request = metadataOf(R"({"ANDROID_STATISTICS_FACE_DETECT_MODE": 2})");
+    updater->updateRequestMeta(&request, 1);
+    EXPECT_EQ(read(&request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE), mode) << appName;
+  }
+}
+
 struct RangeRow {
   std::string name;
   std::string request;

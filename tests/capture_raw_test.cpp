@@ -115,6 +115,68 @@ TEST(CaptureRaw, GivesBackWhatItBorrows) {
   }
 }
 
+struct CaptureRow {
+  std::string hal;
+  std::string out;  // as far as the test is about it
+  int faces = 0;
+  std::string app = "{}";
+};
+
+/// What a capture by camera 3 of a logical multi-camera session gives of these tags.
+void expectCaptures(const std::vector<CaptureRow>& rows, const std::vector<std::uint32_t>& tags,
+                    const std::string& statics) {
+  for (const CaptureRow& row : rows) {
+    host::Phone phone;
+    phone.config.devices[3].statics = metadataOf(statics);
+    phone.config.devices[2].faces.assign(static_cast<std::size_t>(row.faces), {{1, 2, 3, 4}, 50});
+    const TestUpdater updater;
+    updater.fields.multicamFeatureMode() = 2;
+    IMetadata app = metadataOf(row.app);
+    IMetadata hal = metadataOf(R"({"MTK_HAL_REQUEST_SENSOR_ID": 3,
+                                   "MTK_MULTICAM_REAL_MASTER_ID": 2})");
+    hal += metadataOf(row.hal);
+    IMetadata out;
+    updater->updateCaptureRawParameter(&app, &hal, &out);
+    IMetadata written;
+    for (const std::uint32_t tag : tags) written.update(tag, out.entryFor(tag));
+    EXPECT_EQ(written, metadataOf(row.out)) << row.hal << row.app << row.faces;
+  }
+}
+
+TEST(CaptureRaw, MarksTheSlaveOfAPair) {
+  expectCaptures(
+      {{"{}", "{}"},
+       {R"({"MTK_MULTICAM_MASTER_SLAVE_ID": [2, 3]})", R"({"HESK_CONTROL_IS_DUAL_SLAVE": 1})"},
+       {R"({"MTK_MULTICAM_MASTER_SLAVE_ID": [3, 2]})", "{}"},
+       {R"({"MTK_MULTICAM_MASTER_SLAVE_ID": [3, 3]})", "{}"}},
+      {tags::HESK_CONTROL_IS_DUAL_SLAVE.value}, "{}");
+}
+
+TEST(CaptureRaw, ShowsHowMuchOfTheArrayIsLeft) {
+  const std::vector<std::uint32_t> ratio = {tags::MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO.value};
+  const std::string crop = R"({"MTK_P1NODE_SCALAR_CROP_REGION": [0, 0, 2000, 1500]})";
+  const std::string none = R"({"MTK_HAL_REQUEST_SENSOR_ID": 4})";  // a camera without provider
+  expectCaptures({{crop, R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 2})"},
+                  {crop.substr(0, crop.size() - 1) + ", " + none.substr(1),
+                   R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 1})"},
+                  {"{}", R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 1})"},
+                  {"{}", R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 3.5})", 0,
+                   R"({"HESK_CONTROL_ZOOM_ZOOM_RATIO": 3.5})"}},
+                 ratio, R"({"MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION": [8, 8, 4000, 3000]})");
+  expectCaptures({{crop, R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 0})"}}, ratio, "{}");
+}
+
+TEST(CaptureRaw, HandsOverTheMastersFirstTenFaces) {
+  const std::string face = "[1, 2, 3, 4]";
+  std::string ten = face;
+  for (int i = 1; i < 10; ++i) ten += ", " + face;
+  expectCaptures({{"{}", "{}", 0},
+                  {"{}", R"({"MTK_RAW_ALGO_FACE_RECTS": [)" + face + "]}", 1},
+                  {"{}", R"({"MTK_RAW_ALGO_FACE_RECTS": [)" + ten + "]}", 10},
+                  {"{}", R"({"MTK_RAW_ALGO_FACE_RECTS": [)" + ten + "]}", 11}},
+                 {tags::MTK_RAW_ALGO_FACE_RECTS.value}, "{}");
+}
+
 TEST(CaptureRaw, MovesStatisticsWithoutTheHeap) {
   host::Phone phone;
   phone.effects.setRecording(false);

@@ -2,6 +2,7 @@
 // on. A dump's text is in the shipped scenarios.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <array>
 #include <ctime>
@@ -104,6 +105,18 @@ TEST_F(MetadataDump, EndsTheProcessWhereALabelHasNoRoom) {
   EXPECT_EQ(dump(kStill, std::string(46, 'x').c_str()).size(), 1U);
   EXPECT_DEATH(dump(kStill, std::string(47, 'x').c_str()),
                "the path of dump \"x+\" has 100 characters, at most 99 fit");
+}
+
+TEST_F(MetadataDump, LeavesStandardInputAlone) {
+  const int standardInput = dup(STDIN_FILENO);
+  close(STDIN_FILENO);  // its number goes to the next file that is opened
+  const Files files = dump(kStill);
+  const int next = dup(standardInput);
+  dup2(standardInput, STDIN_FILENO);
+  close(standardInput);
+  EXPECT_EQ(files, Files{kFile});
+  EXPECT_EQ(std::filesystem::file_size(onHost(kFile)), 0U);
+  EXPECT_EQ(next, STDIN_FILENO);  // the dump has given the number back
 }
 
 TEST_F(MetadataDump, TimeStampIsCutWhereYearsGrowLong) {

@@ -188,6 +188,10 @@ TEST(SensorModeFilters, DecideInTheirOrder) {
       // Any conditions do, the empty app type among them; another value does not.
       {"KX0107", "", 0, false, R"({"HESK_CONTROL_EISENABLE": 1})", 5},
       {"KX0107", "", 0, false, R"({"COM_HESK_CURRENTUIMODULE": 53})", 5},
+      {"KX0104", "", 0, true, R"({"MTK_STREAMING_FEATURE_HFPS_MODE": 1})", 7},
+      {"KX0107", "a", 0, false,
+       R"({"MTK_STREAMING_FEATURE_HFPS_MODE": -1, "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, -1]})",
+       5},
       {"KX0107", "a", 0, false, R"({"HESK_CONTROL_EISENABLE": 1})", 255},
       {"KX0107", "a", 0, false, R"({"COM_HESK_CURRENTUIMODULE": 53})", 2},
       // The empty app type matches the first rule without one, before the UI module is asked.
@@ -202,6 +206,8 @@ TEST(SensorModeFilters, DecideInTheirOrder) {
       // A value of -1 is equal to the mark of what is no condition.
       {"KX0105", "a", 0, false, R"({"HESK_CONTROL_EISENABLE": -1})", 2},
       {"KX0105", "a", 0, false, R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, -1]})", 2},
+      {"KX0105", "a", 0, false, R"({"HESK_CONTROL_VIDEOALGOTYPE": -1})", 2},
+      {"KX0105", "a", 0, false, R"({"COM_HESK_CURRENTUIMODULE": -1})", 5},
       {"KX0105", "a", 0, false, R"({"MTK_STREAMING_FEATURE_HFPS_MODE": -1})", 255},
       {"KX0105", "a", 0, false,
        R"({"MTK_STREAMING_FEATURE_HFPS_MODE": -1, "HESK_CONTROL_EISENABLE": 1})", 2},

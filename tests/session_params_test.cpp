@@ -30,6 +30,7 @@ ImageStreams mapOf(const std::vector<Stream>& streams) {
   for (const auto& [id, usage, size] : streams) {
     map.emplace(id, new host::ImageStream(id, usage, size));
   }
+  map.emplace(99, nullptr);  // one that is missing changes nothing
   return map;
 }
 
@@ -125,6 +126,11 @@ const Row kRows[] = {
      .written = kEisOffAt60,
      .appType = "heskCamera",
      .streams = {{1, kVideo, {2160, 3840}}}},
+    {.name = "Uhd60ALineTooLow",
+     .session = k60,
+     .written = kEisOffAt60,
+     .appType = "heskCamera",
+     .streams = {{1, kVideo, {3840, 2159}}}},
     {.name = "Uhd60OfAnotherApp",
      .session = k60,
      .written = kHfps,
@@ -234,9 +240,8 @@ TEST(SessionParamsState, RecordsAndFlipsTheStreams) {
     const TestUpdater updater;
     updater.fields.streamIds() = {99};
     NSCam::IMetadata session = metadataOf(row.session);
-    ImageStreams streams = mapOf({{1, 0, kSmall}, {2, kVideo, kSmall}, {7, 0, kSmall}});
-    streams.emplace(8, nullptr);
-    updater->updateSessionParams(&session, streams);
+    updater->updateSessionParams(&session,
+                                 mapOf({{1, 0, kSmall}, {2, kVideo, kSmall}, {7, 0, kSmall}}));
     EXPECT_EQ(updater.fields.streamIds(), (std::vector<std::uint32_t>{7, 2, 1}));
     EXPECT_EQ(updater.fields.hasVideoStream(), row.hasVideo);
     std::vector<host::Effect> expected = {{"stereo.setEisEnable", {{"value", -1}}},
