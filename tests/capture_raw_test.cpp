@@ -3,12 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
 #include "common/tags/Metadata.h"
+#include "common/tags/ModeBits.h"
 #include "host/Phone.h"
-#include "platform/TuningBuffers.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
@@ -143,6 +144,56 @@ void expectCaptures(const std::vector<CaptureRow>& rows, const std::vector<std::
   }
 }
 
+TEST(CaptureRaw, GoesByTheBitsOfItsMode) {
+  const std::set<unsigned int> ofShading = {18, 27, 35, 51, 52, 53, 55};
+  const std::set<unsigned int> ofRawAlgorithm = {2, 3, 18, 19, 27, 35, 51, 52, 53, 54, 55};
+  const host::Phone phone;
+  const TestUpdater updater;
+  const auto capture = [&](std::int64_t mode, bool hasShading, bool isForRawAlgorithm) {
+    IMetadata app;
+    IMetadata hal;
+    IMetadata out;
+    write(&app, tags::HESK_CONTROL_CURRENTMODE, mode);
+    updater->updateCaptureRawParameter(&app, &hal, &out);
+    EXPECT_EQ(has(&out, tags::ANDROID_STATISTICS_LENS_SHADING_MAP), hasShading) << mode;
+    EXPECT_EQ(read(&hal, tags::MTK_CONTROL_RAW_ALGO_ENABLE) == 1, isForRawAlgorithm) << mode;
+  };
+  for (unsigned int bit = 0; bit < 64; ++bit) {
+    capture(modeBit(bit), ofShading.contains(bit), ofRawAlgorithm.contains(bit));
+  }
+  capture(-1, false, true);  // no shading in a negative mode, whatever its bits
+}
+
+TEST(CaptureRaw, TakesPhaseDetectionFromADriverThatHasIt) {
+  for (const std::int32_t isSupported : {0, 1, 2, -1}) {
+    host::Phone phone;
+    phone.config.devices[3].sensor.emplace().pdSupported = isSupported;
+    const TestUpdater updater;
+    IMetadata out;
+    EXPECT_EQ(updater->updateSensorPdafInfo(3, 0, 2, &out), isSupported != 0 ? 0 : -1);
+    EXPECT_EQ(has(&out, tags::MTK_RAW_ALGO_PDAF_INFO), isSupported != 0) << isSupported;
+  }
+}
+
+TEST(CaptureRaw, ReadsNeutralPointAndCalibrationOfTheirSizeAlone) {
+  const std::vector<std::uint32_t> tags = {tags::MTK_RAW_ALGO_AWB_GAIN_G.value,
+                                           tags::MTK_RAW_ALGO_AWB_OTP_DATA.value};
+  const auto row = [](const std::string& points, const std::string& calibration,
+                      const std::string& gain, const std::string& written) {
+    return CaptureRow{"{}",
+                      R"({"MTK_RAW_ALGO_AWB_GAIN_G": )" + gain +
+                          R"(, "MTK_RAW_ALGO_AWB_OTP_DATA": )" + written + "}",
+                      0,
+                      R"({"ANDROID_SENSOR_NEUTRAL_COLOR_POINT": )" + points +
+                          R"(, "MTK_3A_AWB_OTP_DATA": )" + calibration + "}"};
+  };
+  const std::string zeros = "[0, 0, 0, 0]";
+  expectCaptures({row("[[1, 2], [1, 4], [1, 8]]", "[1, 2, 3, 4]", "4", "[1, 2, 3, 4]"),
+                  row("[[1, 2], [1, 4]]", "[1, 2, 3]", R"("inf")", zeros),
+                  row("[[1, 2], [1, 4], [1, 8], [1, 1]]", "[1, 2, 3, 4, 5]", R"("inf")", zeros)},
+                 tags, "{}");
+}
+
 TEST(CaptureRaw, MarksTheSlaveOfAPair) {
   expectCaptures(
       {{"{}", "{}"},
@@ -189,31 +240,6 @@ TEST(CaptureRaw, MovesStatisticsWithoutTheHeap) {
   EXPECT_EQ(count(&out, tags::MTK_RAW_ALGO_AWB_STATS_DATA), 73'728U);
   // The AE record is a new entry; the statistics find the room of the old ones.
   EXPECT_LE(allocationsIn([&] { updater->update3ACaptureRawParameter(&app, nullptr, &out); }), 1U);
-}
-
-TEST(TuningData, NeedsABufferWithRoom) {
-  struct Row {
-    std::int32_t fd;
-    std::int32_t bufferSize;
-    unsigned int size;
-    bool hasData;
-    bool isCopied;
-  };
-  const Row rows[] = {{1, 8, 8, true, true},  {1, 8, 9, true, false},  {0, 8, 8, true, false},
-                      {1, 0, 0, true, true},  {1, 8, 8, false, false}, {1, 8, 0, false, true},
-                      {-1, 8, 0, true, false}};
-  for (const auto& [fd, bufferSize, size, hasData, isCopied] : rows) {
-    host::Phone phone;
-    phone.config.tuningBuffer = {.fd = fd, .bufferSize = bufferSize, .bufferIndex = 3};
-    const TestUpdater updater;
-    std::string data = "12345678+";
-    IMetadata meta;
-    EXPECT_EQ(updater->updateTuningData(&meta, hasData ? data.data() : nullptr, size), isCopied);
-    EXPECT_EQ(read(&meta, tags::MTK_RAW_ALGO_TUNING_BUFFER_INDEX), isCopied ? 3 : 0);
-    if (isCopied && size == 8) {
-      EXPECT_EQ(std::memcmp(phone.tuningBuffer.bytes().data(), "12345678", 8), 0);
-    }
-  }
 }
 
 }  // namespace

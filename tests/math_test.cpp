@@ -91,6 +91,7 @@ TEST(AspectFit, HasTheRatioWithinAPixelAndNeverGrows) {
     const NSCam::MSize reference{side(random), side(random)};
     const NSCam::MSize size{side(random), side(random)};
     const NSCam::MSize fitted = fitToRatio(size, aspectRatio(reference));
+    ASSERT_EQ(fitToRatio(size, aspectRatio(size)), size);
     ASSERT_TRUE(fitted.w <= size.w && fitted.h <= size.h);
     ASSERT_TRUE(fitted.w == size.w || fitted.h == size.h);
     const double ratio = static_cast<double>(reference.w) / reference.h;

@@ -1,10 +1,11 @@
-// Dumps of metadata to files, their time stamps, and the main sensor that still captures are booked
-// on. A dump's text is in the shipped scenarios.
+// What is handed to debugging tools: dumps of metadata to files, their time stamps, tuning data;
+// and the main sensor that still captures are booked on. A dump's text is in the shipped scenarios.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <array>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
@@ -21,6 +22,8 @@
 
 namespace {
 
+using namespace hesk;
+using NSCam::IMetadata;
 using Files = std::vector<std::string>;
 
 class MetadataDump : public testing::Test {
@@ -138,11 +141,36 @@ TEST_F(MetadataDump, MainSensorIsTheFirstDigitOfThePhysicalIds) {
   for (const auto& [ids, sensor] : rows) {
     mPhone.config.devices[0].statics =
         metadataOf(R"({"ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": )" + std::string(ids) + "}");
-    NSCam::IMetadata request =
+    IMetadata request =
         metadataOf(R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2, "HESK_CONTROL_HISFRAME": [1, 0]})");
     mPhone.effects.take();
     mUpdater->updateRequestMeta(&request, 1);
     EXPECT_EQ(mPhone.effects.take()[1].fields[0].value, host::Effect::Value(sensor)) << ids;
+  }
+}
+
+TEST(TuningData, NeedsABufferWithRoom) {
+  struct Row {
+    std::int32_t fd;
+    std::int32_t bufferSize;
+    unsigned int size;
+    bool hasData;
+    bool isCopied;
+  };
+  const Row rows[] = {{1, 8, 8, true, true},  {1, 8, 9, true, false},  {0, 8, 8, true, false},
+                      {1, 0, 0, true, true},  {1, 8, 8, false, false}, {1, 8, 0, false, true},
+                      {-1, 8, 0, true, false}};
+  for (const auto& [fd, bufferSize, size, hasData, isCopied] : rows) {
+    host::Phone phone;
+    phone.config.tuningBuffer = {.fd = fd, .bufferSize = bufferSize, .bufferIndex = 3};
+    const TestUpdater updater;
+    std::string data = "12345678+";
+    IMetadata meta;
+    EXPECT_EQ(updater->updateTuningData(&meta, hasData ? data.data() : nullptr, size), isCopied);
+    EXPECT_EQ(read(&meta, tags::MTK_RAW_ALGO_TUNING_BUFFER_INDEX), isCopied ? 3 : 0);
+    if (isCopied && size == 8) {
+      EXPECT_EQ(std::memcmp(phone.tuningBuffer.bytes().data(), "12345678", 8), 0);
+    }
   }
 }
 

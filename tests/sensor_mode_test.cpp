@@ -199,7 +199,8 @@ TEST(SensorModeFilters, DecideInTheirOrder) {
       {"KX0105", "a", 0, false, R"({"COM_HESK_CURRENTUIMODULE": 16})", 5},
       // EIS before high frame rate before app type; of high frame rate 1 alone counts.
       {"KX0104", "a", 0, true, R"({"HESK_CONTROL_EISENABLE": 1})", 2},
-      {"KX0105", "", 0, true, R"({"HESK_CONTROL_EISENABLE": 2})", 7},
+      {"KX0105", "", 0, true,
+       R"({"HESK_CONTROL_EISENABLE": 2, "MTK_STREAMING_FEATURE_HFPS_MODE": 1})", 7},
       {"KX0105", "", 1, true, R"({"MTK_STREAMING_FEATURE_HFPS_MODE": 1})", 5},
       {"KX0105", "a", 1, true, R"({"MTK_STREAMING_FEATURE_HFPS_MODE": 2})", 2},
       {"KX0105", "QQ", 0, false, R"({"COM_HESK_CURRENTUIMODULE": 53})", 5},

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -165,7 +166,7 @@ const Row kRows[] = {
      .session = "{}",
      .written = "{}",
      .appType = "CTS",
-     .product = "KX0105",
+     .product = "XKX0106",
      .sensor = 1},
     {.name = "ProductionLine",
      .session = "{}",
@@ -264,10 +265,8 @@ TEST(SessionParamsState, IsSetWithoutSession) {
   EXPECT_EQ(updater.fields.multicamFeatureMode(), 1);
   EXPECT_TRUE(updater.fields.hasVideoStream());
   EXPECT_EQ(phone.effects.take().size(), 3U);
-  for (const host::LogRecord& record : phone.log.take()) {
-    if (record.message.find("Range") == std::string::npos) continue;
-    EXPECT_EQ(record.message, "[updateSessionParams] aeTargetFpsRange -1, -1");
-  }
+  const std::string ofFrameRates = "[updateSessionParams] aeTargetFpsRange -1, -1";
+  EXPECT_EQ(std::ranges::count(phone.log.take(), ofFrameRates, &host::LogRecord::message), 1);
   updater->updateSessionParams(nullptr, {});
   EXPECT_FALSE(updater.fields.hasVideoStream());
 }
