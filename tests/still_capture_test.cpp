@@ -100,6 +100,11 @@ TEST_F(StillCapture, AnnouncesTheBurstTo3A) {
                {"hal3a.release", {{"sensor", 2}, {"user", std::string("HeskParameterUpdater")}}}}));
   EXPECT_TRUE(frames().empty());  // with frames from history the burst is not booked
   EXPECT_EQ(captureCount(), 5);
+
+  frames() = {{7, 0}};
+  capture(101, R"({"HESK_CONTROL_HISFRAME": [0, -1]})");
+  EXPECT_EQ(hal3AEffects().size(), 2U);  // borrowed and given back: there is nothing to announce
+  EXPECT_EQ(frames(), (Frames{{7, 0}}));
 }
 
 TEST_F(StillCapture, GoesOnWithout3A) {
