@@ -102,7 +102,7 @@ TEST_F(StillCapture, AnnouncesTheBurstTo3A) {
   EXPECT_EQ(captureCount(), 5);
 
   frames() = {{7, 0}};
-  capture(101, R"({"HESK_CONTROL_HISFRAME": [0, -1]})");
+  capture(101, R"({"HESK_CONTROL_HISFRAME": [1, -1]})");
   EXPECT_EQ(hal3AEffects().size(), 2U);  // borrowed and given back: there is nothing to announce
   EXPECT_EQ(frames(), (Frames{{7, 0}}));
 }
