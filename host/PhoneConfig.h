@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -88,8 +89,10 @@ struct PhoneConfig {
   SatConfig sat;
   std::optional<ProviderConfig> provider;
   std::optional<TuningBufferConfig> tuningBuffer;
-  std::optional<std::tm> clock;  // absent: the wall clock
-  std::string dataRoot;          // folder for the root of the phone's files; none: no file opens
+  std::optional<std::tm> clock;            // absent: the wall clock
+  std::set<std::uint32_t> missingModules;  // those of platform/ModuleFactory.h that the HAL lacks
+  bool hasFaceDetection = true;
+  std::string dataRoot;  // folder for the root of the phone's files; none: no file opens
 
   /// The device's configuration; that of a device without provider where it is not listed.
   [[nodiscard]] const DeviceConfig& deviceOrDefault(std::int32_t id) const;

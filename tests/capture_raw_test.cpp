@@ -10,6 +10,8 @@
 #include "common/tags/Metadata.h"
 #include "common/tags/ModeBits.h"
 #include "host/Phone.h"
+#include "platform/ModuleFactory.h"
+#include "platform/TuningBuffers.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
@@ -226,6 +228,26 @@ TEST(CaptureRaw, HandsOverTheMastersFirstTenFaces) {
                   {"{}", R"({"MTK_RAW_ALGO_FACE_RECTS": [)" + ten + "]}", 10},
                   {"{}", R"({"MTK_RAW_ALGO_FACE_RECTS": [)" + ten + "]}", 11}},
                  {tags::MTK_RAW_ALGO_FACE_RECTS.value}, "{}");
+}
+
+TEST(CaptureRaw, DoesWithoutTheModulesOfTheHal) {
+  host::Phone phone;
+  phone.config.missingModules = {NSCam::kModuleSensorList, NSCam::kModule3A,
+                                 NSCam::kModuleDefaultShading};
+  phone.config.hasFaceDetection = false;
+  phone.config.devices[0].statics = metadataOf(R"({"COM_HESK_PDBUFFERTYPE": 2})");
+  const TestUpdater updater;
+  updater.fields.multicamFeatureMode() = 2;
+  for (const char* mode : {"0", "\"0x40000\""}) {
+    IMetadata app = metadataOf(R"({"HESK_CONTROL_CURRENTMODE": )" + std::string(mode) + "}");
+    IMetadata hal = metadataOf(R"({"MTK_HAL_REQUEST_SENSOR_ID": 0})");
+    IMetadata out;
+    updater->updateCaptureRawParameter(&app, &hal, &out);
+    EXPECT_FALSE(has(&out, tags::ANDROID_STATISTICS_LENS_SHADING_MAP)) << mode;
+    EXPECT_FALSE(has(&out, tags::MTK_RAW_ALGO_PDAF_INFO)) << mode;
+    EXPECT_FALSE(has(&out, tags::MTK_RAW_ALGO_FACE_RECTS)) << mode;
+    EXPECT_TRUE(has(&out, tags::HESK_CONTROL_AE_RESULT)) << mode;
+  }
 }
 
 TEST(CaptureRaw, MovesStatisticsWithoutTheHeap) {
