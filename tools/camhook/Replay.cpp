@@ -10,7 +10,6 @@
 #include <sstream>
 #include <string>
 
-#include "common/HeskParameterUpdater.h"
 #include "common/HeskSensorModeControl.h"
 #include "common/updater/UpdaterInspector.h"
 #include "host/CameraMetadata.h"
@@ -207,7 +206,8 @@ concept UpdaterCall = !std::same_as<CallType, DecideSensorScenario> && requires(
 
 }  // namespace
 
-Replay::Replay(host::PhoneConfig platform) : mPhone(std::move(platform)) {}
+Replay::Replay(host::PhoneConfig platform, Updaters updaters)
+    : mPhone(std::move(platform)), mUpdaters(std::move(updaters)) {}
 
 CallTrace Replay::run(const Call& call) {
   CallTrace trace;
@@ -217,7 +217,7 @@ CallTrace Replay::run(const Call& call) {
         trace.call = CallType::kName;
         if constexpr (UpdaterCall<CallType>) {
           trace.sensor = concrete.sensor;
-          updater = HeskParameterUpdater::createInstance(concrete.sensor);
+          updater = mUpdaters(concrete.sensor);
         }
         Runner{trace, mPhone, updater}(concrete);
         if constexpr (UpdaterCall<CallType>) {

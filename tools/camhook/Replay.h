@@ -3,12 +3,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "common/HeskParameterUpdater.h"
 #include "host/Phone.h"
 #include "tools/camhook/Json.h"
 #include "tools/camhook/Scenario.h"
@@ -42,10 +44,15 @@ struct CallTrace {
   std::vector<host::LogRecord> logs;
 };
 
-/// Runs calls one by one. A process holds one updater a sensor for good, so it runs one scenario.
+/// Runs calls one by one. A process holds one updater a sensor for good, so it runs one scenario,
+/// unless it brings updaters of its own.
 class Replay {
  public:
-  explicit Replay(host::PhoneConfig platform);
+  /// The updater of a sensor, null where it has none.
+  using Updaters = std::function<HeskParameterUpdater*(int sensor)>;
+
+  explicit Replay(host::PhoneConfig platform,
+                  Updaters updaters = &HeskParameterUpdater::createInstance);
 
   CallTrace run(const Call& call);
 
@@ -53,6 +60,7 @@ class Replay {
 
  private:
   host::Phone mPhone;
+  Updaters mUpdaters;
   std::map<std::int32_t, Json> mStates;  // by sensor, after its latest call
 };
 
