@@ -172,6 +172,7 @@ int runCells(int argc, char** argv) {
                                  "--benchmark_repetitions=" + std::to_string(kRepetitions)};
   texts.insert(texts.end(), argv + 1, argv + argc);
   std::vector<char*> arguments;
+  arguments.reserve(texts.size());
   for (std::string& text : texts) arguments.push_back(text.data());
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());

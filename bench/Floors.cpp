@@ -240,7 +240,7 @@ void rawCaptureFloor(Scene& scene) {
   IMetadata& out = scene.out;
   take(app, tags::HESK_CONTROL_CURRENTMODE);
   NS3Av3::IHal3A* hal3A = borrowHal3A(kRawSensor);
-  static std::vector<float> shading(17 * 13 * 4);
+  static std::vector<float> shading(std::size_t{17} * 13 * 4);
   NSCam::MSize grid{17, 13};
   hal3A->control(NS3Av3::IHal3A::kGetShadingTable, reinterpret_cast<std::intptr_t>(&grid),
                  reinterpret_cast<std::intptr_t>(shading.data()));

@@ -31,6 +31,7 @@ constexpr std::string_view nameOf(Order order) {
 /// As requests have them: some sections, close numbers inside each.
 std::vector<std::uint32_t> tagsOf(std::size_t count) {
   std::vector<std::uint32_t> tags;
+  tags.reserve(count);
   for (std::uint32_t i = 0; i < count; ++i) tags.push_back(((i % 6) << 16U | 0x80000000U) + i / 6);
   return tags;
 }
@@ -52,6 +53,7 @@ std::vector<typename Container::Key> visitsOf(const std::vector<std::uint32_t>& 
   } while (order != Order::cold && visits.size() < kWarmVisits);
   if (order != Order::fixed) std::shuffle(visits.begin(), visits.end(), std::mt19937(1));
   std::vector<typename Container::Key> keys;
+  keys.reserve(visits.size());
   for (const std::uint32_t tag : visits) keys.push_back(Container::keyOf(tag));
   return keys;
 }

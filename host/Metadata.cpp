@@ -141,7 +141,7 @@ IMetadata::IMetadata(const IMetadata& other) {
   if (other.mMayOwnHeaps) {
     std::uninitialized_copy_n(other.mEntries, other.mCount, copy.block());
   } else {
-    // Such entries are their bytes.
+    // NOLINTNEXTLINE(bugprone-undefined-memory-manipulation): such entries are their bytes.
     std::memcpy(static_cast<void*>(copy.block()), other.mEntries, sizeof(IEntry) * other.mCount);
   }
   std::copy_n(other.mSlots, std::size_t{other.mSlotMask} + 1, copy.slots());
