@@ -26,7 +26,7 @@ TARGETS = {
     "cam_tests": "cam_tests",
 }
 # Each build chooses these itself.
-OWN_OPTIONS = re.compile(r"-fPIC|-ffile-prefix-map=.*")
+OWN_OPTIONS = re.compile(r"-fPIC|-f(file|debug|macro)-prefix-map=.*")
 
 
 def check_format():
