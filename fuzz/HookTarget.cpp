@@ -50,8 +50,9 @@ void makeCalls(const HookRun& run) {
   }
   if (writer == nullptr) return;
   writer->finish(replay.phone().eventStore.all());
-  // What is written for programs is JSON, whatever stands in it; else this throws.
-  if (run.trace == TraceForm::json) parseJson(out.str());
+  // What is written for programs is JSON, whatever stands in it; else this throws. Keys that are no
+  // UTF-8, which no scenario has, may be written alike.
+  if (run.trace == TraceForm::json) (void)Json::parse(out.str());
 }
 
 }  // namespace

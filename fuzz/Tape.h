@@ -23,6 +23,8 @@
 #include <utility>
 #include <vector>
 
+#include "fuzz/NumberTape.h"
+
 namespace fuzz {
 
 class TapeReader {
@@ -74,8 +76,9 @@ class TapeWriter {
 };
 
 template <typename Tape, typename T>
-requires std::is_arithmetic_v<T>
-void transfer(Tape& tape, T& number) { tape.number(number); }
+requires(std::is_arithmetic_v<T> && sizeof(T) == 1) void transfer(Tape& tape, T& number) {
+  tape.number(number);
+}
 
 template <typename Tape>
 void transfer(Tape& tape, bool& flag) {
@@ -99,8 +102,8 @@ void transferPlainItems(Tape& tape, List& list) {
   if (length == kLong) {
     auto longLength = static_cast<std::uint16_t>(std::min<std::size_t>(list.size(), UINT16_MAX));
     std::uint8_t doublings = 0;
-    transfer(tape, longLength);
-    transfer(tape, doublings);
+    tape.number(longLength);
+    tape.number(doublings);
     listed = longLength;
     count = doublings <= kMostDoublings ? listed << doublings : listed;
   }

@@ -126,6 +126,7 @@ void writeDictionary(const path& file, const Words& words) {
 
 /// The seeds of a target, as it is told them one by one.
 void writeList(const path& folder, std::string_view target) {
+  std::filesystem::create_directories(folder / target);
   std::set<std::string> seeds;
   for (const auto& seed : std::filesystem::directory_iterator(folder / target)) {
     seeds.insert(seed.path().string());

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -76,7 +78,7 @@ TEST(RunTape, ReadsWhatItWroteFromAnyBytes) {
 
 TEST(RunTape, KeepsLongListsWithinTheirLimit) {
   // The length 255: longer; 0x1000 items on the tape, of which it has one, doubled three times.
-  const Bytes tape = {255, 0x00, 0x10, 3, 7, 0};
+  const Bytes tape = {255, 0x00, 0x10, 3, 0, 7};
   const auto itemsWithin = [&](std::size_t limit) {
     TapeReader reader(tape);
     reader.limitItems(limit);
@@ -89,6 +91,20 @@ TEST(RunTape, KeepsLongListsWithinTheirLimit) {
   EXPECT_EQ(itemsWithin(100'000).back(), 0);
   EXPECT_EQ(itemsWithin(1), std::vector<std::int16_t>{7});
   EXPECT_TRUE(itemsWithin(0).empty());
+}
+
+TEST(RunTape, KnowsTheLimitsOfNumbers) {
+  const auto numberOf = []<typename T>(T number, const Bytes& tape) {
+    TapeReader reader(tape);
+    transfer(reader, number);
+    return number;
+  };
+  EXPECT_EQ(numberOf(0, {0, 0xff}), 255);
+  EXPECT_EQ(numberOf(0, {1, 1, 2, 0, 0x80}), INT32_MIN + 0x201);
+  EXPECT_EQ(numberOf(0, {2}), INT32_MIN);
+  EXPECT_EQ(numberOf(std::int64_t{0}, {5}), INT64_MAX);
+  EXPECT_EQ(numberOf(0U, {14}), UINT32_MAX);
+  EXPECT_TRUE(std::isnan(numberOf(0.0F, {2})));
 }
 
 }  // namespace
