@@ -86,34 +86,33 @@ std::string rowOf(std::string_view operation, Order order, std::size_t count) {
 
 Cache cacheOf(Order order) { return order == Order::cold ? Cache::cold : Cache::warm; }
 
-template <typename Container>
-void addGetHit(const std::string& column, std::size_t count, Order order) {
-  addCell({kContainerTable, rowOf("get hit", order, count), column}, cacheOf(order),
+/// Asks a container of `count` entries for tags in turn: `ask` takes the container and a key.
+template <typename Container, typename Ask>
+void addLookUp(const std::string& column, std::string_view operation,
+               const std::vector<std::uint32_t>& asked, std::size_t count, Order order, Ask ask) {
+  addCell({kContainerTable, rowOf(operation, order, count), column}, cacheOf(order),
           [=](Stopwatch& time) {
-            const auto keys = visitsOf<Container>(tagsOf(count), order);
+            const auto keys = visitsOf<Container>(asked, order);
             const Container container = filled<Container>(tagsOf(count));
             time(
                 keys.size(),
                 [&] {
-                  for (const auto key : keys) benchmark::DoNotOptimize(container.get(key));
+                  for (const auto key : keys) benchmark::DoNotOptimize(ask(container, key));
                 },
                 [&] { touch(keys); });
           });
 }
 
 template <typename Container>
+void addGetHit(const std::string& column, std::size_t count, Order order) {
+  addLookUp<Container>(column, "get hit", tagsOf(count), count, order,
+                       [](const Container& container, auto key) { return container.get(key); });
+}
+
+template <typename Container>
 void addGetMiss(const std::string& column, std::size_t count, Order order) {
-  addCell({kContainerTable, rowOf("get miss", order, count), column}, cacheOf(order),
-          [=](Stopwatch& time) {
-            const auto keys = visitsOf<Container>(missingTagsOf(count), order);
-            const Container container = filled<Container>(tagsOf(count));
-            time(
-                keys.size(),
-                [&] {
-                  for (const auto key : keys) benchmark::DoNotOptimize(container.has(key));
-                },
-                [&] { touch(keys); });
-          });
+  addLookUp<Container>(column, "get miss", missingTagsOf(count), count, order,
+                       [](const Container& container, auto key) { return container.has(key); });
 }
 
 template <typename Container>
