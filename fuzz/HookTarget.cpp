@@ -44,7 +44,7 @@ void makeCalls(const HookRun& run) {
   openLog(run);
   std::ostringstream out;
   const auto writer = traceWriter(run, out);
-  for (const Call& call : run.scenario.calls) {
+  for (const ScenarioCall& call : run.scenario.calls) {
     const CallTrace trace = replay.run(call);
     if (writer != nullptr) writer->write(trace);
   }

@@ -55,9 +55,9 @@ HookRun readRun(const CallFamily& family, std::span<const std::uint8_t> tape) {
   TapeReader reader(tape);
   HookRun run;
   transferHead(reader, run);
-  std::vector<Call>& calls = run.scenario.calls;
+  std::vector<camhook::ScenarioCall>& calls = run.scenario.calls;
   while (reader.bytesLeft() > 0 && calls.size() < kMostCalls) {
-    transfer(reader, calls.emplace_back(), family);
+    transfer(reader, calls.emplace_back().call, family);
   }
   return run;
 }
@@ -65,7 +65,7 @@ HookRun readRun(const CallFamily& family, std::span<const std::uint8_t> tape) {
 std::vector<std::uint8_t> writeRun(const CallFamily& family, HookRun run) {
   TapeWriter writer;
   transferHead(writer, run);
-  for (Call& call : run.scenario.calls) {
+  for (auto& [call, arguments] : run.scenario.calls) {
     if (std::ranges::find(family.kinds, call.index()) == family.kinds.end()) continue;
     transfer(writer, call, family);
   }

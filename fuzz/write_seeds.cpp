@@ -67,7 +67,7 @@ void addTexts(Words& words, const host::TextMap& texts) {
 void addTexts(Words& words, const Scenario& scenario) {
   addTexts(words, scenario.platform.properties);
   addTexts(words, scenario.platform.eventStore);
-  for (const Call& call : scenario.calls) {
+  for (const auto& [call, arguments] : scenario.calls) {
     if (const auto* event = std::get_if<SetEvent>(&call)) words.insert({event->key, event->value});
     if (const auto* set = std::get_if<SetProperty>(&call)) words.insert({set->name, set->value});
   }

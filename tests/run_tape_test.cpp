@@ -43,7 +43,7 @@ std::string traceOf(camhook::Scenario scenario) {
   camhook::Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
   std::ostringstream out;
   camhook::JsonTrace trace(out);
-  for (const camhook::Call& call : scenario.calls) trace.write(replay.run(call));
+  for (const auto& [call, arguments] : scenario.calls) trace.write(replay.run({call}));
   trace.finish(replay.phone().eventStore.all());
   return out.str();
 }

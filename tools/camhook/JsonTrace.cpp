@@ -26,7 +26,6 @@ Json jsonFromRecord(const host::LogRecord& record) {
   return {{"level", std::string(1, record.level)},
           {"tag", record.tag},
           {"file", record.file},
-          {"line", record.line},
           {"function", record.function},
           {"message", record.message}};
 }
@@ -35,6 +34,7 @@ Json jsonFromCall(const CallTrace& trace) {
   Json json;
   json["call"] = trace.call;
   if (trace.sensor) json["sensor"] = *trace.sensor;
+  json["args"] = trace.arguments;
   json["return"] = trace.result;
   for (const auto& [name, value] : trace.extras) json[std::string(name)] = value;
   for (const ContainerTrace& container : trace.containers) {

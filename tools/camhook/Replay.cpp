@@ -65,18 +65,6 @@ HeskParameterUpdater::ImageStreams imageStreams(
   return map;
 }
 
-/// "1 1920x1080 usage 0x100, 2 3840x2160 usage 0x10000".
-std::string textOf(const std::vector<UpdateSessionParams::Stream>& streams) {
-  std::ostringstream text;
-  const char* separator = "";
-  for (const auto& [id, usage, width, height] : streams) {
-    text << separator << id << ' ' << width << 'x' << height << " usage 0x" << std::hex << usage
-         << std::dec;
-    separator = ", ";
-  }
-  return text.str();
-}
-
 /// Runs one call. `updater` is null where there is none, and for calls that take none.
 struct Runner {
   CallTrace& trace;
@@ -86,7 +74,6 @@ struct Runner {
   void operator()(const CreateInstance& /*call*/) const { trace.result = updater != nullptr; }
 
   void operator()(const UpdateSessionParams& call) const {
-    trace.arguments = {{"streams", textOf(call.streams)}};
     ContainerTrace container{"meta", call.meta, call.meta};
     if (updater != nullptr) {
       updater->updateSessionParams(pointerTo(container.after), imageStreams(call.streams));
@@ -95,7 +82,6 @@ struct Runner {
   }
 
   void operator()(const UpdateResultMeta& call) const {
-    trace.arguments = {{"requestNo", call.requestNo}};
     ContainerTrace container{"meta", call.meta, call.meta};
     if (updater != nullptr) updater->updateResultMeta(pointerTo(container.after), call.requestNo);
     trace.containers.push_back(std::move(container));
@@ -113,7 +99,6 @@ struct Runner {
   }
 
   void operator()(const UpdateTuningData& call) const {
-    trace.arguments = {{"size", call.size}};
     ContainerTrace container{"meta", call.meta, call.meta};
     std::vector<std::byte> block = tuningBlock(call.size);
     bool isDone = false;
@@ -129,9 +114,6 @@ struct Runner {
   }
 
   void operator()(const TranslateResultRegion& call) const {
-    trace.arguments = {{"value", jsonFromFloat(call.value)},
-                       {"cameraId", call.cameraId},
-                       {"tag", tagText(call.tag)}};
     ContainerTrace container{"meta", call.meta, call.meta};
     if (updater != nullptr) {
       updater->translateResultRegionForHesk(pointerTo(container.after), call.value, call.cameraId,
@@ -141,13 +123,10 @@ struct Runner {
   }
 
   void operator()(const SetPreviewSize& call) const {
-    trace.arguments = {{"width", call.width}, {"height", call.height}};
     if (updater != nullptr) updater->setPreviewSize({call.width, call.height});
   }
 
   void operator()(const MatchAspectRatio& call) const {
-    trace.arguments = {{"reference", jsonFromSize(call.reference)},
-                       {"size", jsonFromSize(call.size)}};
     if (updater == nullptr) return;
     NSCam::MSize size = call.size;
     updater->matchAspectRatio(&call.reference, &size);
@@ -155,7 +134,6 @@ struct Runner {
   }
 
   void operator()(const DumpMetadata& call) const {
-    trace.arguments = {{"name", call.name}, {"frame", call.frame}};
     trace.containers.push_back({"meta", call.meta, call.meta});
     if (updater != nullptr) {
       std::optional<camera_metadata> buffer;
@@ -169,7 +147,6 @@ struct Runner {
 
   void operator()(const DecideSensorScenario& call) const {
     trace.sensor = call.sensor;
-    trace.arguments = {{"video", call.video}, {"width", call.width}, {"height", call.height}};
     ContainerTrace container{"meta", call.meta, call.meta};
     const auto info = std::make_shared<HeskSensorModeControl::StreamInfo>();
     *info = {.hasVideoConsumer = call.video, .mainOutputSize = {call.width, call.height}};
@@ -181,21 +158,14 @@ struct Runner {
   }
 
   void operator()(const UpdateRequestMeta& call) const {
-    trace.arguments = {{"requestNo", call.requestNo}};
     ContainerTrace container{"meta", call.meta, call.meta};
     if (updater != nullptr) updater->updateRequestMeta(pointerTo(container.after), call.requestNo);
     trace.containers.push_back(std::move(container));
   }
 
-  void operator()(const SetEvent& call) const {
-    trace.arguments = {{"key", call.key}, {"value", call.value}};
-    phone.eventStore.set(call.key, call.value);
-  }
+  void operator()(const SetEvent& call) const { phone.eventStore.set(call.key, call.value); }
 
-  void operator()(const SetProperty& call) const {
-    trace.arguments = {{"name", call.name}, {"value", call.value}};
-    phone.properties.set(call.name, call.value);
-  }
+  void operator()(const SetProperty& call) const { phone.properties.set(call.name, call.value); }
 };
 
 /// Calls on the updater of their sensor.
@@ -209,8 +179,9 @@ concept UpdaterCall = !std::same_as<CallType, DecideSensorScenario> && requires(
 Replay::Replay(host::PhoneConfig platform, Updaters updaters)
     : mPhone(std::move(platform)), mUpdaters(std::move(updaters)) {}
 
-CallTrace Replay::run(const Call& call) {
+CallTrace Replay::run(const ScenarioCall& scenarioCall) {
   CallTrace trace;
+  trace.arguments = scenarioCall.arguments;
   HeskParameterUpdater* updater = nullptr;
   std::visit(
       [&]<typename CallType>(const CallType& concrete) {
@@ -226,7 +197,7 @@ CallTrace Replay::run(const Call& call) {
           state = trace.state->after;
         }
       },
-      call);
+      scenarioCall.call);
   trace.effects = mPhone.effects.take();
   trace.logs = mPhone.log.take();
   return trace;

@@ -34,7 +34,7 @@ struct StateTrace {
 struct CallTrace {
   std::string_view call;
   std::optional<std::int32_t> sensor;
-  std::vector<std::pair<std::string_view, Json>> arguments;  // but the sensor and the containers
+  Json arguments = Json::object();  // but the sensor and the containers
   Json result;
   std::vector<std::pair<std::string_view, Json>> extras;  // what stands beside the result
   std::string_view resultName;  // what the result's number is called; empty where it has no name
@@ -54,7 +54,7 @@ class Replay {
   explicit Replay(host::PhoneConfig platform,
                   Updaters updaters = &HeskParameterUpdater::createInstance);
 
-  CallTrace run(const Call& call);
+  CallTrace run(const ScenarioCall& call);
 
   [[nodiscard]] const host::Phone& phone() const { return mPhone; }
 

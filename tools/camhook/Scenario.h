@@ -12,6 +12,7 @@
 #include "host/PhoneConfig.h"
 #include "platform/Geometry.h"
 #include "platform/IMetadata.h"
+#include "tools/camhook/Json.h"
 
 namespace camhook {
 
@@ -123,9 +124,15 @@ using Call =
                  MatchAspectRatio, CreateInstance, UpdateSessionParams, UpdateRequestMeta,
                  UpdateResultMeta, DumpMetadata, DecideSensorScenario, SetEvent, SetProperty>;
 
+/// A call, and its arguments but the sensor and the containers, as the scenario has them.
+struct ScenarioCall {
+  Call call;
+  Json arguments = Json::object();
+};
+
 struct Scenario {
   host::PhoneConfig platform;
-  std::vector<Call> calls;
+  std::vector<ScenarioCall> calls;
 };
 
 }  // namespace camhook

@@ -86,4 +86,8 @@ const ObjectKeys* findCall(std::string_view name) {
   return found != std::end(kCalls) ? found : nullptr;
 }
 
+bool isContainer(std::string_view argument) {
+  return argument == "meta" || argument == "app" || argument == "hal" || argument == "out";
+}
+
 }  // namespace camhook

@@ -25,4 +25,7 @@ std::span<const std::string_view> keysOf(std::string_view object);
 /// The arguments of a call of `scenarioCalls`; null where there is no such call.
 const ObjectKeys* findCall(std::string_view name);
 
+/// Whether an argument is a metadata container that the call is handed.
+bool isContainer(std::string_view argument);
+
 }  // namespace camhook

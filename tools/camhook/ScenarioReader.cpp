@@ -138,7 +138,16 @@ Call callFromArguments(std::string_view name, const ObjectReader& reader) {
   return sensorCall(name, reader);
 }
 
-Call callFromJson(const Json& json, const Place& place) {
+/// What a trace repeats of a call: all but its name, its sensor and its containers.
+Json argumentsOf(const Json& call) {
+  Json arguments = Json::object();
+  for (const auto& [key, value] : call.items()) {
+    if (key != "call" && key != "sensor" && !isContainer(key)) arguments[key] = value;
+  }
+  return arguments;
+}
+
+ScenarioCall callFromJson(const Json& json, const Place& place) {
   if (!json.is_object()) place.fail("must be an object");
   const Place namePlace = place["call"];
   const auto nameMember = json.find("call");
@@ -150,7 +159,8 @@ Call callFromJson(const Json& json, const Place& place) {
   if (call == nullptr) namePlace.fail("unknown call " + jsonText(name));
   std::vector<std::string_view> keys(call->keys.begin(), call->keys.end());
   keys.emplace_back("call");
-  return callFromArguments(name, ObjectReader(json, place, keys));
+  return {.call = callFromArguments(name, ObjectReader(json, place, keys)),
+          .arguments = argumentsOf(json)};
 }
 
 }  // namespace

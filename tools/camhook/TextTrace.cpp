@@ -61,6 +61,17 @@ std::set<std::uint32_t> tagsOf(const ContainerTrace& container) {
   return tags;
 }
 
+/// "1 1920x1080 usage 0x100, 2 3840x2160 usage 0x10000".
+std::string streamsText(const Json& streams) {
+  std::string text;
+  for (const Json& stream : streams) {
+    if (!text.empty()) text += ", ";
+    text += itemText(stream["id"]) + ' ' + itemText(stream["width"]) + 'x' +
+            itemText(stream["height"]) + " usage " + itemText(stream["usage"]);
+  }
+  return text.empty() ? "none" : text;
+}
+
 TextTrace::Records leastToShow(char level) {
   switch (level) {
     case 'E': return TextTrace::Records::error;
@@ -88,8 +99,9 @@ void TextTrace::writeTitle(const CallTrace& trace) {
   std::string title = std::to_string(mCallNumber) + "/" + std::to_string(mCallCount) + "  " +
                       std::string(trace.call);
   if (trace.sensor) title += "  sensor " + std::to_string(*trace.sensor);
-  for (const auto& [name, value] : trace.arguments) {
-    title.append("  ").append(name).append(" ").append(itemText(value));
+  for (const auto& [name, value] : trace.arguments.items()) {
+    title.append("  ").append(name).append(" ");
+    title += name == "streams" ? streamsText(value) : itemText(value);
   }
   mOut << mStyle.title(title);
   if (!trace.result.is_null()) mOut << "  " << kArrow << "  " << lineOfJson(trace.result);

@@ -99,7 +99,7 @@ int replay(const ReplayOptions& options) {
   Replay run(std::move(scenario.platform));
   ProgressLine progress(scenario.calls.size());
   std::size_t done = 0;
-  for (const Call& call : scenario.calls) {
+  for (const ScenarioCall& call : scenario.calls) {
     writer->write(run.run(call));
     progress.advance(++done);
   }
