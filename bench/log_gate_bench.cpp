@@ -30,7 +30,7 @@ void timeGates(Stopwatch& time) {
   int value = 0;
   time(kCalls, [&] {
     for (std::size_t call = 0; call < kCalls; ++call) {
-      HESK_LOGD(kOperation)("[%s] value %d", value);
+      HESK_LOGD(kOperation, "[%s] value %d", kOperation.name, value);
       benchmark::ClobberMemory();
     }
   });

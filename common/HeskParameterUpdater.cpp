@@ -21,11 +21,11 @@ HeskParameterUpdater::HeskParameterUpdater(int instanceId) : mInstanceId(instanc
   const float height = read(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0.0F, 1);
   const float focalLength = read(statics, tags::ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS);
   mPrimaryCameraDiagonalFov = diagonalFovDegrees(width, height, focalLength);
-  HESK_LOGD(updaterOperation("HeskParameterUpdater"))
-  ("[%s] physicalWidth: %fmm, physicalHeight:%fmm, focalLength:%fmm, "
-   "mPrimaryCameraDiagonalFov:%d instanceId:%d",
-   static_cast<double>(width), static_cast<double>(height), static_cast<double>(focalLength),
-   mPrimaryCameraDiagonalFov, mInstanceId);
+  HESK_LOGD(updaterOperation("HeskParameterUpdater"),
+            "[%s] physicalWidth: %fmm, physicalHeight:%fmm, focalLength:%fmm, "
+            "mPrimaryCameraDiagonalFov:%d instanceId:%d",
+            updaterOperation("HeskParameterUpdater").name, width, height, focalLength,
+            mPrimaryCameraDiagonalFov, mInstanceId);
 }
 
 template <int InstanceId>
@@ -43,8 +43,9 @@ HeskParameterUpdater* HeskParameterUpdater::createInstance(int instanceId) {
   // As unsigned a negative index is past the end, too.
   const auto index = static_cast<unsigned int>(instanceId);
   if (index > kMaxInstanceId) {
-    HESK_LOGD(hesk::updaterOperation("createInstance"))
-    ("[%s] HeskParameterUpdater createInstance failed!");
+    HESK_LOGD(hesk::updaterOperation("createInstance"),
+              "[%s] HeskParameterUpdater createInstance failed!",
+              hesk::updaterOperation("createInstance").name);
     return nullptr;
   }
   return kSlots[index]();

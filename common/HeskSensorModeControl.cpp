@@ -25,7 +25,7 @@ void HeskSensorModeControl::getProductName() {
 
   productName.fill('\0');
   ProductModel("default").name().copy(productName.data(), productName.size() - 1);
-  HESK_LOGD(kOperation)("[%s] productName %s", productName.data());
+  HESK_LOGD(kOperation, "[%s] productName %s", kOperation.name, productName.data());
 }
 
 /// The rules of the current product for such a configuration, null for none.
@@ -40,7 +40,7 @@ const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId
   }
   const std::vector<SensorModeCfg>* list = nullptr;
   if (table == nullptr) {
-    HESK_LOGD(kOperation)("[%s] no suitable sensorModeTable");
+    HESK_LOGD(kOperation, "[%s] no suitable sensorModeTable", kOperation.name);
   } else if (sensorId == 0) {
     list = isVideoMode ? &table->sensor0Video : &table->sensor0Preview;
   } else if (sensorId == 1) {
@@ -53,7 +53,8 @@ const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId
 void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
 
-  HESK_LOGD(kOperation)("[%s] mSensorId %d, isVideoMode %d", sensorId, isVideoMode);
+  HESK_LOGD(kOperation, "[%s] mSensorId %d, isVideoMode %d", kOperation.name, sensorId,
+            isVideoMode);
   selectedSensorModeCfgs.clear();
   getProductName();
   const std::vector<SensorModeCfg>* rules = chooseList(sensorId, isVideoMode);
@@ -79,9 +80,8 @@ int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
 
   const bool isVideoMode = info != nullptr && info->hasVideoConsumer;
   getSensorModeTable(mSensorId, isVideoMode);
-  HESK_LOGD(kOperation)
-  ("[%s] sensorModeTable size %d, %d", static_cast<int>(sensorModeTable.size()),
-   static_cast<int>(multiConditionTable.size()));
+  HESK_LOGD(kOperation, "[%s] sensorModeTable size %d, %d", kOperation.name,
+            static_cast<int>(sensorModeTable.size()), static_cast<int>(multiConditionTable.size()));
 
   getSensorModeCfgByMultiCondition(meta);
   getSensorModeCfgByEisMode(meta);
@@ -90,13 +90,14 @@ int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
   getSensorModeCfgByFps(meta);
   getSensorModeCfgByVideoAlgoType(meta);
   getSensorModeCfgByUiMode(meta);
-  HESK_LOGD(kOperation)
-  ("[%s] selectedSensorModeCfgs size %d", static_cast<int>(selectedSensorModeCfgs.size()));
+  HESK_LOGD(kOperation, "[%s] selectedSensorModeCfgs size %d", kOperation.name,
+            static_cast<int>(selectedSensorModeCfgs.size()));
 
   std::int32_t sensorMode = baseScenario(isVideoMode);
   if (mObserver != nullptr) mObserver->onBase(sensorMode);
   const std::int32_t special = specialCustomize(meta, std::move(info));
   if (special != NO_DECISION) sensorMode = special;
-  HESK_LOGD(kOperation)("[%s] sensorMode %lld", static_cast<long long>(sensorMode));
+  HESK_LOGD(kOperation, "[%s] sensorMode %lld", kOperation.name,
+            static_cast<long long>(sensorMode));
   return sensorMode;
 }

@@ -29,7 +29,7 @@ std::string expand(const char* format, ...) {
 TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
   host::Phone phone;
   const int line = __LINE__ + 1;
-  HESK_LOGI(kOperation)("[%s] frame %d of %s", 3, "a burst");
+  HESK_LOGI(kOperation, "[%s] frame %d of %s", kOperation.name, 3, "a burst");
   const auto records = phone.log.take();
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0].level, 'I');
@@ -42,8 +42,8 @@ TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
 
 TEST(LogRecord, NamesItsOperationWhereTheMessageBeginsWithIt) {
   host::Phone phone;
-  HESK_LOGD(kOperation)("plain %s", "text");
-  HESK_LOGD(kOperation)("[%s] [%s]twice %lld", kOperation.name, -1LL);
+  HESK_LOGD(kOperation, "plain %s", "text");
+  HESK_LOGD(kOperation, "[%s] [%s]twice %lld", kOperation.name, kOperation.name, -1LL);
   const auto records = phone.log.take();
   ASSERT_EQ(records.size(), 2U);
   EXPECT_EQ(records[0].message, "plain text");
@@ -67,11 +67,11 @@ TEST(LogRecord, IsCutAt1023Characters) {
 TEST(LogGate, NeedsTheLevelsBitAndTheTagTest) {
   host::Phone phone;
   host::LogSink::openLevels({'E'});
-  HESK_LOGD(kOperation)("[%s] debug");
-  HESK_LOGI(kOperation)("[%s] info");
-  HESK_LOGE(kOperation)("[%s] error");
+  HESK_LOGD(kOperation, "[%s] debug", kOperation.name);
+  HESK_LOGI(kOperation, "[%s] info", kOperation.name);
+  HESK_LOGE(kOperation, "[%s] error", kOperation.name);
   phone.log.setTagsWanted(false);
-  HESK_LOGE(kOperation)("[%s] error again");
+  HESK_LOGE(kOperation, "[%s] error again", kOperation.name);
   const auto records = phone.log.take();
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0].message, "[doExample] error");
@@ -87,7 +87,9 @@ TEST(LogGate, ClosedEvaluatesAndAllocatesNothing) {
   host::LogSink::openLevels({});
   int evaluations = 0;
   const auto argument = [&] { return ++evaluations; };
-  EXPECT_EQ(allocationsIn([&] { HESK_LOGD(kOperation)("[%s] value %d", argument()); }), 0U);
+  EXPECT_EQ(
+      allocationsIn([&] { HESK_LOGD(kOperation, "[%s] value %d", kOperation.name, argument()); }),
+      0U);
   EXPECT_EQ(evaluations, 0);
   EXPECT_TRUE(phone.log.take().empty());
 }

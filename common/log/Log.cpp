@@ -5,7 +5,7 @@
 namespace hesk::log {
 
 void formatRecord(RecordBuffer& buffer, const Operation& operation, Level level, int line,
-                  const char* message) noexcept {
+                  const char* message) {
   buffer.fill('\0');
   std::snprintf(buffer.data(), buffer.size(), "%s[%s] %s:%d %s() %s",
                 g_logInfoLv[platformLevel(level).number].prefix, operation.source.tag,

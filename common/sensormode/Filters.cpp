@@ -90,41 +90,40 @@ bool meetsConditions(const SensorModeCfg& rule, const Offer& offer, DecisionObse
   std::int32_t count = 0;
   if (isMet(rule, kIsHfpsMode, offer.isHfpsMode, observer)) {
     ++count;
-    HESK_LOGD(kOperation)
-    ("[%s] selected by HfpsMode %d, [%d:%d]", offer.isHfpsMode, count, rule.conditionCount);
+    HESK_LOGD(kOperation, "[%s] selected by HfpsMode %d, [%d:%d]", kOperation.name,
+              offer.isHfpsMode, count, rule.conditionCount);
   }
   if (isMet(rule, kAppType, offer.appType, observer)) {
     ++count;
-    HESK_LOGD(kOperation)
-    ("[%s] selected by apptype %s, [%d:%d]", offer.appType.data(), count, rule.conditionCount);
+    HESK_LOGD(kOperation, "[%s] selected by apptype %s, [%d:%d]", kOperation.name,
+              offer.appType.data(), count, rule.conditionCount);
     if (count == rule.conditionCount) return true;
   }
   if (isMet(rule, kFps, offer.frameRates.upper, observer)) {
     ++count;
-    HESK_LOGD(kOperation)
-    ("[%s] selected by fps %d,%d, [%d:%d]", offer.frameRates.lower, offer.frameRates.upper, count,
-     rule.conditionCount);
+    HESK_LOGD(kOperation, "[%s] selected by fps %d,%d, [%d:%d]", kOperation.name,
+              offer.frameRates.lower, offer.frameRates.upper, count, rule.conditionCount);
     if (count == rule.conditionCount) return true;
   }
   if (isMet(rule, kEisMode, offer.eisMode, observer)) {
     ++count;
-    HESK_LOGD(kOperation)
-    ("[%s] selected by eisMode %d, [%d:%d]", offer.eisMode, count, rule.conditionCount);
+    HESK_LOGD(kOperation, "[%s] selected by eisMode %d, [%d:%d]", kOperation.name, offer.eisMode,
+              count, rule.conditionCount);
     if (count == rule.conditionCount) return true;
   }
   if (isMet(rule, kVideoAlgoType, offer.videoAlgoType, observer)) {
     ++count;
-    HESK_LOGD(kOperation)
-    ("[%s] selected by videoAlgoType %d, [%d:%d]", offer.videoAlgoType, count, rule.conditionCount);
+    HESK_LOGD(kOperation, "[%s] selected by videoAlgoType %d, [%d:%d]", kOperation.name,
+              offer.videoAlgoType, count, rule.conditionCount);
     if (count == rule.conditionCount) return true;
   }
   if (isMet(rule, kUiMode, offer.uiMode, observer)) {
     ++count;
-    HESK_LOGD(kOperation)
-    ("[%s] selected by uimode %d, [%d:%d]", offer.uiMode, count, rule.conditionCount);
+    HESK_LOGD(kOperation, "[%s] selected by uimode %d, [%d:%d]", kOperation.name, offer.uiMode,
+              count, rule.conditionCount);
     if (count == rule.conditionCount) return true;
   }
-  HESK_LOGD(kOperation)("[%s] current SensorModeCfg don't meet the requirement");
+  HESK_LOGD(kOperation, "[%s] current SensorModeCfg don't meet the requirement", kOperation.name);
   return false;
 }
 
@@ -160,7 +159,7 @@ void HeskSensorModeControl::getSensorModeCfgByMultiCondition(IMetadata* meta) {
       multiConditionTable.rbegin(), multiConditionTable.rend(),
       [&](const SensorModeCfg& rule) { return meetsConditions(rule, offer, mObserver); });
   if (select(met != multiConditionTable.rend() ? &*met : nullptr)) {
-    HESK_LOGD(kOperation)("[%s] selected");
+    HESK_LOGD(kOperation, "[%s] selected", kOperation.name);
   }
 }
 
@@ -170,7 +169,7 @@ void HeskSensorModeControl::getSensorModeCfgByEisMode(IMetadata* meta) {
   if (isDecided(kOperation.name)) return;
   const std::int32_t eisMode = eisModeOf(meta);
   if (select(firstThatMeets(sensorModeTable, kEisMode, eisMode, mObserver))) {
-    HESK_LOGD(kOperation)("[%s] selected by eisMode %d", eisMode);
+    HESK_LOGD(kOperation, "[%s] selected by eisMode %d", kOperation.name, eisMode);
   }
 }
 
@@ -183,7 +182,7 @@ void HeskSensorModeControl::getSensorModeCfgByIsHfpsMode(IMetadata* meta) {
     return;
   }
   if (select(firstThatMeets(sensorModeTable, kIsHfpsMode, kHighFrameRate, mObserver))) {
-    HESK_LOGD(kOperation)("[%s] selected by hfpsMode %d", kHighFrameRate);
+    HESK_LOGD(kOperation, "[%s] selected by hfpsMode %d", kOperation.name, kHighFrameRate);
   }
 }
 
@@ -193,7 +192,7 @@ void HeskSensorModeControl::getSensorModeCfgByApptype() {
   if (isDecided(kOperation.name)) return;
   const std::string_view appType = eventValue<"APP_TYPE">();
   if (select(firstThatMeets(sensorModeTable, kAppType, appType, mObserver))) {
-    HESK_LOGD(kOperation)("[%s] selected by appType %s", appType.data());
+    HESK_LOGD(kOperation, "[%s] selected by appType %s", kOperation.name, appType.data());
   }
 }
 
@@ -203,7 +202,8 @@ void HeskSensorModeControl::getSensorModeCfgByFps(IMetadata* meta) {
   if (isDecided(kOperation.name)) return;
   const FrameRateRange frameRates = readFrameRateRange(meta);
   if (select(firstThatMeets(sensorModeTable, kFps, frameRates.upper, mObserver))) {
-    HESK_LOGD(kOperation)("[%s] selected by fps %d,%d", frameRates.lower, frameRates.upper);
+    HESK_LOGD(kOperation, "[%s] selected by fps %d,%d", kOperation.name, frameRates.lower,
+              frameRates.upper);
   }
 }
 
@@ -213,7 +213,7 @@ void HeskSensorModeControl::getSensorModeCfgByVideoAlgoType(IMetadata* meta) {
   if (isDecided(kOperation.name)) return;
   const std::int32_t videoAlgoType = videoAlgoTypeOf(meta);
   if (select(firstThatMeets(sensorModeTable, kVideoAlgoType, videoAlgoType, mObserver))) {
-    HESK_LOGD(kOperation)("[%s] selected by videoAlgoType %d", videoAlgoType);
+    HESK_LOGD(kOperation, "[%s] selected by videoAlgoType %d", kOperation.name, videoAlgoType);
   }
 }
 
@@ -223,6 +223,6 @@ void HeskSensorModeControl::getSensorModeCfgByUiMode(IMetadata* meta) {
   if (isDecided(kOperation.name)) return;
   const std::int32_t uiMode = uiModeOf(meta);
   if (select(firstThatMeets(sensorModeTable, kUiMode, uiMode, mObserver))) {
-    HESK_LOGD(kOperation)("[%s] selected by uimode %d", uiMode);
+    HESK_LOGD(kOperation, "[%s] selected by uimode %d", kOperation.name, uiMode);
   }
 }

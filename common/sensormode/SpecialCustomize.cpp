@@ -103,33 +103,34 @@ int HeskSensorModeControl::specialCustomize(
 
   if (chooseIf(isImsCallNotWiderThan4To3(configuration), NORMAL_PREVIEW,
                "an IMS call not wider than 4:3")) {
-    HESK_LOGD(kOperation)("[%s] NORMAL_PREVIEW for wechat or ims");
+    HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for wechat or ims", kOperation.name);
   }
   if (chooseIf(isDingdingNear4To3(configuration), NORMAL_PREVIEW, "Dingding near 4:3")) {
-    HESK_LOGD(kOperation)("[%s] NORMAL_PREVIEW for Dingding");
+    HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for Dingding", kOperation.name);
   }
   if (chooseIf(isAppThatNeedsVideo(configuration), NORMAL_VIDEO,
                "Whatsapp, Facebook or Kuaishou")) {
-    HESK_LOGD(kOperation)("[%s] some 3rd_party app need VIDEO sensor mode");
+    HESK_LOGD(kOperation, "[%s] some 3rd_party app need VIDEO sensor mode", kOperation.name);
   }
   if (chooseIf(isInstagramBehind(configuration), NORMAL_VIDEO,
                "Instagram on another than the front camera")) {
-    HESK_LOGD(kOperation)("[%s] Instagram need VIDEO sensor mode except camera 1");
+    HESK_LOGD(kOperation, "[%s] Instagram need VIDEO sensor mode except camera 1", kOperation.name);
   }
   if (chooseIf(isThirdPartyCall(configuration), NORMAL_PREVIEW,
                "Whatsapp, Messenger or a third party at 640x480")) {
-    HESK_LOGD(kOperation)("[%s] NORMAL_PREVIEW for third party app");
+    HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for third party app", kOperation.name);
   }
   if (chooseIf(isFrontVideoHdr(configuration), CUSTOM1, "video HDR on the front camera")) {
-    HESK_LOGD(kOperation)("[%s] VIDEO_HDR for front camera");
+    HESK_LOGD(kOperation, "[%s] VIDEO_HDR for front camera", kOperation.name);
   }
   if (chooseIf(isFrontWechatCall(configuration), CUSTOM2,
                "Wechat at 640x480 on the front camera")) {
-    HESK_LOGE(kOperation)("[%s] wechat meet set sensor mode to CUSTOM2");
+    HESK_LOGE(kOperation, "[%s] wechat meet set sensor mode to CUSTOM2", kOperation.name);
   }
   chooseIf(isNightVideo(configuration), NORMAL_VIDEO, "video in night mode");
   if (chooseIf(isMessageVideo(configuration), CUSTOM1, "video of the maker's app at 640x480")) {
-    HESK_LOGD(kOperation)("[%s] change message-camera video sensor mode to custom1");
+    HESK_LOGD(kOperation, "[%s] change message-camera video sensor mode to custom1",
+              kOperation.name);
   }
   return scenario;
 }

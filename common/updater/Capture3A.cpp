@@ -29,15 +29,17 @@ AeInput readAe(const IMetadata* appMeta, const IMetadata* halMeta) {
 void writeAeResult(IMetadata* outMeta, const AeInput& input) {
   const AeResult ae = aeResultOf(input);
   const auto field = [&](std::size_t index) { return static_cast<double>(ae[index]); };
-  HESK_LOGD(kOperation)
-  ("[%s] [%s]AEResult: luxIndex:%f, expIndex:%f, realGain:%f, safeGain:%f, longGain:%f, "
-   "sensorGain:%f, adrcGain:%f, darkBoostGain:%f, ispGain:%f, sensitivityShort:%f, "
-   "sensitivitySafe:%f, sensitivityLong :%f, sensorGainShort:%f, ispGainShort%f, expTimeShort:%f, "
-   "sensorGainNormal:%f, ispGainNormal:%f, expTimeNormal:%f, adrcGainNormal:%f, "
-   "sensitivityRatio:%f, expTimeRatio:%f, gainRatio:%f",
-   kOperation.name, field(0), field(1), field(2), field(3), field(4), field(5), field(6), field(7),
-   field(8), field(9), field(10), field(11), field(12), field(13), field(14), field(15), field(16),
-   field(17), field(18), field(19), field(20), field(21));
+  HESK_LOGD(kOperation,
+            "[%s] [%s]AEResult: luxIndex:%f, expIndex:%f, realGain:%f, safeGain:%f, longGain:%f, "
+            "sensorGain:%f, adrcGain:%f, darkBoostGain:%f, ispGain:%f, sensitivityShort:%f, "
+            "sensitivitySafe:%f, sensitivityLong :%f, sensorGainShort:%f, ispGainShort%f, "
+            "expTimeShort:%f, "
+            "sensorGainNormal:%f, ispGainNormal:%f, expTimeNormal:%f, adrcGainNormal:%f, "
+            "sensitivityRatio:%f, expTimeRatio:%f, gainRatio:%f",
+            kOperation.name, kOperation.name, field(0), field(1), field(2), field(3), field(4),
+            field(5), field(6), field(7), field(8), field(9), field(10), field(11), field(12),
+            field(13), field(14), field(15), field(16), field(17), field(18), field(19), field(20),
+            field(21));
   writeAll(outMeta, tags::HESK_CONTROL_AE_RESULT, ae);
 }
 
@@ -45,7 +47,7 @@ void writeLightFlag(IMetadata* outMeta, std::int32_t luxIndex) {
   constexpr std::int32_t kFirstDarkLux = 311;
   const std::int32_t isLight = luxIndex < kFirstDarkLux ? 1 : 0;
   write(outMeta, tags::MTK_RAW_ALGO_ISLIGHTENV, isLight);
-  HESK_LOGD(kOperation)(" ISLIGHTENV  %d", isLight);
+  HESK_LOGD(kOperation, " ISLIGHTENV  %d", isLight);
 }
 
 /// The inverse of the neutral point; infinite where there is none.
@@ -66,9 +68,8 @@ void writeAwbGains(IMetadata* outMeta, const IMetadata* appMeta) {
   write(outMeta, tags::MTK_RAW_ALGO_AWB_GAIN_G, green);
   write(outMeta, tags::MTK_RAW_ALGO_AWB_GAIN_B, blue);
   write(outMeta, tags::MTK_RAW_ALGO_AWB_RESULT_INFO, result);
-  HESK_LOGD(kOperation)
-  ("[%s] [%s]AWBEResult: %f %f %f %d", kOperation.name, static_cast<double>(red),
-   static_cast<double>(green), static_cast<double>(blue), result);
+  HESK_LOGD(kOperation, "[%s] [%s]AWBEResult: %f %f %f %d", kOperation.name, kOperation.name, red,
+            green, blue, result);
 }
 
 void writeAwbCalibration(IMetadata* outMeta, const IMetadata* appMeta) {
@@ -76,9 +77,8 @@ void writeAwbCalibration(IMetadata* outMeta, const IMetadata* appMeta) {
   if (count(appMeta, tags::MTK_3A_AWB_OTP_DATA) == otp.size()) {
     readAll(appMeta, tags::MTK_3A_AWB_OTP_DATA, std::span(otp));
   }
-  HESK_LOGD(kOperation)
-  ("[%s] [%s]awbOtpData: %f %f %f %f", kOperation.name, static_cast<double>(otp[0]),
-   static_cast<double>(otp[1]), static_cast<double>(otp[2]), static_cast<double>(otp[3]));
+  HESK_LOGD(kOperation, "[%s] [%s]awbOtpData: %f %f %f %f", kOperation.name, kOperation.name,
+            otp[0], otp[1], otp[2], otp[3]);
   writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_OTP_DATA, otp);
 }
 
@@ -87,9 +87,10 @@ void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
   constexpr std::int32_t kMostBytes = 73'728;
 
   const std::int32_t size = read(appMeta, tags::MTK_3A_AWB_STATS_SIZE);
-  HESK_LOGD(kOperation)("[%s] [%s]awbStatsSize: %d", kOperation.name, size);
+  HESK_LOGD(kOperation, "[%s] [%s]awbStatsSize: %d", kOperation.name, kOperation.name, size);
   if (size < 0 || size > kMostBytes) {
-    HESK_LOGE(kOperation)("[%s] no statistics have %d bytes, at most %d", size, kMostBytes);
+    HESK_LOGE(kOperation, "[%s] no statistics have %d bytes, at most %d", kOperation.name, size,
+              kMostBytes);
   }
   write(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_SIZE, size);
   if (size <= 0 || size > kMostBytes) {
@@ -106,7 +107,8 @@ void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
 
 void writeColourTemperatureUse(IMetadata* outMeta, const IMetadata* appMeta) {
   const std::int32_t aeCctUseData = read(appMeta, tags::MTK_3A_AE_CCT_USE_DATA);
-  HESK_LOGD(kOperation)("[%s] [%s]aeCctUseData: %d", kOperation.name, aeCctUseData);
+  HESK_LOGD(kOperation, "[%s] [%s]aeCctUseData: %d", kOperation.name, kOperation.name,
+            aeCctUseData);
   write(outMeta, tags::MTK_RAW_ALGO_AE_CCT_USE_DATA, aeCctUseData);
 }
 

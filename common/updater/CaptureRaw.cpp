@@ -31,11 +31,11 @@ void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IM
       NSCam::getMtkcamModuleFactory(NSCam::kModuleDefaultShading));
   const auto shading = create != nullptr ? create(kUpdaterUser, sensor) : nullptr;
   if (shading == nullptr) {
-    HESK_LOGE(kOperation)("[%s] no default shading for sensor %d", sensor);
+    HESK_LOGE(kOperation, "[%s] no default shading for sensor %d", kOperation.name, sensor);
     return;
   }
   append(outMeta, shading->query(halMeta, appMeta));
-  HESK_LOGD(kOperation)("[%s] get shadingtable default");
+  HESK_LOGD(kOperation, "[%s] get shadingtable default", kOperation.name);
 }
 
 void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
@@ -44,7 +44,8 @@ void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
 
   const Hal3AOwner hal3A(sensor, kUpdaterUser);
   if (!hal3A) {
-    HESK_LOGD(kOperation)("[%s] HeskParameterUpdater create IHal3A instance failed");
+    HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
+              kOperation.name);
     return;
   }
   std::array<float, std::size_t{kGrid.w} * kGrid.h * kChannels> table{};
@@ -52,7 +53,7 @@ void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
   hal3A->control(NS3Av3::IHal3A::kGetShadingTable, reinterpret_cast<std::intptr_t>(&grid),
                  reinterpret_cast<std::intptr_t>(table.data()));
   writeAll(outMeta, tags::ANDROID_STATISTICS_LENS_SHADING_MAP, table);
-  HESK_LOGD(kOperation)("[%s] get shadingtable from 3a");
+  HESK_LOGD(kOperation, "[%s] get shadingtable from 3a", kOperation.name);
 }
 
 bool isShadingOf3A(std::int64_t mode) {
@@ -63,8 +64,8 @@ bool isShadingOf3A(std::int64_t mode) {
 void markSlave(IMetadata* outMeta, const IMetadata* halMeta, std::int32_t cameraId) {
   const std::int32_t master = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 0);
   const std::int32_t slave = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 1);
-  HESK_LOGD(kOperation)
-  ("[%s] materID %d, slaveID %d, current camera id %d", master, slave, cameraId);
+  HESK_LOGD(kOperation, "[%s] materID %d, slaveID %d, current camera id %d", kOperation.name,
+            master, slave, cameraId);
   if (master != slave && slave == cameraId) write(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, 1);
 }
 
@@ -82,12 +83,14 @@ bool isWithoutSat(const IMetadata* appMeta, std::int64_t mode) {
 }
 
 float appZoomRatio(const IMetadata* appMeta) {
-  HESK_LOGD(kOperation)
-  ("[%s] no MTK_SENSOR_SCALER_CROP_REGION,use HESK_CONTROL_ZOOM_ZOOM_RATIO");
+  HESK_LOGD(kOperation, "[%s] no MTK_SENSOR_SCALER_CROP_REGION,use HESK_CONTROL_ZOOM_ZOOM_RATIO",
+            kOperation.name);
   if (const auto ratio = readIfPresent(appMeta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO)) return *ratio;
-  HESK_LOGE(kOperation)
-  ("[%s] both MTK_SENSOR_SCALER_CROP_REGION and HESK_CONTROL_ZOOM_ZOOM_RATIO not set,use 1.0f "
-   "default!");
+  HESK_LOGE(
+      kOperation,
+      "[%s] both MTK_SENSOR_SCALER_CROP_REGION and HESK_CONTROL_ZOOM_ZOOM_RATIO not set,use 1.0f "
+      "default!",
+      kOperation.name);
   return 1.0F;
 }
 
@@ -96,11 +99,10 @@ float croppedZoomRatio(MRect crop, const IMetadata* statics, std::int32_t camera
   if (statics == nullptr) return 1.0F;
   const auto array = readIfPresent(statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION);
   if (array) {
-    HESK_LOGD(kOperation)
-    ("[%s] currentCameraId: %d, active array(%d, %d, %dx%d)", cameraId, array->x, array->y,
-     array->w, array->h);
+    HESK_LOGD(kOperation, "[%s] currentCameraId: %d, active array(%d, %d, %dx%d)", kOperation.name,
+              cameraId, array->x, array->y, array->w, array->h);
   } else {
-    HESK_LOGE(kOperation)("[%s]  Cann't get MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION");
+    HESK_LOGE(kOperation, "[%s]  Cann't get MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION", kOperation.name);
   }
   return static_cast<float>(array ? array->w : 0) / static_cast<float>(crop.w);
 }
@@ -110,9 +112,8 @@ void writeZoomRatio(IMetadata* outMeta, const IMetadata* appMeta, const IMetadat
   const auto crop = readIfPresent(halMeta, tags::MTK_P1NODE_SCALAR_CROP_REGION);
   const float ratio = crop ? croppedZoomRatio(*crop, statics, cameraId) : appZoomRatio(appMeta);
   const int status = write(outMeta, tags::MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO, ratio);
-  HESK_LOGD(kOperation)
-  ("[%s] Current camera id %d, physicalZoomRatio: %f, result:%d", cameraId,
-   static_cast<double>(ratio), status);
+  HESK_LOGD(kOperation, "[%s] Current camera id %d, physicalZoomRatio: %f, result:%d",
+            kOperation.name, cameraId, ratio, status);
 }
 
 /// What a sensor's static characteristics say of its phase-detection pixels.
@@ -130,15 +131,17 @@ struct PdDescription {
 PdDescription readPdDescription(const IMetadata* statics) {
   const auto isCompensated = readIfPresent(statics, tags::COM_HESK_ISPDCOMPENSATION);
   if (isCompensated) {
-    HESK_LOGD(kOperation)("[%s] preview COM_HESK_ISPDCOMPENSATION:%d", *isCompensated);
+    HESK_LOGD(kOperation, "[%s] preview COM_HESK_ISPDCOMPENSATION:%d", kOperation.name,
+              *isCompensated);
   } else {
-    HESK_LOGE(kOperation)("[%s] preview Get Meta :COM_HESK_ISPDCOMPENSATION Error");
+    HESK_LOGE(kOperation, "[%s] preview Get Meta :COM_HESK_ISPDCOMPENSATION Error",
+              kOperation.name);
   }
   const auto bufferType = readIfPresent(statics, tags::COM_HESK_PDBUFFERTYPE);
   if (bufferType) {
-    HESK_LOGD(kOperation)("[%s] preview COM_HESK_PDBUFFERTYPE:%d", *bufferType);
+    HESK_LOGD(kOperation, "[%s] preview COM_HESK_PDBUFFERTYPE:%d", kOperation.name, *bufferType);
   } else {
-    HESK_LOGE(kOperation)("[%s] preview Get Meta :COM_HESK_PDBUFFERTYPE Error");
+    HESK_LOGE(kOperation, "[%s] preview Get Meta :COM_HESK_PDBUFFERTYPE Error", kOperation.name);
   }
   return {.isCompensated = isCompensated.value_or(0), .bufferType = bufferType.value_or(0)};
 }
@@ -149,8 +152,8 @@ void writeFaces(IMetadata* outMeta, NSCam::IFDContainer& container, std::int32_t
 
   NSCam::FaceRecord record;
   container.queryLatest(sensor, record);
-  HESK_LOGD(kOperation)
-  ("[%s] fdChunk FD num:%d, MAX_FACES: %d, sensorId %d", record.count, kMostFaces, sensor);
+  HESK_LOGD(kOperation, "[%s] fdChunk FD num:%d, MAX_FACES: %d, sensorId %d", kOperation.name,
+            record.count, kMostFaces, sensor);
   std::array<MRect, kMostFaces> rects;
   const auto taken = static_cast<std::size_t>(std::clamp(record.count, 0, kMostFaces));
   for (std::size_t i = 0; i < taken; ++i) rects[i] = record.faces[i].rect;
@@ -191,7 +194,7 @@ void HeskParameterUpdater::updateCaptureRawParameter(IMetadata* appMeta, IMetada
   const IMetadata* statics = cameraCharacteristics(cameraId);
   writeZoomRatio(outMeta, appMeta, halMeta, statics, cameraId);
   if (statics == nullptr) {
-    HESK_LOGE(kOperation)("[%s] PDAF pMetadataProvider.get() == NULL");
+    HESK_LOGE(kOperation, "[%s] PDAF pMetadataProvider.get() == NULL", kOperation.name);
   } else if (const PdDescription pd = readPdDescription(statics); pd.isLayoutNeeded()) {
     updateSensorPdafInfo(cameraId, pd.isCompensated, pd.bufferType, outMeta);
   }

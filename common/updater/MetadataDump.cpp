@@ -49,7 +49,7 @@ DumpPath dumpPathOf(const char* label, int frameNumber) {
   const int length = formatDumpPath(path, label, frameNumber, currentTimeStamp().data());
   // As unsigned a negative length is past the end, too.
   if (static_cast<std::size_t>(length) >= path.size()) {
-    HESK_LOGE(kOperation)("[%s] no room for the path of the dump %s", label);
+    HESK_LOGE(kOperation, "[%s] no room for the path of the dump %s", kOperation.name, label);
     std::fprintf(stderr,
                  "dumpMetadata: the path of dump \"%s\" has %d characters, at most %zu fit\n",
                  label, length, path.size() - 1);
@@ -90,11 +90,11 @@ void HeskParameterUpdater::dumpMetadata(camera_metadata* meta, const char* name,
   std::int32_t intent = 0;
   if (!readIntent(meta, intent)) return;
   const bool isSnapshot = intent == kStillCapture;
-  HESK_LOGI(kOperation)("frameNumber %d isSnapshot %d", frameNumber, isSnapshot);
+  HESK_LOGI(kOperation, "frameNumber %d isSnapshot %d", frameNumber, isSnapshot);
   if (!isSnapshot) return;
 
   const DumpPath path = dumpPathOf(name, frameNumber);
-  HESK_LOGI(kOperation)("dump metadata name is %s", path.data());
+  HESK_LOGI(kOperation, "dump metadata name is %s", path.data());
   const int file = cam::open(path.data(), O_RDWR | O_CREAT, 0666);
   if (file < 0) return;
   if (file >= 1) dump_camera_metadata(meta, file, kEveryValue);

@@ -24,7 +24,7 @@ int HeskParameterUpdater::getMulticamMainID(int deviceId) {
   constexpr log::Operation kOperation = updaterOperation("getMulticamMainID");
 
   const std::uint8_t digit = firstPhysicalId(deviceId);
-  HESK_LOGD(kOperation)("[%s] main %d", digit);
+  HESK_LOGD(kOperation, "[%s] main %d", kOperation.name, digit);
   return digit - '0';
 }
 
@@ -34,11 +34,11 @@ std::int32_t HeskParameterUpdater::getMulticamMasterID(int deviceId, IMetadata* 
   constexpr std::int32_t kLogicalMulticam = 2;
 
   if (const auto master = readIfPresent(halMeta, tags::MTK_MULTICAM_REAL_MASTER_ID)) {
-    HESK_LOGD(kOperation)("[%s] masterid %d", *master);
+    HESK_LOGD(kOperation, "[%s] masterid %d", kOperation.name, *master);
     if (mMulticamFeatureMode == kLogicalMulticam) return *master;
   }
   const std::uint8_t digit = firstPhysicalId(deviceId);
-  HESK_LOGD(kOperation)("[%s] main %d", digit);
+  HESK_LOGD(kOperation, "[%s] main %d", kOperation.name, digit);
   return digit - '0';
 }
 
@@ -50,7 +50,7 @@ bool HeskParameterUpdater::isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta,
 
   const std::int64_t mode = read(appMeta, tags::HESK_CONTROL_CURRENTMODE);
   const std::int32_t isDualSlave = read(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, -1);
-  if (outMeta != nullptr) HESK_LOGI(kOperation)("isDualSlave %d", isDualSlave);
+  if (outMeta != nullptr) HESK_LOGI(kOperation, "isDualSlave %d", isDualSlave);
 
   bool isNeeded = false;
   if (read(appMeta, tags::HESK_CONTROL_ALGO_OVERRIDE) != 0) {
@@ -60,7 +60,7 @@ bool HeskParameterUpdater::isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta,
   } else {
     isNeeded = (mode & kRawAlgoModes) != 0;
   }
-  HESK_LOGI(kOperation)("isNeedRawAlgo %d", isNeeded);
+  HESK_LOGI(kOperation, "isNeedRawAlgo %d", isNeeded);
   return isNeeded;
 }
 
@@ -71,6 +71,6 @@ void HeskParameterUpdater::setCameraRole(IMetadata* outMeta, int cameraId) {
   const int index = satCameraIndex(sat, cameraId);
   const std::int32_t role =
       index >= 0 ? sat.cameras()[static_cast<std::size_t>(index)].role : sat.defaultRole();
-  HESK_LOGI(kOperation)("[%s] current snapshot cameraRole %d", role);
+  HESK_LOGI(kOperation, "[%s] current snapshot cameraRole %d", kOperation.name, role);
   write(outMeta, tags::MTK_RAW_ALGO_CAMERA_ROLE, role);
 }

@@ -47,7 +47,7 @@ void copyRemosaic(IMetadata* request) {
   const auto remosaic = readIfPresent(request, tags::HESK_CONTROL_ALGO_OVERRIDE);
   if (!remosaic) return;
   write(request, tags::MTK_CONTROL_CAPTURE_REMOSAIC_EN, *remosaic);
-  HESK_LOGD(kOperation)("[%s] MTK_CONTROL_CAPTURE_REMOSAIC_EN: %d", *remosaic);
+  HESK_LOGD(kOperation, "[%s] MTK_CONTROL_CAPTURE_REMOSAIC_EN: %d", kOperation.name, *remosaic);
 }
 
 void publishWhiteBalance(const IMetadata* request) {
@@ -61,12 +61,12 @@ void publishUiModule(const IMetadata* request) {
   const auto uiModule = readIfPresent(request, tags::COM_HESK_CURRENTUIMODULE);
   if (!uiModule) return;
   publish("HESK_CURRENTUIMODE", *uiModule);
-  HESK_LOGD(kOperation)("HESK_CURRENTUIMODE: %d", *uiModule);
+  HESK_LOGD(kOperation, "HESK_CURRENTUIMODE: %d", *uiModule);
 }
 
 void publishMotionLevel(const IMetadata* request) {
   const std::int32_t motionLevel = read(request, tags::HESK_CONTROL_MOTIONLEVEL, -1);
-  HESK_LOGD(kOperation)("HESK_MOTIONLEVEL : %d", motionLevel);
+  HESK_LOGD(kOperation, "HESK_MOTIONLEVEL : %d", motionLevel);
   publish("HESK_MOTIONLEVEL", motionLevel);
 }
 
@@ -74,7 +74,7 @@ void publishSecondSnapshot(const IMetadata* request) {
   const auto isSecondSnapshot = readIfPresent(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT);
   if (!isSecondSnapshot) return;
   publish("HESK_ISSECONDSNAPSHOT", *isSecondSnapshot);
-  HESK_LOGD(kOperation)("HESK_ISSECONDSNAPSHOT : %d", *isSecondSnapshot);
+  HESK_LOGD(kOperation, "HESK_ISSECONDSNAPSHOT : %d", *isSecondSnapshot);
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ void writeMoonRawType(IMetadata* meta) {
   const bool isZoomed = read(meta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 1.0F) > 1.0F;
   if (isZoomed && eventValue<"APP_NAME">() == "SuperMoon") {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, kSuperMoonRawTypes);
-    HESK_LOGD(kOperation)("[%s] superMoon update rawtype 4+8+16+32");
+    HESK_LOGD(kOperation, "[%s] superMoon update rawtype 4+8+16+32", kOperation.name);
   } else {
     clear(meta, tags::MTK_CONTROL_RAW_TYPE);
   }
@@ -74,7 +74,8 @@ void fixFrameRate(IMetadata* meta) {
   const std::int32_t frameRate = read(meta, tags::HESK_CONTROL_FPS_RANGE_MAX);
   if (frameRate < kLowestFixedFrameRate) return;
   writeFrameRateRange(meta, {.lower = frameRate, .upper = frameRate});
-  HESK_LOGI(kOperation)("[%s] update MTK_CONTROL_AE_TARGET_FPS_RANGE:%d", frameRate);
+  HESK_LOGI(kOperation, "[%s] update MTK_CONTROL_AE_TARGET_FPS_RANGE:%d", kOperation.name,
+            frameRate);
 }
 
 }  // namespace

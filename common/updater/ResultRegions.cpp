@@ -71,7 +71,8 @@ void HeskParameterUpdater::translateResultRegionForHesk(IMetadata* result, float
     case kHumanBodyRegion.value: translatHumanBodyRegion(result, &converter, ratio, index); break;
     case kEyeRegion.value: translateEyeRegion(result, &converter, ratio, index); break;
     default:
-      HESK_LOGE(kOperation)("[%s] please check tag id: %d", static_cast<std::int32_t>(tag));
+      HESK_LOGE(kOperation, "[%s] please check tag id: %d", kOperation.name,
+                static_cast<std::int32_t>(tag));
       break;
   }
 }
@@ -143,7 +144,7 @@ void HeskParameterUpdater::translatHumanBodyRegion(IMetadata* result, TqcMetaCon
 void HeskParameterUpdater::setPreviewSize(NSCam::MSize size) {
   constexpr log::Operation kOperation = updaterOperation("setPreviewSize");
   mPreviewSize = size;
-  HESK_LOGD(kOperation)("[%s] setPreviewSize [%d/%d]", size.w, size.h);
+  HESK_LOGD(kOperation, "[%s] setPreviewSize [%d/%d]", kOperation.name, size.w, size.h);
 }
 
 void HeskParameterUpdater::matchAspectRatio(const NSCam::MSize* reference, NSCam::MSize* size) {

@@ -30,12 +30,12 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
                                                NSCam::IMetadata* outMeta) {
   NSCam::IHalSensorList* const list = sensorList();
   if (list == nullptr) {
-    HESK_LOGE(kOperation)("[%s] pHalSensorList == NULL");
+    HESK_LOGE(kOperation, "[%s] pHalSensorList == NULL", kOperation.name);
     return kNothingWritten;
   }
   const HalSensorOwner sensor(*list, openId, kUser, kUpdaterUser);
   if (!sensor) {
-    HESK_LOGE(kOperation)("[%s] pIHalSensor is NULL");
+    HESK_LOGE(kOperation, "[%s] pIHalSensor is NULL", kOperation.name);
     return kNothingWritten;
   }
 
@@ -53,14 +53,15 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
   send(NSCam::IHalSensor::kSupportsPd, isPdSupported);
   if (isPdSupported != 0) {
     send(NSCam::IHalSensor::kGetPdBlock, block);
-    HESK_LOGD(kOperation)
-    ("[%s] PDAF_STATS_DATA_SIZE %d.", static_cast<int>(PDAF_STATS_DATA_SIZE));
+    HESK_LOGD(kOperation, "[%s] PDAF_STATS_DATA_SIZE %d.", kOperation.name,
+              static_cast<int>(PDAF_STATS_DATA_SIZE));
     status = writeAll(outMeta, tags::MTK_RAW_ALGO_PDAF_INFO, pdafRecordOf(block, pdBufferType));
   }
-  HESK_LOGD(kOperation)
-  ("[%s] pdaf openid %d queryId %d isPDComp %d bSensorModeSupportPD %d PDAFInfo %d %d, %d %d, %d. "
-   "ret = %d",
-   openId, deviceIndex, isPDComp, isPdSupported, block.words[2], block.words[3], block.words[0],
-   block.words[1], block.words[4], status);
+  HESK_LOGD(kOperation,
+            "[%s] pdaf openid %d queryId %d isPDComp %d bSensorModeSupportPD %d PDAFInfo %d %d, %d "
+            "%d, %d. "
+            "ret = %d",
+            kOperation.name, openId, deviceIndex, isPDComp, isPdSupported, block.words[2],
+            block.words[3], block.words[0], block.words[1], block.words[4], status);
   return status;
 }

@@ -29,14 +29,14 @@ bool isForVideoEncoder(const NSCam::v3::IImageStreamInfo& stream) {
 void tellStereoSettings(const IMetadata* session, std::int32_t eisEnable) {
   StereoSettingProvider::setEisEnable(eisEnable);
   const std::int32_t videoAlgoType = read(session, tags::HESK_CONTROL_VIDEOALGOTYPE, kMissing);
-  HESK_LOGD(kOperation)
-  ("[%s] set eisEnable = %d, videoAlgoType = %d", eisEnable, videoAlgoType);
+  HESK_LOGD(kOperation, "[%s] set eisEnable = %d, videoAlgoType = %d", kOperation.name, eisEnable,
+            videoAlgoType);
   StereoSettingProvider::setVideoAlgoType(videoAlgoType);
 }
 
 std::int32_t readUiModule(const IMetadata* session) {
   const std::int32_t uiModule = read(session, tags::COM_HESK_CURRENTUIMODULE, kMissing);
-  HESK_LOGD(kOperation)("[%s] COM_HESK_CURRENTUIMODULE %d", uiModule);
+  HESK_LOGD(kOperation, "[%s] COM_HESK_CURRENTUIMODULE %d", kOperation.name, uiModule);
   return uiModule;
 }
 
@@ -49,7 +49,7 @@ void markAsConfigured(IMetadata* session) {
 std::int32_t readFrameRate(const IMetadata* session) {
   const FrameRateRange range =
       session != nullptr ? readFrameRateRange(session) : FrameRateRange{kMissing, kMissing};
-  HESK_LOGD(kOperation)("[%s] aeTargetFpsRange %d, %d", range.lower, range.upper);
+  HESK_LOGD(kOperation, "[%s] aeTargetFpsRange %d, %d", kOperation.name, range.lower, range.upper);
   return range.upper;
 }
 
@@ -92,7 +92,7 @@ void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::s
     write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{0});
     return;
   }
-  HESK_LOGD(kOperation)("[%s] use mtk eis for 4k and 60fps video");
+  HESK_LOGD(kOperation, "[%s] use mtk eis for 4k and 60fps video", kOperation.name);
   write(session, tags::HESK_CONTROL_EISENABLE, 0);
   write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{1});
   write(session, kPlatformEis, 1);
@@ -109,8 +109,8 @@ void copyPictureInPictureDevices(IMetadata* session) {
   if (!has(session, kPipDevices)) return;
   const std::int32_t first = read(session, kPipDevices, 0, 0);
   const std::int32_t second = read(session, kPipDevices, 0, 1);
-  HESK_LOGD(kOperation)
-  ("[%s] update MTK_STREAMING_FEATURE_PIP_DEVICES %d, %d", first, second);
+  HESK_LOGD(kOperation, "[%s] update MTK_STREAMING_FEATURE_PIP_DEVICES %d, %d", kOperation.name,
+            first, second);
   write(session, tags::MTK_STREAMING_FEATURE_PIP_DEVICES, first, second);
 }
 
@@ -160,7 +160,7 @@ void HeskParameterUpdater::chooseMulticamFeatureMode(IMetadata* session) {
       mMulticamFeatureMode = 2;
       multicamEnable = 0;
       break;
-    default: HESK_LOGD(kOperation)("[%s] multicam get wrong FeatureMode"); break;
+    default: HESK_LOGD(kOperation, "[%s] multicam get wrong FeatureMode", kOperation.name); break;
   }
   write(session, tags::MTK_HESK_MULTICAM_ENABLE, multicamEnable);
 }
@@ -179,6 +179,6 @@ void HeskParameterUpdater::recordStreams(const IMetadata* session, const ImageSt
     mHasVideoStream = true;
     if (!isFlipped) continue;
     stream->setTransform(NSCam::eTransform_FLIP_V);
-    HESK_LOGD(kOperation)("[%s] set VideoFlip to eTransform_FLIP_V");
+    HESK_LOGD(kOperation, "[%s] set VideoFlip to eTransform_FLIP_V", kOperation.name);
   }
 }

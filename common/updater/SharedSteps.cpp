@@ -26,10 +26,10 @@ void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operati
   if (!videoHdr) return;
   if (*videoHdr == 1) {
     write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeVideoOn);
-    HESK_LOGD(operation)("[%s] set MTK_HDR_FEATURE_HDR_MODE_VIDEO_ON");
+    HESK_LOGD(operation, "[%s] set MTK_HDR_FEATURE_HDR_MODE_VIDEO_ON", operation.name);
   } else {
     write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeOff);
-    HESK_LOGD(operation)("[%s] set MTK_HDR_FEATURE_HDR_MODE_OFF");
+    HESK_LOGD(operation, "[%s] set MTK_HDR_FEATURE_HDR_MODE_OFF", operation.name);
   }
 }
 
@@ -50,8 +50,9 @@ void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::st
 
   if (sensor != kUltraWideSensor || appName != "Production") return;
   write(metadata, tags::ANDROID_CONTROL_SCENE_MODE, kScene);
-  HESK_LOGD(operation)
-  ("[%s] UltraWide Camera in Production line set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
+  HESK_LOGD(operation,
+            "[%s] UltraWide Camera in Production line set MTK_CONTROL_SCENE_MODE_LANDSCAPE",
+            operation.name);
 }
 
 void limitToProviderFrameRate(NSCam::IMetadata* metadata, std::string_view appType) {

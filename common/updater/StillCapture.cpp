@@ -49,9 +49,9 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
                                               std::string_view appType, std::int64_t currentMode) {
   const std::uint8_t enableZsl = read(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, kAbsentByte);
   const bool isZslOff = enableZsl == 0;
-  HESK_LOGE(kOperation)
-  ("[%s] cap request app enableZsl %d, currentMode %lld, requestNo %d", enableZsl,
-   static_cast<long long>(currentMode), static_cast<std::int32_t>(requestNo));
+  HESK_LOGE(kOperation, "[%s] cap request app enableZsl %d, currentMode %lld, requestNo %d",
+            kOperation.name, enableZsl, static_cast<long long>(currentMode),
+            static_cast<std::int32_t>(requestNo));
 
   const int mainId = mMulticamFeatureMode > 0 ? getMulticamMainID(mInstanceId) : mInstanceId;
   if (has(meta, tags::HESK_CONTROL_HISFRAME)) {
@@ -72,7 +72,7 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG1, 1);
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG0, 0);
   write(meta, tags::MTK_HESK_CAPTURE_COUNT, mCaptureCount);
-  HESK_LOGD(kOperation)("[%s] update CaptureCount:%d", mCaptureCount);
+  HESK_LOGD(kOperation, "[%s] update CaptureCount:%d", kOperation.name, mCaptureCount);
   setDumpPathForHeskDump(mInstanceId, meta);
   write(meta, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE, mMulticamFeatureMode);
 }
@@ -81,11 +81,13 @@ void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned i
                                                int mainId) {
   const std::int32_t historyFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 0);
   const std::int32_t nonZslFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 1);
-  HESK_LOGE(kOperation)
-  ("[%s] cap request hisframe %d, nonhisframe %d", historyFrames, nonZslFrames);
+  HESK_LOGE(kOperation, "[%s] cap request hisframe %d, nonhisframe %d", kOperation.name,
+            historyFrames, nonZslFrames);
 
   const Hal3AOwner hal3A(mainId, kUpdaterUser);
-  if (!hal3A) HESK_LOGD(kOperation)("[%s] HeskParameterUpdater create IHal3A instance failed");
+  if (!hal3A)
+    HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
+              kOperation.name);
 
   if (nonZslFrames >= 1) {
     if (hal3A) hal3A->control(NS3Av3::IHal3A::kSetNonZslFrameCount, nonZslFrames, 0);
@@ -106,14 +108,12 @@ void HeskParameterUpdater::bookBurst(unsigned int firstRequestNo, std::int32_t f
   for (std::uint32_t index = 0; index < booked; ++index) {
     const std::uint32_t requestNo = firstRequestNo + index;  // request numbers wrap
     mNonZslFrames.emplace(requestNo, index);
-    HESK_LOGD(kOperation)
-    ("[%s] non-zsl Frames[frameNo %d/index %d]", static_cast<std::int32_t>(requestNo),
-     static_cast<std::int32_t>(index));
+    HESK_LOGD(kOperation, "[%s] non-zsl Frames[frameNo %d/index %d]", kOperation.name,
+              static_cast<std::int32_t>(requestNo), static_cast<std::int32_t>(index));
   }
   if (frameCount > kMostBookedFrames) {
-    HESK_LOGE(kOperation)
-    ("[%s] non-zsl burst of %d frames, only the first %d are booked", frameCount,
-     kMostBookedFrames);
+    HESK_LOGE(kOperation, "[%s] non-zsl burst of %d frames, only the first %d are booked",
+              kOperation.name, frameCount, kMostBookedFrames);
   }
 }
 
@@ -131,5 +131,5 @@ void HeskParameterUpdater::writeBurstFrame(IMetadata* meta, unsigned int request
   const auto index = static_cast<std::int32_t>(frameIndex);
   write(meta, tags::MTK_HESK_FRAME_COUNT, count);
   write(meta, tags::MTK_HESK_FRAME_INDEX, index);
-  HESK_LOGD(kOperation)("[%s] frameCount %d, frameIndex %d", count, index);
+  HESK_LOGD(kOperation, "[%s] frameCount %d, frameIndex %d", kOperation.name, count, index);
 }

@@ -28,15 +28,17 @@ void forceFaceDetection(IMetadata* request, std::string_view appName) {
 
   if (appName != "TikTok" && appName != "TikTokExternal") return;
   if (const auto mode = readIfPresent(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE)) {
-    HESK_LOGD(kOperation)("[%s] Pack Name is: %s, FDMode is %d", appName.data(), *mode);
+    HESK_LOGD(kOperation, "[%s] Pack Name is: %s, FDMode is %d", kOperation.name, appName.data(),
+              *mode);
   }
   write(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE, kSimple);
-  HESK_LOGD(kOperation)("[%s] Pack Name is: %s, Force fd open for FaceAE", appName.data());
+  HESK_LOGD(kOperation, "[%s] Pack Name is: %s, Force fd open for FaceAE", kOperation.name,
+            appName.data());
 }
 
 void logTemperatureFrameRate(const IMetadata* request) {
   if (const auto frameRate = readIfPresent(request, tags::HESK_CONTROL_FPS_RANGE_MAX)) {
-    HESK_LOGD(kOperation)("[%s] temperaturefps:%d", *frameRate);
+    HESK_LOGD(kOperation, "[%s] temperaturefps:%d", kOperation.name, *frameRate);
   }
 }
 
@@ -62,18 +64,18 @@ std::optional<FrameRateRange> limitedRange(const IMetadata* request, std::int32_
 
   const std::int32_t manualUpper = property_get_int32("vendor.debug.camera.fps.max", 0);
   if (manualLower >= 1 && manualUpper >= manualLower && manualUpper <= kHighestManual) {
-    HESK_LOGD(kOperation)
-    ("[%s] manul set fps range set default fps range %d ~ %d fps", manualLower, manualUpper);
+    HESK_LOGD(kOperation, "[%s] manul set fps range set default fps range %d ~ %d fps",
+              kOperation.name, manualLower, manualUpper);
     return FrameRateRange{manualLower, manualUpper};
   }
   if (!has(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE)) {
-    HESK_LOGD(kOperation)("[%s] set default fps range 5 ~ 24 fps");
+    HESK_LOGD(kOperation, "[%s] set default fps range 5 ~ 24 fps", kOperation.name);
     return kLimitedRange;
   }
   const FrameRateRange asked = readFrameRateRange(request);
   if (asked.upper <= kLimitedRange.upper) return {};
-  HESK_LOGD(kOperation)
-  ("[%s] set fps range 5 ~ 24 fps before %d ~ %d fps", asked.lower, asked.upper);
+  HESK_LOGD(kOperation, "[%s] set fps range 5 ~ 24 fps before %d ~ %d fps", kOperation.name,
+            asked.lower, asked.upper);
   return kLimitedRange;
 }
 
@@ -101,8 +103,8 @@ void pinFrameRate(IMetadata* request, const std::optional<FrameRateRange>& limit
   }
   if (!has(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE)) return;
   const FrameRateRange range = readFrameRateRange(request);
-  HESK_LOGD(kOperation)
-  ("[%s] videonr2.0 set fps range to %d ~ %d fps", range.lower, range.upper);
+  HESK_LOGD(kOperation, "[%s] videonr2.0 set fps range to %d ~ %d fps", kOperation.name,
+            range.lower, range.upper);
 }
 
 }  // namespace

@@ -97,9 +97,10 @@ AppState readAppState(const IMetadata* request) {
   const AppState state{.uiModule = read(request, tags::COM_HESK_CURRENTUIMODULE, -1),
                        .currentMode = read(request, tags::HESK_CONTROL_CURRENTMODE, -1),
                        .eisEnable = read(request, tags::HESK_CONTROL_EISENABLE, -1)};
-  HESK_LOGD(kOperation)
-  ("[%s] COM_HESK_CURRENTUIMODULE %d, HESK_CONTROL_CURRENTMODE %d, eisenable %d", state.uiModule,
-   static_cast<std::int32_t>(state.currentMode), state.eisEnable);
+  HESK_LOGD(kOperation,
+            "[%s] COM_HESK_CURRENTUIMODULE %d, HESK_CONTROL_CURRENTMODE %d, eisenable %d",
+            kOperation.name, state.uiModule, static_cast<std::int32_t>(state.currentMode),
+            state.eisEnable);
   return state;
 }
 
@@ -120,7 +121,8 @@ bool namePhotoOrPanorama(IMetadata* request, const AppState& state) {
   if ((state.currentMode & kPanoramaModes) != 0) {
     setAppName("Panorama");
     write(request, tags::ANDROID_CONTROL_SCENE_MODE, kLandscape);
-    HESK_LOGD(kOperation)("[%s] Panorama mode set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
+    HESK_LOGD(kOperation, "[%s] Panorama mode set MTK_CONTROL_SCENE_MODE_LANDSCAPE",
+              kOperation.name);
     return true;
   }
   return false;
@@ -135,18 +137,19 @@ bool nameVideo(const IMetadata* request) {
 
 void setUpSuperNight(IMetadata* request) {
   constexpr std::uint8_t kStillCapture = 2;
-  HESK_LOGD(kOperation)("[%s] sceneType %d", read(request, tags::COM_HESK_SCENETYPE));
+  HESK_LOGD(kOperation, "[%s] sceneType %d", kOperation.name,
+            read(request, tags::COM_HESK_SCENETYPE));
   write(request, tags::ANDROID_CONTROL_SCENE_MODE, kNight);
-  HESK_LOGD(kOperation)("[%s] supernight mode set MTK_CONTROL_SCENE_MODE_NIGHT");
+  HESK_LOGD(kOperation, "[%s] supernight mode set MTK_CONTROL_SCENE_MODE_NIGHT", kOperation.name);
   if (read(request, tags::ANDROID_CONTROL_CAPTURE_INTENT) != kStillCapture) return;
   write(request, tags::MTK_HESK_SUPER_NIGHT_ON, 1);
-  HESK_LOGD(kOperation)("[%s] supernight mode set MTK_HESK_SUPER_NIGHT_ON");
+  HESK_LOGD(kOperation, "[%s] supernight mode set MTK_HESK_SUPER_NIGHT_ON", kOperation.name);
 }
 
 void setUpProfessional(IMetadata* request) {
   setEvent("APP_MODE", "Professional");
   write(request, tags::ANDROID_CONTROL_SCENE_MODE, kParty);
-  HESK_LOGD(kOperation)("[%s] Professional mode set MTK_CONTROL_SCENE_MODE_PARTY");
+  HESK_LOGD(kOperation, "[%s] Professional mode set MTK_CONTROL_SCENE_MODE_PARTY", kOperation.name);
 }
 
 bool nameModule(IMetadata* request, const AppState& state) {
@@ -192,5 +195,5 @@ void HeskParameterUpdater::updateTuningAppName(IMetadata* request, std::string_v
   } else if (appType == "engcamera" && read(request, tags::HESK_CONTROL_ENGTESTITEM) == kOisTest) {
     setAppName("OISTest");
   }
-  HESK_LOGD(kOperation)("[%s] Set APPName:(%s)", eventValue<"APP_NAME">().data());
+  HESK_LOGD(kOperation, "[%s] Set APPName:(%s)", kOperation.name, eventValue<"APP_NAME">().data());
 }
