@@ -5,7 +5,8 @@
 // owns; a hook reads them, writes derived tags into them and returns before the pipeline goes on.
 //
 // Failure: no hook reports any. What cannot be read takes the default stated with the operation,
-// and failures are logged. A null container reads as an empty one; writes to it are skipped.
+// else 0, and failures are logged. A null container reads as an empty one, but in the session hook;
+// writes to it are skipped.
 //
 // Threads: `createInstance` may be called from any threads at once. The hooks of one updater are
 // called from one thread at a time; those of different updaters may run at once. They share the
@@ -29,6 +30,20 @@ class TqcMetaConverter;
 /// The white-box window of the replay tool and the tests.
 struct HeskParameterUpdaterInspector;
 
+namespace hesk {
+
+/// What kind of session a sensor is configured for. Other positive numbers are multi-camera
+/// sessions of no kind known here.
+enum class MulticamFeatureMode : std::int32_t {
+  singleCamera = 0,
+  multicam = 1,
+  logicalMulticam = 2,
+};
+
+constexpr bool isMulticam(MulticamFeatureMode mode) { return static_cast<std::int32_t>(mode) > 0; }
+
+}  // namespace hesk
+
 class __attribute__((visibility("default"))) HeskParameterUpdater {
  public:
   /// The highest sensor index that has an updater; the lowest is 0.
@@ -49,120 +64,78 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   static HeskParameterUpdater* createInstance(int instanceId);
 
   /// The session hook, called once for every stream configuration, on the updater of the configured
-  /// sensor. Rewrites `sessionMeta`, the app's session parameters, in place. What it reads of a
-  /// null one is -1, the frame rates too. Null streams are passed over.
+  /// sensor. Rewrites `sessionMeta`, the app's session parameters, in place, and keeps the kind of
+  /// multi-camera session, the streams' ids in the map's order and whether one is for video. What
+  /// it reads of a null session is -1. Streams may be null.
   ///
-  /// In this order it
-  ///  - tells the stereo settings HESK_CONTROL_EISENABLE and HESK_CONTROL_VIDEOALGOTYPE, -1 where
-  ///    absent;
-  ///  - sets the multi-camera feature mode by the static tag 0xc008000e (uint8) of the sensor's
-  ///    device, and writes MTK_HESK_MULTICAM_ENABLE: 1 or 0 by the kind, -1 for another value,
-  ///    which leaves the mode as it was;
-  ///  - writes the platform's 0x800b000a = 1 (uint8);
-  ///  - writes MTK_STREAMING_FEATURE_HFPS_MODE = 1 where the upper bound of
-  ///    MTK_CONTROL_AE_TARGET_FPS_RANGE is 60 or 50;
-  ///  - for the app type "HeskCamera" writes an upper bound of 120 or more, and its ratio to 30, to
-  ///    the platform's 0x800f0000;
-  ///  - for the app type "heskCamera" writes ANDROID_CONTROL_VIDEO_STABILIZATION_MODE: 1 for video
-  ///    of 4K at 60 frames a second unless HESK_CONTROL_EISENABLE is 0, with HESK_CONTROL_EISENABLE
-  ///    = 0 and the platform's 0x80070000 and 0x80070003 = 1; else 0;
-  ///  - records the streams' ids in the map's order, and whether there is one for video: one with
-  ///    the video encoder's usage bit, or any in UI module 3 (COM_HESK_CURRENTUIMODULE). Flips
-  ///    these where the property vendor.debug.camera.VideoFlip, by default the app's 0xc003009c
-  ///    (int32), is not 0;
-  ///  - copies the app's 0xc003009a to MTK_STREAMING_FEATURE_PIP_DEVICES;
-  ///  - writes MTK_HDR_FEATURE_HDR_MODE from HESK_CONTROL_VIDEO_HDR;
-  ///  - writes MTK_CONTROL_SELECTED_STREAM_ID from HESK_CONTROL_STREAM_FLAGS;
-  ///  - switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other apps on sensor 1 of the
-  ///    products KX0106 and KX0107;
-  ///  - writes ANDROID_CONTROL_SCENE_MODE = 9 for the app name "Production" on sensor 2;
-  ///  - limits MTK_CONTROL_AE_TARGET_FPS_RANGE to what the camera provider service says, 15 to 25
-  ///    frames a second, and notes it in HESK_CONTROL_FPSLIMITTYPE, for app types other than
-  ///    "heskCamera" and "CTS".
+  /// Reads: HESK_CONTROL_EISENABLE, HESK_CONTROL_VIDEOALGOTYPE, COM_HESK_CURRENTUIMODULE (-1 where
+  /// absent), MTK_CONTROL_AE_TARGET_FPS_RANGE, HESK_CONTROL_VIDEO_HDR, HESK_CONTROL_STREAM_FLAGS,
+  /// the app's 0xc003009a and 0xc003009c; of the streams their usage and size; of the sensor's
+  /// static characteristics 0xc008000e; the event store's "APP_TYPE" and "APP_NAME"; the properties
+  /// ro.product.model.zdm and vendor.debug.camera.VideoFlip; the camera provider service's cap of
+  /// frame rates.
   ///
-  /// Reads the event store's "APP_TYPE" and "APP_NAME" and the property ro.product.model.zdm.
+  /// Writes: MTK_HESK_MULTICAM_ENABLE, MTK_CONTROL_SELECTED_STREAM_ID and the platform's 0x800b000a
+  /// always; HESK_CONTROL_EISENABLE, ANDROID_CONTROL_VIDEO_STABILIZATION_MODE,
+  /// ANDROID_CONTROL_SCENE_MODE, MTK_STREAMING_FEATURE_HFPS_MODE,
+  /// MTK_STREAMING_FEATURE_PIP_DEVICES, MTK_HDR_FEATURE_HDR_MODE, MTK_CONTROL_AE_TARGET_FPS_RANGE,
+  /// HESK_CONTROL_FPSLIMITTYPE and the platform's 0x800f0000, 0x80070000 and 0x80070003 as the
+  /// session asks. Tells the stereo settings of stabilisation and video algorithm; flips video
+  /// streams.
   void updateSessionParams(NSCam::IMetadata* sessionMeta, ImageStreams streams);
 
   /// The request hook, called once for every capture request, on the updater of the request's
   /// sensor, before the request enters the pipeline. Rewrites `meta`, the request's app metadata,
-  /// in place.
+  /// in place, and keeps the book of burst frames: how many are still to come, and which frame of
+  /// the burst a request is. The book keeps the first 1,024 frames of a burst; a longer one is
+  /// logged.
   ///
-  /// In this order it
-  ///  - replaces the upper bound of MTK_CONTROL_AE_TARGET_FPS_RANGE by HESK_CONTROL_FPS_RANGE_MAX;
-  ///  - for the app names "TikTok" and "TikTokExternal" writes
-  ///    ANDROID_STATISTICS_FACE_DETECT_MODE = 1; for "Production" on sensor 2
-  ///    ANDROID_CONTROL_SCENE_MODE = 9;
-  ///  - limits the range of other makers' apps to what the camera provider service says, and notes
-  ///    it in HESK_CONTROL_FPSLIMITTYPE, as the session hook does; that of communication apps and
-  ///    of photos, mode bit 5 and UI module 24 to 5 to 24 frames a second, or to the properties
-  ///    vendor.debug.camera.fps.low and vendor.debug.camera.fps.max, which limit every request;
-  ///    pins it in night mode (HESK_CONTROL_NIGHTMODE 1) to a HESK_CONTROL_FPS_RANGE_MAX of 12, 15
-  ///    or 24, unless it was limited: then the pinned pair stands behind the limit;
-  ///  - for the app type "heskCamera" sets the event store's "APP_NAME" to the tuning profile of
-  ///    the app's mode (HESK_CONTROL_CURRENTMODE, COM_HESK_SCENETYPE, HESK_CONTROL_NATIVEMODE,
-  ///    HESK_CONTROL_ISSECONDSNAPSHOT, HESK_CONTROL_VIDEOMODE, HESK_CONTROL_NIGHTMODE,
-  ///    HESK_CONTROL_MOONMODE) and UI module, and "APP_MODE" to "Professional" or the empty text;
-  ///    writes ANDROID_CONTROL_SCENE_MODE (4 panorama, 5 super night, 14 professional),
-  ///    MTK_HESK_SUPER_NIGHT_ON = 1 on super-night captures and, for video, HESK_EISSTATE from
-  ///    HESK_CONTROL_EISENABLE. For "engcamera" and HESK_CONTROL_ENGTESTITEM 8 the profile is
-  ///    "OISTest";
-  ///  - publishes in the event store, as decimal texts, what the request holds of
-  ///    ANDROID_SENSOR_EXPOSURE_TIME ("MTK_EXPTIME", ns), ANDROID_SENSOR_SENSITIVITY ("MTK_ISO"),
-  ///    HESK_CONTROL_COLOURTEMPERATURE and with it ANDROID_CONTROL_AWB_MODE
-  ///    ("HESK_COLOURTEMPERATURE", "MTK_AWBMODE"), UI module ("HESK_CURRENTUIMODE"), second
-  ///    snapshot ("HESK_ISSECONDSNAPSHOT") and, always, HESK_CONTROL_MOTIONLEVEL
-  ///    ("HESK_MOTIONLEVEL", -1 where absent); writes HESK_CONTROL_EXPTIME unless "APP_MODE" is
-  ///    "Professional", HESK_CONTROL_ISO and MTK_CONTROL_CAPTURE_REMOSAIC_EN, a copy of
-  ///    HESK_CONTROL_ALGO_OVERRIDE;
-  ///  - writes MTK_CONTROL_SELECTED_STREAM_ID, the last configured stream that
-  ///    HESK_CONTROL_STREAM_FLAGS marks, -1 for none;
-  ///  - in multi-camera sessions writes MTK_HESK_MULTICAM_ENABLE;
-  ///  - turns a request of UI module 8 (COM_HESK_CURRENTUIMODULE) into a preview, by
-  ///    ANDROID_CONTROL_CAPTURE_INTENT = 1 and ANDROID_CONTROL_ENABLE_ZSL = 0 (int32 items both),
-  ///    unless HESK_CONTROL_KEEP_CAPTURE_INTENT is 1;
-  ///  - on still captures (ANDROID_CONTROL_CAPTURE_INTENT 2) keeps the book of burst frames:
-  ///    reads ANDROID_CONTROL_ENABLE_ZSL, HESK_CONTROL_HISFRAME, HESK_CONTROL_CURRENTMODE,
-  ///    ANDROID_FLASH_MODE and HESK_CONTROL_ALGO_OVERRIDE; writes MTK_HESK_NON_ZSL_CAPTURE,
-  ///    MTK_HESK_FRAME_COUNT, MTK_HESK_FRAME_INDEX, MTK_HESK_NO_VIDEO_STREAM,
-  ///    MTK_HESK_STILL_CAPTURE, MTK_HAL_REQUEST_CAPTURE_FLAG0 and MTK_HAL_REQUEST_CAPTURE_FLAG1,
-  ///    MTK_HESK_CAPTURE_COUNT, HESK_CONTROL_DUMPPATH (the local time as text with its zero) and
-  ///    HESK_CONTROL_MULTICAM_FEATURE_MODE; announces a burst's non-zero-shutter-lag frames to 3A
-  ///    (control 541), in multi-camera sessions to that of the camera that the device's static
-  ///    ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS begins with. The book keeps the first 1,024
-  ///    frames of a burst; a longer one is logged;
-  ///  - writes MTK_CONTROL_RAW_TYPE: 60 for a zoomed (HESK_CONTROL_ZOOM_ZOOM_RATIO above 1)
-  ///    super-moon request, else without item;
-  ///  - caps the range's upper bound at 29 in dual-camera sessions of product KX0102;
-  ///  - writes MTK_HDR_FEATURE_HDR_MODE from HESK_CONTROL_VIDEO_HDR;
-  ///  - switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other apps on sensor 1 of the
-  ///    products KX0106 and KX0107;
-  ///  - fixes the range to HESK_CONTROL_FPS_RANGE_MAX when that is 31 or more;
-  ///  - writes MTK_RAW_ALGO_DIAGONAL_FOV (degrees) in mode bit 59 of UI module 8.
+  /// Reads: HESK_CONTROL_FPS_RANGE_MAX, MTK_CONTROL_AE_TARGET_FPS_RANGE, HESK_CONTROL_STREAM_FLAGS,
+  /// HESK_CONTROL_CURRENTMODE, COM_HESK_CURRENTUIMODULE, COM_HESK_SCENETYPE,
+  /// HESK_CONTROL_VIDEOMODE, HESK_CONTROL_NIGHTMODE, HESK_CONTROL_NATIVEMODE,
+  /// HESK_CONTROL_ISSECONDSNAPSHOT, HESK_CONTROL_MOONMODE, HESK_CONTROL_EISENABLE,
+  /// HESK_CONTROL_ENGTESTITEM, HESK_CONTROL_MOTIONLEVEL, HESK_CONTROL_COLOURTEMPERATURE,
+  /// HESK_CONTROL_ALGO_OVERRIDE, HESK_CONTROL_KEEP_CAPTURE_INTENT, HESK_CONTROL_HISFRAME,
+  /// HESK_CONTROL_ZOOM_ZOOM_RATIO, HESK_CONTROL_VIDEO_HDR, ANDROID_CONTROL_CAPTURE_INTENT,
+  /// ANDROID_CONTROL_ENABLE_ZSL, ANDROID_CONTROL_AWB_MODE, ANDROID_FLASH_MODE,
+  /// ANDROID_SENSOR_EXPOSURE_TIME (ns), ANDROID_SENSOR_SENSITIVITY,
+  /// ANDROID_STATISTICS_FACE_DETECT_MODE; the device's static
+  /// ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS; the event store's "APP_TYPE", "APP_NAME" and
+  /// "APP_MODE"; the properties ro.product.model.zdm, vendor.debug.camera.fps.low and
+  /// vendor.debug.camera.fps.max; the camera provider service's cap of frame rates; the local time.
   ///
-  /// Reads the event store's "APP_TYPE" and "APP_NAME" and the property ro.product.model.zdm.
+  /// Writes always: MTK_CONTROL_SELECTED_STREAM_ID, and MTK_CONTROL_RAW_TYPE, mostly without item.
+  /// On still captures (ANDROID_CONTROL_CAPTURE_INTENT 2): MTK_HESK_STILL_CAPTURE,
+  /// MTK_HESK_CAPTURE_COUNT, MTK_HESK_FRAME_COUNT, MTK_HESK_FRAME_INDEX, MTK_HESK_NON_ZSL_CAPTURE,
+  /// MTK_HESK_NO_VIDEO_STREAM, MTK_HESK_SUPER_NIGHT_ON, MTK_HAL_REQUEST_CAPTURE_FLAG0,
+  /// MTK_HAL_REQUEST_CAPTURE_FLAG1, HESK_CONTROL_DUMPPATH (the local time as text with its zero),
+  /// HESK_CONTROL_MULTICAM_FEATURE_MODE; a burst's count of frames goes to 3A. As the request, its
+  /// app and product ask: MTK_CONTROL_AE_TARGET_FPS_RANGE, HESK_CONTROL_FPSLIMITTYPE,
+  /// ANDROID_CONTROL_SCENE_MODE, ANDROID_CONTROL_VIDEO_STABILIZATION_MODE,
+  /// ANDROID_STATISTICS_FACE_DETECT_MODE, ANDROID_CONTROL_CAPTURE_INTENT and
+  /// ANDROID_CONTROL_ENABLE_ZSL (int32 items both), HESK_EISSTATE, HESK_CONTROL_EXPTIME (ns),
+  /// HESK_CONTROL_ISO, MTK_CONTROL_CAPTURE_REMOSAIC_EN, MTK_HESK_MULTICAM_ENABLE,
+  /// MTK_HDR_FEATURE_HDR_MODE, MTK_RAW_ALGO_DIAGONAL_FOV (degrees).
+  ///
+  /// Sets the event store's "APP_NAME" (the tuning profile) and "APP_MODE" and, as decimal texts,
+  /// "MTK_EXPTIME" (ns), "MTK_ISO", "HESK_COLOURTEMPERATURE", "MTK_AWBMODE", "HESK_CURRENTUIMODE",
+  /// "HESK_ISSECONDSNAPSHOT" and, always, "HESK_MOTIONLEVEL".
   void updateRequestMeta(NSCam::IMetadata* meta, unsigned int requestNo);
 
   /// The result hook, called once for every result, on the updater of the result's sensor. Adds to
   /// `result`, the result's metadata.
   ///
-  /// In this order it
-  ///  - writes what 3A left in the event store: HESK_CONTROL_EXPTIME, 1000 times "HESK_EXP" (0);
-  ///    HESK_CONTROL_ISO, "HESK_ISO" (100); HESK_CONTROL_EV, "HESK_EV" (0). In brackets what stands
-  ///    for a text that is no such number;
-  ///  - for the app name "VideoNight" writes HESK_FEEDBACK_VIDEONRRECOMMEND, the event store's
-  ///    "HESK_VIDEONRRECOMMAND" (0);
-  ///  - sets the event store's "PREVIEW_SCENEMODE" to "128" where COM_HESK_SCENETYPE is 128, to "0"
-  ///    where it is another;
-  ///  - writes HESK_RESULT_PAIR_FIRST, HESK_RESULT_PAIR_SECOND and MTK_HESK_RESULT_LUX_INDEX.
-  ///    Where HESK_CONTROL_PAIR_SOURCE is 1 they are HESK_CONTROL_PAIR_INPUT and
-  ///    MTK_3A_AE_LUX_INDEX; where it is 0 or absent, the sensor's fixed pair and the platform's
-  ///    0x8006001a (int32); else none is written. No lux value is written where its source is
-  ///    absent;
-  ///  - echoes ANDROID_SENSOR_SENSITIVITY in MTK_RAW_ALGO_SENSITIVITY, `requestNo` in
-  ///    HESK_CONTROL_REQUESTNO, MTK_3A_AE_CCT_USE_DATA in MTK_RAW_ALGO_AE_CCT_USE_DATA, 0 where
-  ///    absent.
+  /// Reads: COM_HESK_SCENETYPE, HESK_CONTROL_PAIR_SOURCE, HESK_CONTROL_PAIR_INPUT,
+  /// MTK_3A_AE_LUX_INDEX, the platform's 0x8006001a, ANDROID_SENSOR_SENSITIVITY,
+  /// MTK_3A_AE_CCT_USE_DATA; the event store's "APP_NAME" and, in brackets what stands for a text
+  /// that is no such number, "HESK_ISO" (100), "HESK_EXP" (0), "HESK_EV" (0) and
+  /// "HESK_VIDEONRRECOMMAND" (0).
   ///
-  /// Reads the event store's "APP_NAME", too.
+  /// Writes always: HESK_CONTROL_EXPTIME (1000 times "HESK_EXP"), HESK_CONTROL_ISO,
+  /// HESK_CONTROL_EV, MTK_RAW_ALGO_SENSITIVITY, HESK_CONTROL_REQUESTNO,
+  /// MTK_RAW_ALGO_AE_CCT_USE_DATA. As the result and its app ask: HESK_RESULT_PAIR_FIRST,
+  /// HESK_RESULT_PAIR_SECOND, MTK_HESK_RESULT_LUX_INDEX, HESK_FEEDBACK_VIDEONRRECOMMEND. Sets the
+  /// event store's "PREVIEW_SCENEMODE" to "128" or "0" where there is a scene type.
   void updateResultMeta(NSCam::IMetadata* result, unsigned int requestNo);
 
   /// The capture hook, called once for every still-capture frame that goes through the multi-frame
@@ -170,44 +143,39 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// frame's app metadata with its 3A results, `halMeta` its HAL metadata, `outMeta` what the raw
   /// algorithms are handed.
   ///
-  /// In this order it writes into `outMeta`
-  ///  - ANDROID_STATISTICS_LENS_SHADING_MAP, from 3A (17 x 13 points, 4 channels) for the
-  ///    multi-frame modes of HESK_CONTROL_CURRENTMODE, else whatever the default-shading module
-  ///    returns;
-  ///  - HESK_CONTROL_CURRENT_CAMERA_ID, MTK_HAL_REQUEST_SENSOR_ID of `halMeta` or -1; in
-  ///    multi-camera sessions HESK_CONTROL_IS_DUAL_SLAVE = 1 where that is the slave of
-  ///    MTK_MULTICAM_MASTER_SLAVE_ID;
-  ///  - what `update3ACaptureRawParameter` writes;
-  ///  - what `setSATCropInfo` and `setCameraRole` write, but for mode bit 24 of UI module 32;
-  ///  - MTK_RAW_ALGO_CAPTURE_VALUE64, MTK_P1NODE_CAPTURE_VALUE64 of `halMeta` or 0;
-  ///  - MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO: the width of the camera's
-  ///    MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION by that of MTK_P1NODE_SCALAR_CROP_REGION, without a
-  ///    crop HESK_CONTROL_ZOOM_ZOOM_RATIO, else 1;
-  ///  - what `updateSensorPdafInfo` writes, where the static COM_HESK_PDBUFFERTYPE and
-  ///    COM_HESK_ISPDCOMPENSATION of the camera ask for it;
-  ///  - in logical multi-camera sessions MTK_RAW_ALGO_FACE_RECTS, at most 10 faces of the master;
-  ///  - MTK_RAW_ALGO_STATIC_INFO, a copy of the camera's static bytes,
+  /// Reads, besides what the operations below read: HESK_CONTROL_CURRENTMODE,
+  /// COM_HESK_CURRENTUIMODULE and HESK_CONTROL_ZOOM_ZOOM_RATIO of `appMeta`;
+  /// MTK_HAL_REQUEST_SENSOR_ID, MTK_MULTICAM_MASTER_SLAVE_ID, MTK_P1NODE_SCALAR_CROP_REGION and
+  /// MTK_P1NODE_CAPTURE_VALUE64 of `halMeta`; of the capturing camera's static characteristics
+  /// MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION, COM_HESK_ISPDCOMPENSATION, COM_HESK_PDBUFFERTYPE and
+  /// MTK_RAW_ALGO_STATIC_INFO; the lens shading of 3A, or the default one; in logical multi-camera
+  /// sessions the master camera's faces.
   ///
-  /// and where `isNeedRawAlgo` into `halMeta` MTK_RAW_ALGO_PROCESS_TYPE = 14 and
-  /// MTK_CONTROL_RAW_ALGO_ENABLE = 1.
+  /// Writes to `outMeta`, besides what the operations below write:
+  /// ANDROID_STATISTICS_LENS_SHADING_MAP (from 3A 17 x 13 points of 4 channels, else whatever the
+  /// default-shading module returns), HESK_CONTROL_CURRENT_CAMERA_ID (-1 where unknown),
+  /// HESK_CONTROL_IS_DUAL_SLAVE, MTK_RAW_ALGO_CAPTURE_VALUE64, MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO,
+  /// MTK_RAW_ALGO_FACE_RECTS (10 at most), MTK_RAW_ALGO_STATIC_INFO. Where the frame goes through
+  /// the raw algorithm, to `halMeta`: MTK_RAW_ALGO_PROCESS_TYPE and MTK_CONTROL_RAW_ALGO_ENABLE.
   void updateCaptureRawParameter(NSCam::IMetadata* appMeta, NSCam::IMetadata* halMeta,
                                  NSCam::IMetadata* outMeta);
 
-  /// Writes the frame's 3A state into `outMeta`:
-  ///  - HESK_CONTROL_AE_RESULT (22 floats, the order in common/math/AeResult.h), from
-  ///    MTK_3A_AE_LUX_INDEX, MTK_3A_AE_EXP_INDEX, MTK_3A_AE_SENSOR_GAIN, MTK_3A_AE_ISP_GAIN and
-  ///    ANDROID_SENSOR_EXPOSURE_TIME of `appMeta` and MTK_3A_AE_ADRC_GAIN of `halMeta`;
-  ///  - MTK_RAW_ALGO_ISLIGHTENV (1 below lux index 311);
-  ///  - MTK_RAW_ALGO_AWB_GAIN_R, MTK_RAW_ALGO_AWB_GAIN_G and MTK_RAW_ALGO_AWB_GAIN_B, the inverse
-  ///    of ANDROID_SENSOR_NEUTRAL_COLOR_POINT, infinite without one;
-  ///  - MTK_RAW_ALGO_AWB_STATS_SIZE and as many bytes of MTK_RAW_ALGO_AWB_STATS_DATA, from
-  ///    MTK_3A_AWB_STATS_SIZE and MTK_3A_AWB_STATS_DATA: zeros where the data has another size;
-  ///    empty, with an error record, for a size below 0 or above 73,728;
-  ///  - copies: MTK_RAW_ALGO_SENSITIVITY of ANDROID_SENSOR_SENSITIVITY, and the namesakes of
-  ///    MTK_3A_AWB_RESULT_INFO, MTK_3A_AWB_OTP_DATA and MTK_3A_AE_CCT_USE_DATA,
-  ///    MTK_RAW_ALGO_AWB_RESULT_INFO, MTK_RAW_ALGO_AWB_OTP_DATA and MTK_RAW_ALGO_AE_CCT_USE_DATA.
+  /// Writes the frame's 3A state into `outMeta`, every tag on every call. What is read is 0 where
+  /// absent.
   ///
-  /// Without container it is of `appMeta`. Each is 0 where absent.
+  /// Reads of `appMeta`: MTK_3A_AE_LUX_INDEX, MTK_3A_AE_EXP_INDEX, MTK_3A_AE_SENSOR_GAIN (1024 is
+  /// 1x), MTK_3A_AE_ISP_GAIN (4096 is 1x), ANDROID_SENSOR_EXPOSURE_TIME (ns),
+  /// ANDROID_SENSOR_SENSITIVITY, ANDROID_SENSOR_NEUTRAL_COLOR_POINT, MTK_3A_AWB_RESULT_INFO,
+  /// MTK_3A_AWB_OTP_DATA, MTK_3A_AWB_STATS_SIZE (bytes), MTK_3A_AWB_STATS_DATA,
+  /// MTK_3A_AE_CCT_USE_DATA; of `halMeta`: MTK_3A_AE_ADRC_GAIN (1000 is 1x).
+  ///
+  /// Writes: HESK_CONTROL_AE_RESULT (the floats of common/math/AeResult.h), MTK_RAW_ALGO_ISLIGHTENV
+  /// (1 below lux index 311), MTK_RAW_ALGO_AWB_GAIN_R, MTK_RAW_ALGO_AWB_GAIN_G and
+  /// MTK_RAW_ALGO_AWB_GAIN_B (infinite without a neutral point of three items),
+  /// MTK_RAW_ALGO_AWB_RESULT_INFO, MTK_RAW_ALGO_SENSITIVITY, MTK_RAW_ALGO_AWB_OTP_DATA (4 floats),
+  /// MTK_RAW_ALGO_AWB_STATS_SIZE and as many bytes of MTK_RAW_ALGO_AWB_STATS_DATA (zeros where the
+  /// data is of another size; none, with an error record, for a size below 0 or above 73,728),
+  /// MTK_RAW_ALGO_AE_CCT_USE_DATA.
   void update3ACaptureRawParameter(NSCam::IMetadata* appMeta, NSCam::IMetadata* halMeta,
                                    NSCam::IMetadata* outMeta);
 
@@ -232,8 +200,8 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void setSATCropInfo(NSCam::IMetadata* appMeta, NSCam::IMetadata* halMeta,
                       NSCam::IMetadata* outMeta);
 
-  /// Writes MTK_RAW_ALGO_PDAF_INFO (2,080 bytes, the layout in common/math/PdafRecord.h) from what
-  /// the driver of camera `openId` says of its phase-detection pixels. Returns the container's
+  /// Writes MTK_RAW_ALGO_PDAF_INFO (2,080 bytes, the layout in common/updater/PdafRecord.h) from
+  /// what the driver of camera `openId` says of its phase-detection pixels. Returns the container's
   /// status; -1, and nothing is written, where there is no such sensor or it has no such pixels.
   int updateSensorPdafInfo(int openId, int isPDComp, int pdBufferType, NSCam::IMetadata* outMeta);
 
@@ -249,8 +217,8 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   ///  - 0xc00e0017, a lot: left, top, right, bottom;
   ///  - 0xc00e0014, human bodies: their count, then each as left, top, right, bottom.
   ///
-  /// Missing items of the first two are 0; of the bodies those count that are wholly there. Another
-  /// tag is an error record.
+  /// Missing items of the first two are 0; of the bodies those count that are wholly there. As many
+  /// regions are written back as the library has left. Another tag is an error record.
   void translateResultRegionForHesk(NSCam::IMetadata* result, float value, int cameraId, long tag);
 
   /// Keeps the preview's size in pixels for `setSATCropInfo`.
@@ -289,12 +257,14 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void recordStreams(const NSCam::IMetadata* session, const ImageStreams& streams,
                      std::int32_t uiModule);
 
-  // Tuning for the calling app and the camera app's mode, each a step of every request.
-  // The app type is the event store's, read once a request.
-  void update3rdpartyAppControlMeta(NSCam::IMetadata* request, std::string_view appType) const;
-  void updateTuningAppName(NSCam::IMetadata* request, std::string_view appType) const;
-  void updateProfModeControlMeta(NSCam::IMetadata* request);
-  void setDumpPathForHeskDump(int instanceId, NSCam::IMetadata* request);
+  // Tuning for the calling app and the camera app's mode, each a step of every request. The request
+  // number does not count.
+  void update3rdpartyAppControlMeta(NSCam::IMetadata* request, unsigned int requestNo);
+  void updateTuningAppName(NSCam::IMetadata* request, unsigned int requestNo);
+  void updateProfModeControlMeta(NSCam::IMetadata* request, unsigned int requestNo);
+
+  // Steps of still-capture requests. The dump path's device does not count.
+  void setDumpPathForHeskDump(int deviceId, NSCam::IMetadata* request);
   int getMulticamMainID(int deviceId);
 
   // Result regions, kind by kind.
@@ -315,7 +285,7 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   std::int32_t mInstanceId;                              // sensor index, 0 to 10
   bool mHasVideoStream = false;                          // the session has a stream for video
   std::map<std::uint32_t, std::uint32_t> mNonZslFrames;  // latest burst: request to frame index
-  std::int32_t mMulticamFeatureMode = 0;  // 0 single camera; 1, 2 kinds of multi-camera
+  hesk::MulticamFeatureMode mMulticamFeatureMode = hesk::MulticamFeatureMode::singleCamera;
   NSCam::MSize mPreviewSize;
   std::int32_t mCaptureCount = 0;              // capture frames still expected
   std::vector<std::uint32_t> mStreamIds;       // the session's streams, in its map's order

@@ -24,7 +24,7 @@ void HeskSensorModeControl::getProductName() {
   constexpr log::Operation kOperation = sensorModeOperation("getProductName");
 
   productName.fill('\0');
-  ProductModel("default").name().copy(productName.data(), productName.size() - 1);
+  productModel("default").copy(productName.data(), productName.size() - 1);
   HESK_LOGD(kOperation, "[%s] productName %s", kOperation.name, productName.data());
 }
 
@@ -55,13 +55,11 @@ void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
 
   HESK_LOGD(kOperation, "[%s] mSensorId %d, isVideoMode %d", kOperation.name, sensorId,
             isVideoMode);
+  sensorModeTable.clear();
+  multiConditionTable.clear();
   selectedSensorModeCfgs.clear();
   getProductName();
   const std::vector<SensorModeCfg>* rules = chooseList(sensorId, isVideoMode);
-  if (rules == mLoadedRules) return;
-  mLoadedRules = rules;
-  sensorModeTable.clear();
-  multiConditionTable.clear();
   if (rules == nullptr) return;
   for (const SensorModeCfg& rule : *rules) {
     (rule.conditionCount < 2 ? sensorModeTable : multiConditionTable).push_back(rule);

@@ -125,6 +125,5 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   std::vector<SensorModeCfg> multiConditionTable;     // and of several
   std::vector<SensorModeCfg> selectedSensorModeCfgs;  // what the filters selected
   std::array<char, 32> productName{};
-  const std::vector<SensorModeCfg>* mLoadedRules = nullptr;  // what the first two lists hold
-  hesk::DecisionObserver* mObserver = nullptr;               // the tool's; not owned
+  hesk::DecisionObserver* mObserver = nullptr;  // the tool's; not owned
 };

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "common/updater/DumpPath.h"
+#include "common/updater/MetadataDump.h"
 #include "fuzz/MetadataTape.h"
 #include "fuzz/Tape.h"
 #include "tools/camhook/Scenario.h"
@@ -76,9 +76,9 @@ template <typename Tape>
 void transfer(Tape& tape, camhook::DumpMetadata& call) {
   transferAll(tape, call.sensor, call.meta, call.name, call.frame);
   call.name.resize(std::strlen(call.name.c_str()));
-  hesk::DumpPath path{};
+  hesk::MetadataDumpPath path{};
   const auto length = static_cast<std::size_t>(
-      hesk::formatDumpPath(path, call.name.c_str(), call.frame, "YYYYMMDDHHMMSS"));
+      hesk::formatMetadataDumpPath(path, call.name.c_str(), call.frame, "YYYYMMDDHHMMSS"));
   const std::size_t most = path.size() - 1;
   if (length > most) call.name.resize(call.name.size() - (length - most));
 }

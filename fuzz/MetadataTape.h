@@ -40,7 +40,7 @@ void transferTag(Tape& tape, std::uint32_t& tag) {
   constexpr std::uint8_t kFirstOther = 240;
   static_assert(hesk::kTagCatalogue.size() <= kFirstOther);
 
-  const hesk::TagInfo* info = hesk::findTag(tag);
+  const hesk::TagDescription* info = hesk::findTag(tag);
   auto place =
       info != nullptr ? static_cast<std::uint8_t>(info - hesk::kTagCatalogue.begin()) : kFirstOther;
   transfer(tape, place);
@@ -66,7 +66,7 @@ inline const std::array<host::ItemList, 6>& emptyLists() {
 
 /// The place among `emptyLists` of the type that the catalogue gives a tag; 0 for other tags.
 inline std::size_t listedType(std::uint32_t tag) {
-  const hesk::TagInfo* info = hesk::findTag(tag);
+  const hesk::TagDescription* info = hesk::findTag(tag);
   if (info == nullptr) return 0;
   const auto* found = std::ranges::find(emptyLists(), info->type, host::typeName);
   return static_cast<std::size_t>(found - emptyLists().begin());

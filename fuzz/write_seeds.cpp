@@ -102,7 +102,7 @@ Words wordsOfScenarios() {
   };
   for (const ObjectKeys& object : scenarioObjects()) addKeys(object);
   for (const ObjectKeys& call : scenarioCalls()) addKeys(call);
-  for (const hesk::TagInfo& tag : hesk::kTagCatalogue) {
+  for (const hesk::TagDescription& tag : hesk::kTagCatalogue) {
     words.emplace(tag.name);
     words.emplace('"' + std::string(tag.type) + '"');
   }

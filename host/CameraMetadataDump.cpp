@@ -88,7 +88,7 @@ void appendValue(std::string& text, const Entry& entry, std::size_t index) {
 
 void appendEntry(std::string& text, const Entry& entry, bool everyRow) {
   const ValueType& type = kTypes.at(entry.type);
-  const hesk::TagInfo* info = hesk::findTag(entry.tag);
+  const hesk::TagDescription* info = hesk::findTag(entry.tag);
   append(text, "  %s.", sectionName(entry.tag));
   text += info != nullptr ? info->name : "unknown";
   append(text, " (%08x): %s[%zu]\n", entry.tag, type.name, entry.count);

@@ -59,7 +59,7 @@ TEST(MulticamMaster, IsThePlatformsInLogicalSessionsAlone) {
   IMetadata hal = metadataOf(R"({"MTK_MULTICAM_REAL_MASTER_ID": 3})");
   IMetadata none;
   for (const int mode : {0, 1, 2}) {
-    updater.fields.multicamFeatureMode() = mode;
+    updater.fields.setMulticamFeatureMode(mode);
     EXPECT_EQ(updater->getMulticamMasterID(4, &hal), mode == 2 ? 3 : 2);
     EXPECT_EQ(updater->getMulticamMasterID(4, &none), 2);
     EXPECT_EQ(updater->getMulticamMasterID(5, nullptr), -48);
@@ -133,7 +133,7 @@ void expectCaptures(const std::vector<CaptureRow>& rows, const std::vector<std::
     phone.config.devices[3].statics = metadataOf(statics);
     phone.config.devices[2].faces.assign(static_cast<std::size_t>(row.faces), {{1, 2, 3, 4}, 50});
     const TestUpdater updater;
-    updater.fields.multicamFeatureMode() = 2;
+    updater.fields.setMulticamFeatureMode(2);
     IMetadata app = metadataOf(row.app);
     IMetadata hal = metadataOf(R"({"MTK_HAL_REQUEST_SENSOR_ID": 3,
                                    "MTK_MULTICAM_REAL_MASTER_ID": 2})");
@@ -237,7 +237,7 @@ TEST(CaptureRaw, DoesWithoutTheModulesOfTheHal) {
   phone.config.hasFaceDetection = false;
   phone.config.devices[0].statics = metadataOf(R"({"COM_HESK_PDBUFFERTYPE": 2})");
   const TestUpdater updater;
-  updater.fields.multicamFeatureMode() = 2;
+  updater.fields.setMulticamFeatureMode(2);
   for (const char* mode : {"0", "\"0x40000\""}) {
     IMetadata app = metadataOf(R"({"HESK_CONTROL_CURRENTMODE": )" + std::string(mode) + "}");
     IMetadata hal = metadataOf(R"({"MTK_HAL_REQUEST_SENSOR_ID": 0})");
@@ -250,18 +250,27 @@ TEST(CaptureRaw, DoesWithoutTheModulesOfTheHal) {
   }
 }
 
-TEST(CaptureRaw, MovesStatisticsWithoutTheHeap) {
+TEST(CaptureRaw, AllocatesForStatisticsWhatTheirEntryDoes) {
   host::Phone phone;
   phone.effects.setRecording(false);
   host::LogSink::openLevels({});
-  IMetadata app = metadataOf(R"({"MTK_3A_AWB_STATS_SIZE": 73728})");
-  writeAll(&app, tags::MTK_3A_AWB_STATS_DATA, std::vector<std::uint8_t>(73'728, 7));
-  IMetadata out;
   const TestUpdater updater;
-  updater->update3ACaptureRawParameter(&app, nullptr, &out);
-  EXPECT_EQ(count(&out, tags::MTK_RAW_ALGO_AWB_STATS_DATA), 73'728U);
-  // The AE record is a new entry; the statistics find the room of the old ones.
-  EXPECT_LE(allocationsIn([&] { updater->update3ACaptureRawParameter(&app, nullptr, &out); }), 1U);
+  const auto allocationsFor = [&](std::size_t size, std::size_t given) {
+    IMetadata app;
+    write(&app, tags::MTK_3A_AWB_STATS_SIZE, static_cast<std::int32_t>(size));
+    writeAll(&app, tags::MTK_3A_AWB_STATS_DATA, std::vector<std::uint8_t>(given, 7));
+    IMetadata out;
+    return allocationsIn([&] { updater->update3ACaptureRawParameter(&app, nullptr, &out); });
+  };
+  const std::size_t none = allocationsFor(0, 0);
+  for (const std::size_t size : {std::size_t{1}, std::size_t{73'728}}) {
+    const std::vector<std::uint8_t> bytes(size);
+    IMetadata out;
+    const std::size_t ofEntry =
+        allocationsIn([&] { writeAll(&out, tags::MTK_RAW_ALGO_AWB_STATS_DATA, bytes); });
+    EXPECT_LE(allocationsFor(size, size), none + ofEntry) << size;
+    EXPECT_LE(allocationsFor(size, size + 1), none + ofEntry) << size << " given otherwise";
+  }
 }
 
 }  // namespace

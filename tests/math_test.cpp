@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -11,8 +13,8 @@
 #include "common/math/AspectFit.h"
 #include "common/math/Conversion.h"
 #include "common/math/FieldOfView.h"
-#include "common/math/PdafRecord.h"
 #include "common/math/SatCrop.h"
+#include "common/updater/PdafRecord.h"
 
 namespace {
 
@@ -143,9 +145,9 @@ TEST(AeResult, FillsEveryExposureFromTheOne) {
                                   .ispGain = 4096,
                                   .adrcGain = 1500,
                                   .exposureNs = 10'000'000});
-  const AeResult expected = {5,    6, 2, 2,    2, 2, 1.5,  1,   1, 2e7F, 2e7F,
-                             2e7F, 2, 1, 1e7F, 2, 1, 1e7F, 1.5, 1, 1,    1};
-  EXPECT_EQ(ae, expected);
+  const std::array<float, 22> expected = {5,    6, 2, 2,    2, 2, 1.5,  1,   1, 2e7F, 2e7F,
+                                          2e7F, 2, 1, 1e7F, 2, 1, 1e7F, 1.5, 1, 1,    1};
+  EXPECT_EQ((std::bit_cast<std::array<float, 22>>(ae)), expected);
 }
 
 }  // namespace

@@ -135,7 +135,7 @@ TEST_F(MetadataDump, TimeStampIsCutWhereYearsGrowLong) {
 }
 
 TEST_F(MetadataDump, MainSensorIsTheFirstDigitOfThePhysicalIds) {
-  mUpdater.fields.multicamFeatureMode() = 1;
+  mUpdater.fields.setMulticamFeatureMode(1);
   const std::pair<const char*, int> rows[] = {
       {R"("2\u00003")", 2}, {R"("12\u0000")", 1}, {R"("x")", 72}, {"[]", -48}};
   for (const auto& [ids, sensor] : rows) {

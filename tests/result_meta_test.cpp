@@ -14,6 +14,7 @@
 #include "common/math/NumberText.h"
 #include "common/tags/Metadata.h"
 #include "host/Phone.h"
+#include "platform/TqcSat.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
@@ -152,6 +153,64 @@ TEST(ResultRegions, NeedARegionThatIsThere) {
     EXPECT_EQ(result, before) << items << std::hex << tag;
   }
   EXPECT_TRUE(phone.effects.take().empty());
+}
+
+TEST(ResultRegions, CompareTheTagInItsWholeWidth) {
+  host::Phone phone;
+  const TestUpdater updater;
+  for (const long tag : {0x1c00e0017L, -0x3ff1ffe9L}) {
+    IMetadata result = metadataOf(R"({"0xc00e0017": {"type": "int32", "items": [1, 2, 3, 4]}})");
+    updater->translateResultRegionForHesk(&result, 80.0F, 0, tag);
+    EXPECT_TRUE(phone.effects.take().empty());
+    EXPECT_EQ(phone.log.take().back().message,
+              "[translateResultRegionForHesk] please check tag id: -1072824297");
+  }
+}
+
+/// Gives back so many regions, all alike.
+class OtherConverter final : public TqcMetaConverter {
+ public:
+  explicit OtherConverter(std::size_t count) : mCount(count) {}
+  float GetSensorFovByCameraIdx(int /*index*/) override { return 1; }
+  void TranslateResultRegion(std::vector<TagInfo>& regions, float /*ratio*/,
+                             int /*index*/) override {
+    regions.assign(mCount, {.kind = 0, .input = {}, .output = {1, 2, 10, 20}});
+  }
+
+ private:
+  std::size_t mCount;
+};
+
+TEST(ResultRegions, WriteBackAsManyAsTheConverterGives) {
+  using Inspector = HeskParameterUpdaterInspector;
+  const host::Phone phone;
+  const TestUpdater updater;
+  const auto entry = [](const std::string& tag, const std::string& items) {
+    return metadataOf("{\"" + tag + R"(": {"type": "int32", "items": )" + items + "}}");
+  };
+  const auto translated = [&](auto translate, const std::string& tag, const std::string& items,
+                              std::size_t count) {
+    IMetadata result = entry(tag, items);
+    OtherConverter converter(count);
+    (updater.fields.updater.*translate)(&result, &converter, 1.0F, 0);
+    return result;
+  };
+  const std::string eyes = "[1, 2, 3, 4, 5, 6, 7, 8, 9]";
+  const auto eyesOf = [&](std::size_t count) {
+    return translated(Inspector::kTranslateEyes, "0xc00e0000", eyes, count);
+  };
+  EXPECT_EQ(eyesOf(0), entry("0xc00e0000", "[9]"));
+  EXPECT_EQ(eyesOf(1), entry("0xc00e0000", "[1, 11, 2, 22, 9]"));
+  const auto lotsOf = [&](std::size_t count) {
+    return translated(Inspector::kTranslateLots, "0xc00e0017", "[1, 2, 3, 4]", count);
+  };
+  EXPECT_EQ(lotsOf(0), IMetadata());
+  EXPECT_EQ(lotsOf(2), entry("0xc00e0017", "[1, 2, 11, 22, 1, 2, 11, 22]"));
+  const auto bodiesOf = [&](std::size_t count) {
+    return translated(Inspector::kTranslateBodies, "0xc00e0014", "[1, 2, 3, 4, 5]", count);
+  };
+  EXPECT_EQ(bodiesOf(0), entry("0xc00e0014", "[0]"));
+  EXPECT_EQ(bodiesOf(2), entry("0xc00e0014", "[2, 1, 2, 11, 22, 1, 2, 11, 22]"));
 }
 
 /// What a string stream of the C locale reads.

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -31,7 +32,6 @@ ImageStreams mapOf(const std::vector<Stream>& streams) {
   for (const auto& [id, usage, size] : streams) {
     map.emplace(id, new host::ImageStream(id, usage, size));
   }
-  map.emplace(99, nullptr);  // one that is missing changes nothing
   return map;
 }
 
@@ -238,7 +238,7 @@ TEST(SessionParamsState, RecordsAndFlipsTheStreams) {
       {R"({"0xc003009c": {"type": "int32", "items": [1]}})", "", true, {2}},
       {R"({"0xc003009c": {"type": "int32", "items": [1]}})", "0", true, {}},
       {R"({"0xc003009c": {"type": "int32", "items": [1]}})", "none", true, {2}},
-      {R"({"COM_HESK_CURRENTUIMODULE": 3})", "0x10", true, {7, 2, 1}},
+      {R"({"COM_HESK_CURRENTUIMODULE": 3})", "0x10", true, {2, 1}},
   };
   for (const FlipRow& row : rows) {
     host::Phone phone;
@@ -246,9 +246,11 @@ TEST(SessionParamsState, RecordsAndFlipsTheStreams) {
     const TestUpdater updater;
     updater.fields.streamIds() = {99};
     NSCam::IMetadata session = metadataOf(row.session);
-    updater->updateSessionParams(&session,
-                                 mapOf({{1, 0, kSmall}, {2, kVideo, kSmall}, {7, 0, kSmall}}));
-    EXPECT_EQ(updater.fields.streamIds(), (std::vector<std::uint32_t>{7, 2, 1}));
+    ImageStreams streams = mapOf({{1, 0, kSmall}, {2, kVideo, kSmall}});
+    streams.emplace(99, nullptr);
+    updater->updateSessionParams(&session, streams);
+    const auto& ids = updater.fields.streamIds();
+    EXPECT_EQ(std::set(ids.begin(), ids.end()), (std::set<std::uint32_t>{1, 2, 99}));
     EXPECT_EQ(updater.fields.hasVideoStream(), row.hasVideo);
     std::vector<host::Effect> expected = {{"stereo.setEisEnable", {{"value", -1}}},
                                           {"stereo.setVideoAlgoType", {{"value", -1}}}};
@@ -259,17 +261,34 @@ TEST(SessionParamsState, RecordsAndFlipsTheStreams) {
   }
 }
 
+TEST(SessionParamsState, TakesANullStreamForVideoByItsModule) {
+  host::Phone phone;
+  const TestUpdater updater;
+  for (const auto& [module, hasVideo] : {std::pair{2, false}, {3, true}}) {
+    NSCam::IMetadata session = metadataOf(
+        R"({"0xc003009c": {"type": "int32", "items": [1]}, "COM_HESK_CURRENTUIMODULE": )" +
+        std::to_string(module) + "}");
+    updater->updateSessionParams(&session, {{-1, nullptr}});
+    EXPECT_EQ(updater.fields.streamIds(), std::vector<std::uint32_t>{0xffffffff});
+    EXPECT_EQ(updater.fields.hasVideoStream(), hasVideo);
+  }
+  EXPECT_EQ(std::ranges::count(phone.effects.take(), "stream.setTransform", &host::Effect::op), 0);
+}
+
 TEST(SessionParamsState, IsSetWithoutSession) {
   host::Phone phone;
   phone.eventStore.set("APP_TYPE", "heskCamera");
-  phone.properties.set("vendor.debug.camera.VideoFlip", "1");
   phone.config.devices[0].statics =
       metadataOf(R"({"0xc008000e": {"type": "uint8", "items": [6]}})");
   const TestUpdater updater;
   updater->updateSessionParams(nullptr, mapOf({{1, kVideo, kUhd}}));
   EXPECT_EQ(updater.fields.multicamFeatureMode(), 1);
   EXPECT_TRUE(updater.fields.hasVideoStream());
-  EXPECT_EQ(phone.effects.take().size(), 3U);
+  // What is not there is -1, the video flip too.
+  EXPECT_EQ(phone.effects.take(),
+            (std::vector<host::Effect>{{"stereo.setEisEnable", {{"value", -1}}},
+                                       {"stereo.setVideoAlgoType", {{"value", -1}}},
+                                       {"stream.setTransform", {{"id", 1}, {"value", 2}}}}));
   const std::string ofFrameRates = "[updateSessionParams] aeTargetFpsRange -1, -1";
   EXPECT_EQ(std::ranges::count(phone.log.take(), ofFrameRates, &host::LogRecord::message), 1);
   updater->updateSessionParams(nullptr, {});

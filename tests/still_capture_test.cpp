@@ -200,7 +200,7 @@ TEST_F(StillCapture, TellsOwnAppsThatNoVideoStreamIsThere) {
 }
 
 TEST_F(StillCapture, CarriesTheMulticamMode) {
-  mUpdater.fields.multicamFeatureMode() = 1;
+  mUpdater.fields.setMulticamFeatureMode(1);
   const NSCam::IMetadata request = capture(1);
   EXPECT_EQ(read(&request, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE), 1);
 }

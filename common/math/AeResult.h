@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 namespace hesk {
@@ -17,41 +16,64 @@ struct AeInput {
   std::int64_t exposureNs;
 };
 
-/// The record's floats in their order. It has room for short, safe, long and normal exposures: a
-/// frame has one, which stands in all of them.
-using AeResult = std::array<float, 22>;
+/// The record, in the order in which its floats are written. It has room for short, safe, long and
+/// normal exposures; all of them are filled from the frame's one. Gains are 1 for 1x, times are in
+/// ns, a sensitivity is gain by time.
+struct AeResult {
+  float luxIndex;
+  float expIndex;
+  float realGain;
+  float safeGain;
+  float longGain;
+  float sensorGain;
+  float adrcGain;
+  float darkBoostGain;
+  float ispGain;
+  float sensitivityShort;
+  float sensitivitySafe;
+  float sensitivityLong;
+  float sensorGainShort;
+  float ispGainShort;
+  float expTimeShort;
+  float sensorGainNormal;
+  float ispGainNormal;
+  float expTimeNormal;
+  float adrcGainNormal;
+  float sensitivityRatio;
+  float expTimeRatio;
+  float gainRatio;
+};
+static_assert(sizeof(AeResult) == 22 * sizeof(float));
 
 inline AeResult aeResultOf(const AeInput& input) noexcept {
   const float sensorGain = static_cast<float>(input.sensorGain) * (1.0F / 1024);
   const float ispGain = static_cast<float>(input.ispGain) * (1.0F / 4096);
   const float realGain = ispGain * sensorGain;
   const float adrcGain = static_cast<float>(input.adrcGain) / 1000.0F;
-  const auto exposureTime = static_cast<float>(input.exposureNs);
-  const float sensitivity = realGain * exposureTime;
-  return {
-      static_cast<float>(input.luxIndex),
-      static_cast<float>(input.expIndex),
-      realGain,
-      realGain,  // safe
-      realGain,  // long
-      sensorGain,
-      adrcGain,
-      1.0F,  // dark boost
-      ispGain,
-      sensitivity,  // short
-      sensitivity,  // safe
-      sensitivity,  // long
-      sensorGain,   // short
-      ispGain,
-      exposureTime,
-      sensorGain,  // normal
-      ispGain,
-      exposureTime,
-      adrcGain,
-      1.0F,  // sensitivity ratio
-      1.0F,  // exposure-time ratio
-      1.0F,  // gain ratio
-  };
+  const auto expTime = static_cast<float>(input.exposureNs);
+  const float sensitivity = realGain * expTime;
+  return {.luxIndex = static_cast<float>(input.luxIndex),
+          .expIndex = static_cast<float>(input.expIndex),
+          .realGain = realGain,
+          .safeGain = realGain,
+          .longGain = realGain,
+          .sensorGain = sensorGain,
+          .adrcGain = adrcGain,
+          .darkBoostGain = 1.0F,
+          .ispGain = ispGain,
+          .sensitivityShort = sensitivity,
+          .sensitivitySafe = sensitivity,
+          .sensitivityLong = sensitivity,
+          .sensorGainShort = sensorGain,
+          .ispGainShort = ispGain,
+          .expTimeShort = expTime,
+          .sensorGainNormal = sensorGain,
+          .ispGainNormal = ispGain,
+          .expTimeNormal = expTime,
+          .adrcGainNormal = adrcGain,
+          .sensitivityRatio = 1.0F,
+          .expTimeRatio = 1.0F,
+          .gainRatio = 1.0F};
 }
 
 }  // namespace hesk

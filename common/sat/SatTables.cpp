@@ -1,9 +1,8 @@
 #include "common/sat/SatTables.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <initializer_list>
 #include <string_view>
-#include <utility>
 
 namespace {
 
@@ -12,79 +11,21 @@ using namespace hesk;
 constexpr float kFar = 9999.9F;  // outer bounds
 constexpr float kNear = 0.1F;
 
-/// A tuning row of a product, as its integrator lists it.
-struct TuningRow {
-  static constexpr std::size_t kMostFloats = 6;
-
-  template <typename... Floats>
-  constexpr TuningRow(std::string_view model, int number, Floats... floats)
-      : product(model), group(number), count(sizeof...(floats)), values{floats...} {
-    static_assert(sizeof...(floats) == 2 || sizeof...(floats) == kMostFloats,
-                  "a row of the zoom transition's tuning has 2 or 6 floats");
-  }
-
-  std::string_view product;
-  int group;
-  std::size_t count;
-  std::array<float, kMostFloats> values;
-};
-
-// An array needs an element: the first belongs to nobody.
-constexpr TuningRow kTuningRows[] = {
-    TuningRow("", 0, 0.0F, 0.0F),
-#define SAT_ROW(...) TuningRow(__VA_ARGS__),
-#include CAM_SAT_TUNING
-#undef SAT_ROW
-};
-
 constexpr std::string_view kProducts[] = {"KX0108", "KX0105", "KX0104", "KX0107",
                                           "KX0106", "KX0103", "KX0101", "DEFAULT"};
-constexpr int kGroups = static_cast<int>(ThresholdOfSat::kGroups);
 
-constexpr std::ptrdiff_t rowsOf(std::string_view product, int group) {
-  return std::ranges::count_if(kTuningRows, [&](const TuningRow& row) {
-    return row.product == product && row.group == group;
-  });
+constexpr bool isProduct(std::string_view product) {
+  return std::find(std::begin(kProducts), std::end(kProducts), product) != std::end(kProducts);
 }
 
-constexpr bool isTuned(std::string_view product) {
-  return std::ranges::find(kTuningRows, product, &TuningRow::product) != std::end(kTuningRows);
-}
-
-constexpr bool isEveryRowOfAKnownGroup() {
-  return std::ranges::all_of(kTuningRows, [](const TuningRow& row) {
-    const bool isKnown = std::ranges::find(kProducts, row.product) != std::end(kProducts) &&
-                         row.group >= 1 && row.group <= kGroups;
-    return row.product.empty() || isKnown;
-  });
-}
-
-constexpr bool hasEveryGroupItsRows() {
-  for (const std::string_view product : kProducts) {
-    for (int group = 1; isTuned(product) && group <= kGroups; ++group) {
-      const std::ptrdiff_t rows = rowsOf(product, group) + (group == 1 ? 2 : 0);
-      if (rows != 3 && rows != 4) return false;
-    }
-  }
-  return true;
-}
-
-static_assert(isEveryRowOfAKnownGroup(),
-              "a row of the zoom transition's tuning names a product of this file and a group from "
-              "1 to 7");
-static_assert(hasEveryGroupItsRows(),
-              "every group of a product in the zoom transition's tuning has 3 or 4 rows in all");
-
-ThresholdOfSat thresholdOf(std::string_view product, std::vector<float> thresholds) {
-  ThresholdOfSat record{
-      .product = product.data(), .thresholds = std::move(thresholds), .groups = {}};
-  record.groups.front() = {{0.6F, 1.3F}, {0.8F, 2.6F}};
-  for (const TuningRow& row : kTuningRows) {
-    if (row.product != product) continue;
-    const auto* const first = row.values.begin();
-    record.groups[static_cast<std::size_t>(row.group - 1)].emplace_back(
-        first, first + static_cast<std::ptrdiff_t>(row.count));
-  }
+ThresholdOfSat thresholdOf(std::string_view product, std::initializer_list<float> thresholds) {
+  ThresholdOfSat record{.product = product.data(), .thresholds = thresholds, .groups = {}};
+  record.groups[0] = {{0.6F, 1.3F}, {0.8F, 2.6F}};
+#define SAT_ROW(model, group, ...)                                           \
+  static_assert(isProduct(model), model " is no product of the thresholds"); \
+  if (product == (model)) std::get<(group)-1>(record.groups).push_back({__VA_ARGS__});
+#include CAM_SAT_TUNING
+#undef SAT_ROW
   return record;
 }
 

@@ -1,19 +1,19 @@
 // The filters: which of the loaded rules a configuration meets.
 //
 // The filter of several conditions is asked first, then one filter a condition; the first that
-// selects a rule decides. Reading order: the conditions; isMet, in which every comparison is made;
-// the filters in the order in which they are asked.
+// selects a rule decides. Reading order: what a configuration has; isMet, in which every comparison
+// is made; the filters in the order in which they are asked.
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 
+#include "common/Events.h"
 #include "common/HeskSensorModeControl.h"
 #include "common/sensormode/DecisionObserver.h"
 #include "common/sensormode/SensorModeLog.h"
 #include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/Events.h"
 
 using namespace hesk;
 using NSCam::IMetadata;
@@ -22,6 +22,22 @@ namespace {
 
 constexpr std::int32_t kMissing = SensorModeCfg::kMissing;
 constexpr std::int32_t kHighFrameRate = 1;
+
+std::int32_t isHfpsModeOf(const IMetadata* meta) {
+  return read(meta, tags::MTK_STREAMING_FEATURE_HFPS_MODE, 0);
+}
+
+std::int32_t eisModeOf(const IMetadata* meta) {
+  return read(meta, tags::HESK_CONTROL_EISENABLE, kMissing);
+}
+
+std::int32_t videoAlgoTypeOf(const IMetadata* meta) {
+  return read(meta, tags::HESK_CONTROL_VIDEOALGOTYPE, kMissing);
+}
+
+std::int32_t uiModeOf(const IMetadata* meta) {
+  return read(meta, tags::COM_HESK_CURRENTUIMODULE, kMissing);
+}
 
 /// A field of a rule, and its name.
 template <typename T>
@@ -37,9 +53,9 @@ constexpr Condition<std::int32_t> kEisMode{"eisMode", &SensorModeCfg::eisMode};
 constexpr Condition<std::int32_t> kVideoAlgoType{"videoAlgoType", &SensorModeCfg::videoAlgoType};
 constexpr Condition<std::int32_t> kUiMode{"uiMode", &SensorModeCfg::uiMode};
 
-template <typename T, typename Value>
-inline bool isMet(const SensorModeCfg& rule, const Condition<T>& condition, Value value,
-                  DecisionObserver* observer) {
+template <typename T>
+bool isMet(const SensorModeCfg& rule, const Condition<T>& condition, const T& value,
+           DecisionObserver* observer) {
   const T& wanted = rule.*condition.field;
   const bool isEqual = wanted == value;
   if (observer != nullptr) observer->onComparison({rule, condition.name, wanted, value, isEqual});
@@ -47,89 +63,105 @@ inline bool isMet(const SensorModeCfg& rule, const Condition<T>& condition, Valu
 }
 
 /// The first rule that meets the condition, null for none.
-template <typename T, typename Value>
-inline const SensorModeCfg* firstThatMeets(const std::vector<SensorModeCfg>& rules,
-                                           const Condition<T>& condition, Value value,
-                                           DecisionObserver* observer) {
+template <typename T>
+const SensorModeCfg* firstThatMeets(const std::vector<SensorModeCfg>& rules,
+                                    const Condition<T>& condition, const T& value,
+                                    DecisionObserver* observer) {
   const auto found = std::ranges::find_if(
       rules, [&](const SensorModeCfg& rule) { return isMet(rule, condition, value, observer); });
   return found != rules.end() ? &*found : nullptr;
 }
 
-std::int32_t eisModeOf(const IMetadata* meta) {
-  return read(meta, tags::HESK_CONTROL_EISENABLE, kMissing);
-}
+namespace several {
 
-std::int32_t isHfpsModeOf(const IMetadata* meta) {
-  return read(meta, tags::MTK_STREAMING_FEATURE_HFPS_MODE, 0);
-}
+constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByMultiCondition");
 
-std::int32_t videoAlgoTypeOf(const IMetadata* meta) {
-  return read(meta, tags::HESK_CONTROL_VIDEOALGOTYPE, kMissing);
-}
+/// A rule on trial: which of its conditions the configuration meets.
+struct Trial {
+  const SensorModeCfg& rule;
+  const IMetadata* meta;
+  DecisionObserver* observer;
+  std::int32_t count = 0;  // of conditions met
 
-std::int32_t uiModeOf(const IMetadata* meta) {
-  return read(meta, tags::COM_HESK_CURRENTUIMODULE, kMissing);
-}
-
-/// What a configuration has for a rule's conditions.
-struct Offer {
-  std::int32_t isHfpsMode;
-  std::string_view appType;
-  FrameRateRange frameRates;
-  std::int32_t eisMode;
-  std::int32_t videoAlgoType;
-  std::int32_t uiMode;
+  /// Counts the condition where it is met.
+  template <typename T>
+  bool counts(const Condition<T>& condition, const T& value) {
+    if (!isMet(rule, condition, value, observer)) return false;
+    ++count;
+    return true;
+  }
 };
 
-/// Whether, counted condition by condition, as many are met as the rule counts. The count is looked
-/// at behind every condition that is met but the first.
-bool meetsConditions(const SensorModeCfg& rule, const Offer& offer, DecisionObserver* observer) {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByMultiCondition");
+// Each condition looks its value up afresh, and returns whether it is met.
 
-  std::int32_t count = 0;
-  if (isMet(rule, kIsHfpsMode, offer.isHfpsMode, observer)) {
-    ++count;
-    HESK_LOGD(kOperation, "[%s] selected by HfpsMode %d, [%d:%d]", kOperation.name,
-              offer.isHfpsMode, count, rule.conditionCount);
-  }
-  if (isMet(rule, kAppType, offer.appType, observer)) {
-    ++count;
-    HESK_LOGD(kOperation, "[%s] selected by apptype %s, [%d:%d]", kOperation.name,
-              offer.appType.data(), count, rule.conditionCount);
-    if (count == rule.conditionCount) return true;
-  }
-  if (isMet(rule, kFps, offer.frameRates.upper, observer)) {
-    ++count;
-    HESK_LOGD(kOperation, "[%s] selected by fps %d,%d, [%d:%d]", kOperation.name,
-              offer.frameRates.lower, offer.frameRates.upper, count, rule.conditionCount);
-    if (count == rule.conditionCount) return true;
-  }
-  if (isMet(rule, kEisMode, offer.eisMode, observer)) {
-    ++count;
-    HESK_LOGD(kOperation, "[%s] selected by eisMode %d, [%d:%d]", kOperation.name, offer.eisMode,
-              count, rule.conditionCount);
-    if (count == rule.conditionCount) return true;
-  }
-  if (isMet(rule, kVideoAlgoType, offer.videoAlgoType, observer)) {
-    ++count;
-    HESK_LOGD(kOperation, "[%s] selected by videoAlgoType %d, [%d:%d]", kOperation.name,
-              offer.videoAlgoType, count, rule.conditionCount);
-    if (count == rule.conditionCount) return true;
-  }
-  if (isMet(rule, kUiMode, offer.uiMode, observer)) {
-    ++count;
-    HESK_LOGD(kOperation, "[%s] selected by uimode %d, [%d:%d]", kOperation.name, offer.uiMode,
-              count, rule.conditionCount);
-    if (count == rule.conditionCount) return true;
+bool tryIsHfpsMode(Trial& trial) {
+  const std::int32_t isHfpsMode = isHfpsModeOf(trial.meta);
+  if (!trial.counts(kIsHfpsMode, isHfpsMode)) return false;
+  HESK_LOGD(kOperation, "[%s] selected by HfpsMode %d, [%d:%d]", kOperation.name, isHfpsMode,
+            trial.count, trial.rule.conditionCount);
+  return true;
+}
+
+bool tryAppType(Trial& trial) {
+  const std::string appType = eventValue("APP_TYPE");
+  if (!trial.counts(kAppType, appType)) return false;
+  HESK_LOGD(kOperation, "[%s] selected by apptype %s, [%d:%d]", kOperation.name, appType.c_str(),
+            trial.count, trial.rule.conditionCount);
+  return true;
+}
+
+bool tryFps(Trial& trial) {
+  const FrameRateRange frameRates = readFrameRateRange(trial.meta);
+  if (!trial.counts(kFps, frameRates.upper)) return false;
+  HESK_LOGD(kOperation, "[%s] selected by fps %d,%d, [%d:%d]", kOperation.name, frameRates.lower,
+            frameRates.upper, trial.count, trial.rule.conditionCount);
+  return true;
+}
+
+bool tryEisMode(Trial& trial) {
+  const std::int32_t eisMode = eisModeOf(trial.meta);
+  if (!trial.counts(kEisMode, eisMode)) return false;
+  HESK_LOGD(kOperation, "[%s] selected by eisMode %d, [%d:%d]", kOperation.name, eisMode,
+            trial.count, trial.rule.conditionCount);
+  return true;
+}
+
+bool tryVideoAlgoType(Trial& trial) {
+  const std::int32_t videoAlgoType = videoAlgoTypeOf(trial.meta);
+  if (!trial.counts(kVideoAlgoType, videoAlgoType)) return false;
+  HESK_LOGD(kOperation, "[%s] selected by videoAlgoType %d, [%d:%d]", kOperation.name,
+            videoAlgoType, trial.count, trial.rule.conditionCount);
+  return true;
+}
+
+bool tryUiMode(Trial& trial) {
+  const std::int32_t uiMode = uiModeOf(trial.meta);
+  if (!trial.counts(kUiMode, uiMode)) return false;
+  HESK_LOGD(kOperation, "[%s] selected by uimode %d, [%d:%d]", kOperation.name, uiMode, trial.count,
+            trial.rule.conditionCount);
+  return true;
+}
+
+/// Whether, condition by condition, as many are met as the rule counts.
+bool meets(const SensorModeCfg& rule, const IMetadata* meta, DecisionObserver* observer) {
+  constexpr bool (*kConditions[])(Trial&) = {tryIsHfpsMode, tryAppType,       tryFps,
+                                             tryEisMode,    tryVideoAlgoType, tryUiMode};
+
+  Trial trial{.rule = rule, .meta = meta, .observer = observer};
+  for (const auto tryCondition : kConditions) {
+    if (!tryCondition(trial)) continue;
+    // Behind the first condition the count is not looked at.
+    if (tryCondition != tryIsHfpsMode && trial.count == rule.conditionCount) return true;
   }
   HESK_LOGD(kOperation, "[%s] current SensorModeCfg don't meet the requirement", kOperation.name);
   return false;
 }
 
+}  // namespace several
+
 }  // namespace
 
-inline bool HeskSensorModeControl::isDecided(const char* filter) const {
+bool HeskSensorModeControl::isDecided(const char* filter) const {
   const bool isDecided = !selectedSensorModeCfgs.empty();
   if (mObserver != nullptr) {
     mObserver->onFilter(filter);
@@ -138,7 +170,7 @@ inline bool HeskSensorModeControl::isDecided(const char* filter) const {
   return isDecided;
 }
 
-inline bool HeskSensorModeControl::select(const SensorModeCfg* rule) {
+bool HeskSensorModeControl::select(const SensorModeCfg* rule) {
   if (rule == nullptr) return false;
   selectedSensorModeCfgs.push_back(*rule);
   if (mObserver != nullptr) mObserver->onSelection(*rule);
@@ -146,18 +178,12 @@ inline bool HeskSensorModeControl::select(const SensorModeCfg* rule) {
 }
 
 void HeskSensorModeControl::getSensorModeCfgByMultiCondition(IMetadata* meta) {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByMultiCondition");
+  using several::kOperation;
 
-  if (isDecided(kOperation.name) || multiConditionTable.empty()) return;
-  const Offer offer{.isHfpsMode = isHfpsModeOf(meta),
-                    .appType = eventValue<"APP_TYPE">(),
-                    .frameRates = readFrameRateRange(meta),
-                    .eisMode = eisModeOf(meta),
-                    .videoAlgoType = videoAlgoTypeOf(meta),
-                    .uiMode = uiModeOf(meta)};
+  if (isDecided(kOperation.name)) return;
   const auto met = std::find_if(
       multiConditionTable.rbegin(), multiConditionTable.rend(),
-      [&](const SensorModeCfg& rule) { return meetsConditions(rule, offer, mObserver); });
+      [&](const SensorModeCfg& rule) { return several::meets(rule, meta, mObserver); });
   if (select(met != multiConditionTable.rend() ? &*met : nullptr)) {
     HESK_LOGD(kOperation, "[%s] selected", kOperation.name);
   }
@@ -190,9 +216,9 @@ void HeskSensorModeControl::getSensorModeCfgByApptype() {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByApptype");
 
   if (isDecided(kOperation.name)) return;
-  const std::string_view appType = eventValue<"APP_TYPE">();
+  const std::string appType = eventValue("APP_TYPE");
   if (select(firstThatMeets(sensorModeTable, kAppType, appType, mObserver))) {
-    HESK_LOGD(kOperation, "[%s] selected by appType %s", kOperation.name, appType.data());
+    HESK_LOGD(kOperation, "[%s] selected by appType %s", kOperation.name, appType.c_str());
   }
 }
 

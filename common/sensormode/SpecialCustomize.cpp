@@ -1,13 +1,13 @@
 // The overrides: scenarios that certain apps need whatever the rules say.
 
-#include <string_view>
+#include <string>
 
+#include "common/Events.h"
 #include "common/HeskSensorModeControl.h"
 #include "common/sensormode/DecisionObserver.h"
 #include "common/sensormode/SensorModeLog.h"
 #include "common/sensormode/SensorScenario.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/Events.h"
 
 using namespace hesk;
 
@@ -20,8 +20,8 @@ constexpr NSCam::MSize kCallSize{640, 480};
 
 /// What the overrides look at.
 struct Configuration {
-  std::string_view appType;
-  std::string_view appName;
+  std::string appType;
+  std::string appName;
   std::int32_t sensorId;
   const NSCam::IMetadata* meta;
   bool hasVideo;
@@ -47,7 +47,7 @@ bool isAppThatNeedsVideo(const Configuration& configuration) {
          configuration.appName == "Kuaishou";
 }
 
-bool isInstagramBehind(const Configuration& configuration) {
+bool isInstagramButInFront(const Configuration& configuration) {
   return configuration.appName == "Instagram" && configuration.sensorId != kFrontSensor;
 }
 
@@ -73,64 +73,67 @@ bool isNightVideo(const Configuration& configuration) {
   return read(configuration.meta, tags::HESK_CONTROL_NIGHTMODE) == 1 && configuration.hasVideo;
 }
 
-bool isMessageVideo(const Configuration& configuration) {
+bool isOwnCallVideo(const Configuration& configuration) {
   return configuration.appType == "heskCamera" && configuration.hasVideo &&
          configuration.size == kCallSize;
 }
 
+struct Override {
+  const char* when;  // for the tool
+  bool (*fires)(const Configuration& configuration);
+  SensorScenario scenario;
+  void (*log)();  // null: no record
+};
+
+// In order: the last that fires holds. The messages are kept as they are, though some name other
+// apps than are tested.
+constexpr Override kOverrides[] = {
+    {"an IMS call not wider than 4:3", isImsCallNotWiderThan4To3, NORMAL_PREVIEW,
+     [] { HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for wechat or ims", kOperation.name); }},
+    {"Dingding near 4:3", isDingdingNear4To3, NORMAL_PREVIEW,
+     [] { HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for Dingding", kOperation.name); }},
+    {"Whatsapp, Facebook or Kuaishou", isAppThatNeedsVideo, NORMAL_VIDEO,
+     [] {
+       HESK_LOGD(kOperation, "[%s] some 3rd_party app need VIDEO sensor mode", kOperation.name);
+     }},
+    {"Instagram on another than the front camera", isInstagramButInFront, NORMAL_VIDEO,
+     [] {
+       HESK_LOGD(kOperation, "[%s] Instagram need VIDEO sensor mode except camera 1",
+                 kOperation.name);
+     }},
+    {"Whatsapp, Messenger or a third party at 640x480", isThirdPartyCall, NORMAL_PREVIEW,
+     [] { HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for third party app", kOperation.name); }},
+    {"video HDR on the front camera", isFrontVideoHdr, CUSTOM1,
+     [] { HESK_LOGD(kOperation, "[%s] VIDEO_HDR for front camera", kOperation.name); }},
+    {"Wechat at 640x480 on the front camera", isFrontWechatCall, CUSTOM2,
+     [] { HESK_LOGE(kOperation, "[%s] wechat meet set sensor mode to CUSTOM2", kOperation.name); }},
+    {"video in night mode", isNightVideo, NORMAL_VIDEO, nullptr},
+    {"video of the maker's app at 640x480", isOwnCallVideo, CUSTOM1,
+     [] {
+       HESK_LOGD(kOperation, "[%s] change message-camera video sensor mode to custom1",
+                 kOperation.name);
+     }},
+};
+
 }  // namespace
 
-// Later choices overwrite earlier ones. Messages may name other apps than are meant: field tools
-// know them as they are.
 int HeskSensorModeControl::specialCustomize(
     NSCam::IMetadata* meta,
-    // NOLINTNEXTLINE(performance-unnecessary-value-param): the platform's binaries call it so.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is a given one
     std::shared_ptr<StreamInfo> info) {
   const StreamInfo stream = info != nullptr ? *info : StreamInfo{};
-  const Configuration configuration{.appType = eventValue<"APP_TYPE">(),
-                                    .appName = eventValue<"APP_NAME">(),
+  const Configuration configuration{.appType = eventValue("APP_TYPE"),
+                                    .appName = eventValue("APP_NAME"),
                                     .sensorId = mSensorId,
                                     .meta = meta,
                                     .hasVideo = stream.hasVideoConsumer,
                                     .size = stream.mainOutputSize};
   std::int32_t scenario = NO_DECISION;
-  const auto chooseIf = [&](bool isCase, SensorScenario choice, const char* when) {
-    if (!isCase) return false;
-    scenario = choice;
-    if (mObserver != nullptr) mObserver->onOverride(when, scenario);
-    return true;
-  };
-
-  if (chooseIf(isImsCallNotWiderThan4To3(configuration), NORMAL_PREVIEW,
-               "an IMS call not wider than 4:3")) {
-    HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for wechat or ims", kOperation.name);
-  }
-  if (chooseIf(isDingdingNear4To3(configuration), NORMAL_PREVIEW, "Dingding near 4:3")) {
-    HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for Dingding", kOperation.name);
-  }
-  if (chooseIf(isAppThatNeedsVideo(configuration), NORMAL_VIDEO,
-               "Whatsapp, Facebook or Kuaishou")) {
-    HESK_LOGD(kOperation, "[%s] some 3rd_party app need VIDEO sensor mode", kOperation.name);
-  }
-  if (chooseIf(isInstagramBehind(configuration), NORMAL_VIDEO,
-               "Instagram on another than the front camera")) {
-    HESK_LOGD(kOperation, "[%s] Instagram need VIDEO sensor mode except camera 1", kOperation.name);
-  }
-  if (chooseIf(isThirdPartyCall(configuration), NORMAL_PREVIEW,
-               "Whatsapp, Messenger or a third party at 640x480")) {
-    HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for third party app", kOperation.name);
-  }
-  if (chooseIf(isFrontVideoHdr(configuration), CUSTOM1, "video HDR on the front camera")) {
-    HESK_LOGD(kOperation, "[%s] VIDEO_HDR for front camera", kOperation.name);
-  }
-  if (chooseIf(isFrontWechatCall(configuration), CUSTOM2,
-               "Wechat at 640x480 on the front camera")) {
-    HESK_LOGE(kOperation, "[%s] wechat meet set sensor mode to CUSTOM2", kOperation.name);
-  }
-  chooseIf(isNightVideo(configuration), NORMAL_VIDEO, "video in night mode");
-  if (chooseIf(isMessageVideo(configuration), CUSTOM1, "video of the maker's app at 640x480")) {
-    HESK_LOGD(kOperation, "[%s] change message-camera video sensor mode to custom1",
-              kOperation.name);
+  for (const Override& override : kOverrides) {
+    if (!override.fires(configuration)) continue;
+    scenario = override.scenario;
+    if (override.log != nullptr) override.log();
+    if (mObserver != nullptr) mObserver->onOverride(override.when, scenario);
   }
   return scenario;
 }

@@ -1,5 +1,5 @@
 // The vocabulary in which the hooks speak to a metadata container: is it there, read an item or a
-// default, write these items, replace one, clear.
+// default, write these items, replace one, clear. An entry is always built under its own tag.
 //
 // Every operation takes a null container: it reads as an empty one, and a write to it is skipped
 // with status -1. An absent entry, an index past the end and an item of another type never fail.
@@ -14,7 +14,6 @@
 #include <optional>
 #include <span>
 #include <type_traits>
-#include <utility>
 
 #include "common/tags/Tags.h"
 #include "platform/IMetadata.h"
@@ -23,6 +22,12 @@ namespace hesk {
 
 /// What a write to a null container returns.
 inline constexpr int kNoContainer = -1;
+
+/// Whether there is an entry of `tag`, with or without items.
+template <typename T>
+[[nodiscard]] inline bool hasEntry(const NSCam::IMetadata* metadata, Tag<T> tag) {
+  return metadata != nullptr && metadata->entryFor(tag.value).tag() == tag.value;
+}
 
 /// Whether the entry of `tag` holds an item.
 template <typename T>
@@ -61,15 +66,16 @@ template <typename T>
   return metadata != nullptr ? metadata->entryFor(tag.value).count() : 0;
 }
 
-/// Fills `items` with the first items of `tag`, in bulk; what the entry does not hold becomes zero.
+/// Fills `items` with the first items of `tag`; what the entry does not hold becomes zero.
 template <typename T>
 inline void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
                     std::span<std::type_identity_t<T>> items) {
   if (metadata == nullptr) {
     std::ranges::fill(items, T{});
-  } else {
-    metadata->entryFor(tag.value).itemAt(0, items.data(), items.size(), NSCam::Type2Type<T>{});
+    return;
   }
+  const auto& entry = metadata->entryFor(tag.value);
+  for (std::size_t i = 0; i < items.size(); ++i) items[i] = entry.itemAt(i, NSCam::Type2Type<T>{});
 }
 
 /// Makes `items` the whole entry of `tag`, in the type `As`. Returns the container's status.
@@ -78,7 +84,7 @@ inline int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   if (metadata == nullptr) return kNoContainer;
   NSCam::IMetadata::IEntry entry(tag.value);
   (entry.push_back(static_cast<As>(items), NSCam::Type2Type<As>{}), ...);
-  return metadata->update(tag.value, std::move(entry));
+  return metadata->update(tag.value, entry);
 }
 
 /// Makes `items` the whole entry of `tag`. Returns the container's status.
@@ -87,14 +93,14 @@ inline int write(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   return writeAs<T>(metadata, tag, items...);
 }
 
-/// Makes the items of `items` the whole entry of `tag`, in bulk. Returns the container's status.
+/// Makes the items of `items` the whole entry of `tag`. Returns the container's status.
 template <typename T>
 inline int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
                     std::span<const std::type_identity_t<T>> items) {
   if (metadata == nullptr) return kNoContainer;
   NSCam::IMetadata::IEntry entry(tag.value);
-  entry.push_back(items.data(), items.size(), NSCam::Type2Type<T>{});
-  return metadata->update(tag.value, std::move(entry));
+  for (const T& item : items) entry.push_back(item, NSCam::Type2Type<T>{});
+  return metadata->update(tag.value, entry);
 }
 
 /// Empties the entry of `tag`. Returns the container's status.
@@ -103,35 +109,15 @@ inline int clear(NSCam::IMetadata* metadata, Tag<T> tag) {
   return writeAs<T>(metadata, tag);
 }
 
-/// Makes the items of `from` in `source`, each read as `T`, the whole entry of `tag`; in bulk where
-/// they are of that type. Returns the container's status.
-template <typename T>
-inline int copyAll(NSCam::IMetadata* metadata, Tag<T> tag, const NSCam::IMetadata* source,
-                   Tag<T> from) {
-  if (metadata == nullptr) return kNoContainer;
-  if (source == nullptr) return clear(metadata, tag);
-  const NSCam::IMetadata::IEntry& items = source->entryFor(from.value);
-  if (items.hasType(NSCam::Type2Type<T>{})) return metadata->update(tag.value, items);
-  NSCam::IMetadata::IEntry entry(tag.value);
-  for (std::size_t i = 0; i < items.count(); ++i) {
-    entry.push_back(items.itemAt(i, NSCam::Type2Type<T>{}), NSCam::Type2Type<T>{});
-  }
-  return metadata->update(tag.value, std::move(entry));
-}
-
-/// Takes every entry of `other`, in place of the entries of the same tags.
-inline void append(NSCam::IMetadata* metadata, const NSCam::IMetadata& other) {
-  if (metadata != nullptr) *metadata += other;
-}
-
-/// Replaces item `index` of `tag`; an entry that holds no such item stays as it is.
+/// Replaces item `index` of `tag`, where there is one, by an item of the entry's own type; else
+/// nothing is written.
 template <typename T>
 inline void replaceItem(NSCam::IMetadata* metadata, Tag<T> tag, std::size_t index,
                         std::type_identity_t<T> item) {
-  if (metadata == nullptr) return;
+  if (index >= count(metadata, tag)) return;
   NSCam::IMetadata::IEntry entry = metadata->entryFor(tag.value);
   entry.replaceItemAt(index, item, NSCam::Type2Type<T>{});
-  metadata->update(tag.value, std::move(entry));
+  metadata->update(tag.value, entry);
 }
 
 }  // namespace hesk

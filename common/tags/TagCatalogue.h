@@ -10,7 +10,7 @@
 namespace hesk {
 
 /// What the catalogue says of one tag.
-struct TagInfo {
+struct TagDescription {
   std::string_view name;
   std::uint32_t value;
   std::string_view type;  // "int32", "int64", "uint8", "float", "rect" or "rational"
@@ -21,26 +21,27 @@ struct TagInfo {
 inline constexpr std::uint32_t kAnyCount = 0;
 
 /// Every tag that the library knows, ordered by value.
-inline constexpr auto kTagCatalogue = std::to_array<TagInfo>({
+inline constexpr auto kTagCatalogue = std::to_array<TagDescription>({
 #define TAG(name, value, type, count, meaning) {#name, value, #type, count, meaning},
 #include "common/tags/Tags.def"
 #undef TAG
 });
 
-static_assert(std::ranges::is_sorted(kTagCatalogue, std::ranges::less_equal{}, &TagInfo::value) &&
-                  std::ranges::adjacent_find(kTagCatalogue, {}, &TagInfo::value) ==
+static_assert(std::ranges::is_sorted(kTagCatalogue, std::ranges::less_equal{},
+                                     &TagDescription::value) &&
+                  std::ranges::adjacent_find(kTagCatalogue, {}, &TagDescription::value) ==
                       kTagCatalogue.end(),
               "Tags.def is ordered by value, without a value given twice");
 
 /// The tag of that value, null where the catalogue does not list it.
-constexpr const TagInfo* findTag(std::uint32_t value) {
-  const auto* found = std::ranges::lower_bound(kTagCatalogue, value, {}, &TagInfo::value);
+constexpr const TagDescription* findTag(std::uint32_t value) {
+  const auto* found = std::ranges::lower_bound(kTagCatalogue, value, {}, &TagDescription::value);
   return found != kTagCatalogue.end() && found->value == value ? found : nullptr;
 }
 
 /// The tag of that name, null where the catalogue does not list it.
-constexpr const TagInfo* findTag(std::string_view name) {
-  const auto* found = std::ranges::find(kTagCatalogue, name, &TagInfo::name);
+constexpr const TagDescription* findTag(std::string_view name) {
+  const auto* found = std::ranges::find(kTagCatalogue, name, &TagDescription::name);
   return found != kTagCatalogue.end() ? found : nullptr;
 }
 

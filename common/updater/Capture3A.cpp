@@ -1,8 +1,8 @@
 // The 3A state of a still capture's frame, as the raw algorithms take it. Read from metadata alone.
 
 #include <array>
+#include <bit>
 #include <span>
-#include <vector>
 
 #include "common/HeskParameterUpdater.h"
 #include "common/math/AeResult.h"
@@ -26,21 +26,21 @@ AeInput readAe(const IMetadata* appMeta, const IMetadata* halMeta) {
           .exposureNs = read(appMeta, tags::ANDROID_SENSOR_EXPOSURE_TIME)};
 }
 
-void writeAeResult(IMetadata* outMeta, const AeInput& input) {
-  const AeResult ae = aeResultOf(input);
-  const auto field = [&](std::size_t index) { return static_cast<double>(ae[index]); };
+void writeAeResult(IMetadata* outMeta, const AeResult& ae) {
   HESK_LOGD(kOperation,
             "[%s] [%s]AEResult: luxIndex:%f, expIndex:%f, realGain:%f, safeGain:%f, longGain:%f, "
             "sensorGain:%f, adrcGain:%f, darkBoostGain:%f, ispGain:%f, sensitivityShort:%f, "
             "sensitivitySafe:%f, sensitivityLong :%f, sensorGainShort:%f, ispGainShort%f, "
-            "expTimeShort:%f, "
-            "sensorGainNormal:%f, ispGainNormal:%f, expTimeNormal:%f, adrcGainNormal:%f, "
-            "sensitivityRatio:%f, expTimeRatio:%f, gainRatio:%f",
-            kOperation.name, kOperation.name, field(0), field(1), field(2), field(3), field(4),
-            field(5), field(6), field(7), field(8), field(9), field(10), field(11), field(12),
-            field(13), field(14), field(15), field(16), field(17), field(18), field(19), field(20),
-            field(21));
-  writeAll(outMeta, tags::HESK_CONTROL_AE_RESULT, ae);
+            "expTimeShort:%f, sensorGainNormal:%f, ispGainNormal:%f, expTimeNormal:%f, "
+            "adrcGainNormal:%f, sensitivityRatio:%f, expTimeRatio:%f, gainRatio:%f",
+            kOperation.name, kOperation.name, ae.luxIndex, ae.expIndex, ae.realGain, ae.safeGain,
+            ae.longGain, ae.sensorGain, ae.adrcGain, ae.darkBoostGain, ae.ispGain,
+            ae.sensitivityShort, ae.sensitivitySafe, ae.sensitivityLong, ae.sensorGainShort,
+            ae.ispGainShort, ae.expTimeShort, ae.sensorGainNormal, ae.ispGainNormal,
+            ae.expTimeNormal, ae.adrcGainNormal, ae.sensitivityRatio, ae.expTimeRatio,
+            ae.gainRatio);
+  using Floats = std::array<float, sizeof(AeResult) / sizeof(float)>;
+  writeAll(outMeta, tags::HESK_CONTROL_AE_RESULT, std::bit_cast<Floats>(ae));
 }
 
 void writeLightFlag(IMetadata* outMeta, std::int32_t luxIndex) {
@@ -88,21 +88,19 @@ void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
 
   const std::int32_t size = read(appMeta, tags::MTK_3A_AWB_STATS_SIZE);
   HESK_LOGD(kOperation, "[%s] [%s]awbStatsSize: %d", kOperation.name, kOperation.name, size);
-  if (size < 0 || size > kMostBytes) {
+  const bool isTaken = 0 <= size && size <= kMostBytes;
+  if (!isTaken) {
     HESK_LOGE(kOperation, "[%s] no statistics have %d bytes, at most %d", kOperation.name, size,
               kMostBytes);
   }
   write(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_SIZE, size);
-  if (size <= 0 || size > kMostBytes) {
-    clear(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA);
-    return;
+
+  std::array<std::uint8_t, kMostBytes> buffer{};
+  const std::span bytes(buffer.data(), isTaken ? static_cast<std::size_t>(size) : 0);
+  if (count(appMeta, tags::MTK_3A_AWB_STATS_DATA) == bytes.size()) {
+    readAll(appMeta, tags::MTK_3A_AWB_STATS_DATA, bytes);
   }
-  const auto bytes = static_cast<std::size_t>(size);
-  if (count(appMeta, tags::MTK_3A_AWB_STATS_DATA) == bytes) {
-    copyAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, appMeta, tags::MTK_3A_AWB_STATS_DATA);
-  } else {
-    writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, std::vector<std::uint8_t>(bytes));
-  }
+  writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, bytes);
 }
 
 void writeColourTemperatureUse(IMetadata* outMeta, const IMetadata* appMeta) {
@@ -117,7 +115,7 @@ void writeColourTemperatureUse(IMetadata* outMeta, const IMetadata* appMeta) {
 void HeskParameterUpdater::update3ACaptureRawParameter(IMetadata* appMeta, IMetadata* halMeta,
                                                        IMetadata* outMeta) {
   const AeInput ae = readAe(appMeta, halMeta);
-  writeAeResult(outMeta, ae);
+  writeAeResult(outMeta, aeResultOf(ae));
   writeLightFlag(outMeta, ae.luxIndex);
   writeAwbGains(outMeta, appMeta);
   write(outMeta, tags::MTK_RAW_ALGO_SENSITIVITY, read(appMeta, tags::ANDROID_SENSOR_SENSITIVITY));

@@ -4,11 +4,12 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <vector>
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
 #include "common/tags/ModeBits.h"
-#include "common/updater/Hal3AOwner.h"
+#include "common/updater/Borrowed.h"
 #include "common/updater/StaticMetadata.h"
 #include "common/updater/UpdaterLog.h"
 #include "platform/DefaultShading.h"
@@ -23,8 +24,6 @@ using NSCam::MSize;
 
 constexpr log::Operation kOperation = updaterOperation("updateCaptureRawParameter");
 
-constexpr std::int32_t kLogicalMulticam = 2;
-
 void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IMetadata* halMeta,
                           std::int32_t sensor) {
   const auto create = reinterpret_cast<NSCam::DefaultShadingCreator>(
@@ -34,7 +33,7 @@ void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IM
     HESK_LOGE(kOperation, "[%s] no default shading for sensor %d", kOperation.name, sensor);
     return;
   }
-  append(outMeta, shading->query(halMeta, appMeta));
+  if (outMeta != nullptr) *outMeta += shading->query(halMeta, appMeta);
   HESK_LOGD(kOperation, "[%s] get shadingtable default", kOperation.name);
 }
 
@@ -42,8 +41,8 @@ void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
   constexpr MSize kGrid{17, 13};
   constexpr std::size_t kChannels = 4;
 
-  const Hal3AOwner hal3A(sensor, kUpdaterUser);
-  if (!hal3A) {
+  const auto hal3A = borrowHal3A(sensor);
+  if (hal3A == nullptr) {
     HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
               kOperation.name);
     return;
@@ -75,11 +74,12 @@ void markForRawAlgorithm(IMetadata* halMeta) {
   write(halMeta, tags::MTK_CONTROL_RAW_ALGO_ENABLE, 1);
 }
 
-/// A super-moon capture keeps out of the zoom transition.
+/// Whether a capture has neither crop nor role of the zoom transition.
 bool isWithoutSat(const IMetadata* appMeta, std::int64_t mode) {
-  constexpr std::int64_t kMoonMode = modeBit(24);
-  constexpr std::int32_t kMoonModule = 32;
-  return (mode & kMoonMode) != 0 && read(appMeta, tags::COM_HESK_CURRENTUIMODULE) == kMoonModule;
+  constexpr std::int64_t kModeWithoutSat = modeBit(24);
+  constexpr std::int32_t kModuleWithoutSat = 32;
+  return (mode & kModeWithoutSat) != 0 &&
+         read(appMeta, tags::COM_HESK_CURRENTUIMODULE) == kModuleWithoutSat;
 }
 
 float appZoomRatio(const IMetadata* appMeta) {
@@ -94,8 +94,9 @@ float appZoomRatio(const IMetadata* appMeta) {
   return 1.0F;
 }
 
-/// How much of its active array's width the camera's frame shows; 0 without active array.
-float croppedZoomRatio(MRect crop, const IMetadata* statics, std::int32_t cameraId) {
+/// The width of the camera's active array by that of the crop; 0 without active array, 1 without
+/// static characteristics.
+float arrayToCropRatio(MRect crop, const IMetadata* statics, std::int32_t cameraId) {
   if (statics == nullptr) return 1.0F;
   const auto array = readIfPresent(statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION);
   if (array) {
@@ -110,7 +111,7 @@ float croppedZoomRatio(MRect crop, const IMetadata* statics, std::int32_t camera
 void writeZoomRatio(IMetadata* outMeta, const IMetadata* appMeta, const IMetadata* halMeta,
                     const IMetadata* statics, std::int32_t cameraId) {
   const auto crop = readIfPresent(halMeta, tags::MTK_P1NODE_SCALAR_CROP_REGION);
-  const float ratio = crop ? croppedZoomRatio(*crop, statics, cameraId) : appZoomRatio(appMeta);
+  const float ratio = crop ? arrayToCropRatio(*crop, statics, cameraId) : appZoomRatio(appMeta);
   const int status = write(outMeta, tags::MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO, ratio);
   HESK_LOGD(kOperation, "[%s] Current camera id %d, physicalZoomRatio: %f, result:%d",
             kOperation.name, cameraId, ratio, status);
@@ -118,21 +119,21 @@ void writeZoomRatio(IMetadata* outMeta, const IMetadata* appMeta, const IMetadat
 
 /// What a sensor's static characteristics say of its phase-detection pixels.
 struct PdDescription {
-  std::int32_t isCompensated;
-  std::int32_t bufferType;
+  std::int32_t compensation;  // COM_HESK_ISPDCOMPENSATION
+  std::int32_t bufferType;    // COM_HESK_PDBUFFERTYPE
 
   /// Whether the raw algorithms need the layout of the pixels.
   [[nodiscard]] bool isLayoutNeeded() const {
     return bufferType == 2 || bufferType == 4 || bufferType == 18 ||
-           (bufferType == 1 && isCompensated == 0);
+           (bufferType == 1 && compensation == 0);
   }
 };
 
 PdDescription readPdDescription(const IMetadata* statics) {
-  const auto isCompensated = readIfPresent(statics, tags::COM_HESK_ISPDCOMPENSATION);
-  if (isCompensated) {
+  const auto compensation = readIfPresent(statics, tags::COM_HESK_ISPDCOMPENSATION);
+  if (compensation) {
     HESK_LOGD(kOperation, "[%s] preview COM_HESK_ISPDCOMPENSATION:%d", kOperation.name,
-              *isCompensated);
+              *compensation);
   } else {
     HESK_LOGE(kOperation, "[%s] preview Get Meta :COM_HESK_ISPDCOMPENSATION Error",
               kOperation.name);
@@ -143,7 +144,7 @@ PdDescription readPdDescription(const IMetadata* statics) {
   } else {
     HESK_LOGE(kOperation, "[%s] preview Get Meta :COM_HESK_PDBUFFERTYPE Error", kOperation.name);
   }
-  return {.isCompensated = isCompensated.value_or(0), .bufferType = bufferType.value_or(0)};
+  return {.compensation = compensation.value_or(0), .bufferType = bufferType.value_or(0)};
 }
 
 void writeFaces(IMetadata* outMeta, NSCam::IFDContainer& container, std::int32_t sensor) {
@@ -163,8 +164,11 @@ void writeFaces(IMetadata* outMeta, NSCam::IFDContainer& container, std::int32_t
 }
 
 void copyStaticBytes(IMetadata* outMeta, const IMetadata* statics) {
-  if (!has(statics, tags::MTK_RAW_ALGO_STATIC_INFO)) return;
-  copyAll(outMeta, tags::MTK_RAW_ALGO_STATIC_INFO, statics, tags::MTK_RAW_ALGO_STATIC_INFO);
+  constexpr auto kTag = tags::MTK_RAW_ALGO_STATIC_INFO;
+  if (!hasEntry(statics, kTag)) return;
+  std::vector<std::uint8_t> bytes(count(statics, kTag));
+  readAll(statics, kTag, bytes);
+  writeAll(outMeta, kTag, bytes);
 }
 
 }  // namespace
@@ -172,16 +176,17 @@ void copyStaticBytes(IMetadata* outMeta, const IMetadata* statics) {
 void HeskParameterUpdater::updateCaptureRawParameter(IMetadata* appMeta, IMetadata* halMeta,
                                                      IMetadata* outMeta) {
   const std::int64_t mode = read(appMeta, tags::HESK_CONTROL_CURRENTMODE);
-  const bool isMulticam = mMulticamFeatureMode > 0;
   if (isShadingOf3A(mode)) {
-    writeShadingOf3A(outMeta, isMulticam ? getMulticamMasterID(mInstanceId, halMeta) : mInstanceId);
+    writeShadingOf3A(outMeta, isMulticam(mMulticamFeatureMode)
+                                  ? getMulticamMasterID(mInstanceId, halMeta)
+                                  : mInstanceId);
   } else {
     appendDefaultShading(outMeta, appMeta, halMeta, mInstanceId);
   }
 
   const std::int32_t cameraId = read(halMeta, tags::MTK_HAL_REQUEST_SENSOR_ID, -1);
   write(outMeta, tags::HESK_CONTROL_CURRENT_CAMERA_ID, cameraId);
-  if (isMulticam) markSlave(outMeta, halMeta, cameraId);
+  if (isMulticam(mMulticamFeatureMode)) markSlave(outMeta, halMeta, cameraId);
   update3ACaptureRawParameter(appMeta, halMeta, outMeta);
   if (isNeedRawAlgo(appMeta, outMeta, 0)) markForRawAlgorithm(halMeta);
   if (!isWithoutSat(appMeta, mode)) {
@@ -196,9 +201,9 @@ void HeskParameterUpdater::updateCaptureRawParameter(IMetadata* appMeta, IMetada
   if (statics == nullptr) {
     HESK_LOGE(kOperation, "[%s] PDAF pMetadataProvider.get() == NULL", kOperation.name);
   } else if (const PdDescription pd = readPdDescription(statics); pd.isLayoutNeeded()) {
-    updateSensorPdafInfo(cameraId, pd.isCompensated, pd.bufferType, outMeta);
+    updateSensorPdafInfo(cameraId, pd.compensation, pd.bufferType, outMeta);
   }
-  if (mMulticamFeatureMode == kLogicalMulticam) {
+  if (mMulticamFeatureMode == MulticamFeatureMode::logicalMulticam) {
     const auto faces =
         NSCam::IFDContainer::createInstance(kUpdaterUser, NSCam::IFDContainer::kRead);
     const std::int32_t master = getMulticamMasterID(mInstanceId, halMeta);

@@ -1,15 +1,13 @@
 // What a request says by hand: exposure, sensitivity, white balance. 3A and the tuning of the
 // professional mode read it in the event store, every number as a decimal text.
 
-#include <array>
-#include <charconv>
 #include <concepts>
-#include <limits>
+#include <string>
 #include <string_view>
 
+#include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/Events.h"
 #include "common/updater/UpdaterLog.h"
 
 namespace {
@@ -20,17 +18,14 @@ using NSCam::IMetadata;
 constexpr log::Operation kOperation = updaterOperation("updateProfModeControlMeta");
 
 void publish(std::string_view key, std::integral auto number) {
-  constexpr std::size_t kSignAndDigits = std::numeric_limits<std::int64_t>::digits10 + 2;
-  std::array<char, kSignAndDigits> text;
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-  setEvent(key, std::string_view(text.data(), end));
+  setEvent(key, std::to_string(number));
 }
 
 void publishExposureTime(IMetadata* request) {
   const auto exposureNs = readIfPresent(request, tags::ANDROID_SENSOR_EXPOSURE_TIME);
   if (!exposureNs) return;
-  // In professional mode the app sets the maker's tag itself.
-  if (eventValue<"APP_MODE">() != "Professional") {
+  // In professional mode the maker's tag is left as the app set it.
+  if (eventValue("APP_MODE") != "Professional") {
     write(request, tags::HESK_CONTROL_EXPTIME, *exposureNs);
   }
   publish("MTK_EXPTIME", *exposureNs);
@@ -79,7 +74,8 @@ void publishSecondSnapshot(const IMetadata* request) {
 
 }  // namespace
 
-void HeskParameterUpdater::updateProfModeControlMeta(IMetadata* request) {
+void HeskParameterUpdater::updateProfModeControlMeta(IMetadata* request,
+                                                     unsigned int /*requestNo*/) {
   publishExposureTime(request);
   publishSensitivity(request);
   copyRemosaic(request);

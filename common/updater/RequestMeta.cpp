@@ -1,14 +1,13 @@
-// The request hook, as the list of its steps. Later steps overwrite what earlier ones wrote: the
-// order is part of what the pipeline relies on.
+// The request hook, as the list of its steps. Later steps overwrite what earlier ones wrote.
 
+#include <string>
 #include <string_view>
 
+#include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
-#include "common/Product.h"
-#include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
 #include "common/tags/ModeBits.h"
-#include "common/updater/Events.h"
+#include "common/updater/FrameRate.h"
 #include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
 
@@ -19,29 +18,23 @@ using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("updateRequestMeta");
 
-constexpr std::size_t kUpperBound = 1;  // of MTK_CONTROL_AE_TARGET_FPS_RANGE
-constexpr std::int32_t kForcedPreviewModule = 8;
-constexpr std::int64_t kDiagonalFovMode = modeBit(59);
+constexpr std::int32_t kUiModule8 = 8;
 
-void replaceUpperFrameRate(IMetadata* meta) {
-  if (const auto frameRate = readIfPresent(meta, tags::HESK_CONTROL_FPS_RANGE_MAX)) {
-    replaceItem(meta, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kUpperBound, *frameRate);
-  }
-}
-
-void writeMulticamEnable(IMetadata* meta, std::int32_t multicamFeatureMode) {
-  if (multicamFeatureMode <= 0) return;
-  switch (multicamFeatureMode) {
-    case 1: write(meta, tags::MTK_HESK_MULTICAM_ENABLE, 1); break;
-    case 2: write(meta, tags::MTK_HESK_MULTICAM_ENABLE, 0); break;
+void writeMulticamEnable(IMetadata* meta, MulticamFeatureMode mode) {
+  if (!isMulticam(mode)) return;
+  switch (mode) {
+    case MulticamFeatureMode::multicam: write(meta, tags::MTK_HESK_MULTICAM_ENABLE, 1); break;
+    case MulticamFeatureMode::logicalMulticam:
+      write(meta, tags::MTK_HESK_MULTICAM_ENABLE, 0);
+      break;
     default: clear(meta, tags::MTK_HESK_MULTICAM_ENABLE); break;
   }
 }
 
 void forcePreview(IMetadata* meta, std::int32_t uiModule) {
-  if (uiModule != kForcedPreviewModule) return;
+  if (uiModule != kUiModule8) return;
   if (read(meta, tags::HESK_CONTROL_KEEP_CAPTURE_INTENT) == 1) return;
-  // int32 items in byte tags: what reads them downstream has come to rely on it.
+  // int32 items in byte tags: established behaviour, which is kept.
   writeAs<std::int32_t>(meta, tags::ANDROID_CONTROL_CAPTURE_INTENT, 1);
   writeAs<std::int32_t>(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, 0);
 }
@@ -51,10 +44,10 @@ bool isStillCapture(const IMetadata* meta) {
   return read(meta, tags::ANDROID_CONTROL_CAPTURE_INTENT) == kStillCapture;
 }
 
-void writeMoonRawType(IMetadata* meta) {
+void writeMoonRawType(IMetadata* meta, std::string_view appName) {
   constexpr std::int32_t kSuperMoonRawTypes = 4 + 8 + 16 + 32;
   const bool isZoomed = read(meta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 1.0F) > 1.0F;
-  if (isZoomed && eventValue<"APP_NAME">() == "SuperMoon") {
+  if (isZoomed && appName == "SuperMoon") {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, kSuperMoonRawTypes);
     HESK_LOGD(kOperation, "[%s] superMoon update rawtype 4+8+16+32", kOperation.name);
   } else {
@@ -62,44 +55,35 @@ void writeMoonRawType(IMetadata* meta) {
   }
 }
 
-void capDualCameraFrameRate(IMetadata* meta, std::int32_t multicamFeatureMode) {
-  constexpr std::int32_t kDualCameraFrameRate = 29;
-  if (multicamFeatureMode == 2 && productBeginsWith("KX0102", "0")) {
-    replaceItem(meta, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kUpperBound, kDualCameraFrameRate);
-  }
-}
-
-void fixFrameRate(IMetadata* meta) {
-  constexpr std::int32_t kLowestFixedFrameRate = 31;
-  const std::int32_t frameRate = read(meta, tags::HESK_CONTROL_FPS_RANGE_MAX);
-  if (frameRate < kLowestFixedFrameRate) return;
-  writeFrameRateRange(meta, {.lower = frameRate, .upper = frameRate});
-  HESK_LOGI(kOperation, "[%s] update MTK_CONTROL_AE_TARGET_FPS_RANGE:%d", kOperation.name,
-            frameRate);
+void writeDiagonalFov(IMetadata* meta, std::int64_t currentMode, std::int32_t uiModule,
+                      std::int32_t fovDegrees) {
+  constexpr std::int64_t kDiagonalFovMode = modeBit(59);
+  if ((currentMode & kDiagonalFovMode) == 0 || uiModule != kUiModule8) return;
+  write(meta, tags::MTK_RAW_ALGO_DIAGONAL_FOV, fovDegrees);
 }
 
 }  // namespace
 
 void HeskParameterUpdater::updateRequestMeta(IMetadata* meta, unsigned int requestNo) {
-  const std::string_view appType = eventValue<"APP_TYPE">();
   replaceUpperFrameRate(meta);
-  update3rdpartyAppControlMeta(meta, appType);
-  updateTuningAppName(meta, appType);
-  updateProfModeControlMeta(meta);
+  update3rdpartyAppControlMeta(meta, requestNo);
+  updateTuningAppName(meta, requestNo);
+  updateProfModeControlMeta(meta, requestNo);
   writeSelectedStream(meta, mStreamIds);
 
   const std::int64_t currentMode = read(meta, tags::HESK_CONTROL_CURRENTMODE);
-  const std::int32_t uiModule = read(meta, tags::COM_HESK_CURRENTUIMODULE);
+  const std::string appType = eventValue("APP_TYPE");
   writeMulticamEnable(meta, mMulticamFeatureMode);
+  const std::int32_t uiModule = read(meta, tags::COM_HESK_CURRENTUIMODULE);
   forcePreview(meta, uiModule);
   if (isStillCapture(meta)) updateStillCapture(meta, requestNo, appType, currentMode);
 
-  writeMoonRawType(meta);
-  capDualCameraFrameRate(meta, mMulticamFeatureMode);
-  writeVideoHdrMode(meta, kOperation);
-  switchOffFrontStabilization(meta, mInstanceId, appType);
-  fixFrameRate(meta);
-  if ((currentMode & kDiagonalFovMode) != 0 && uiModule == kForcedPreviewModule) {
-    write(meta, tags::MTK_RAW_ALGO_DIAGONAL_FOV, mPrimaryCameraDiagonalFov);
+  writeMoonRawType(meta, eventValue("APP_NAME"));
+  if (mMulticamFeatureMode == MulticamFeatureMode::logicalMulticam) {
+    setLogicalMulticamFrameRate(meta);
   }
+  writeVideoHdrMode(meta, kOperation);
+  switchOffFrontStabilization(meta, mInstanceId, eventValue("APP_TYPE"));
+  fixHighFrameRate(meta);
+  writeDiagonalFov(meta, currentMode, uiModule, mPrimaryCameraDiagonalFov);
 }

@@ -3,11 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/math/Conversion.h"
 #include "common/math/NumberText.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/Events.h"
 #include "common/updater/UpdaterLog.h"
 
 namespace {
@@ -18,24 +18,24 @@ using NSCam::IMetadata;
 constexpr log::Operation kOperation = updaterOperation("updateResultMeta");
 
 /// The number that 3A left under the key, `fallback` where there is none.
-template <EventKey kKey, typename T>
-T eventNumber(T fallback) {
-  return leadingNumber<T>(eventValue<kKey>()).value_or(fallback);
+template <typename T>
+T eventNumber(std::string_view key, T fallback) {
+  return leadingNumber<T>(eventValue(key)).value_or(fallback);
 }
 
 void writeExposure(IMetadata* result) {
   constexpr std::int64_t kExposureUnit = 1000;
-  const auto iso = eventNumber<"HESK_ISO", std::int32_t>(100);
-  const auto exposure = eventNumber<"HESK_EXP", std::int64_t>(0);
-  const auto ev = eventNumber<"HESK_EV", float>(0.0F);
+  const auto iso = eventNumber<std::int32_t>("HESK_ISO", 100);
+  const auto exposure = eventNumber<std::int64_t>("HESK_EXP", 0);
+  const auto ev = eventNumber<float>("HESK_EV", 0);
   write(result, tags::HESK_CONTROL_EXPTIME, wrappingMultiply(exposure, kExposureUnit));
   write(result, tags::HESK_CONTROL_ISO, iso);
   write(result, tags::HESK_CONTROL_EV, ev);
 }
 
 void echoVideoNoiseReduction(IMetadata* result) {
-  if (eventValue<"APP_NAME">() != "VideoNight") return;
-  const auto recommendation = eventNumber<"HESK_VIDEONRRECOMMAND", std::int32_t>(0);
+  if (eventValue("APP_NAME") != "VideoNight") return;
+  const auto recommendation = eventNumber<std::int32_t>("HESK_VIDEONRRECOMMAND", 0);
   write(result, tags::HESK_FEEDBACK_VIDEONRRECOMMEND, recommendation);
   HESK_LOGD(kOperation, "[%s] HESK_FEEDBACK_VIDEONRRECOMMEND:%d", kOperation.name, recommendation);
 }
@@ -60,7 +60,6 @@ void copyLux(IMetadata* result, Tag<std::int32_t> source) {
 }
 
 void writePairAndLux(IMetadata* result, std::int32_t sensor) {
-  constexpr Tag<std::int32_t> kPlatformLux{0x8006001a};
   switch (read(result, tags::HESK_CONTROL_PAIR_SOURCE, 0)) {
     case 1:
       writePair(result, read(result, tags::HESK_CONTROL_PAIR_INPUT, 0.0F, 0),
@@ -73,7 +72,7 @@ void writePairAndLux(IMetadata* result, std::int32_t sensor) {
       } else {
         writePair(result, 30.0F, 23.0F);
       }
-      copyLux(result, kPlatformLux);
+      copyLux(result, tags::unlisted::PLATFORM_LUX);
       break;
     default: break;
   }
@@ -94,7 +93,6 @@ void echoColourTemperatureUse(IMetadata* result) {
 
 }  // namespace
 
-// NOLINTNEXTLINE(readability-make-member-function-const): the pipeline's binaries call it so.
 void HeskParameterUpdater::updateResultMeta(IMetadata* result, unsigned int requestNo) {
   writeExposure(result);
   echoVideoNoiseReduction(result);

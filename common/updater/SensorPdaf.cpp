@@ -1,10 +1,11 @@
 // The layout of a sensor's phase-detection pixels, from its driver.
 
 #include "common/HeskParameterUpdater.h"
-#include "common/math/PdafRecord.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/HalSensorOwner.h"
+#include "common/updater/Borrowed.h"
+#include "common/updater/PdafRecord.h"
 #include "common/updater/UpdaterLog.h"
+#include "platform/HalSensor.h"
 #include "platform/ModuleFactory.h"
 
 namespace {
@@ -13,7 +14,7 @@ using namespace hesk;
 
 constexpr log::Operation kOperation = updaterOperation("updateSensorPdafInfo");
 
-// The drivers' books have the sensor under this text; it goes back under the class's name.
+// The sensor is borrowed under this text; it goes back under the class's name.
 constexpr const char* kUser = "LOG_TAG";
 
 constexpr int kNothingWritten = -1;
@@ -33,14 +34,14 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
     HESK_LOGE(kOperation, "[%s] pHalSensorList == NULL", kOperation.name);
     return kNothingWritten;
   }
-  const HalSensorOwner sensor(*list, openId, kUser, kUpdaterUser);
-  if (!sensor) {
+  const Borrowed<NSCam::IHalSensor> sensor(list->createSensor(kUser, openId));
+  if (sensor == nullptr) {
     HESK_LOGE(kOperation, "[%s] pIHalSensor is NULL", kOperation.name);
     return kNothingWritten;
   }
 
   std::int32_t scenario = 1;
-  std::int32_t isPdSupported = 0;
+  std::int32_t pdSupport = 0;
   NSCam::SensorPdBlock block{};
   std::int32_t deviceIndex = 0;
   const auto send = [&](std::int32_t command, auto& answer) {
@@ -50,8 +51,8 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
   };
 
   int status = kNothingWritten;
-  send(NSCam::IHalSensor::kSupportsPd, isPdSupported);
-  if (isPdSupported != 0) {
+  send(NSCam::IHalSensor::kSupportsPd, pdSupport);
+  if (pdSupport != 0) {
     send(NSCam::IHalSensor::kGetPdBlock, block);
     HESK_LOGD(kOperation, "[%s] PDAF_STATS_DATA_SIZE %d.", kOperation.name,
               static_cast<int>(PDAF_STATS_DATA_SIZE));
@@ -61,7 +62,7 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
             "[%s] pdaf openid %d queryId %d isPDComp %d bSensorModeSupportPD %d PDAFInfo %d %d, %d "
             "%d, %d. "
             "ret = %d",
-            kOperation.name, openId, deviceIndex, isPDComp, isPdSupported, block.words[2],
+            kOperation.name, openId, deviceIndex, isPDComp, pdSupport, block.words[2],
             block.words[3], block.words[0], block.words[1], block.words[4], status);
   return status;
 }

@@ -1,11 +1,15 @@
 // The session hook, as the list of its steps. Later steps overwrite what earlier ones wrote.
+//
+// What is read of a null session is -1. It is the one hook in which a null container does not read
+// as an empty one.
 
+#include <string>
 #include <string_view>
 
+#include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
-#include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/Events.h"
+#include "common/updater/FrameRate.h"
 #include "common/updater/SharedSteps.h"
 #include "common/updater/StaticMetadata.h"
 #include "common/updater/UpdaterLog.h"
@@ -20,13 +24,19 @@ using ImageStreams = HeskParameterUpdater::ImageStreams;
 
 constexpr log::Operation kOperation = updaterOperation("updateSessionParams");
 
-constexpr std::int32_t kMissing = -1;  // what is read of a session without the entry
+constexpr std::int32_t kMissing = -1;
+
+/// Item `index` of `tag`: -1 of a null session, 0 without the entry.
+std::int32_t readOrZero(const IMetadata* session, Tag<std::int32_t> tag, std::size_t index = 0) {
+  return session != nullptr ? read(session, tag, 0, index) : kMissing;
+}
 
 bool isForVideoEncoder(const NSCam::v3::IImageStreamInfo& stream) {
   return (stream.getUsageForConsumer() & GRALLOC_USAGE_HW_VIDEO_ENCODER) != 0;
 }
 
-void tellStereoSettings(const IMetadata* session, std::int32_t eisEnable) {
+void tellStereoSettings(const IMetadata* session) {
+  const std::int32_t eisEnable = read(session, tags::HESK_CONTROL_EISENABLE, kMissing);
   StereoSettingProvider::setEisEnable(eisEnable);
   const std::int32_t videoAlgoType = read(session, tags::HESK_CONTROL_VIDEOALGOTYPE, kMissing);
   HESK_LOGD(kOperation, "[%s] set eisEnable = %d, videoAlgoType = %d", kOperation.name, eisEnable,
@@ -40,17 +50,12 @@ std::int32_t readUiModule(const IMetadata* session) {
   return uiModule;
 }
 
-void markAsConfigured(IMetadata* session) {
-  constexpr Tag<std::uint8_t> kConfigured{0x800b000a};
-  write(session, kConfigured, std::uint8_t{1});
-}
-
 /// The upper bound of the frame-rate range.
 std::int32_t readFrameRate(const IMetadata* session) {
-  const FrameRateRange range =
-      session != nullptr ? readFrameRateRange(session) : FrameRateRange{kMissing, kMissing};
-  HESK_LOGD(kOperation, "[%s] aeTargetFpsRange %d, %d", kOperation.name, range.lower, range.upper);
-  return range.upper;
+  const std::int32_t lower = readOrZero(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0);
+  const std::int32_t upper = readOrZero(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 1);
+  HESK_LOGD(kOperation, "[%s] aeTargetFpsRange %d, %d", kOperation.name, lower, upper);
+  return upper;
 }
 
 void markHighFrameRatePreview(IMetadata* session, std::int32_t frameRate) {
@@ -59,13 +64,12 @@ void markHighFrameRatePreview(IMetadata* session, std::int32_t frameRate) {
   }
 }
 
-void writeHighSpeedBatch(IMetadata* session, std::string_view appType, std::int32_t frameRate) {
-  constexpr Tag<std::int32_t> kFrameRateAndBatch{0x800f0000};
+void writeHighSpeedVideo(IMetadata* session, std::string_view appType, std::int32_t frameRate) {
   constexpr std::int32_t kLowestHighSpeed = 120;
-  constexpr std::int32_t kDisplayFrameRate = 30;
-  // Capital: another app than the one that the other steps know.
+  constexpr std::int32_t kDivisor = 30;
+  // With a capital first letter: another text than the next step compares with.
   if (appType != "HeskCamera" || frameRate < kLowestHighSpeed) return;
-  write(session, kFrameRateAndBatch, frameRate, frameRate / kDisplayFrameRate);
+  write(session, tags::unlisted::HIGH_SPEED_VIDEO, frameRate, frameRate / kDivisor);
 }
 
 /// Whether the last stream for a video encoder is of 4K or larger.
@@ -80,14 +84,12 @@ bool isVideo4K(const ImageStreams& streams) {
   return is4K;
 }
 
-/// 4K at 60 frames a second is more than the app's own stabilisation can do: the platform's takes
-/// over, whether the app asks for stabilisation or says nothing.
+/// Video of 4K at 60 frames a second is left to the platform's stabilisation, whether the app asks
+/// for stabilisation or says nothing.
 void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::string_view appType,
-                         std::int32_t eisEnable, std::int32_t frameRate) {
-  constexpr Tag<std::int32_t> kPlatformEis{0x80070000};
-  constexpr Tag<std::int32_t> kPlatformEisMode{0x80070003};
-
+                         std::int32_t frameRate) {
   if (appType != "heskCamera") return;
+  const std::int32_t eisEnable = read(session, tags::HESK_CONTROL_EISENABLE, kMissing);
   if (!isVideo4K(streams) || eisEnable == 0 || frameRate != 60) {
     write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{0});
     return;
@@ -95,20 +97,19 @@ void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::s
   HESK_LOGD(kOperation, "[%s] use mtk eis for 4k and 60fps video", kOperation.name);
   write(session, tags::HESK_CONTROL_EISENABLE, 0);
   write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{1});
-  write(session, kPlatformEis, 1);
-  write(session, kPlatformEisMode, 1);
+  write(session, tags::unlisted::PLATFORM_EIS, 1);
+  write(session, tags::unlisted::PLATFORM_EIS_MODE, 1);
 }
 
 bool isVideoFlipped(const IMetadata* session) {
-  constexpr Tag<std::int32_t> kVideoFlip{0xc003009c};
-  return property_get_int32("vendor.debug.camera.VideoFlip", read(session, kVideoFlip)) != 0;
+  const std::int32_t flip = readOrZero(session, tags::unlisted::APP_VIDEO_FLIP);
+  return property_get_int32("vendor.debug.camera.VideoFlip", flip) != 0;
 }
 
 void copyPictureInPictureDevices(IMetadata* session) {
-  constexpr Tag<std::int32_t> kPipDevices{0xc003009a};
-  if (!has(session, kPipDevices)) return;
-  const std::int32_t first = read(session, kPipDevices, 0, 0);
-  const std::int32_t second = read(session, kPipDevices, 0, 1);
+  if (!has(session, tags::unlisted::APP_PIP_DEVICES)) return;
+  const std::int32_t first = read(session, tags::unlisted::APP_PIP_DEVICES, 0, 0);
+  const std::int32_t second = read(session, tags::unlisted::APP_PIP_DEVICES, 0, 1);
   HESK_LOGD(kOperation, "[%s] update MTK_STREAMING_FEATURE_PIP_DEVICES %d, %d", kOperation.name,
             first, second);
   write(session, tags::MTK_STREAMING_FEATURE_PIP_DEVICES, first, second);
@@ -118,46 +119,43 @@ void copyPictureInPictureDevices(IMetadata* session) {
 
 void HeskParameterUpdater::updateSessionParams(
     IMetadata* sessionMeta,
-    // NOLINTNEXTLINE(performance-unnecessary-value-param): the pipeline's binaries call it so.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is a given one
     ImageStreams streams) {
-  const std::string_view appType = eventValue<"APP_TYPE">();
-  const std::int32_t eisEnable = read(sessionMeta, tags::HESK_CONTROL_EISENABLE, kMissing);
-  tellStereoSettings(sessionMeta, eisEnable);
+  tellStereoSettings(sessionMeta);
   chooseMulticamFeatureMode(sessionMeta);
   const std::int32_t uiModule = readUiModule(sessionMeta);
-  markAsConfigured(sessionMeta);
+  write(sessionMeta, tags::unlisted::SESSION_CONFIGURED, std::uint8_t{1});
 
   const std::int32_t frameRate = readFrameRate(sessionMeta);
   markHighFrameRatePreview(sessionMeta, frameRate);
-  writeHighSpeedBatch(sessionMeta, appType, frameRate);
-  chooseStabilization(sessionMeta, streams, appType, eisEnable, frameRate);
+  const std::string appType = eventValue("APP_TYPE");
+  writeHighSpeedVideo(sessionMeta, appType, frameRate);
+  chooseStabilization(sessionMeta, streams, appType, frameRate);
 
   recordStreams(sessionMeta, streams, uiModule);
   copyPictureInPictureDevices(sessionMeta);
   writeVideoHdrMode(sessionMeta, kOperation);
   writeSelectedStream(sessionMeta, mStreamIds);
 
-  switchOffFrontStabilization(sessionMeta, mInstanceId, appType);
-  setProductionScene(sessionMeta, mInstanceId, eventValue<"APP_NAME">(), kOperation);
-  limitToProviderFrameRate(sessionMeta, appType);
+  const std::string appTypeAgain = eventValue("APP_TYPE");
+  switchOffFrontStabilization(sessionMeta, mInstanceId, appTypeAgain);
+  setProductionScene(sessionMeta, mInstanceId, eventValue("APP_NAME"), kOperation);
+  takeProviderFrameRate(sessionMeta, appTypeAgain);
 }
 
-/// From what the sensor's static characteristics say of the multi-camera set that it belongs to.
 void HeskParameterUpdater::chooseMulticamFeatureMode(IMetadata* session) {
-  constexpr Tag<std::uint8_t> kMulticamFeature{0xc008000e};
-
   std::int32_t multicamEnable = -1;
-  switch (read(staticCharacteristics(mInstanceId), kMulticamFeature)) {
+  switch (read(staticCharacteristics(mInstanceId), tags::unlisted::STATIC_MULTICAM_FEATURE)) {
     case 6:
     case 7:
     case 14:
     case 16:
     case 20:
-      mMulticamFeatureMode = 1;
+      mMulticamFeatureMode = MulticamFeatureMode::multicam;
       multicamEnable = 1;
       break;
     case 17:
-      mMulticamFeatureMode = 2;
+      mMulticamFeatureMode = MulticamFeatureMode::logicalMulticam;
       multicamEnable = 0;
       break;
     default: HESK_LOGD(kOperation, "[%s] multicam get wrong FeatureMode", kOperation.name); break;
@@ -173,11 +171,11 @@ void HeskParameterUpdater::recordStreams(const IMetadata* session, const ImageSt
   mStreamIds.clear();
   const bool isFlipped = isVideoFlipped(session);
   for (const auto& [id, stream] : streams) {
-    if (stream == nullptr) continue;
     mStreamIds.push_back(static_cast<std::uint32_t>(id));
-    if (uiModule != kVideoModule && !isForVideoEncoder(*stream)) continue;
+    const bool isForEncoder = stream != nullptr && isForVideoEncoder(*stream);
+    if (uiModule != kVideoModule && !isForEncoder) continue;
     mHasVideoStream = true;
-    if (!isFlipped) continue;
+    if (!isFlipped || stream == nullptr) continue;
     stream->setTransform(NSCam::eTransform_FLIP_V);
     HESK_LOGD(kOperation, "[%s] set VideoFlip to eTransform_FLIP_V", kOperation.name);
   }

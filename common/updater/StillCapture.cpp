@@ -12,8 +12,8 @@
 #include "common/math/Conversion.h"
 #include "common/tags/Metadata.h"
 #include "common/tags/ModeBits.h"
-#include "common/updater/Events.h"
-#include "common/updater/Hal3AOwner.h"
+#include "common/updater/Borrowed.h"
+#include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
 
 namespace {
@@ -23,7 +23,6 @@ using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("updateRequestMeta");
 
-// What the byte reads give for an absent entry: none of the values that are tested for.
 constexpr std::uint8_t kAbsentByte = 255;
 
 constexpr std::int64_t kSingleFrameMode = modeBit(13);
@@ -35,7 +34,7 @@ constexpr std::int64_t kRawModes =
 constexpr std::int32_t kMostBookedFrames = 1024;
 
 void writeRawType(IMetadata* meta, std::int64_t currentMode) {
-  // The moon scene's step of the same hook has the last word on this tag. Kept in its place.
+  // The moon scene's step of the same hook overwrites this. Kept in its place.
   if ((currentMode & kRawModes) != 0) {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, 1);
   } else {
@@ -53,7 +52,8 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
             kOperation.name, enableZsl, static_cast<long long>(currentMode),
             static_cast<std::int32_t>(requestNo));
 
-  const int mainId = mMulticamFeatureMode > 0 ? getMulticamMainID(mInstanceId) : mInstanceId;
+  const int mainId =
+      isMulticam(mMulticamFeatureMode) ? getMulticamMainID(mInstanceId) : mInstanceId;
   if (has(meta, tags::HESK_CONTROL_HISFRAME)) {
     bookAnnouncedFrames(meta, requestNo, mainId);
   } else if (isZslOff) {
@@ -74,7 +74,8 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
   write(meta, tags::MTK_HESK_CAPTURE_COUNT, mCaptureCount);
   HESK_LOGD(kOperation, "[%s] update CaptureCount:%d", kOperation.name, mCaptureCount);
   setDumpPathForHeskDump(mInstanceId, meta);
-  write(meta, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE, mMulticamFeatureMode);
+  write(meta, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE,
+        static_cast<std::int32_t>(mMulticamFeatureMode));
 }
 
 void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned int requestNo,
@@ -84,13 +85,13 @@ void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned i
   HESK_LOGE(kOperation, "[%s] cap request hisframe %d, nonhisframe %d", kOperation.name,
             historyFrames, nonZslFrames);
 
-  const Hal3AOwner hal3A(mainId, kUpdaterUser);
+  const auto hal3A = borrowHal3A(mainId);
   if (!hal3A)
     HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
               kOperation.name);
 
   if (nonZslFrames >= 1) {
-    if (hal3A) hal3A->control(NS3Av3::IHal3A::kSetNonZslFrameCount, nonZslFrames, 0);
+    if (hal3A != nullptr) hal3A->control(NS3Av3::IHal3A::kSetNonZslFrameCount, nonZslFrames, 0);
     if (historyFrames == 0) bookBurst(requestNo, nonZslFrames);
   }
 

@@ -5,11 +5,12 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <string_view>
 
+#include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
 #include "common/tags/ModeBits.h"
-#include "common/updater/Events.h"
 #include "common/updater/UpdaterLog.h"
 
 namespace {
@@ -24,7 +25,8 @@ constexpr std::int32_t kSuperNightModule = 7;
 constexpr std::int32_t kProfessionalModule = 16;
 constexpr std::int32_t kFunVideoModule = 26;
 constexpr std::int32_t kPhotoModule = 31;
-constexpr std::int32_t kProfessionalVideoModule = 51;
+constexpr std::int32_t kMoonModule = 32;
+constexpr std::int32_t kProfessionalModule2 = 51;
 constexpr std::int32_t kStabilizedModule = 53;
 
 constexpr std::int64_t kPhotoMode = modeBit(0);
@@ -36,42 +38,13 @@ constexpr std::uint8_t kLandscape = 4;
 constexpr std::uint8_t kNight = 5;
 constexpr std::uint8_t kParty = 14;
 
-const char* superNightName(const IMetadata* request) {
-  switch (read(request, tags::COM_HESK_SCENETYPE)) {
-    case 0x100000: return "SuperNightExtreme";
-    case 0x180000:
-    case 0x700000: return "SuperNightTripod";
-    default: return "SuperNight";
-  }
-}
-
-const char* moonName(const IMetadata* request) {
-  return read(request, tags::HESK_CONTROL_MOONMODE) == 3 ? "SuperMoon" : "NormalMoon";
-}
-
-/// What a module is called: a fixed name, or one that the request decides on.
-class ModuleName {
- public:
-  // Implicit, so that the table below holds what it says.
-  constexpr ModuleName(const char* name) : mName(name) {}
-  constexpr ModuleName(const char* (*choose)(const IMetadata*)) : mChoose(choose) {}
-
-  [[nodiscard]] const char* in(const IMetadata* request) const {
-    return mChoose != nullptr ? mChoose(request) : mName;
-  }
-
- private:
-  const char* mName = nullptr;
-  const char* (*mChoose)(const IMetadata*) = nullptr;
-};
-
 struct UiModule {
   std::int32_t number;
-  ModuleName name;
+  const char* name;
 };
 
+/// The modules that have one name.
 constexpr UiModule kUiModules[] = {
-    {kSuperNightModule, superNightName},
     {11, "SlowMotion"},
     {12, "TimeLapse"},
     {kProfessionalModule, "Professional"},
@@ -79,14 +52,35 @@ constexpr UiModule kUiModules[] = {
     {kFunVideoModule, "FunVideo"},
     {28, "LivePhoto"},
     {29, "SuperClearness"},
-    {32, moonName},
     {35, "MotionCapture"},
     {40, "SuperStar"},
     {42, "DiplexExposure"},
-    {kProfessionalVideoModule, "Professional"},
+    {kProfessionalModule2, "Professional"},
 };
 
-/// What the steps look at. Without a mode every bit counts as set: such a request is a photo.
+const char* superNightName(std::int32_t sceneType) {
+  switch (sceneType) {
+    case 0x100000: return "SuperNightExtreme";
+    case 0x180000:
+    case 0x700000: return "SuperNightTripod";
+    default: return "SuperNight";
+  }
+}
+
+const char* moonName(std::int32_t moonMode) { return moonMode == 3 ? "SuperMoon" : "NormalMoon"; }
+
+/// What the UI module is called; null where that says nothing.
+const char* moduleName(const IMetadata* request, std::int32_t uiModule) {
+  switch (uiModule) {
+    case kSuperNightModule: return superNightName(read(request, tags::COM_HESK_SCENETYPE));
+    case kMoonModule: return moonName(read(request, tags::HESK_CONTROL_MOONMODE));
+    default: break;
+  }
+  const auto* module = std::ranges::find(kUiModules, uiModule, &UiModule::number);
+  return module != std::end(kUiModules) ? module->name : nullptr;
+}
+
+/// What the steps look at. Without a mode, -1, every bit counts as set: such a request is a photo.
 struct AppState {
   std::int32_t uiModule;
   std::int64_t currentMode;
@@ -105,7 +99,7 @@ AppState readAppState(const IMetadata* request) {
 }
 
 bool isProfessional(std::int32_t uiModule) {
-  return uiModule == kProfessionalModule || uiModule == kProfessionalVideoModule;
+  return uiModule == kProfessionalModule || uiModule == kProfessionalModule2;
 }
 
 void setAppName(std::string_view name) { setEvent("APP_NAME", name); }
@@ -153,9 +147,9 @@ void setUpProfessional(IMetadata* request) {
 }
 
 bool nameModule(IMetadata* request, const AppState& state) {
-  const auto* module = std::ranges::find(kUiModules, state.uiModule, &UiModule::number);
-  if (module == std::end(kUiModules)) return false;
-  setAppName(module->name.in(request));
+  const char* name = moduleName(request, state.uiModule);
+  if (name == nullptr) return false;
+  setAppName(name);
   if (state.uiModule == kSuperNightModule) setUpSuperNight(request);
   if (isProfessional(state.uiModule)) setUpProfessional(request);
   return true;
@@ -186,14 +180,15 @@ void tuneOwnCamera(IMetadata* request, const AppState& state, bool hasVideoStrea
 
 }  // namespace
 
-void HeskParameterUpdater::updateTuningAppName(IMetadata* request, std::string_view appType) const {
+void HeskParameterUpdater::updateTuningAppName(IMetadata* request, unsigned int /*requestNo*/) {
   constexpr std::int32_t kOisTest = 8;
 
+  const std::string appType = eventValue("APP_TYPE");
   const AppState state = readAppState(request);
   if (appType == "heskCamera") {
     tuneOwnCamera(request, state, mHasVideoStream);
   } else if (appType == "engcamera" && read(request, tags::HESK_CONTROL_ENGTESTITEM) == kOisTest) {
     setAppName("OISTest");
   }
-  HESK_LOGD(kOperation, "[%s] Set APPName:(%s)", kOperation.name, eventValue<"APP_NAME">().data());
+  HESK_LOGD(kOperation, "[%s] Set APPName:(%s)", kOperation.name, eventValue("APP_NAME").c_str());
 }

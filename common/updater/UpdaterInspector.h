@@ -11,11 +11,21 @@ struct HeskParameterUpdaterInspector {
   [[nodiscard]] auto& instanceId() const { return updater.mInstanceId; }
   [[nodiscard]] auto& hasVideoStream() const { return updater.mHasVideoStream; }
   [[nodiscard]] auto& nonZslFrames() const { return updater.mNonZslFrames; }
-  [[nodiscard]] auto& multicamFeatureMode() const { return updater.mMulticamFeatureMode; }
+  [[nodiscard]] auto multicamFeatureMode() const {
+    return static_cast<std::int32_t>(updater.mMulticamFeatureMode);
+  }
+  void setMulticamFeatureMode(std::int32_t mode) const {
+    updater.mMulticamFeatureMode = static_cast<hesk::MulticamFeatureMode>(mode);
+  }
   [[nodiscard]] auto& previewSize() const { return updater.mPreviewSize; }
   [[nodiscard]] auto& captureCount() const { return updater.mCaptureCount; }
   [[nodiscard]] auto& streamIds() const { return updater.mStreamIds; }
   [[nodiscard]] auto& diagonalFovDegrees() const { return updater.mPrimaryCameraDiagonalFov; }
+
+  // The translators of regions, for converters of other answers than the phone's.
+  static constexpr auto kTranslateEyes = &HeskParameterUpdater::translateEyeRegion;
+  static constexpr auto kTranslateLots = &HeskParameterUpdater::translatLotRegion;
+  static constexpr auto kTranslateBodies = &HeskParameterUpdater::translatHumanBodyRegion;
 
   /// An updater outside the slots. Needs the library's internal symbols.
   static HeskParameterUpdater* construct(int instanceId) {

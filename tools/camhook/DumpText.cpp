@@ -122,7 +122,7 @@ Json grouped(const Json& values, std::size_t size) {
 
 /// The items of an entry, in the short form where they are of the catalogue's type.
 Json entryJson(const EntryHead& head, const Json& values) {
-  const hesk::TagInfo* info = hesk::findTag(head.tag);
+  const hesk::TagDescription* info = hesk::findTag(head.tag);
   std::string_view type = itemType(head.type);
   Json items = values;
   if (type == "rational") items = grouped(values, 2);

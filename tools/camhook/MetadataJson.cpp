@@ -133,7 +133,7 @@ void pushTypedItems(IMetadata::IEntry& entry, const Json& json, const Place& pla
 
 IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place& place) {
   IMetadata::IEntry entry(tag);
-  const hesk::TagInfo* info = hesk::findTag(tag);
+  const hesk::TagDescription* info = hesk::findTag(tag);
   if (json.is_object()) {
     pushTypedItems(entry, json, place);
   } else if (json.is_array() && json.empty()) {
@@ -210,7 +210,7 @@ MRect rectFromJson(const Json& json, const Place& place) {
 }
 
 std::uint32_t tagFromText(const std::string& text, const Place& place) {
-  if (const hesk::TagInfo* info = hesk::findTag(text)) return info->value;
+  if (const hesk::TagDescription* info = hesk::findTag(text)) return info->value;
   std::uint64_t value = 0;
   if (!readHexadecimal(text, value) || !std::in_range<std::uint32_t>(value)) {
     place.fail("unknown tag");
@@ -251,7 +251,7 @@ Json jsonFromMetadata(const IMetadata& metadata) {
 }
 
 std::string tagText(std::uint32_t tag) {
-  const hesk::TagInfo* info = hesk::findTag(tag);
+  const hesk::TagDescription* info = hesk::findTag(tag);
   return info != nullptr ? std::string(info->name) : hexadecimal(tag);
 }
 

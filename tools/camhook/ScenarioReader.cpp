@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "common/updater/DumpPath.h"
+#include "common/updater/MetadataDump.h"
 #include "tools/camhook/InputError.h"
 #include "tools/camhook/Json.h"
 #include "tools/camhook/ObjectReader.h"
@@ -41,8 +41,8 @@ DumpMetadata dumpFromArguments(const ObjectReader& reader) {
                     .meta = reader.required<MetadataArgument>("meta"),
                     .name = reader.required<std::string>("name"),
                     .frame = reader.required<std::int32_t>("frame")};
-  hesk::DumpPath path{};
-  const int length = hesk::formatDumpPath(path, call.name.c_str(), call.frame, "YYYYMMDDHHMMSS");
+  hesk::MetadataDumpPath path{};
+  const int length = hesk::formatMetadataDumpPath(path, call.name.c_str(), call.frame, "YYYYMMDDHHMMSS");
   const int most = static_cast<int>(path.size()) - 1;
   if (length > most) {
     reader.place()["name"].fail("too long: the path would have " + std::to_string(length) +

@@ -13,7 +13,7 @@
 namespace camhook {
 namespace {
 
-using hesk::TagInfo;
+using hesk::TagDescription;
 
 bool holdsIgnoringCase(std::string_view text, std::string_view part) {
   const auto sameLetter = [](unsigned char left, unsigned char right) {
@@ -32,13 +32,13 @@ bool isValue(std::string_view text, std::uint32_t value) {
   return error == std::errc() && stop == end && number == value;
 }
 
-std::string countText(const TagInfo& tag) {
+std::string countText(const TagDescription& tag) {
   return tag.count == hesk::kAnyCount ? "n" : std::to_string(tag.count);
 }
 
-void writeText(std::ostream& out, const std::vector<TagInfo>& tags, Style style) {
+void writeText(std::ostream& out, const std::vector<TagDescription>& tags, Style style) {
   Columns columns;
-  for (const TagInfo& tag : tags) {
+  for (const TagDescription& tag : tags) {
     columns.add({style.heading(tag.name), hexadecimal(tag.value),
                  std::string(tag.type) + "[" + countText(tag) + "]", style.faint(tag.meaning)});
   }
@@ -46,9 +46,9 @@ void writeText(std::ostream& out, const std::vector<TagInfo>& tags, Style style)
   if (columns.isEmpty()) out << "no tag matches\n";
 }
 
-void writeJsonList(std::ostream& out, const std::vector<TagInfo>& tags) {
+void writeJsonList(std::ostream& out, const std::vector<TagDescription>& tags) {
   Json list = Json::array();
-  for (const TagInfo& tag : tags) {
+  for (const TagDescription& tag : tags) {
     const bool varies = tag.count == hesk::kAnyCount;
     list.push_back({{"name", tag.name},
                     {"value", hexadecimal(tag.value)},
@@ -60,11 +60,11 @@ void writeJsonList(std::ostream& out, const std::vector<TagInfo>& tags) {
   out << '\n';
 }
 
-void writeMarkdown(std::ostream& out, const std::vector<TagInfo>& tags) {
+void writeMarkdown(std::ostream& out, const std::vector<TagDescription>& tags) {
   out << "# Metadata tags\n\n"
          "Every tag that the library reads or writes. Made by `./camhook tags --markdown`.\n\n"
          "| Name | Value | Items | Meaning |\n|---|---|---|---|\n";
-  for (const TagInfo& tag : tags) {
+  for (const TagDescription& tag : tags) {
     out << "| `" << tag.name << "` | `" << hexadecimal(tag.value) << "` | " << tag.type << '['
         << countText(tag) << "] | " << tag.meaning << " |\n";
   }
@@ -73,8 +73,8 @@ void writeMarkdown(std::ostream& out, const std::vector<TagInfo>& tags) {
 }  // namespace
 
 void listTags(std::ostream& out, std::string_view filter, TagsFormat format, Style style) {
-  std::vector<TagInfo> tags;
-  std::ranges::copy_if(hesk::kTagCatalogue, std::back_inserter(tags), [&](const TagInfo& tag) {
+  std::vector<TagDescription> tags;
+  std::ranges::copy_if(hesk::kTagCatalogue, std::back_inserter(tags), [&](const TagDescription& tag) {
     return holdsIgnoringCase(tag.name, filter) || isValue(filter, tag.value);
   });
   switch (format) {

@@ -44,7 +44,7 @@ std::string entryText(const Entry& entry, std::size_t most) {
   if (entry.isEmpty()) return kAbsent;
   std::string text = itemsText(jsonFromItems(entry), most);
   const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(entry));
-  const hesk::TagInfo* info = hesk::findTag(entry.tag());
+  const hesk::TagDescription* info = hesk::findTag(entry.tag());
   if (info == nullptr || info->type != type) text += " (" + std::string(type) + ")";
   return text;
 }

@@ -7,16 +7,13 @@
 
 namespace hesk {
 
-/// Room for the local time as "20210304050607" and its terminating zero.
-inline constexpr std::size_t kTimeStampBytes = 15;
-
 /// Room for the path of a dump and its terminating zero.
-using DumpPath = std::array<char, 100>;
+using MetadataDumpPath = std::array<char, 100>;
 
 /// Writes the path for a label, a frame and a time stamp. Returns the path's length; one that has
 /// no room is cut.
-inline int formatDumpPath(DumpPath& path, const char* label, int frameNumber,
-                          const char* timeStamp) {
+inline int formatMetadataDumpPath(MetadataDumpPath& path, const char* label, int frameNumber,
+                                  const char* timeStamp) {
   return std::snprintf(path.data(), path.size(), "%s/%s_metadata_[%d]_%s.txt",
                        "/data/vendor/camera", label, frameNumber, timeStamp);
 }

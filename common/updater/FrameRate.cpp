@@ -1,0 +1,137 @@
+#include "common/updater/FrameRate.h"
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+
+#include "common/Product.h"
+#include "common/tags/FrameRateRange.h"
+#include "common/tags/Metadata.h"
+#include "common/tags/ModeBits.h"
+#include "common/updater/UpdaterLog.h"
+#include "platform/CameraProvider.h"
+#include "platform/Properties.h"
+
+namespace {
+
+using namespace hesk;
+using NSCam::IMetadata;
+using vendor::hesk::hardware::camera::provider::V1_0::IHeskCameraProvider;
+
+constexpr log::Operation kRequestOperation = updaterOperation("updateRequestMeta");
+constexpr log::Operation kAppOperation = updaterOperation("update3rdpartyAppControlMeta");
+
+constexpr std::size_t kUpperBound = 1;
+
+/// The maker's camera provider service: looked up until it is there, then kept. Any thread.
+android::sp<IHeskCameraProvider> cameraProvider() {
+  static std::mutex mutex;
+  static android::sp<IHeskCameraProvider> service;
+  const std::lock_guard lock(mutex);
+  if (service == nullptr) service = IHeskCameraProvider::tryGetService("default", false);
+  return service;
+}
+
+bool isLimitedAppOrMode(const IMetadata* request, std::string_view appName) {
+  constexpr std::int64_t kPhotoMode = modeBit(0);
+  constexpr std::int64_t kOtherLimitedMode = modeBit(5);
+  constexpr std::int32_t kArStickersModule = 24;
+
+  if (appName == "3rd_party" || appName == "mtk_ims" || appName == "Whatsapp") return true;
+  const std::int64_t currentMode = read(request, tags::HESK_CONTROL_CURRENTMODE);
+  if ((currentMode & kPhotoMode) != 0 && read(request, tags::HESK_CONTROL_VIDEOMODE, 1) == 0) {
+    return true;
+  }
+  return (currentMode & kOtherLimitedMode) != 0 ||
+         read(request, tags::COM_HESK_CURRENTUIMODULE) == kArStickersModule;
+}
+
+/// Returns the range that it has written; none where the request's own is low enough.
+std::optional<FrameRateRange> limitFrameRate(IMetadata* request, std::string_view appName) {
+  constexpr FrameRateRange kLimit{.lower = 5, .upper = 24};
+  constexpr std::int32_t kHighestManual = 30;
+
+  const FrameRateRange manual{.lower = property_get_int32("vendor.debug.camera.fps.low", 0),
+                              .upper = property_get_int32("vendor.debug.camera.fps.max", 0)};
+  if (!isLimitedAppOrMode(request, appName) && manual.lower == 0) return {};
+  if (manual.lower >= 1 && manual.lower <= manual.upper && manual.upper <= kHighestManual) {
+    writeFrameRateRange(request, manual);
+    HESK_LOGD(kAppOperation, "[%s] manul set fps range set default fps range %d ~ %d fps",
+              kAppOperation.name, manual.lower, manual.upper);
+    return manual;
+  }
+  if (!has(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE)) {
+    writeFrameRateRange(request, kLimit);
+    HESK_LOGD(kAppOperation, "[%s] set default fps range 5 ~ 24 fps", kAppOperation.name);
+    return kLimit;
+  }
+  const FrameRateRange asked = readFrameRateRange(request);
+  if (asked.upper <= kLimit.upper) return {};
+  writeFrameRateRange(request, kLimit);
+  HESK_LOGD(kAppOperation, "[%s] set fps range 5 ~ 24 fps before %d ~ %d fps", kAppOperation.name,
+            asked.lower, asked.upper);
+  return kLimit;
+}
+
+/// Pins the range for video noise reduction.
+void pinFrameRate(IMetadata* request, const std::optional<FrameRateRange>& limited) {
+  if (read(request, tags::HESK_CONTROL_NIGHTMODE) != 1) return;
+  const std::int32_t rate = read(request, tags::HESK_CONTROL_FPS_RANGE_MAX);
+  if (rate == 12 || rate == 15 || rate == 24) {
+    if (limited) {
+      // Four items: what reads the range takes the first two.
+      write(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, limited->lower, limited->upper, rate,
+            rate);
+    } else {
+      writeFrameRateRange(request, {.lower = rate, .upper = rate});
+    }
+  }
+  if (!has(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE)) return;
+  const FrameRateRange range = readFrameRateRange(request);
+  HESK_LOGD(kAppOperation, "[%s] videonr2.0 set fps range to %d ~ %d fps", kAppOperation.name,
+            range.lower, range.upper);
+}
+
+}  // namespace
+
+void hesk::replaceUpperFrameRate(IMetadata* request) {
+  if (const auto frameRate = readIfPresent(request, tags::HESK_CONTROL_FPS_RANGE_MAX)) {
+    replaceItem(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kUpperBound, *frameRate);
+  }
+}
+
+void hesk::takeProviderFrameRate(IMetadata* metadata, std::string_view appType) {
+  constexpr std::int32_t kFrameRateCap = 20;  // what the service is asked for
+  constexpr std::int32_t kLowerBound = 5;
+  constexpr std::int32_t kLowestCap = 15;
+  constexpr std::int32_t kHighestCap = 25;
+  constexpr std::int32_t kLimitedByProvider = 43;
+
+  // Looked up for every app, asked for those of other makers alone.
+  const android::sp<IHeskCameraProvider> provider = cameraProvider();
+  if (appType == "heskCamera" || appType == "CTS" || provider == nullptr) return;
+  const std::int32_t cap = provider->query(kFrameRateCap).withDefault(0);
+  if (cap < kLowestCap || cap > kHighestCap) return;
+  writeFrameRateRange(metadata, {.lower = kLowerBound, .upper = cap});
+  write(metadata, tags::HESK_CONTROL_FPSLIMITTYPE, kLimitedByProvider);
+}
+
+void hesk::limitAndPinFrameRate(IMetadata* request, std::string_view appName) {
+  const std::optional<FrameRateRange> limited = limitFrameRate(request, appName);
+  pinFrameRate(request, limited);
+}
+
+void hesk::setLogicalMulticamFrameRate(IMetadata* request) {
+  constexpr std::int32_t kFrameRate = 29;
+  if (!productModel("0").starts_with("KX0102")) return;
+  replaceItem(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kUpperBound, kFrameRate);
+}
+
+void hesk::fixHighFrameRate(IMetadata* request) {
+  constexpr std::int32_t kLowestFixed = 31;
+  const std::int32_t frameRate = read(request, tags::HESK_CONTROL_FPS_RANGE_MAX);
+  if (frameRate < kLowestFixed) return;
+  writeFrameRateRange(request, {.lower = frameRate, .upper = frameRate});
+  HESK_LOGI(kRequestOperation, "[%s] update MTK_CONTROL_AE_TARGET_FPS_RANGE:%d",
+            kRequestOperation.name, frameRate);
+}
