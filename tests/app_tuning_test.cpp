@@ -109,7 +109,9 @@ Tuning tuningOf(host::Phone& phone, TestUpdater& updater, const Request& request
   updater->updateRequestMeta(&metadata, 1);
   return {.appName = phone.eventStore.get("APP_NAME"),
           .appMode = phone.eventStore.get("APP_MODE"),
-          .sceneMode = readAs<std::int32_t>(&metadata, tags::ANDROID_CONTROL_SCENE_MODE, -1),
+          .sceneMode = has(&metadata, tags::ANDROID_CONTROL_SCENE_MODE)
+                           ? read(&metadata, tags::ANDROID_CONTROL_SCENE_MODE)
+                           : -1,
           .isSuperNightOn = read(&metadata, tags::MTK_HESK_SUPER_NIGHT_ON) == 1};
 }
 

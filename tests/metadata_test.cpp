@@ -159,7 +159,6 @@ TEST(MetadataVocabulary, FallsBackOnlyWhereTheEntryHoldsNothing) {
   EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_HISFRAME, 9), 5);
   EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_HISFRAME, 9, 1), 0);
   EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_ISO, 9), 9);
-  EXPECT_EQ(readAs<std::uint8_t>(&metadata, tags::HESK_CONTROL_ISO, 255), 255);
 }
 
 TEST(MetadataVocabulary, WritesInTheTagsTypeUnlessToldOtherwise) {

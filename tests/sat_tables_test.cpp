@@ -47,9 +47,9 @@ TEST(SatTables, HoldTheRangesOfTheFallback) {
       {"KX0101", {1.5F, 2, 50, 390, 3, 5, 100, 390}}};
   ASSERT_EQ(fallbackRanges().size(), std::size(rows));
   for (std::size_t i = 0; i < std::size(rows); ++i) {
-    const auto& [product, mode, values] = fallbackRanges()[i];
+    const auto& [product, number, values] = fallbackRanges()[i];
     EXPECT_STREQ(product, rows[i].first);
-    EXPECT_EQ(mode, 1);
+    EXPECT_EQ(number, 1);
     std::vector<float> expected;
     for (int pair = 0; pair < 4; ++pair) expected.insert(expected.end(), {9999.9F, 0.1F});
     expected.insert(expected.end(), rows[i].second.begin(), rows[i].second.end());
@@ -60,11 +60,11 @@ TEST(SatTables, HoldTheRangesOfTheFallback) {
 
 TEST(SatTables, HoldTheParametersOfTheFusion) {
   const std::vector<float> rows[] = {
-      {-1, 0, 10, 10, 10}, {3, 0, 20, 20, 20}, {1, 1.1F, 10, 10, 10}};  // key, zoom, weights
+      {-1, 0, 10, 10, 10}, {3, 0, 20, 20, 20}, {1, 1.1F, 10, 10, 10}};  // key, value, values
   ASSERT_EQ(satFusionParams().size(), std::size(rows));
   for (std::size_t i = 0; i < std::size(rows); ++i) {
-    const auto& [key, zoom, weights, reserved] = satFusionParams()[i];
-    EXPECT_EQ((std::vector{static_cast<float>(key), zoom, weights[0], weights[1], weights[2]}),
+    const auto& [key, value, values, zeros] = satFusionParams()[i];
+    EXPECT_EQ((std::vector{static_cast<float>(key), value, values[0], values[1], values[2]}),
               rows[i]);
   }
 }

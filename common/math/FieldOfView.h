@@ -14,8 +14,7 @@ namespace hesk {
 /// length gives 180, with a zero diagonal 0; any NaN gives 0.
 inline std::int32_t diagonalFovDegrees(float widthMm, float heightMm,
                                        float focalLengthMm) noexcept {
-  // Not pi: product tuning relies on the values that this divisor gives, which differ by a degree
-  // for views just below a whole one.
+  // Not pi, on purpose: it lifts views that lie just below a whole degree across it.
   constexpr double kDegreesDivisor = 3.1415;
 
   // Zero divisors give infinities and NaNs, which atan and toInt32 take.

@@ -9,7 +9,6 @@
 
 namespace hesk {
 
-/// The zoom ratios at which a product changes cameras.
 struct ThresholdOfSat {
   using Group = std::vector<std::vector<float>>;  // rows of 2 or 6 floats
   static constexpr std::size_t kGroups = 7;
@@ -19,23 +18,20 @@ struct ThresholdOfSat {
   std::array<Group, kGroups> groups;
 };
 
-/// Where a product falls back to another camera.
 struct FallbackRange {
   const char* product;
-  std::int32_t mode;
+  std::int32_t number;
   float values[33];  // the tail is 0
 };
-static_assert(sizeof(void*) != 8 || sizeof(FallbackRange) == 144,
-              "as the multi-camera library has it");
+static_assert(sizeof(void*) != 8 || sizeof(FallbackRange) == 144);
 
-/// How two cameras' images are fused.
 struct SatFusionParams {
   std::int32_t key;
-  float zoom;
-  float weights[3];
-  std::int32_t reserved[4];
+  float value;
+  float values[3];
+  std::int32_t zeros[4];
 };
-static_assert(sizeof(SatFusionParams) == 36, "as the multi-camera library has it");
+static_assert(sizeof(SatFusionParams) == 36);
 
 const std::vector<FallbackRange>& fallbackRanges();
 const std::vector<ThresholdOfSat>& satThresholds();

@@ -2,8 +2,7 @@
 
 #pragma once
 
-/// The object is made when the library is loaded, and never destroyed: whoever still runs while the
-/// process ends may use it.
+/// The object is made when the library is loaded, and never destroyed.
 template <typename T>
 class CSingleton {
  public:

@@ -4,7 +4,7 @@
 // Every operation takes a null container: it reads as an empty one, and a write to it is skipped
 // with status -1. An absent entry, an index past the end and an item of another type never fail.
 //
-// A tag knows its item type. `readAs` and `writeAs` take another one; each use says why.
+// A tag knows its item type. `writeAs` writes another one; each use says why.
 
 #pragma once
 
@@ -44,20 +44,13 @@ template <typename T>
   return entry.itemAt(0, NSCam::Type2Type<T>{});
 }
 
-/// Item `index` of `tag` read as `As`; `fallback` where the entry holds no item at all.
-template <typename As, typename T>
-[[nodiscard]] inline As readAs(const NSCam::IMetadata* metadata, Tag<T> tag, As fallback = {},
-                               std::size_t index = 0) {
-  if (metadata == nullptr) return fallback;
-  const auto& entry = metadata->entryFor(tag.value);
-  return entry.isEmpty() ? fallback : entry.itemAt(index, NSCam::Type2Type<As>{});
-}
-
 /// Item `index` of `tag`; `fallback` where the entry holds no item at all.
 template <typename T>
 [[nodiscard]] inline T read(const NSCam::IMetadata* metadata, Tag<T> tag,
                             std::type_identity_t<T> fallback = {}, std::size_t index = 0) {
-  return readAs<T>(metadata, tag, fallback, index);
+  if (metadata == nullptr) return fallback;
+  const auto& entry = metadata->entryFor(tag.value);
+  return entry.isEmpty() ? fallback : entry.itemAt(index, NSCam::Type2Type<T>{});
 }
 
 /// The number of items of `tag`.

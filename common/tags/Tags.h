@@ -39,7 +39,7 @@ namespace unlisted {
 inline constexpr Tag<std::int32_t> PLATFORM_EIS{0x80070000};             // session: 1, 4K at 60 fps
 inline constexpr Tag<std::int32_t> PLATFORM_EIS_MODE{0x80070003};        // session: 1 with it
 inline constexpr Tag<std::int32_t> PLATFORM_LUX{0x8006001a};             // result: a lux value
-inline constexpr Tag<std::uint8_t> SESSION_CONFIGURED{0x800b000a};       // session: always 1
+inline constexpr Tag<std::uint8_t> SESSION_MARK{0x800b000a};             // session: always 1
 inline constexpr Tag<std::int32_t> HIGH_SPEED_VIDEO{0x800f0000};         // session: fps, fps / 30
 inline constexpr Tag<std::int32_t> APP_PIP_DEVICES{0xc003009a};          // session: two devices
 inline constexpr Tag<std::int32_t> APP_VIDEO_FLIP{0xc003009c};           // session: not 0 flips

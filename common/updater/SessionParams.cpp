@@ -124,7 +124,7 @@ void HeskParameterUpdater::updateSessionParams(
   tellStereoSettings(sessionMeta);
   chooseMulticamFeatureMode(sessionMeta);
   const std::int32_t uiModule = readUiModule(sessionMeta);
-  write(sessionMeta, tags::unlisted::SESSION_CONFIGURED, std::uint8_t{1});
+  write(sessionMeta, tags::unlisted::SESSION_MARK, std::uint8_t{1});
 
   const std::int32_t frameRate = readFrameRate(sessionMeta);
   markHighFrameRatePreview(sessionMeta, frameRate);
