@@ -12,7 +12,6 @@
 #include "host/Phone.h"
 #include "platform/ModuleFactory.h"
 #include "platform/TuningBuffers.h"
-#include "tests/support/AllocationCounter.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
 
@@ -248,20 +247,6 @@ TEST(CaptureRaw, DoesWithoutTheModulesOfTheHal) {
     EXPECT_FALSE(has(&out, tags::MTK_RAW_ALGO_FACE_RECTS)) << mode;
     EXPECT_TRUE(has(&out, tags::HESK_CONTROL_AE_RESULT)) << mode;
   }
-}
-
-TEST(CaptureRaw, MovesStatisticsWithoutTheHeap) {
-  host::Phone phone;
-  phone.effects.setRecording(false);
-  host::LogSink::openLevels({});
-  IMetadata app = metadataOf(R"({"MTK_3A_AWB_STATS_SIZE": 73728})");
-  writeAll(&app, tags::MTK_3A_AWB_STATS_DATA, std::vector<std::uint8_t>(73'728, 7));
-  IMetadata out;
-  const TestUpdater updater;
-  updater->update3ACaptureRawParameter(&app, nullptr, &out);
-  EXPECT_EQ(count(&out, tags::MTK_RAW_ALGO_AWB_STATS_DATA), 73'728U);
-  // The AE record is a new entry; the statistics find the room of the old ones.
-  EXPECT_LE(allocationsIn([&] { updater->update3ACaptureRawParameter(&app, nullptr, &out); }), 1U);
 }
 
 }  // namespace

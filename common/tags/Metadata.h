@@ -14,7 +14,6 @@
 #include <optional>
 #include <span>
 #include <type_traits>
-#include <utility>
 
 #include "common/tags/Tags.h"
 #include "platform/IMetadata.h"
@@ -61,15 +60,15 @@ template <typename T>
   return metadata != nullptr ? metadata->entryFor(tag.value).count() : 0;
 }
 
-/// Fills `items` with the first items of `tag`, in bulk; what the entry does not hold becomes zero.
+/// Fills `items` with the first items of `tag`; what the entry does not hold becomes zero.
 template <typename T>
 inline void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
                     std::span<std::type_identity_t<T>> items) {
-  if (metadata == nullptr) {
-    std::ranges::fill(items, T{});
-  } else {
-    metadata->entryFor(tag.value).itemAt(0, items.data(), items.size(), NSCam::Type2Type<T>{});
-  }
+  std::ranges::fill(items, T{});
+  if (metadata == nullptr) return;
+  const NSCam::IMetadata::IEntry& entry = metadata->entryFor(tag.value);
+  const std::size_t held = std::min(items.size(), entry.count());
+  for (std::size_t i = 0; i < held; ++i) items[i] = entry.itemAt(i, NSCam::Type2Type<T>{});
 }
 
 /// Makes `items` the whole entry of `tag`, in the type `As`. Returns the container's status.
@@ -78,7 +77,7 @@ inline int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   if (metadata == nullptr) return kNoContainer;
   NSCam::IMetadata::IEntry entry(tag.value);
   (entry.push_back(static_cast<As>(items), NSCam::Type2Type<As>{}), ...);
-  return metadata->update(tag.value, std::move(entry));
+  return metadata->update(tag.value, entry);
 }
 
 /// Makes `items` the whole entry of `tag`. Returns the container's status.
@@ -87,14 +86,14 @@ inline int write(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   return writeAs<T>(metadata, tag, items...);
 }
 
-/// Makes the items of `items` the whole entry of `tag`, in bulk. Returns the container's status.
+/// Makes the items of `items` the whole entry of `tag`. Returns the container's status.
 template <typename T>
 inline int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
                     std::span<const std::type_identity_t<T>> items) {
   if (metadata == nullptr) return kNoContainer;
   NSCam::IMetadata::IEntry entry(tag.value);
-  entry.push_back(items.data(), items.size(), NSCam::Type2Type<T>{});
-  return metadata->update(tag.value, std::move(entry));
+  for (const T& item : items) entry.push_back(item, NSCam::Type2Type<T>{});
+  return metadata->update(tag.value, entry);
 }
 
 /// Empties the entry of `tag`. Returns the container's status.
@@ -103,20 +102,19 @@ inline int clear(NSCam::IMetadata* metadata, Tag<T> tag) {
   return writeAs<T>(metadata, tag);
 }
 
-/// Makes the items of `from` in `source`, each read as `T`, the whole entry of `tag`; in bulk where
-/// they are of that type. Returns the container's status.
+/// Makes the items of `from` in `source`, each read as `T`, the whole entry of `tag`. Returns the
+/// container's status.
 template <typename T>
 inline int copyAll(NSCam::IMetadata* metadata, Tag<T> tag, const NSCam::IMetadata* source,
                    Tag<T> from) {
   if (metadata == nullptr) return kNoContainer;
   if (source == nullptr) return clear(metadata, tag);
   const NSCam::IMetadata::IEntry& items = source->entryFor(from.value);
-  if (items.hasType(NSCam::Type2Type<T>{})) return metadata->update(tag.value, items);
   NSCam::IMetadata::IEntry entry(tag.value);
   for (std::size_t i = 0; i < items.count(); ++i) {
     entry.push_back(items.itemAt(i, NSCam::Type2Type<T>{}), NSCam::Type2Type<T>{});
   }
-  return metadata->update(tag.value, std::move(entry));
+  return metadata->update(tag.value, entry);
 }
 
 /// Takes every entry of `other`, in place of the entries of the same tags.
@@ -128,10 +126,10 @@ inline void append(NSCam::IMetadata* metadata, const NSCam::IMetadata& other) {
 template <typename T>
 inline void replaceItem(NSCam::IMetadata* metadata, Tag<T> tag, std::size_t index,
                         std::type_identity_t<T> item) {
-  if (metadata == nullptr) return;
+  if (metadata == nullptr || index >= metadata->entryFor(tag.value).count()) return;
   NSCam::IMetadata::IEntry entry = metadata->entryFor(tag.value);
   entry.replaceItemAt(index, item, NSCam::Type2Type<T>{});
-  metadata->update(tag.value, std::move(entry));
+  metadata->update(tag.value, entry);
 }
 
 }  // namespace hesk
