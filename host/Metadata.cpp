@@ -2,10 +2,11 @@
 
 #include "platform/IMetadata.h"
 
+#include <algorithm>
 #include <array>
-#include <map>
 #include <memory>
 #include <type_traits>
+#include <unordered_map>
 
 #include "host/MetadataAccess.h"
 
@@ -25,9 +26,9 @@ struct IMetadata::IEntry::Items {
   host::ItemList list;
 };
 
-/// A container has them from its first entry on.
+/// A container has them from its first entry on. Hooks mostly look tags up.
 struct IMetadata::Entries {
-  std::map<Tag_t, IEntry> byTag;
+  std::unordered_map<Tag_t, IEntry> byTag;
 };
 
 IMetadata::IEntry::IEntry(Tag_t tag) : mTag(tag) {}
@@ -132,6 +133,7 @@ std::vector<const IMetadata::IEntry*> MetadataAccess::entriesByTag(const IMetada
   for (const auto& [tag, entry] : metadata.mEntries->byTag) {
     if (!entry.isEmpty()) entries.push_back(&entry);
   }
+  std::ranges::sort(entries, {}, [](const auto* entry) { return entry->tag(); });
   return entries;
 }
 
