@@ -11,6 +11,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Geometry.h"
@@ -92,6 +93,7 @@ struct PhoneConfig {
   std::optional<std::tm> clock;            // absent: the wall clock
   std::set<std::uint32_t> missingModules;  // those of platform/ModuleFactory.h that the HAL lacks
   bool hasFaceDetection = true;
+  std::function<std::string_view(std::uint32_t)> tagName;  // in dumps; none or empty: "unknown"
   std::string dataRoot;  // folder for the root of the phone's files; none: no file opens
 
   /// The device's configuration; that of a device without provider where it is not listed.
