@@ -124,6 +124,7 @@ using Call =
                  UpdateResultMeta, DumpMetadata, DecideSensorScenario, SetEvent, SetProperty>;
 
 struct Scenario {
+  std::string about;  // what it shows, for people
   host::PhoneConfig platform;
   std::vector<Call> calls;
 };
