@@ -1,4 +1,5 @@
-// The camera HAL's metadata container: tagged entries, each a sequence of items of one type.
+// The camera HAL's metadata container: tagged entries, each a sequence of items of one type. What
+// is private here belongs to whoever implements the container.
 //
 // Threads: neither a container nor an entry has a lock. Any number of threads may read one that
 // nobody changes.
