@@ -1,33 +1,80 @@
-// The hooks as the pipeline calls them, on requests of 60 entries, each beside its floor.
+// What the hooks cost: one row a hook, called as the pipeline calls it, on requests of 60 entries;
+// and the closed log gate. Logs are off where a row does not say otherwise. `allocations` counts
+// calls of operator new in one call, those of the simulated phone included.
 //
 // Every row works on containers that it has worked on before, so that it times the hook and not the
 // containers' growth.
 
+#include <benchmark/benchmark.h>
+
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <memory>
-#include <string>
-#include <utility>
+#include <new>
 #include <vector>
 
-#include "bench/Cells.h"
-#include "bench/Floors.h"
-#include "bench/Scene.h"
-#include "bench/Tables.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/HeskSensorModeControl.h"
+#include "common/log/Log.h"
 #include "common/tags/Metadata.h"
 #include "host/ImageStream.h"
-#include "host/MetadataAccess.h"
 #include "host/Phone.h"
 
-namespace bench {
+namespace {
+
+std::atomic<std::size_t> sAllocations = 0;
+
+}  // namespace
+
+// Not inline: the compiler would see what is made by new freed by another function.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  sAllocations.fetch_add(1, std::memory_order_relaxed);
+  if (void* block = std::malloc(size)) return block;
+  throw std::bad_alloc();
+}
+
+[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept {
+  std::free(block);
+}
+
 namespace {
 
 using namespace hesk;
 using NSCam::IMetadata;
+
+// Each kind of scene has an updater of its own, which keeps what it learns.
+constexpr int kPreviewSensor = 0;
+constexpr int kDecisionSensor = 1;
+constexpr int kStillSensor = 3;
+constexpr int kSessionSensor = 4;
+constexpr int kResultSensor = 5;
+constexpr int kRawSensor = 6;
+
+constexpr std::size_t kTuningBytes = 2'000'000;
+
+/// A phone of the maker's app, and what a hook is called on.
+struct Scene {
+  host::Phone phone;
+  IMetadata app;
+  IMetadata hal;
+  IMetadata out;
+  HeskParameterUpdater::ImageStreams streams;
+  std::shared_ptr<HeskSensorModeControl::StreamInfo> info =
+      std::make_shared<HeskSensorModeControl::StreamInfo>();
+  std::vector<char> bytes;
+  unsigned int requestNo = 0;
+
+  Scene() {
+    phone.eventStore.set("APP_TYPE", "heskCamera");
+    phone.eventStore.set("APP_NAME", "heskCamera");
+    phone.properties.set("ro.product.model.zdm", "KX0107");
+    phone.effects.setRecording(false);
+    host::LogSink::openLevels({});
+  }
+};
 
 /// 60 entries: what the app's preview sends, and tags that no hook looks at.
 IMetadata requestOf(std::uint8_t captureIntent) {
@@ -46,57 +93,12 @@ IMetadata requestOf(std::uint8_t captureIntent) {
   return request;
 }
 
-/// A hook, what it is called on, and its floor.
-struct Row {
-  std::string name;
-  std::function<void(Scene&)> prepare;
-  void (*floor)(Scene&);
-  void (*hook)(Scene&);
-};
-
-/// The tags of every container of a scene after a run, each with its count of items.
-using Shape = std::vector<std::pair<std::uint32_t, std::size_t>>;
-
-Shape shapeAfter(const Row& row, void (*run)(Scene&)) {
-  Scene scene;
-  row.prepare(scene);
-  run(scene);
-  Shape shape;
-  for (const IMetadata* metadata : {&scene.app, &scene.hal, &scene.out}) {
-    for (const auto* entry : host::MetadataAccess::entriesByTag(*metadata)) {
-      shape.emplace_back(entry->tag(), entry->count());
-    }
-  }
-  return shape;
-}
-
-/// A floor that writes other tags than its hook is not its floor.
-void checkFloor(const Row& row) {
-  if (shapeAfter(row, row.floor) == shapeAfter(row, row.hook)) return;
-  std::fprintf(stderr, "%s: the floor writes other tags than the hook\n", row.name.c_str());
-  std::abort();
-}
-
-enum class Logs { off, on };
-
-void addCellOf(const Row& row, CellName name, void (*run)(Scene&), Cache cache, Logs logs) {
-  addCell(std::move(name), cache, [=](Stopwatch& time) {
-    Scene scene;
-    row.prepare(scene);
-    run(scene);
-    if (logs == Logs::off) {
-      time(1, [&] { run(scene); });
-      return;
-    }
-    host::LogSink::openLevels({'D', 'E', 'I'});
-    time(1, [&] {
-      run(scene);
-      scene.phone.log.take();
-    });
-  });
-}
-
 void preparePreview(Scene& scene) { scene.app = requestOf(1); }
+
+void preparePreviewLogged(Scene& scene) {
+  preparePreview(scene);
+  host::LogSink::openLevels({'D', 'E', 'I'});
+}
 
 void prepareStill(Scene& scene) {
   scene.app = requestOf(2);
@@ -138,6 +140,15 @@ void prepareRawCapture(Scene& scene) {
   write(&scene.hal, tags::MTK_P1NODE_SCALAR_CROP_REGION, NSCam::MRect{0, 0, 4000, 3000});
 }
 
+/// The longest list of rules, none of which matches, on a session that has all they ask for.
+void prepareDecision(Scene& scene) {
+  scene.phone.properties.set("ro.product.model.zdm", "KX0105");
+  scene.app = requestOf(1);
+  write(&scene.app, tags::HESK_CONTROL_EISENABLE, 3);
+  write(&scene.app, tags::MTK_STREAMING_FEATURE_HFPS_MODE, 1);
+  write(&scene.app, tags::HESK_CONTROL_VIDEOALGOTYPE, 3);
+}
+
 void prepareRegion(Scene& scene) {
   scene.phone.config.sat.cameras = {{.id = 0, .role = 0, .fov = 80.0F}};
   scene.app = requestOf(1);
@@ -149,80 +160,84 @@ void prepareTuningData(Scene& scene) {
   scene.bytes.assign(kTuningBytes, 1);
 }
 
-/// The longest list of rules, none of which matches, on a session that has all they ask for.
-void prepareDecision(Scene& scene) {
-  scene.phone.properties.set("ro.product.model.zdm", "KX0105");
-  scene.app = requestOf(1);
-  write(&scene.app, tags::HESK_CONTROL_EISENABLE, 3);
-  write(&scene.app, tags::MTK_STREAMING_FEATURE_HFPS_MODE, 1);
-  write(&scene.app, tags::HESK_CONTROL_VIDEOALGOTYPE, 3);
-}
-
 HeskParameterUpdater& updater(int sensor) { return *HeskParameterUpdater::createInstance(sensor); }
 
-const Row kRows[] = {
-    {"preview request", preparePreview, previewFloor,
-     [](Scene& scene) {
-       updater(kPreviewSensor).updateRequestMeta(&scene.app, ++scene.requestNo);
-     }},
-    {"still-capture request", prepareStill, stillFloor,
-     [](Scene& scene) { updater(kStillSensor).updateRequestMeta(&scene.app, ++scene.requestNo); }},
-    {"session of three streams", prepareSession, sessionFloor,
-     [](Scene& scene) { updater(kSessionSensor).updateSessionParams(&scene.app, scene.streams); }},
-    {"result", prepareResult, resultFloor,
-     [](Scene& scene) { updater(kResultSensor).updateResultMeta(&scene.app, ++scene.requestNo); }},
-    {"raw capture, full size", prepareRawCapture, rawCaptureFloor,
-     [](Scene& scene) {
-       updater(kRawSensor).updateCaptureRawParameter(&scene.app, &scene.hal, &scene.out);
-     }},
-    {"decision, no rule matches", prepareDecision, decisionFloor,
-     [](Scene& scene) {
-       benchmark::DoNotOptimize(HeskSensorModeControl::createInstance(kDecisionSensor)
-                                    ->decideSensorScenario(&scene.app, scene.info));
-     }},
-    {"result region", prepareRegion, regionFloor,
-     [](Scene& scene) {
-       updater(kResultSensor).translateResultRegionForHesk(&scene.app, 80.0F, 0, 0xc00e0017L);
-     }},
-    {"tuning data, 2 MB", prepareTuningData, tuningFloor,
-     [](Scene& scene) {
-       updater(kRawSensor).updateTuningData(&scene.app, scene.bytes.data(), kTuningBytes);
-     }},
-};
+void requestPreview(Scene& scene) {
+  updater(kPreviewSensor).updateRequestMeta(&scene.app, ++scene.requestNo);
+}
+
+void requestPreviewLogged(Scene& scene) {
+  requestPreview(scene);
+  scene.phone.log.take();
+}
+
+void requestStill(Scene& scene) {
+  updater(kStillSensor).updateRequestMeta(&scene.app, ++scene.requestNo);
+}
+
+void configureSession(Scene& scene) {
+  updater(kSessionSensor).updateSessionParams(&scene.app, scene.streams);
+}
+
+void takeResult(Scene& scene) {
+  updater(kResultSensor).updateResultMeta(&scene.app, ++scene.requestNo);
+}
+
+void captureRaw(Scene& scene) {
+  updater(kRawSensor).updateCaptureRawParameter(&scene.app, &scene.hal, &scene.out);
+}
+
+void decide(Scene& scene) {
+  benchmark::DoNotOptimize(HeskSensorModeControl::createInstance(kDecisionSensor)
+                               ->decideSensorScenario(&scene.app, scene.info));
+}
+
+void translateRegion(Scene& scene) {
+  updater(kResultSensor).translateResultRegionForHesk(&scene.app, 80.0F, 0, 0xc00e0017L);
+}
+
+void exportTuningData(Scene& scene) {
+  updater(kRawSensor).updateTuningData(&scene.app, scene.bytes.data(), kTuningBytes);
+}
+
+/// Times `call`, and counts what it allocates.
+template <typename Call>
+void measure(benchmark::State& state, Call call) {
+  call();
+  const std::size_t before = sAllocations;
+  for ([[maybe_unused]] const auto iteration : state) call();
+  state.counters["allocations"] = benchmark::Counter(static_cast<double>(sAllocations - before),
+                                                     benchmark::Counter::kAvgIterations);
+}
+
+void hook(benchmark::State& state, void (*prepare)(Scene&), void (*run)(Scene&)) {
+  Scene scene;
+  prepare(scene);
+  measure(state, [&] { run(scene); });
+}
+
+BENCHMARK_CAPTURE(hook, preview_request, preparePreview, requestPreview);
+BENCHMARK_CAPTURE(hook, preview_request_all_logs, preparePreviewLogged, requestPreviewLogged);
+BENCHMARK_CAPTURE(hook, still_capture_request, prepareStill, requestStill);
+BENCHMARK_CAPTURE(hook, session_of_three_streams, prepareSession, configureSession);
+BENCHMARK_CAPTURE(hook, result, prepareResult, takeResult);
+BENCHMARK_CAPTURE(hook, raw_capture_full_size, prepareRawCapture, captureRaw);
+BENCHMARK_CAPTURE(hook, decision_no_rule_matches, prepareDecision, decide);
+BENCHMARK_CAPTURE(hook, result_region, prepareRegion, translateRegion);
+BENCHMARK_CAPTURE(hook, tuning_data_2_mb, prepareTuningData, exportTuningData);
+
+void closedLogGate(benchmark::State& state) {
+  static constexpr log::Source kSource{"HeskBench", "bench/hooks_bench.cpp"};
+  static constexpr log::Operation kOperation{kSource, "bench"};
+  host::LogSink::openLevels({});
+  int value = 0;
+  measure(state, [&] {
+    HESK_LOGD(kOperation, "[%s] value %d", kOperation.name, value);
+    benchmark::ClobberMemory();
+  });
+}
+BENCHMARK(closedLogGate);
 
 }  // namespace
 
-void addHookCells() {
-  for (const Row& row : kRows) checkFloor(row);
-  for (const Cache cache : {Cache::warm, Cache::cold}) {
-    for (const Logs logs : {Logs::off, Logs::on}) {
-      for (const Row& row : kRows) {
-        std::string name = row.name;
-        if (logs == Logs::on) name += ", logs on";
-        if (cache == Cache::cold) name += ", cold";
-        addCellOf(row, {kHookTable, name, kFloorColumn}, row.floor, cache, Logs::off);
-        addCellOf(row, {kHookTable, name, kHookColumn}, row.hook, cache, logs);
-      }
-    }
-  }
-  for (const Row& row : kRows) {
-    addTarget({.text = row.name + ": at most 1.5 times its floor",
-               .cell = {kHookTable, row.name, kHookColumn},
-               .kind = Target::Kind::atMostTimes,
-               .bound = 1.5});
-  }
-  for (const char* name :
-       {"preview request", "still-capture request", "session of three streams", "result"}) {
-    addTarget({.text = std::string(name) + ": no allocation but its floor's",
-               .cell = {kHookTable, name, kHookColumn},
-               .kind = Target::Kind::atMostAllocationsAbove,
-               .bound = 0});
-  }
-  addTarget({.text = "ns: a preview request of 60 entries, at most 5000; a frame at 240 fps lasts "
-                     "4.17 ms",
-             .cell = {kHookTable, "preview request", kHookColumn},
-             .kind = Target::Kind::atMostNs,
-             .bound = 5000});
-}
-
-}  // namespace bench
+BENCHMARK_MAIN();

@@ -99,7 +99,7 @@ inline NSCam::IMetadata metadataFrom(const std::vector<MetadataEntry>& entries) 
     NSCam::IMetadata::IEntry items(entry.tag);
     std::visit(
         [&]<typename T>(const std::vector<T>& list) {
-          items.push_back(list.data(), list.size(), NSCam::Type2Type<T>{});
+          for (const T& item : list) items.push_back(item, NSCam::Type2Type<T>{});
         },
         entry.items);
     metadata.update(entry.tag, items);

@@ -5,12 +5,10 @@
 #include <cstdint>
 #include <ctime>
 #include <optional>
-#include <set>
 
 #include "fuzz/MetadataTape.h"
 #include "fuzz/Tape.h"
 #include "host/PhoneConfig.h"
-#include "platform/ModuleFactory.h"
 
 namespace fuzz {
 
@@ -80,20 +78,10 @@ void transferClock(Tape& tape, std::optional<std::tm>& clock) {
 }
 
 template <typename Tape>
-void transferMissingModules(Tape& tape, std::set<std::uint32_t>& missing) {
-  for (const std::uint32_t module :
-       {NSCam::kModuleSensorList, NSCam::kModule3A, NSCam::kModuleDefaultShading}) {
-    bool isMissing = missing.contains(module);
-    transfer(tape, isMissing);
-    if (isMissing) missing.insert(module);
-  }
-}
-
-template <typename Tape>
 void transfer(Tape& tape, host::PhoneConfig& phone) {
-  transferMissingModules(tape, phone.missingModules);
-  transferAll(tape, phone.hasFaceDetection, phone.properties, phone.eventStore, phone.devices,
-              phone.sensorList, phone.sat, phone.provider, phone.tuningBuffer);
+  transferAll(tape, phone.sensorList, phone.hal3AModule, phone.defaultShadingModule,
+              phone.faceDetection, phone.properties, phone.eventStore, phone.devices, phone.sat,
+              phone.provider, phone.tuningBuffer);
   transferClock(tape, phone.clock);
 }
 

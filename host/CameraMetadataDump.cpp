@@ -11,10 +11,11 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <utility>
 
-#include "common/tags/TagCatalogue.h"
 #include "host/CameraMetadata.h"
+#include "host/Phone.h"
 #include "host/SignlessNan.h"
 
 namespace {
@@ -55,6 +56,12 @@ const char* sectionName(std::uint32_t tag) {
   return "vendor";
 }
 
+std::string_view tagName(std::uint32_t tag) {
+  const auto& nameOf = host::Phone::current().config.tagName;
+  const std::string_view name = nameOf ? nameOf(tag) : "";
+  return name.empty() ? "unknown" : name;
+}
+
 template <typename... Args>
 void append(std::string& text, const char* format, Args... args) {
   std::array<char, 128> buffer{};
@@ -88,9 +95,8 @@ void appendValue(std::string& text, const Entry& entry, std::size_t index) {
 
 void appendEntry(std::string& text, const Entry& entry, bool everyRow) {
   const ValueType& type = kTypes.at(entry.type);
-  const hesk::TagDescription* info = hesk::findTag(entry.tag);
   append(text, "  %s.", sectionName(entry.tag));
-  text += info != nullptr ? info->name : "unknown";
+  text += tagName(entry.tag);
   append(text, " (%08x): %s[%zu]\n", entry.tag, type.name, entry.count);
   for (std::size_t row = 0; row < entry.count; row += type.inRow) {
     if (row > 0 && !everyRow) break;

@@ -46,7 +46,7 @@ class EffectRecorder {
   /// Records the effect that `make` returns.
   template <typename Make>
   void add(Make make) {
-    if (!mRecording.load(std::memory_order_relaxed)) return;
+    if (!mRecording) return;
     const std::lock_guard lock(mMutex);
     mEffects.push_back(make());
   }

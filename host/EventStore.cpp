@@ -18,7 +18,7 @@ class CurrentEventStore final : public NSCam::ATMsEventMgr {
   }
 
   void get(std::string_view key, std::string& value) const override {
-    host::Phone::current().eventStore.get(key, value);
+    value = host::Phone::current().eventStore.get(key);
   }
 };
 

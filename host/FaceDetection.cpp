@@ -34,6 +34,6 @@ class SimulatedFaces final : public NSCam::IFDContainer {
 
 std::unique_ptr<NSCam::IFDContainer> NSCam::IFDContainer::createInstance(const char* user,
                                                                          int /*option*/) {
-  if (!host::Phone::current().config.hasFaceDetection) return nullptr;
+  if (!host::Phone::current().config.faceDetection) return nullptr;
   return std::make_unique<SimulatedFaces>(user);
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 #include <variant>
 #include <vector>
@@ -21,8 +22,9 @@ struct MetadataAccess {
   static std::vector<const NSCam::IMetadata::IEntry*> entriesByTag(
       const NSCam::IMetadata& metadata);
 
-  /// The items of an entry; an empty entry gives an empty list of int32.
-  static ItemList itemsOf(const NSCam::IMetadata::IEntry& entry);
+  /// The items of an entry, an empty list of int32 where it has none. Holds until the entry
+  /// changes.
+  static const ItemList& itemsOf(const NSCam::IMetadata::IEntry& entry);
 };
 
 /// The word for an item list's type: "int32", "int64", "uint8", "float", "rect" or "rational".

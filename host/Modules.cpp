@@ -4,11 +4,14 @@
 #include "platform/ModuleFactory.h"
 
 void* NSCam::getMtkcamModuleFactory(std::uint32_t module) {
-  if (host::Phone::current().config.missingModules.contains(module)) return nullptr;
+  const host::PhoneConfig& config = host::Phone::current().config;
   switch (module) {
     case kModuleSensorList: return reinterpret_cast<void*>(&host::sensorList);
-    case kModule3A: return reinterpret_cast<void*>(&host::createHal3A);
-    case kModuleDefaultShading: return reinterpret_cast<void*>(&host::createDefaultShading);
+    case kModule3A:
+      return config.hal3AModule ? reinterpret_cast<void*>(&host::createHal3A) : nullptr;
+    case kModuleDefaultShading:
+      return config.defaultShadingModule ? reinterpret_cast<void*>(&host::createDefaultShading)
+                                         : nullptr;
     default: return nullptr;
   }
 }

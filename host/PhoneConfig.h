@@ -9,8 +9,8 @@
 #include <functional>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Geometry.h"
@@ -86,12 +86,14 @@ struct PhoneConfig {
   TextMap eventStore;
   std::map<std::int32_t, DeviceConfig> devices;
   bool sensorList = true;
+  bool hal3AModule = true;
+  bool defaultShadingModule = true;
+  bool faceDetection = true;
   SatConfig sat;
   std::optional<ProviderConfig> provider;
   std::optional<TuningBufferConfig> tuningBuffer;
-  std::optional<std::tm> clock;            // absent: the wall clock
-  std::set<std::uint32_t> missingModules;  // those of platform/ModuleFactory.h that the HAL lacks
-  bool hasFaceDetection = true;
+  std::optional<std::tm> clock;                            // absent: the wall clock
+  std::function<std::string_view(std::uint32_t)> tagName;  // in dumps; none or empty: "unknown"
   std::string dataRoot;  // folder for the root of the phone's files; none: no file opens
 
   /// The device's configuration; that of a device without provider where it is not listed.

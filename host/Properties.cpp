@@ -7,27 +7,25 @@
 #include <cerrno>
 #include <cinttypes>
 #include <cstddef>
-#include <string_view>
+#include <string>
 #include <utility>
 
 #include "host/Phone.h"
 
 int property_get(const char* key, char* value, const char* defaultValue) {
-  return host::Phone::current().properties.with(key, [&](std::string_view text) {
-    if (text.empty() && defaultValue != nullptr) text = defaultValue;
-    const std::size_t length = std::min<std::size_t>(text.size(), PROPERTY_VALUE_MAX - 1);
-    *std::copy_n(text.data(), length, value) = '\0';
-    return static_cast<int>(length);
-  });
+  std::string text = host::Phone::current().properties.get(key);
+  if (text.empty() && defaultValue != nullptr) text = defaultValue;
+  const std::size_t length = std::min<std::size_t>(text.size(), PROPERTY_VALUE_MAX - 1);
+  *std::copy_n(text.data(), length, value) = '\0';
+  return static_cast<int>(length);
 }
 
 bool property_get_bool(const char* key, bool defaultValue) {
-  return host::Phone::current().properties.with(key, [&](std::string_view text) {
-    const auto isOneOf = [text](auto... words) { return ((text == words) || ...); };
-    if (isOneOf("1", "y", "yes", "on", "true")) return true;
-    if (isOneOf("0", "n", "no", "off", "false")) return false;
-    return defaultValue;
-  });
+  const std::string text = host::Phone::current().properties.get(key);
+  const auto isOneOf = [&](auto... words) { return ((text == words) || ...); };
+  if (isOneOf("1", "y", "yes", "on", "true")) return true;
+  if (isOneOf("0", "n", "no", "off", "false")) return false;
+  return defaultValue;
 }
 
 std::int32_t property_get_int32(const char* key, std::int32_t defaultValue) {

@@ -3,7 +3,7 @@
 #include "platform/TqcSat.h"
 
 #include <algorithm>
-#include <iterator>
+#include <utility>
 
 #include "host/Phone.h"
 
@@ -43,17 +43,14 @@ class SimulatedConverter final : public TqcMetaConverter {
 
 class SimulatedSat final : public TqcSat {
  public:
-  [[nodiscard]] std::span<const Camera> cameras() const override {
+  [[nodiscard]] std::vector<Camera> cameras() const override {
     const host::SatConfig& sat = host::Phone::current().config.sat;
     const auto listed = static_cast<std::int32_t>(sat.cameras.size());
-    const std::int32_t configured = std::clamp(sat.configured.value_or(listed), 0, listed);
-    // Kept for the calling thread, as the configuration holds more than the table does.
-    static thread_local std::vector<Camera> table;
-    table.clear();
-    std::ranges::transform(sat.cameras, std::back_inserter(table), [](const auto& camera) {
-      return Camera{.role = camera.role, .id = camera.id};
-    });
-    return std::span(table).first(static_cast<std::size_t>(configured));
+    std::vector<Camera> configured;
+    for (const auto& camera : sat.cameras) configured.push_back({camera.role, camera.id});
+    configured.resize(
+        static_cast<std::size_t>(std::clamp(sat.configured.value_or(listed), 0, listed)));
+    return configured;
   }
 
   [[nodiscard]] std::int32_t defaultRole() const override {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "platform/Geometry.h"
@@ -39,7 +38,7 @@ class TqcSat {
   static TqcSat& GetInstance();
 
   /// The cameras that are configured.
-  [[nodiscard]] virtual std::span<const Camera> cameras() const = 0;
+  [[nodiscard]] virtual std::vector<Camera> cameras() const = 0;
 
   /// The role of a camera that is not among them.
   [[nodiscard]] virtual std::int32_t defaultRole() const = 0;

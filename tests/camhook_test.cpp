@@ -82,14 +82,14 @@ INSTANTIATE_TEST_SUITE_P(Scenarios, ShippedScenario, testing::ValuesIn(shippedSc
 /// What a shipped scenario does but for its records, with these log levels open.
 std::string traceWithoutRecords(const std::string& name, std::initializer_list<char> levels) {
   const camhook::DataRoot dataRoot{""};
-  auto [platform, calls] = camhook::readScenario(contentOf(kRoot / "scenarios" / (name + ".json")));
-  platform.dataRoot = dataRoot.path().string();
-  platform.clock.emplace();
-  camhook::Replay replay(std::move(platform));
+  auto scenario = camhook::readScenario(contentOf(kRoot / "scenarios" / (name + ".json")));
+  scenario.platform.dataRoot = dataRoot.path().string();
+  scenario.platform.clock.emplace();
+  camhook::Replay replay(std::move(scenario.platform));
   host::LogSink::openLevels(levels);
   std::ostringstream text;
   camhook::JsonTrace trace(text);
-  for (const camhook::ScenarioCall& call : calls) {
+  for (const camhook::ScenarioCall& call : scenario.calls) {
     camhook::CallTrace done = replay.run(call);
     done.logs.clear();
     trace.write(done);

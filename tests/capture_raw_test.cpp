@@ -10,7 +10,6 @@
 #include "common/tags/Metadata.h"
 #include "common/tags/ModeBits.h"
 #include "host/Phone.h"
-#include "platform/ModuleFactory.h"
 #include "platform/TuningBuffers.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/TestMetadata.h"
@@ -232,9 +231,10 @@ TEST(CaptureRaw, HandsOverTheMastersFirstTenFaces) {
 
 TEST(CaptureRaw, DoesWithoutTheModulesOfTheHal) {
   host::Phone phone;
-  phone.config.missingModules = {NSCam::kModuleSensorList, NSCam::kModule3A,
-                                 NSCam::kModuleDefaultShading};
-  phone.config.hasFaceDetection = false;
+  phone.config.sensorList = false;
+  phone.config.hal3AModule = false;
+  phone.config.defaultShadingModule = false;
+  phone.config.faceDetection = false;
   phone.config.devices[0].statics = metadataOf(R"({"COM_HESK_PDBUFFERTYPE": 2})");
   const TestUpdater updater;
   updater.fields.setMulticamFeatureMode(2);

@@ -15,7 +15,6 @@
 #include "common/tags/Metadata.h"
 #include "host/Phone.h"
 #include "platform/TqcSat.h"
-#include "tests/support/AllocationCounter.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
 
@@ -97,20 +96,6 @@ TEST(ResultMeta, TakesANullResult) {
   const TestUpdater updater;
   updater->updateResultMeta(nullptr, 7);
   EXPECT_TRUE(phone.effects.take().empty());
-}
-
-TEST(ResultMeta, AllocatesNothing) {
-  host::Phone phone;
-  phone.eventStore.set("APP_NAME", "VideoNight");
-  phone.eventStore.set("HESK_EXP", "33333");
-  phone.eventStore.set("HESK_EV", "-0.3");
-  phone.effects.setRecording(false);
-  host::LogSink::openLevels({});
-  const TestUpdater updater;
-  IMetadata result = metadataOf(R"({"COM_HESK_SCENETYPE": 128, "HESK_CONTROL_PAIR_SOURCE": 1,
-    "HESK_CONTROL_PAIR_INPUT": [1, 2], "MTK_3A_AE_LUX_INDEX": 3})");
-  updater->updateResultMeta(&result, 1);  // the containers take room for what is new
-  EXPECT_EQ(allocationsIn([&] { updater->updateResultMeta(&result, 2); }), 0U);
 }
 
 TEST(ResultRegions, OfTheIdentityStayAsTheyAre) {

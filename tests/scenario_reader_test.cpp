@@ -54,6 +54,8 @@ TEST(ScenarioReader, NamesThePlaceOfWhatItRefuses) {
       {"{}", "calls: missing"},
       {R"({"calls": {}})", "calls: must be a list"},
       {R"({"calls": [], "call": 1})", "call: unknown key"},
+      {R"({"calls": [], "about": ["a"]})", "about: must be a text"},
+      {R"({"calls": [], "$schema": 4})", "$schema: must be a text"},
       {R"({"calls": [], "a\nb\u0000c\u001b": 1})", R"(a\u000ab\u0000c\u001b: unknown key)"},
       {R"({"calls": [], "calls": []})", "calls: given twice"},
       {R"({"calls": [1, {"a": [2, {"b": 1, "b": 2}]}]})", "calls[1].a[1].b: given twice"},
@@ -207,8 +209,9 @@ TEST(ScenarioReader, ReadsEveryFormOfValue) {
 }
 
 TEST(ScenarioReader, ReadsTheWholePlatform) {
-  const Scenario scenario = readScenario(R"({"platform": {
+  const Scenario scenario = readScenario(R"({"$schema": "s.json", "about": "All.", "platform": {
     "properties": {"a": "b"}, "eventStore": {"c": "d"}, "sensorList": false,
+    "hal3aModule": false, "defaultShadingModule": false, "faceDetection": false,
     "devices": {"0": {}, "-3": {
       "static": {"HESK_CONTROL_ISO": 1}, "hal3a": {"available": false, "shadingBase": 2.5},
       "defaultShading": null, "faces": [{"rect": [1, 2, 3, 4], "score": 5}, {}],
@@ -218,10 +221,12 @@ TEST(ScenarioReader, ReadsTheWholePlatform) {
             "translate": {"dx": 5}},
     "provider": {}, "tuningBuffer": {"bufferIndex": 6}, "clock": "2021-03-04T05:06:07"},
     "calls": []})");
+  EXPECT_EQ(scenario.about, "All.");
   const host::PhoneConfig& phone = scenario.platform;
   EXPECT_EQ(phone.properties.at("a"), "b");
   EXPECT_EQ(phone.eventStore.at("c"), "d");
-  EXPECT_FALSE(phone.sensorList);
+  EXPECT_FALSE(phone.sensorList || phone.hal3AModule || phone.defaultShadingModule ||
+               phone.faceDetection);
   EXPECT_TRUE(phone.devices.at(0).hal3A.available);
   EXPECT_FALSE(phone.devices.at(0).sensor);
   const host::DeviceConfig& device = phone.devices.at(-3);

@@ -41,6 +41,9 @@ REFUSED = [
     {"calls": [], "platform": {"properties": {"a": 1}}},
     {"calls": [], "platform": {"devices": {"zero": {}}}},
     {"calls": [], "platform": {"clock": "2021-3-4"}},
+    {"calls": [], "platform": {"hal3aModule": None}},
+    {"calls": [], "about": 1},
+    {"calls": [], "$schema": None},
     device(static={"HESK_CONTROL_FOO": 1}),
     device(hal3a={"shading": 1}),
     device(sensor={"pdTail": [1, 2, 3]}),
@@ -56,6 +59,7 @@ REFUSED = [
 ]
 
 ACCEPTED = [
+    {"$schema": "scenario.schema.json", "about": "Nothing.", "calls": []},
     {"calls": [], "platform": {"devices": {"-3": {"defaultShading": None}}}},
     request(HESK_CONTROL_ISO="0x10", HESK_CONTROL_EV="nan"),
     request(MTK_P1NODE_SCALAR_CROP_REGION=[1, 2, 3, 4], ANDROID_FLASH_MODE="2\0003"),

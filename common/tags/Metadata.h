@@ -63,12 +63,11 @@ template <typename T>
 template <typename T>
 inline void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
                     std::span<std::type_identity_t<T>> items) {
-  if (metadata == nullptr) {
-    std::ranges::fill(items, T{});
-    return;
-  }
-  const auto& entry = metadata->entryFor(tag.value);
-  for (std::size_t i = 0; i < items.size(); ++i) items[i] = entry.itemAt(i, NSCam::Type2Type<T>{});
+  std::ranges::fill(items, T{});
+  if (metadata == nullptr) return;
+  const NSCam::IMetadata::IEntry& entry = metadata->entryFor(tag.value);
+  const std::size_t held = std::min(items.size(), entry.count());
+  for (std::size_t i = 0; i < held; ++i) items[i] = entry.itemAt(i, NSCam::Type2Type<T>{});
 }
 
 /// Makes `items` the whole entry of `tag`, in the type `As`. Returns the container's status.

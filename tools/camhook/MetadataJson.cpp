@@ -226,7 +226,8 @@ IMetadata metadataFromJson(const Json& json, const Place& place) {
     const Place entryPlace = place[key];
     const std::uint32_t tag = tagFromText(key, entryPlace);
     if (!seen.insert(tag).second) entryPlace.fail("this tag is given twice");
-    metadata.update(tag, entryFromJson(tag, value, entryPlace));
+    const IMetadata::IEntry entry = entryFromJson(tag, value, entryPlace);
+    if (!entry.isEmpty()) metadata.update(tag, entry);
   }
   return metadata;
 }

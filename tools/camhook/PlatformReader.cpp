@@ -188,6 +188,9 @@ host::PhoneConfig platformFromJson(const Json& json, const Place& place) {
     }
   });
   reader.readInto(phone.sensorList, "sensorList");
+  reader.readInto(phone.hal3AModule, "hal3aModule");
+  reader.readInto(phone.defaultShadingModule, "defaultShadingModule");
+  reader.readInto(phone.faceDetection, "faceDetection");
   reader.ifPresent("sat",
                    [&](const Json& sat, const Place& at) { phone.sat = satFromJson(sat, at); });
   reader.ifPresent("provider", [&](const Json& provider, const Place& at) {

@@ -131,6 +131,7 @@ struct ScenarioCall {
 };
 
 struct Scenario {
+  std::string about;  // what it shows, for people
   host::PhoneConfig platform;
   std::vector<ScenarioCall> calls;
 };

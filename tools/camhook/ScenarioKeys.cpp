@@ -10,9 +10,10 @@ namespace {
 
 using Keys = std::string_view;
 
-constexpr Keys kScenario[] = {"platform", "calls"};
-constexpr Keys kPlatform[] = {"properties", "eventStore", "devices",      "sensorList",
-                              "sat",        "provider",   "tuningBuffer", "clock"};
+constexpr Keys kScenario[] = {"$schema", "about", "platform", "calls"};
+constexpr Keys kPlatform[] = {"properties",  "eventStore",           "devices",       "sensorList",
+                              "hal3aModule", "defaultShadingModule", "faceDetection", "sat",
+                              "provider",    "tuningBuffer",         "clock"};
 constexpr Keys kDevice[] = {"static", "hal3a", "defaultShading", "faces", "sensor"};
 constexpr Keys kHal3A[] = {"available", "shadingBase"};
 constexpr Keys kFace[] = {"rect", "score"};

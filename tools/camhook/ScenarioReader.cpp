@@ -170,6 +170,9 @@ Scenario readScenario(std::string_view text) {
   const Place root;
   const ObjectReader reader(json, root, keysOf("scenario"));
   Scenario scenario;
+  std::string schema;  // for editors
+  reader.readInto(schema, "$schema");
+  reader.readInto(scenario.about, "about");
   reader.ifPresent("platform", [&](const Json& platform, const Place& place) {
     scenario.platform = platformFromJson(platform, place);
   });

@@ -11,10 +11,12 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include <CLI/CLI.hpp>
 
+#include "common/tags/TagCatalogue.h"
 #include "tools/camhook/DataRoot.h"
 #include "tools/camhook/DecideCommand.h"
 #include "tools/camhook/DumpText.h"
@@ -88,6 +90,10 @@ int replay(const ReplayOptions& options) {
   Scenario scenario = readFile(options.file, readScenario);
   const DataRoot dataRoot(options.dataRoot);
   scenario.platform.dataRoot = dataRoot.path().string();
+  scenario.platform.tagName = [](std::uint32_t tag) {
+    const hesk::TagDescription* info = hesk::findTag(tag);
+    return info != nullptr ? info->name : std::string_view();
+  };
 
   std::unique_ptr<TraceWriter> writer;
   if (options.json) {
