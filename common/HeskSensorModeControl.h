@@ -28,7 +28,8 @@
 
 namespace hesk {
 class DecisionObserver;
-}
+struct RuleCondition;
+}  // namespace hesk
 
 template <typename T>
 class CSingleton;
@@ -115,10 +116,10 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   [[nodiscard]] const std::vector<SensorModeCfg>* chooseList(int sensorId, bool isVideoMode) const;
   [[nodiscard]] std::int32_t baseScenario(bool isVideoMode) const;
 
-  // What the filters share: whether there is nothing left for this one to do, and its selection of
-  // a rule, null for none; returns whether there was one.
+  // What the filters share.
   [[nodiscard]] bool isDecided(const char* filter) const;
-  bool select(const SensorModeCfg* rule);
+  void select(const SensorModeCfg& rule);
+  void selectFirst(const hesk::RuleCondition& condition, const NSCam::IMetadata* meta);
 
   std::int32_t mSensorId = 0;
   std::vector<SensorModeCfg> sensorModeTable;         // loaded rules of one condition

@@ -16,9 +16,9 @@ constexpr std::int32_t wrappingAdd(std::int32_t left, std::int32_t right) noexce
 }
 
 /// The difference, wrapped to 32 bits.
-constexpr std::int32_t wrappingSubtract(std::int32_t left, std::int32_t right) noexcept {
-  return std::bit_cast<std::int32_t>(static_cast<std::uint32_t>(left) -
-                                     static_cast<std::uint32_t>(right));
+constexpr std::int32_t wrappingSubtract(std::int32_t minuend, std::int32_t subtrahend) noexcept {
+  return std::bit_cast<std::int32_t>(static_cast<std::uint32_t>(minuend) -
+                                     static_cast<std::uint32_t>(subtrahend));
 }
 
 /// The product, wrapped to 64 bits.

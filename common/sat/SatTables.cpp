@@ -14,7 +14,7 @@ constexpr float kNear = 0.1F;
 constexpr std::string_view kProducts[] = {"KX0108", "KX0105", "KX0104", "KX0107",
                                           "KX0106", "KX0103", "KX0101", "DEFAULT"};
 
-constexpr bool isProduct(std::string_view product) {
+[[maybe_unused]] constexpr bool isProduct(std::string_view product) {
   return std::find(std::begin(kProducts), std::end(kProducts), product) != std::end(kProducts);
 }
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
+#include <string>
 #include <variant>
 #include <vector>
 
@@ -15,13 +15,13 @@ namespace hesk {
 class DecisionObserver {
  public:
   /// What a condition compares.
-  using Value = std::variant<std::int32_t, std::string_view>;
+  using Value = std::variant<std::int32_t, std::string>;
 
   struct Comparison {
     const SensorModeCfg& rule;
-    const char* field;  // of the rule
-    Value wanted;       // by the rule
-    Value found;        // in the configuration
+    const char* field;    // of the rule
+    const Value& wanted;  // by the rule
+    const Value& found;   // in the configuration
     bool isEqual;
   };
 

@@ -1,12 +1,11 @@
 // The filters: which of the loaded rules a configuration meets.
 //
 // The filter of several conditions is asked first, then one filter a condition; the first that
-// selects a rule decides. Reading order: what a configuration has; isMet, in which every comparison
-// is made; the filters in the order in which they are asked.
+// selects a rule decides. Reading order: the conditions; isMet, in which every comparison is made;
+// the filters in the order in which they are asked.
 
 #include <algorithm>
 #include <string>
-#include <string_view>
 
 #include "common/Events.h"
 #include "common/HeskSensorModeControl.h"
@@ -17,150 +16,164 @@
 
 using namespace hesk;
 using NSCam::IMetadata;
+using Value = DecisionObserver::Value;
 
 namespace {
 
-constexpr std::int32_t kMissing = SensorModeCfg::kMissing;
-constexpr std::int32_t kHighFrameRate = 1;
+constexpr log::Operation kSeveral = sensorModeOperation("getSensorModeCfgByMultiCondition");
+constexpr log::Operation kByEisMode = sensorModeOperation("getSensorModeCfgByEisMode");
+constexpr log::Operation kByIsHfpsMode = sensorModeOperation("getSensorModeCfgByIsHfpsMode");
+constexpr log::Operation kByApptype = sensorModeOperation("getSensorModeCfgByApptype");
+constexpr log::Operation kByFps = sensorModeOperation("getSensorModeCfgByFps");
+constexpr log::Operation kByVideoAlgoType = sensorModeOperation("getSensorModeCfgByVideoAlgoType");
+constexpr log::Operation kByUiMode = sensorModeOperation("getSensorModeCfgByUiMode");
 
-std::int32_t isHfpsModeOf(const IMetadata* meta) {
-  return read(meta, tags::MTK_STREAMING_FEATURE_HFPS_MODE, 0);
-}
-
-std::int32_t eisModeOf(const IMetadata* meta) {
-  return read(meta, tags::HESK_CONTROL_EISENABLE, kMissing);
-}
-
-std::int32_t videoAlgoTypeOf(const IMetadata* meta) {
-  return read(meta, tags::HESK_CONTROL_VIDEOALGOTYPE, kMissing);
-}
-
-std::int32_t uiModeOf(const IMetadata* meta) {
-  return read(meta, tags::COM_HESK_CURRENTUIMODULE, kMissing);
-}
-
-/// A field of a rule, and its name.
-template <typename T>
-struct Condition {
-  const char* name;
-  T SensorModeCfg::*field;
-};
-
-constexpr Condition<std::int32_t> kIsHfpsMode{"isHfpsMode", &SensorModeCfg::isHfpsMode};
-constexpr Condition<std::string> kAppType{"appType", &SensorModeCfg::appType};
-constexpr Condition<std::int32_t> kFps{"fps", &SensorModeCfg::fps};
-constexpr Condition<std::int32_t> kEisMode{"eisMode", &SensorModeCfg::eisMode};
-constexpr Condition<std::int32_t> kVideoAlgoType{"videoAlgoType", &SensorModeCfg::videoAlgoType};
-constexpr Condition<std::int32_t> kUiMode{"uiMode", &SensorModeCfg::uiMode};
-
-template <typename T>
-bool isMet(const SensorModeCfg& rule, const Condition<T>& condition, const T& value,
-           DecisionObserver* observer) {
-  const T& wanted = rule.*condition.field;
-  const bool isEqual = wanted == value;
-  if (observer != nullptr) observer->onComparison({rule, condition.name, wanted, value, isEqual});
-  return isEqual;
-}
-
-/// The first rule that meets the condition, null for none.
-template <typename T>
-const SensorModeCfg* firstThatMeets(const std::vector<SensorModeCfg>& rules,
-                                    const Condition<T>& condition, const T& value,
-                                    DecisionObserver* observer) {
-  const auto found = std::ranges::find_if(
-      rules, [&](const SensorModeCfg& rule) { return isMet(rule, condition, value, observer); });
-  return found != rules.end() ? &*found : nullptr;
-}
-
-namespace several {
-
-constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByMultiCondition");
-
-/// A rule on trial: which of its conditions the configuration meets.
-struct Trial {
-  const SensorModeCfg& rule;
+/// A condition that a configuration meets; of the filter of several also how many of a rule's are
+/// met by now.
+struct Match {
   const IMetadata* meta;
-  DecisionObserver* observer;
-  std::int32_t count = 0;  // of conditions met
-
-  /// Counts the condition where it is met.
-  template <typename T>
-  bool counts(const Condition<T>& condition, const T& value) {
-    if (!isMet(rule, condition, value, observer)) return false;
-    ++count;
-    return true;
-  }
+  const Value& value;
+  std::int32_t count = 1;
+  std::int32_t conditionCount = 1;
 };
 
-// Each condition looks its value up afresh, and returns whether it is met.
-
-bool tryIsHfpsMode(Trial& trial) {
-  const std::int32_t isHfpsMode = isHfpsModeOf(trial.meta);
-  if (!trial.counts(kIsHfpsMode, isHfpsMode)) return false;
-  HESK_LOGD(kOperation, "[%s] selected by HfpsMode %d, [%d:%d]", kOperation.name, isHfpsMode,
-            trial.count, trial.rule.conditionCount);
-  return true;
+std::int32_t numberOf(const Value& value) {
+  const auto* number = std::get_if<std::int32_t>(&value);
+  return number != nullptr ? *number : 0;
 }
 
-bool tryAppType(Trial& trial) {
-  const std::string appType = eventValue("APP_TYPE");
-  if (!trial.counts(kAppType, appType)) return false;
-  HESK_LOGD(kOperation, "[%s] selected by apptype %s, [%d:%d]", kOperation.name, appType.c_str(),
-            trial.count, trial.rule.conditionCount);
-  return true;
+const char* textOf(const Value& value) {
+  const auto* text = std::get_if<std::string>(&value);
+  return text != nullptr ? text->c_str() : "";
 }
 
-bool tryFps(Trial& trial) {
-  const FrameRateRange frameRates = readFrameRateRange(trial.meta);
-  if (!trial.counts(kFps, frameRates.upper)) return false;
-  HESK_LOGD(kOperation, "[%s] selected by fps %d,%d, [%d:%d]", kOperation.name, frameRates.lower,
-            frameRates.upper, trial.count, trial.rule.conditionCount);
-  return true;
+template <auto kField>
+Value wantedBy(const SensorModeCfg& rule) {
+  return rule.*kField;
 }
 
-bool tryEisMode(Trial& trial) {
-  const std::int32_t eisMode = eisModeOf(trial.meta);
-  if (!trial.counts(kEisMode, eisMode)) return false;
-  HESK_LOGD(kOperation, "[%s] selected by eisMode %d, [%d:%d]", kOperation.name, eisMode,
-            trial.count, trial.rule.conditionCount);
-  return true;
+template <const auto& kTag, std::int32_t kMissing>
+Value foundIn(const IMetadata* meta) {
+  return read(meta, kTag, kMissing);
 }
 
-bool tryVideoAlgoType(Trial& trial) {
-  const std::int32_t videoAlgoType = videoAlgoTypeOf(trial.meta);
-  if (!trial.counts(kVideoAlgoType, videoAlgoType)) return false;
-  HESK_LOGD(kOperation, "[%s] selected by videoAlgoType %d, [%d:%d]", kOperation.name,
-            videoAlgoType, trial.count, trial.rule.conditionCount);
-  return true;
-}
+Value appType(const IMetadata* /*meta*/) { return eventValue("APP_TYPE"); }
 
-bool tryUiMode(Trial& trial) {
-  const std::int32_t uiMode = uiModeOf(trial.meta);
-  if (!trial.counts(kUiMode, uiMode)) return false;
-  HESK_LOGD(kOperation, "[%s] selected by uimode %d, [%d:%d]", kOperation.name, uiMode, trial.count,
-            trial.rule.conditionCount);
-  return true;
-}
-
-/// Whether, condition by condition, as many are met as the rule counts.
-bool meets(const SensorModeCfg& rule, const IMetadata* meta, DecisionObserver* observer) {
-  constexpr bool (*kConditions[])(Trial&) = {tryIsHfpsMode, tryAppType,       tryFps,
-                                             tryEisMode,    tryVideoAlgoType, tryUiMode};
-
-  Trial trial{.rule = rule, .meta = meta, .observer = observer};
-  for (const auto tryCondition : kConditions) {
-    if (!tryCondition(trial)) continue;
-    // Behind the first condition the count is not looked at.
-    if (tryCondition != tryIsHfpsMode && trial.count == rule.conditionCount) return true;
-  }
-  HESK_LOGD(kOperation, "[%s] current SensorModeCfg don't meet the requirement", kOperation.name);
-  return false;
-}
-
-}  // namespace several
+Value upperFrameRate(const IMetadata* meta) { return readFrameRateRange(meta).upper; }
 
 }  // namespace
 
+/// A field of the rules, what a configuration has for it, and the records of a match: as one of
+/// several conditions, and as the one that selects a rule.
+struct hesk::RuleCondition {
+  const char* field;
+  Value (*wanted)(const SensorModeCfg& rule);
+  Value (*found)(const IMetadata* meta);
+  void (*logMatch)(const Match& match);
+  void (*logSelection)(const Match& match);
+};
+
+namespace {
+
+constexpr RuleCondition kIsHfpsMode{"isHfpsMode", wantedBy<&SensorModeCfg::isHfpsMode>,
+                                    foundIn<tags::MTK_STREAMING_FEATURE_HFPS_MODE, 0>,
+                                    [](const Match& match) {
+                                      HESK_LOGD(kSeveral, "[%s] selected by HfpsMode %d, [%d:%d]",
+                                                kSeveral.name, numberOf(match.value), match.count,
+                                                match.conditionCount);
+                                    },
+                                    [](const Match& match) {
+                                      HESK_LOGD(kByIsHfpsMode, "[%s] selected by hfpsMode %d",
+                                                kByIsHfpsMode.name, numberOf(match.value));
+                                    }};
+
+constexpr RuleCondition kAppType{
+    "appType", wantedBy<&SensorModeCfg::appType>, appType,
+    [](const Match& match) {
+      HESK_LOGD(kSeveral, "[%s] selected by apptype %s, [%d:%d]", kSeveral.name,
+                textOf(match.value), match.count, match.conditionCount);
+    },
+    [](const Match& match) {
+      HESK_LOGD(kByApptype, "[%s] selected by appType %s", kByApptype.name, textOf(match.value));
+    }};
+
+constexpr RuleCondition kFps{"fps", wantedBy<&SensorModeCfg::fps>, upperFrameRate,
+                             [](const Match& match) {
+                               HESK_LOGD(kSeveral, "[%s] selected by fps %d,%d, [%d:%d]",
+                                         kSeveral.name, readFrameRateRange(match.meta).lower,
+                                         numberOf(match.value), match.count, match.conditionCount);
+                             },
+                             [](const Match& match) {
+                               HESK_LOGD(kByFps, "[%s] selected by fps %d,%d", kByFps.name,
+                                         readFrameRateRange(match.meta).lower,
+                                         numberOf(match.value));
+                             }};
+
+constexpr RuleCondition kEisMode{
+    "eisMode", wantedBy<&SensorModeCfg::eisMode>,
+    foundIn<tags::HESK_CONTROL_EISENABLE, SensorModeCfg::kMissing>,
+    [](const Match& match) {
+      HESK_LOGD(kSeveral, "[%s] selected by eisMode %d, [%d:%d]", kSeveral.name,
+                numberOf(match.value), match.count, match.conditionCount);
+    },
+    [](const Match& match) {
+      HESK_LOGD(kByEisMode, "[%s] selected by eisMode %d", kByEisMode.name, numberOf(match.value));
+    }};
+
+constexpr RuleCondition kVideoAlgoType{
+    "videoAlgoType", wantedBy<&SensorModeCfg::videoAlgoType>,
+    foundIn<tags::HESK_CONTROL_VIDEOALGOTYPE, SensorModeCfg::kMissing>,
+    [](const Match& match) {
+      HESK_LOGD(kSeveral, "[%s] selected by videoAlgoType %d, [%d:%d]", kSeveral.name,
+                numberOf(match.value), match.count, match.conditionCount);
+    },
+    [](const Match& match) {
+      HESK_LOGD(kByVideoAlgoType, "[%s] selected by videoAlgoType %d", kByVideoAlgoType.name,
+                numberOf(match.value));
+    }};
+
+constexpr RuleCondition kUiMode{
+    "uiMode", wantedBy<&SensorModeCfg::uiMode>,
+    foundIn<tags::COM_HESK_CURRENTUIMODULE, SensorModeCfg::kMissing>,
+    [](const Match& match) {
+      HESK_LOGD(kSeveral, "[%s] selected by uimode %d, [%d:%d]", kSeveral.name,
+                numberOf(match.value), match.count, match.conditionCount);
+    },
+    [](const Match& match) {
+      HESK_LOGD(kByUiMode, "[%s] selected by uimode %d", kByUiMode.name, numberOf(match.value));
+    }};
+
+bool isMet(const SensorModeCfg& rule, const RuleCondition& condition, const Value& found,
+           DecisionObserver* observer) {
+  const Value wanted = condition.wanted(rule);
+  const bool isEqual = wanted == found;
+  if (observer != nullptr) {
+    observer->onComparison({rule, condition.field, wanted, found, isEqual});
+  }
+  return isEqual;
+}
+
+/// Whether, counted condition by condition, as many are met as the rule counts. Each condition
+/// looks its value up afresh.
+bool meetsSeveral(const SensorModeCfg& rule, const IMetadata* meta, DecisionObserver* observer) {
+  constexpr const RuleCondition* kInOrder[] = {&kIsHfpsMode, &kAppType,       &kFps,
+                                               &kEisMode,    &kVideoAlgoType, &kUiMode};
+  std::int32_t count = 0;
+  for (const RuleCondition* condition : kInOrder) {
+    const Value found = condition->found(meta);
+    if (!isMet(rule, *condition, found, observer)) continue;
+    ++count;
+    condition->logMatch({meta, found, count, rule.conditionCount});
+    // Behind the first condition the count is not looked at.
+    if (condition != &kIsHfpsMode && count == rule.conditionCount) return true;
+  }
+  HESK_LOGD(kSeveral, "[%s] current SensorModeCfg don't meet the requirement", kSeveral.name);
+  return false;
+}
+
+}  // namespace
+
+/// Whether there is nothing left for this filter to do.
 bool HeskSensorModeControl::isDecided(const char* filter) const {
   const bool isDecided = !selectedSensorModeCfgs.empty();
   if (mObserver != nullptr) {
@@ -170,85 +183,57 @@ bool HeskSensorModeControl::isDecided(const char* filter) const {
   return isDecided;
 }
 
-bool HeskSensorModeControl::select(const SensorModeCfg* rule) {
-  if (rule == nullptr) return false;
-  selectedSensorModeCfgs.push_back(*rule);
-  if (mObserver != nullptr) mObserver->onSelection(*rule);
-  return true;
+void HeskSensorModeControl::select(const SensorModeCfg& rule) {
+  selectedSensorModeCfgs.push_back(rule);
+  if (mObserver != nullptr) mObserver->onSelection(rule);
+}
+
+/// Selects the first of the rules of one condition that meets it, if there is one.
+void HeskSensorModeControl::selectFirst(const RuleCondition& condition, const IMetadata* meta) {
+  const Value found = condition.found(meta);
+  const auto rule = std::find_if(
+      sensorModeTable.begin(), sensorModeTable.end(),
+      [&](const SensorModeCfg& each) { return isMet(each, condition, found, mObserver); });
+  if (rule == sensorModeTable.end()) return;
+  select(*rule);
+  condition.logSelection({meta, found});
 }
 
 void HeskSensorModeControl::getSensorModeCfgByMultiCondition(IMetadata* meta) {
-  using several::kOperation;
-
-  if (isDecided(kOperation.name)) return;
-  const auto met = std::find_if(
-      multiConditionTable.rbegin(), multiConditionTable.rend(),
-      [&](const SensorModeCfg& rule) { return several::meets(rule, meta, mObserver); });
-  if (select(met != multiConditionTable.rend() ? &*met : nullptr)) {
-    HESK_LOGD(kOperation, "[%s] selected", kOperation.name);
-  }
+  if (isDecided(kSeveral.name)) return;
+  const auto rule =
+      std::find_if(multiConditionTable.rbegin(), multiConditionTable.rend(),
+                   [&](const SensorModeCfg& each) { return meetsSeveral(each, meta, mObserver); });
+  if (rule == multiConditionTable.rend()) return;
+  select(*rule);
+  HESK_LOGD(kSeveral, "[%s] selected", kSeveral.name);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByEisMode(IMetadata* meta) {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByEisMode");
-
-  if (isDecided(kOperation.name)) return;
-  const std::int32_t eisMode = eisModeOf(meta);
-  if (select(firstThatMeets(sensorModeTable, kEisMode, eisMode, mObserver))) {
-    HESK_LOGD(kOperation, "[%s] selected by eisMode %d", kOperation.name, eisMode);
-  }
+  if (!isDecided(kByEisMode.name)) selectFirst(kEisMode, meta);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByIsHfpsMode(IMetadata* meta) {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByIsHfpsMode");
-
-  if (isDecided(kOperation.name)) return;
-  if (isHfpsModeOf(meta) != kHighFrameRate) {
-    if (mObserver != nullptr) mObserver->onPass("MTK_STREAMING_FEATURE_HFPS_MODE is not 1");
-    return;
-  }
-  if (select(firstThatMeets(sensorModeTable, kIsHfpsMode, kHighFrameRate, mObserver))) {
-    HESK_LOGD(kOperation, "[%s] selected by hfpsMode %d", kOperation.name, kHighFrameRate);
+  if (isDecided(kByIsHfpsMode.name)) return;
+  if (read(meta, tags::MTK_STREAMING_FEATURE_HFPS_MODE) == 1) {
+    selectFirst(kIsHfpsMode, meta);
+  } else if (mObserver != nullptr) {
+    mObserver->onPass("MTK_STREAMING_FEATURE_HFPS_MODE is not 1");
   }
 }
 
 void HeskSensorModeControl::getSensorModeCfgByApptype() {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByApptype");
-
-  if (isDecided(kOperation.name)) return;
-  const std::string appType = eventValue("APP_TYPE");
-  if (select(firstThatMeets(sensorModeTable, kAppType, appType, mObserver))) {
-    HESK_LOGD(kOperation, "[%s] selected by appType %s", kOperation.name, appType.c_str());
-  }
+  if (!isDecided(kByApptype.name)) selectFirst(kAppType, nullptr);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByFps(IMetadata* meta) {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByFps");
-
-  if (isDecided(kOperation.name)) return;
-  const FrameRateRange frameRates = readFrameRateRange(meta);
-  if (select(firstThatMeets(sensorModeTable, kFps, frameRates.upper, mObserver))) {
-    HESK_LOGD(kOperation, "[%s] selected by fps %d,%d", kOperation.name, frameRates.lower,
-              frameRates.upper);
-  }
+  if (!isDecided(kByFps.name)) selectFirst(kFps, meta);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByVideoAlgoType(IMetadata* meta) {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByVideoAlgoType");
-
-  if (isDecided(kOperation.name)) return;
-  const std::int32_t videoAlgoType = videoAlgoTypeOf(meta);
-  if (select(firstThatMeets(sensorModeTable, kVideoAlgoType, videoAlgoType, mObserver))) {
-    HESK_LOGD(kOperation, "[%s] selected by videoAlgoType %d", kOperation.name, videoAlgoType);
-  }
+  if (!isDecided(kByVideoAlgoType.name)) selectFirst(kVideoAlgoType, meta);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByUiMode(IMetadata* meta) {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeCfgByUiMode");
-
-  if (isDecided(kOperation.name)) return;
-  const std::int32_t uiMode = uiModeOf(meta);
-  if (select(firstThatMeets(sensorModeTable, kUiMode, uiMode, mObserver))) {
-    HESK_LOGD(kOperation, "[%s] selected by uimode %d", kOperation.name, uiMode);
-  }
+  if (!isDecided(kByUiMode.name)) selectFirst(kUiMode, meta);
 }
