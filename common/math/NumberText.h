@@ -22,7 +22,8 @@ namespace hesk {
 constexpr std::size_t lengthOfDecimal(std::string_view text) {
   std::size_t length = 0;
   const auto skip = [&](std::string_view characters) {
-    const bool found = length < text.size() && characters.find(text[length]) != characters.npos;
+    const bool found =
+        length < text.size() && characters.find(text[length]) != std::string_view::npos;
     if (found) ++length;
     return found;
   };
