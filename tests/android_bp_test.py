@@ -1,4 +1,4 @@
-"""Compares the phone's build file with CMake's: the same sources, the same warnings and code options.
+"""Compares the phone's build file with CMake's: the same sources, warnings, code options and definitions.
 
     android_bp_test.py CHECKOUT BUILD
 
@@ -25,8 +25,11 @@ TARGETS = {
     "camhook": "camhook",
     "cam_tests": "cam_tests",
 }
-# Each build chooses these itself.
-OWN_OPTIONS = re.compile(r"-fPIC|-f(file|debug|macro)-prefix-map=.*")
+# What each build chooses itself: how code is loaded, what is precompiled, whether warnings stop it.
+OWN_OPTIONS = re.compile(
+    r"-fPI[CE]|-f(debug|macro)-prefix-map=.*|-fno-semantic-interposition|-Winvalid-pch|-Werror"
+    r"|-D(NDEBUG|\w+_EXPORTS|GTEST_\w+=.*)"
+)
 
 
 def check_format():
@@ -45,31 +48,50 @@ def read_modules():
     return modules
 
 
-def items(modules, module, name):
-    """A list of a module, with what the defaults add to it. Those of the phone are not here."""
-    properties = modules.get(module, {})
-    inherited = (items(modules, default, name) for default in properties.get("defaults", []))
-    return sum(inherited, []) + properties.get(name, [])
+def lineage(modules, name):
+    """A module and its defaults. Those of the phone are not here."""
+    module = modules.get(name, {})
+    return [module] + [m for default in module.get("defaults", []) for m in lineage(modules, default)]
+
+
+def items(modules, name, *lists):
+    return {item for module in lineage(modules, name) for key in lists for item in module.get(key, [])}
+
+
+def options_of_phone(modules, name):
+    options = {option.replace('\\"', '"') for option in items(modules, name, "cflags", "cppflags")}
+    # The phone's build compiles without both unless it is told.
+    if "-fexceptions" in options:
+        options.remove("-fexceptions")
+    else:
+        options.add("-fno-exceptions")
+    if not any("rtti" in module for module in lineage(modules, name)):
+        options.add("-fno-rtti")
+    return options
 
 
 def read_compilations():
+    """What CMake compiles for each target, and with which options, paths as from the checkout."""
     sources, options = {}, {}
     for entry in json.loads((build / "compile_commands.json").read_text()):
         words = shlex.split(entry["command"])
         target = re.search(r"CMakeFiles/(.*?)\.dir/", words[words.index("-o") + 1])[1]
         source = pathlib.Path(entry["file"])
-        if source.is_relative_to(build):  # a precompiled header
-            continue
-        sources.setdefault(target, []).append(str(source.relative_to(checkout)))
-        options[target] = {w for w in words if re.match("-[fW]", w) and not OWN_OPTIONS.fullmatch(w)}
+        if source.is_relative_to(build) or not source.is_relative_to(checkout):
+            continue  # a precompiled header, another project's
+        sources.setdefault(target, set()).add(str(source.relative_to(checkout)))
+        for word in words:
+            if re.match("-[fWD]", word) and not OWN_OPTIONS.fullmatch(word):
+                word = word.replace(f"{build}/bin/", "").replace(f"{checkout}/", "")
+                options.setdefault(target, set()).add(word.replace(str(checkout), "."))
     return sources, options
 
 
-def compare(where, of_phone, of_cmake):
-    for item in sorted(set(of_cmake) - set(of_phone)):
-        faults.append(f"{where}: {item} is missing in Android.bp")
-    for item in sorted(set(of_phone) - set(of_cmake)):
-        faults.append(f"{where}: {item} is missing in CMake's build")
+def compare(module, of_phone, of_cmake):
+    for item in sorted(of_cmake - of_phone):
+        faults.append(f"{module}: {item} is missing in Android.bp")
+    for item in sorted(of_phone - of_cmake):
+        faults.append(f"{module}: {item} is missing in CMake's build")
 
 
 check_format()
@@ -77,12 +99,7 @@ modules = read_modules()
 sources, options = read_compilations()
 for module, target in TARGETS.items():
     compare(module, items(modules, module, "srcs"), sources[target])
-
-library = "libcam_common"
-of_phone = items(modules, library, "cflags") + items(modules, library, "cppflags")
-# The phone's build compiles without exceptions unless it is told.
-of_phone = [option for option in of_phone if re.match("-[fW]", option) and option != "-fexceptions"]
-compare(library, of_phone, options[TARGETS[library]])
+    compare(module, options_of_phone(modules, module), options[target])
 
 for fault in faults:
     print(fault)

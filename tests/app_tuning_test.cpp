@@ -246,7 +246,7 @@ TEST(FrameRateLimit, HoldsForItsAppsAndModes) {
   };
   for (const RangeRow& row : rows) {
     host::Phone phone;
-    phone.config.provider = {.fpsCap = 25};
+    phone.config.provider = host::ProviderConfig{.fpsCap = 25};
     phone.eventStore.set("APP_TYPE", row.appType);
     phone.eventStore.set("APP_NAME", row.appName);
     if (row.low) phone.properties.set("vendor.debug.camera.fps.low", std::to_string(*row.low));

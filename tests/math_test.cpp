@@ -4,11 +4,17 @@
 
 #include <array>
 #include <bit>
+#include <cerrno>
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
 #include <limits>
+#include <optional>
 #include <random>
+#include <string>
 #include <vector>
 
+#include "common/NumberText.h"
 #include "common/math/AeResult.h"
 #include "common/math/AspectFit.h"
 #include "common/math/Conversion.h"
@@ -57,6 +63,82 @@ TEST(Conversion, IsDefinedForEveryInput) {
   EXPECT_EQ(toInt32(-HUGE_VAL), -2147483647 - 1);
   EXPECT_EQ(toInt32(std::nan("")), 0);
   EXPECT_EQ(wrappingAdd(2147483647, 1), -2147483647 - 1);
+}
+
+TEST(NumberText, IsReadAlikeWhateverTheStandardLibrary) {
+  constexpr std::nullopt_t none = std::nullopt;
+  struct Row {
+    const char* text;
+    std::optional<float> number;
+    std::optional<std::int32_t> whole;
+  };
+  const Row rows[] = {
+      {"", none, none},
+      {"1.5abc", 1.5F, 1},
+      {"33f", 33.0F, 33},
+      {"0x10", 0.0F, 0},
+      {"1,5", 1.0F, 1},
+      {"\v\f\r\n\t 12 13", 12.0F, 12},
+      {"+5", 5.0F, 5},
+      {"-", none, none},
+      {"- 5", none, none},
+      {"+-5", none, none},
+      {"++5", none, none},
+      {".5", 0.5F, none},
+      {"-5.e1x", -50.0F, -5},
+      {".", none, none},
+      {".e1", none, none},
+      {"1e", none, 1},
+      {"1e+", none, 1},
+      {"1e5e5", 1e5F, 1},
+      {"nan", none, none},
+      {"-inf", none, none},
+      {"3.4028235e38", 3.4028235e38F, 3},
+      {"3.4028236e38", none, 3},
+      {"-1e999", none, -1},
+      {"1e-40", 1e-40F, 1},
+      {"-1e-999", -0.0F, -1},
+      // Between two floats and just above their middle, where a double has rounded to the middle.
+      {"1.00000005960464477539062500000000000000001", 1.0000001F, 1},
+      {"2147483647", 2147483648.0F, 2147483647},
+      {"-2147483648", -2147483648.0F, -2147483647 - 1},
+      {"2147483648", 2147483648.0F, none},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(leadingNumber<float>(row.text), row.number) << '"' << row.text << '"';
+    EXPECT_EQ(leadingNumber<std::int32_t>(row.text), row.whole) << '"' << row.text << '"';
+  }
+}
+
+/// What the C library reads, of texts that are neither hexadecimal nor words.
+std::optional<double> doubleByC(const std::string& text) {
+  char* end = nullptr;
+  const double number = std::strtod(text.c_str(), &end);
+  const bool lacksDigits = (*end == 'e' || *end == 'E') &&
+                           text.find_first_of("eE") >= static_cast<std::size_t>(end - text.data());
+  if (end == text.c_str() || lacksDigits || std::isinf(number)) return {};
+  return number;
+}
+
+std::optional<std::int64_t> integerByC(const std::string& text) {
+  char* end = nullptr;
+  errno = 0;
+  const std::int64_t number = std::strtoll(text.c_str(), &end, 10);
+  if (end == text.c_str() || errno == ERANGE) return {};
+  return number;
+}
+
+TEST(NumberText, IsReadAsTheCLibraryReadsIt) {
+  std::mt19937 random(1);
+  std::uniform_int_distribution<std::size_t> length(0, 24);
+  const std::string letters = "012345678901234567890123456789+-..eE \t";
+  std::uniform_int_distribution<std::size_t> letter(0, letters.size() - 1);
+  for (int i = 0; i < 100'000; ++i) {
+    std::string text(length(random), ' ');
+    for (char& c : text) c = letters[letter(random)];
+    EXPECT_EQ(leadingNumber<double>(text), doubleByC(text)) << '"' << text << '"';
+    EXPECT_EQ(leadingNumber<std::int64_t>(text), integerByC(text)) << '"' << text << '"';
+  }
 }
 
 struct CropRow {

@@ -3,15 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-#include <locale>
 #include <random>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "common/math/NumberText.h"
 #include "common/tags/Metadata.h"
 #include "host/Phone.h"
 #include "platform/TqcSat.h"
@@ -196,63 +192,6 @@ TEST(ResultRegions, WriteBackAsManyAsTheConverterGives) {
   };
   EXPECT_EQ(bodiesOf(0), entry("0xc00e0014", "[0]"));
   EXPECT_EQ(bodiesOf(2), entry("0xc00e0014", "[2, 1, 2, 11, 22, 1, 2, 11, 22]"));
-}
-
-/// What a string stream of the C locale reads.
-template <typename T>
-std::optional<T> streamed(const std::string& text) {
-  std::istringstream stream(text);
-  stream.imbue(std::locale::classic());
-  T number{};
-  return stream >> number ? std::optional(number) : std::nullopt;
-}
-
-template <typename T>
-void expectAsStreamed(const std::string& text) {
-  EXPECT_EQ(leadingNumber<T>(text), streamed<T>(text)) << '"' << text << '"';
-}
-
-TEST(LeadingNumber, ReadsAsAStringStreamDoes) {
-  constexpr auto npos = std::string::npos;
-  std::mt19937 random(1);
-  std::uniform_int_distribution<std::size_t> length(0, 12);
-  const std::string letters = "0123456789+-.eE xn\t";
-  std::uniform_int_distribution<std::size_t> letter(0, letters.size() - 1);
-  for (int i = 0; i < 200'000; ++i) {
-    std::string text(length(random), ' ');
-    for (char& c : text) c = letters[letter(random)];
-    expectAsStreamed<std::int32_t>(text);
-    expectAsStreamed<std::int64_t>(text);
-    // Numbers too small for a float count as unreadable here; a stream makes them 0.
-    const bool mayBeTooSmall = text.find("e-") != npos || text.find("E-") != npos;
-    if (!mayBeTooSmall) expectAsStreamed<float>(text);
-  }
-  for (const char* text : {"33abc",
-                           "+7",
-                           "2147483647",
-                           "2147483648",
-                           "-2147483648",
-                           "99999999999",
-                           "-9223372036854775808",
-                           "9223372036854775808",
-                           "inf",
-                           "-nan",
-                           "infinity",
-                           "0x10",
-                           "1e",
-                           "1e99",
-                           "3.4028235e38",
-                           "1e-40",
-                           "-1e-3",
-                           "1,5",
-                           "1e5e5",
-                           "\v\f\r\n12",
-                           "+-5",
-                           "++5"}) {
-    expectAsStreamed<std::int32_t>(text);
-    expectAsStreamed<std::int64_t>(text);
-    expectAsStreamed<float>(text);
-  }
 }
 
 }  // namespace

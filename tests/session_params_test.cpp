@@ -53,7 +53,7 @@ class SessionParams : public testing::TestWithParam<Row> {};
 TEST_P(SessionParams, BecomeWhatThePipelineExpects) {
   const Row& row = GetParam();
   host::Phone phone;
-  phone.config.provider = {.fpsCap = 25};
+  phone.config.provider = host::ProviderConfig{.fpsCap = 25};
   phone.eventStore.set("APP_TYPE", row.appType);
   phone.eventStore.set("APP_NAME", row.appName);
   phone.properties.set("ro.product.model.zdm", row.product);
@@ -195,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(Steps, SessionParams, testing::ValuesIn(kRows),
 TEST(SessionParamsProvider, CapIsTakenFrom15To25) {
   for (const int cap : {14, 15, 25, 26, -1}) {
     host::Phone phone;
-    phone.config.provider = {.fpsCap = cap};
+    phone.config.provider = host::ProviderConfig{.fpsCap = cap};
     const TestUpdater updater;
     NSCam::IMetadata session;
     updater->updateSessionParams(&session, {});

@@ -5,8 +5,8 @@
 
 #include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
+#include "common/NumberText.h"
 #include "common/math/Conversion.h"
-#include "common/math/NumberText.h"
 #include "common/tags/Metadata.h"
 #include "common/updater/UpdaterLog.h"
 

@@ -58,7 +58,7 @@ host::PhoneConfig SensorPipeline::phoneConfig(const std::string& dataRoot) {
   for (int sensor = 0; sensor < kSensors; ++sensor) add(sensor);
   add(kSharedCamera);
   config.sat.translate = {.scale = 2, .dx = 3, .dy = 5};
-  config.provider = {.fpsCap = 20};
+  config.provider = host::ProviderConfig{.fpsCap = 20};
   config.tuningBuffer = {.fd = 7, .bufferSize = kTuningBytes, .bufferIndex = 1};
   std::tm& clock = config.clock.emplace();
   clock.tm_year = 121;

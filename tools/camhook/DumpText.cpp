@@ -9,6 +9,7 @@
 #include <sstream>
 #include <string>
 
+#include "common/NumberText.h"
 #include "common/tags/TagCatalogue.h"
 #include "tools/camhook/InputError.h"
 #include "tools/camhook/MetadataJson.h"
@@ -70,11 +71,13 @@ class Lines {
 
 /// One value of a row.
 Json valueFromText(const std::string& text, std::string_view type, const Lines& lines) {
-  const char* const end = text.data() + text.size();
   if (type == "float") {
-    float number = 0;
-    if (std::from_chars(text.data(), end, number).ptr == end) return jsonFromFloat(number);
+    if (text == "nan" || text == "-nan") return "nan";
+    if (text == "inf" || text == "-inf") return text;
+    const auto number = hesk::leadingNumber<float>(text);
+    if (number && hesk::lengthOfDecimal(text) == text.size()) return jsonFromFloat(*number);
   } else {
+    const char* const end = text.data() + text.size();
     std::int64_t number = 0;
     if (std::from_chars(text.data(), end, number).ptr == end) return number;
   }

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "common/NumberText.h"
 #include "tools/camhook/InputError.h"
 
 namespace camhook {
@@ -170,9 +171,7 @@ Json jsonFromFloat(float value) {
   if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
   std::array<char, 32> digits{};
   auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-  double shortest = 0;
-  std::from_chars(digits.data(), end, shortest);
-  return shortest;
+  return hesk::leadingNumber<double>({digits.data(), end}).value();
 }
 
 std::string jsonText(std::string_view text) { return onOneLine(Json(text)); }

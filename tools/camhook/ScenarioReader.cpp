@@ -42,7 +42,8 @@ DumpMetadata dumpFromArguments(const ObjectReader& reader) {
                     .name = reader.required<std::string>("name"),
                     .frame = reader.required<std::int32_t>("frame")};
   hesk::MetadataDumpPath path{};
-  const int length = hesk::formatMetadataDumpPath(path, call.name.c_str(), call.frame, "YYYYMMDDHHMMSS");
+  const int length =
+      hesk::formatMetadataDumpPath(path, call.name.c_str(), call.frame, "YYYYMMDDHHMMSS");
   const int most = static_cast<int>(path.size()) - 1;
   if (length > most) {
     reader.place()["name"].fail("too long: the path would have " + std::to_string(length) +
