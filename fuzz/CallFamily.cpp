@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "tools/camhook/Scenario.h"
+#include "tools/camhook/input/Scenario.h"
 
 namespace fuzz {
 namespace {

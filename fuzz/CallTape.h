@@ -9,7 +9,7 @@
 #include "common/updater/MetadataDump.h"
 #include "fuzz/MetadataTape.h"
 #include "fuzz/Tape.h"
-#include "tools/camhook/Scenario.h"
+#include "tools/camhook/input/Scenario.h"
 
 namespace fuzz {
 

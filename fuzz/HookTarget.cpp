@@ -9,11 +9,11 @@
 #include "fuzz/RunTape.h"
 #include "fuzz/Updaters.h"
 #include "host/LogSink.h"
-#include "tools/camhook/DataRoot.h"
-#include "tools/camhook/Json.h"
-#include "tools/camhook/JsonTrace.h"
-#include "tools/camhook/Replay.h"
-#include "tools/camhook/TextTrace.h"
+#include "tools/camhook/input/Json.h"
+#include "tools/camhook/run/DataRoot.h"
+#include "tools/camhook/run/Replay.h"
+#include "tools/camhook/show/JsonTrace.h"
+#include "tools/camhook/show/TextTrace.h"
 
 namespace fuzz {
 namespace {

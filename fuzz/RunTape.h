@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "fuzz/CallFamily.h"
-#include "tools/camhook/Scenario.h"
+#include "tools/camhook/input/Scenario.h"
 
 namespace fuzz {
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "tools/camhook/InputError.h"
-#include "tools/camhook/ScenarioReader.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/ScenarioReader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {

@@ -22,8 +22,8 @@
 #include "fuzz/CallFamily.h"
 #include "fuzz/RunTape.h"
 #include "fuzz/Tape.h"
-#include "tools/camhook/ScenarioKeys.h"
-#include "tools/camhook/ScenarioReader.h"
+#include "tools/camhook/input/ScenarioKeys.h"
+#include "tools/camhook/input/ScenarioReader.h"
 
 namespace {
 

@@ -12,11 +12,11 @@
 #include <sstream>
 #include <string>
 
-#include "tools/camhook/DataRoot.h"
-#include "tools/camhook/Json.h"
-#include "tools/camhook/JsonTrace.h"
-#include "tools/camhook/Replay.h"
-#include "tools/camhook/ScenarioReader.h"
+#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/run/DataRoot.h"
+#include "tools/camhook/run/Replay.h"
+#include "tools/camhook/show/JsonTrace.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 
 #include "host/CameraMetadata.h"
 #include "tests/support/TestMetadata.h"
-#include "tools/camhook/DumpText.h"
-#include "tools/camhook/InputError.h"
-#include "tools/camhook/MetadataJson.h"
+#include "tools/camhook/input/DumpText.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/MetadataJson.h"
 
 namespace {
 

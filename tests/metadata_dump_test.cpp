@@ -18,7 +18,7 @@
 #include "host/Phone.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
-#include "tools/camhook/DataRoot.h"
+#include "tools/camhook/run/DataRoot.h"
 
 namespace {
 

@@ -17,7 +17,7 @@
 #include "common/HeskSensorModeControl.h"
 #include "host/Phone.h"
 #include "tests/support/SensorPipeline.h"
-#include "tools/camhook/DataRoot.h"
+#include "tools/camhook/run/DataRoot.h"
 
 namespace {
 

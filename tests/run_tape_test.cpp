@@ -16,10 +16,10 @@
 #include "fuzz/RunTape.h"
 #include "fuzz/Tape.h"
 #include "fuzz/Updaters.h"
-#include "tools/camhook/DataRoot.h"
-#include "tools/camhook/JsonTrace.h"
-#include "tools/camhook/Replay.h"
-#include "tools/camhook/ScenarioReader.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/run/DataRoot.h"
+#include "tools/camhook/run/Replay.h"
+#include "tools/camhook/show/JsonTrace.h"
 
 namespace {
 

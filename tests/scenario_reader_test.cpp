@@ -5,10 +5,10 @@
 #include <string>
 
 #include "tests/support/TestMetadata.h"
-#include "tools/camhook/InputError.h"
-#include "tools/camhook/Json.h"
-#include "tools/camhook/MetadataJson.h"
-#include "tools/camhook/ScenarioReader.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/ScenarioReader.h"
 
 namespace {
 

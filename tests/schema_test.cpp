@@ -7,8 +7,8 @@
 #include <set>
 #include <string>
 
-#include "tools/camhook/Json.h"
-#include "tools/camhook/ScenarioKeys.h"
+#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/ScenarioKeys.h"
 
 namespace {
 

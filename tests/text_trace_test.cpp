@@ -6,7 +6,7 @@
 #include <string>
 
 #include "tests/support/TestMetadata.h"
-#include "tools/camhook/TextTrace.h"
+#include "tools/camhook/show/TextTrace.h"
 
 namespace {
 

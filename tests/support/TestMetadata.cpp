@@ -1,7 +1,7 @@
 #include "tests/support/TestMetadata.h"
 
-#include "tools/camhook/Json.h"
-#include "tools/camhook/MetadataJson.h"
+#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/MetadataJson.h"
 
 NSCam::IMetadata metadataOf(std::string_view json) {
   return camhook::metadataFromJson(camhook::parseJson(json), camhook::Place());

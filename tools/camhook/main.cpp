@@ -17,17 +17,17 @@
 #include <CLI/CLI.hpp>
 
 #include "common/tags/TagCatalogue.h"
-#include "tools/camhook/DataRoot.h"
-#include "tools/camhook/DecideCommand.h"
-#include "tools/camhook/DumpText.h"
-#include "tools/camhook/InputError.h"
-#include "tools/camhook/Json.h"
-#include "tools/camhook/JsonTrace.h"
-#include "tools/camhook/Replay.h"
-#include "tools/camhook/ScenarioReader.h"
-#include "tools/camhook/TagsCommand.h"
-#include "tools/camhook/Terminal.h"
-#include "tools/camhook/TextTrace.h"
+#include "tools/camhook/explain/DecideCommand.h"
+#include "tools/camhook/input/DumpText.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/run/DataRoot.h"
+#include "tools/camhook/run/Replay.h"
+#include "tools/camhook/show/JsonTrace.h"
+#include "tools/camhook/show/TagsCommand.h"
+#include "tools/camhook/show/Terminal.h"
+#include "tools/camhook/show/TextTrace.h"
 
 namespace {
 

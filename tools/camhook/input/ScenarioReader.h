@@ -1,0 +1,15 @@
+// Reads and checks scenarios.
+
+#pragma once
+
+#include <string_view>
+
+#include "tools/camhook/input/Scenario.h"
+
+namespace camhook {
+
+/// Reads a whole scenario from its JSON text. Throws InputError, which names the place of the first
+/// thing that is wrong.
+Scenario readScenario(std::string_view text);
+
+}  // namespace camhook

@@ -1,0 +1,66 @@
+// Runs the calls of a scenario on the simulated phone.
+
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/HeskParameterUpdater.h"
+#include "host/Phone.h"
+#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/Scenario.h"
+
+namespace camhook {
+
+/// A container that a call was handed, before and after it; none: null.
+struct ContainerTrace {
+  std::string_view name;
+  MetadataArgument before;
+  MetadataArgument after;
+};
+
+/// An updater's fields around a call; null: there was no updater.
+struct StateTrace {
+  Json before;
+  Json after;
+};
+
+/// What one call did.
+struct CallTrace {
+  std::string_view call;
+  std::optional<std::int32_t> sensor;
+  Json arguments = Json::object();  // but the sensor and the containers
+  Json result;
+  std::vector<std::pair<std::string_view, Json>> extras;  // what stands beside the result
+  std::vector<ContainerTrace> containers;
+  std::optional<StateTrace> state;  // none: the call has nothing to do with an updater
+  std::vector<host::Effect> effects;
+  std::vector<host::LogRecord> logs;
+};
+
+/// Runs calls one by one. A process holds one updater a sensor for good, so it runs one scenario,
+/// unless it brings updaters of its own.
+class Replay {
+ public:
+  /// The updater of a sensor, null where it has none.
+  using Updaters = std::function<HeskParameterUpdater*(int sensor)>;
+
+  explicit Replay(host::PhoneConfig platform,
+                  Updaters updaters = &HeskParameterUpdater::createInstance);
+
+  CallTrace run(const ScenarioCall& call);
+
+  [[nodiscard]] const host::Phone& phone() const { return mPhone; }
+
+ private:
+  host::Phone mPhone;
+  Updaters mUpdaters;
+  std::map<std::int32_t, Json> mStates;  // by sensor, after its latest call
+};
+
+}  // namespace camhook

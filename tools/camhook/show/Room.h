@@ -1,0 +1,5 @@
+// The room of what people and programs see: traces, lists, colour and columns.
+//
+// May include run/, input/, host/, platform/ and common/; not explain/.
+
+#pragma once

@@ -1,0 +1,88 @@
+#include "tools/camhook/show/TagsCommand.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "common/tags/TagCatalogue.h"
+#include "tools/camhook/input/Json.h"
+
+namespace camhook {
+namespace {
+
+using hesk::TagDescription;
+
+bool holdsIgnoringCase(std::string_view text, std::string_view part) {
+  const auto sameLetter = [](unsigned char left, unsigned char right) {
+    return std::toupper(left) == std::toupper(right);
+  };
+  return part.empty() ||
+         std::search(text.begin(), text.end(), part.begin(), part.end(), sameLetter) != text.end();
+}
+
+bool isValue(std::string_view text, std::uint32_t value) {
+  const bool isHexadecimal = text.starts_with("0x");
+  if (isHexadecimal) text.remove_prefix(2);
+  std::uint32_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number, isHexadecimal ? 16 : 10);
+  return error == std::errc() && stop == end && number == value;
+}
+
+std::string countText(const TagDescription& tag) {
+  return tag.count == hesk::kAnyCount ? "n" : std::to_string(tag.count);
+}
+
+void writeText(std::ostream& out, const std::vector<TagDescription>& tags, Style style) {
+  Columns columns;
+  for (const TagDescription& tag : tags) {
+    columns.add({style.heading(tag.name), hexadecimal(tag.value),
+                 std::string(tag.type) + "[" + countText(tag) + "]", style.faint(tag.meaning)});
+  }
+  columns.write(out, 0);
+  if (columns.isEmpty()) out << "no tag matches\n";
+}
+
+void writeJsonList(std::ostream& out, const std::vector<TagDescription>& tags) {
+  Json list = Json::array();
+  for (const TagDescription& tag : tags) {
+    const bool varies = tag.count == hesk::kAnyCount;
+    list.push_back({{"name", tag.name},
+                    {"value", hexadecimal(tag.value)},
+                    {"type", tag.type},
+                    {"count", varies ? Json() : Json(tag.count)},
+                    {"meaning", tag.meaning}});
+  }
+  writeJson(out, list);
+  out << '\n';
+}
+
+void writeMarkdown(std::ostream& out, const std::vector<TagDescription>& tags) {
+  out << "# Metadata tags\n\n"
+         "Every tag that the library reads or writes. Made by `./camhook tags --markdown`.\n\n"
+         "| Name | Value | Items | Meaning |\n|---|---|---|---|\n";
+  for (const TagDescription& tag : tags) {
+    out << "| `" << tag.name << "` | `" << hexadecimal(tag.value) << "` | " << tag.type << '['
+        << countText(tag) << "] | " << tag.meaning << " |\n";
+  }
+}
+
+}  // namespace
+
+void listTags(std::ostream& out, std::string_view filter, TagsFormat format, Style style) {
+  std::vector<TagDescription> tags;
+  std::ranges::copy_if(hesk::kTagCatalogue, std::back_inserter(tags),
+                       [&](const TagDescription& tag) {
+                         return holdsIgnoringCase(tag.name, filter) || isValue(filter, tag.value);
+                       });
+  switch (format) {
+    case TagsFormat::text: writeText(out, tags, style); break;
+    case TagsFormat::json: writeJsonList(out, tags); break;
+    case TagsFormat::markdown: writeMarkdown(out, tags); break;
+  }
+}
+
+}  // namespace camhook

@@ -1,0 +1,69 @@
+#include "tools/camhook/show/Terminal.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+
+namespace camhook {
+
+Style Style::forStandardOutput() {
+  const char* noColor = std::getenv("NO_COLOR");
+  return Style(isatty(STDOUT_FILENO) != 0 && (noColor == nullptr || *noColor == '\0'));
+}
+
+std::string Style::dress(std::string_view text, std::string_view code) const {
+  std::string dressed(text);
+  if (mColour) dressed = "\x1b[" + std::string(code) + "m" + dressed + "\x1b[0m";
+  return dressed;
+}
+
+std::size_t displayWidth(std::string_view text) {
+  std::size_t width = 0;
+  bool inCode = false;
+  for (const char byte : text) {
+    if (byte == '\x1b') inCode = true;
+    const bool continuesCharacter = (static_cast<unsigned char>(byte) & 0xc0U) == 0x80U;
+    if (!inCode && !continuesCharacter) ++width;
+    if (byte == 'm') inCode = false;
+  }
+  return width;
+}
+
+void Columns::write(std::ostream& out, std::size_t indent) const {
+  std::vector<std::size_t> widths;
+  for (const auto& row : mRows) {
+    widths.resize(std::max(widths.size(), row.size()));
+    for (std::size_t i = 0; i + 1 < row.size(); ++i) {
+      widths[i] = std::max(widths[i], displayWidth(row[i]));
+    }
+  }
+  for (const auto& row : mRows) {
+    out << std::string(indent, ' ');
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      out << row[i];
+      if (i + 1 < row.size()) out << std::string(widths[i] - displayWidth(row[i]) + 2, ' ');
+    }
+    out << '\n';
+  }
+}
+
+ProgressLine::ProgressLine(std::size_t total)
+    : mTotal(total),
+      mEnabled(isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0),
+      mNext(Clock::now() + std::chrono::milliseconds(200)) {}
+
+ProgressLine::~ProgressLine() {
+  if (mShown) std::cerr << "\r\x1b[K" << std::flush;
+}
+
+void ProgressLine::advance(std::size_t done) {
+  if (!mEnabled || Clock::now() < mNext) return;
+  mNext = Clock::now() + std::chrono::milliseconds(100);
+  mShown = true;
+  std::cerr << "\rcall " << done << " of " << mTotal << " (" << 100 * done / mTotal << " %)"
+            << std::flush;
+}
+
+}  // namespace camhook
