@@ -291,8 +291,8 @@ TEST(Camhook, ReferencePageIsTheCatalogue) {
 }
 
 TEST(Camhook, HelpsWithExamples) {
-  for (const char* words :
-       {"--help", "replay --help", "decide --help", "metadata --help", "tags --help"}) {
+  for (const char* words : {"--help", "replay --help", "decide --help", "metadata --help",
+                            "tags --help", "hooks --help"}) {
     const Outcome outcome = camhookWith(words);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_NE(outcome.output.find("Example:\n  camhook "), std::string::npos) << words;

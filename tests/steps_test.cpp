@@ -73,6 +73,11 @@ TEST(Steps, StandBehindWhatTheyChanged) {
 )");
 }
 
+TEST(Steps, AndHooksHaveTheirReferencePage) {
+  EXPECT_EQ(outputOf("cat docs/hooks.md"), outputOf(CAMHOOK_COMMAND " hooks scenarios/*.json"))
+      << "make it anew: ./camhook hooks scenarios/*.json > docs/hooks.md";
+}
+
 TEST(Steps, AreUnknownWithoutDebugInformation) {
   const std::string output = outputOf(
       R"(folder=$(mktemp -d); strip -o "$folder/stripped.so" )" CAM_LIBRARY

@@ -14,11 +14,13 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "common/tags/TagCatalogue.h"
 #include "tools/camhook/explain/DecideCommand.h"
+#include "tools/camhook/explain/HookReference.h"
 #include "tools/camhook/input/DumpText.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
@@ -115,6 +117,20 @@ int replay(const ReplayOptions& options) {
     progress.advance(++done);
   }
   writer->finish(run.phone().eventStore.all());
+  return 0;
+}
+
+int hooks(const std::vector<std::string>& files) {
+  const DataRoot dataRoot("");
+  std::vector<Scenario> scenarios;
+  for (const std::string& file : files) {
+    if (file.ends_with(".trace.json")) continue;  // an expected trace beside its scenario
+    scenarios.push_back(readFile(file, readScenario));
+    scenarios.back().platform.dataRoot = dataRoot.path().string();
+  }
+  HookReference reference;
+  for (const Scenario& scenario : scenarios) reference.add(scenario);
+  reference.write(std::cout);
   return 0;
 }
 
@@ -225,9 +241,18 @@ void addMetadata(CLI::App& app, std::string& file) {
       "Example:\n  camhook metadata 'request_metadata_[12]_20210304050607.txt' > meta.json");
 }
 
+void addHooks(CLI::App& app, std::vector<std::string>& files) {
+  CLI::App* command = app.add_subcommand(
+      "hooks", "Write what each step of the hooks reads and writes as a page of Markdown");
+  command->add_option("FILE", files, "Scenarios; expected traces among them are passed over")
+      ->required();
+  command->footer("Example:\n  camhook hooks scenarios/*.json > docs/hooks.md");
+}
+
 int run(int argc, char** argv) {
   ReplayOptions replayOptions;
   std::string dumpFile;
+  std::vector<std::string> hookFiles;
   TagsOptions tagsOptions;
   DecideArguments decideArguments;
   CLI::App app("Replays scenarios through the camera hooks and shows what each hook did.",
@@ -241,6 +266,7 @@ int run(int argc, char** argv) {
   addDecide(app, decideArguments);
   addMetadata(app, dumpFile);
   addTags(app, tagsOptions);
+  addHooks(app, hookFiles);
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& request) {  // --help, --version
@@ -251,6 +277,7 @@ int run(int argc, char** argv) {
   if (app.got_subcommand("replay")) return replay(replayOptions);
   if (app.got_subcommand("decide")) return decide(std::move(decideArguments));
   if (app.got_subcommand("metadata")) return metadata(dumpFile);
+  if (app.got_subcommand("hooks")) return hooks(hookFiles);
   return tags(tagsOptions);
 }
 

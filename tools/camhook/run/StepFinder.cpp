@@ -24,7 +24,8 @@ bool isInSteps(const Frame& frame) {
 
 /// A lambda, or what the compiler makes for one to be called by address.
 bool hasNoNameOfItsOwn(const Frame& frame) {
-  return frame.function == "operator()" || frame.function == "_FUN" || frame.function == "__invoke";
+  return frame.function.starts_with("operator()") || frame.function == "_FUN" ||
+         frame.function == "__invoke";
 }
 
 std::optional<Step> innermostStep(const std::vector<Frame>& frames) {

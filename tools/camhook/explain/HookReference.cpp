@@ -1,0 +1,196 @@
+#include "tools/camhook/explain/HookReference.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <ostream>
+#include <regex>
+#include <utility>
+#include <variant>
+
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/run/Replay.h"
+#include "tools/camhook/run/StepFinder.h"
+
+namespace camhook {
+namespace {
+
+constexpr char kSeparator = '\t';
+constexpr std::string_view kRead = "r";
+constexpr std::string_view kWritten = "w";
+
+/// "devices.N.faces", "sat.cameras[N].fov": the page speaks of any device and camera.
+std::string withoutNumbers(const std::string& place) {
+  static const std::regex number(R"(([.\[])-?\d+)");
+  return std::regex_replace(place, number, "$1N");
+}
+
+/// An access as the page has it: read or written, the group, the member.
+struct AccessText {
+  std::string_view container;
+
+  using Words = std::array<std::string, 3>;
+
+  Words operator()(const host::MetadataRead& read) const {
+    return {std::string(kRead), std::string(container), tagText(read.tag)};
+  }
+  Words operator()(const host::MetadataWrite& write) const {
+    return {std::string(kWritten), std::string(container), tagText(write.tag)};
+  }
+  Words operator()(const host::StaticRead& read) const {
+    return {std::string(kRead), "static", tagText(read.tag)};
+  }
+  Words operator()(const host::EventRead& read) const {
+    return {std::string(kRead), "event", read.key};
+  }
+  Words operator()(const host::PropertyRead& read) const {
+    return {std::string(kRead), "property", read.name};
+  }
+  Words operator()(const host::ServiceRead& read) const {
+    return {std::string(kRead), "service", withoutNumbers(read.place)};
+  }
+  Words operator()(const host::Effect& effect) const {
+    if (effect.op == "eventStore.set") {
+      return {std::string(kWritten), "event", std::get<std::string>(effect.fields.front().value)};
+    }
+    return {std::string(kWritten), "effect", effect.op};
+  }
+};
+
+/// The accesses of a call, a line each: hook, step, and the words of the access.
+std::string linesOf(const CallTrace& trace) {
+  std::string lines;
+  for (const auto& [access, container, step] : *trace.accesses) {
+    const auto [direction, group, member] = std::visit(AccessText{container}, access);
+    if (group.empty()) continue;  // a container of the library's own
+    // The first call on a sensor makes its updater, whichever it is.
+    const bool isConstruction = step.name == "HeskParameterUpdater";
+    lines += isConstruction ? CreateInstance::kName : trace.call;
+    for (const std::string& word : {step.name, direction, group, member}) {
+      lines += kSeparator + word;
+    }
+    lines += '\n';
+  }
+  return lines;
+}
+
+std::string linesOf(const Scenario& scenario) {
+  StepFinder steps;
+  Replay replay(scenario.platform);
+  replay.followSteps(steps);
+  std::string lines;
+  for (const ScenarioCall& call : scenario.calls) lines += linesOf(replay.run(call));
+  return lines;
+}
+
+/// What `make` returns in a process of its own. Throws InputError where that fails.
+template <typename Make>
+std::string fromOtherProcess(Make make) {
+  std::array<int, 2> ends{};
+  if (pipe(ends.data()) != 0) throw InputError("camhook: no pipe can be had");
+  const pid_t process = fork();
+  if (process == 0) {
+    const std::string text = make();
+    std::size_t written = 0;
+    while (written < text.size()) {
+      const ssize_t size = ::write(ends[1], text.data() + written, text.size() - written);
+      if (size <= 0) _exit(1);
+      written += static_cast<std::size_t>(size);
+    }
+    _exit(0);
+  }
+  close(ends[1]);
+  std::string text;
+  std::array<char, 4096> block{};
+  for (ssize_t size = 0; (size = read(ends[0], block.data(), block.size())) > 0;) {
+    text.append(block.data(), static_cast<std::size_t>(size));
+  }
+  close(ends[0]);
+  int status = -1;
+  if (process < 0 || waitpid(process, &status, 0) != process || status != 0) {
+    throw InputError("camhook: a scenario could not be run");
+  }
+  return text;
+}
+
+/// The element of that name; a new one at the end where there is none.
+template <typename Named>
+Named& named(std::vector<Named>& list, std::string_view name) {
+  const auto found = std::ranges::find(list, name, &Named::name);
+  if (found != list.end()) return *found;
+  Named& added = list.emplace_back();
+  added.name = name;
+  return added;
+}
+
+/// What stands before the separator, which is taken off with it.
+std::string_view takeWord(std::string_view& line) {
+  const std::size_t end = line.find(kSeparator);
+  const std::string_view word = line.substr(0, end);
+  line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
+  return word;
+}
+
+/// "meta `A`, `B`<br>event `C`".
+template <typename Groups>
+std::string cellOf(const Groups& groups) {
+  std::string cell;
+  for (const auto& [name, members] : groups) {
+    if (!cell.empty()) cell += "<br>";
+    cell += name;
+    const char* separator = " `";
+    for (const std::string& member : members) {
+      cell += std::exchange(separator, ", `") + member + '`';
+    }
+  }
+  return cell;
+}
+
+constexpr const char* kIntroduction = R"(# What the hooks read and write
+
+Made from runs of all stored scenarios on the simulated phone: `./camhook hooks scenarios/*.json`. It tells
+what these runs came by, each step in the order in which it first does. A step is a function of the library.
+
+- `meta`, `app`, `hal`, `out`: tags of the container that the hook is handed under that name. Clearing a tag is
+  writing it.
+- static: tags of a device's static characteristics.
+- event, property: keys of the event store, system properties.
+- service: what of the phone was asked, as the `platform` of a scenario has it ([scenarios.md](scenarios.md)).
+- effect: what was done to the phone, as a trace has it.
+)";
+
+}  // namespace
+
+void HookReference::add(const Scenario& scenario) {
+  const std::string lines = fromOtherProcess([&] { return linesOf(scenario); });
+  std::string_view rest = lines;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find('\n');
+    addLine(rest.substr(0, end));
+    rest.remove_prefix(end + 1);
+  }
+}
+
+void HookReference::addLine(std::string_view line) {
+  Hook& hook = named(mHooks, takeWord(line));
+  Step& step = named(hook.steps, takeWord(line));
+  std::vector<Group>& groups = takeWord(line) == kRead ? step.reads : step.writes;
+  std::vector<std::string>& members = named(groups, takeWord(line)).members;
+  if (std::ranges::find(members, line) == members.end()) members.emplace_back(line);
+}
+
+void HookReference::write(std::ostream& out) const {
+  out << kIntroduction;
+  for (const Hook& hook : mHooks) {
+    out << "\n## " << hook.name << "\n\n| step | reads | writes |\n|---|---|---|\n";
+    for (const Step& step : hook.steps) {
+      out << "| `" << step.name << "` | " << cellOf(step.reads) << " | " << cellOf(step.writes)
+          << " |\n";
+    }
+  }
+}
+
+}  // namespace camhook
