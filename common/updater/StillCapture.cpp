@@ -86,9 +86,10 @@ void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned i
             historyFrames, nonZslFrames);
 
   const auto hal3A = borrowHal3A(mainId);
-  if (!hal3A)
+  if (hal3A == nullptr) {
     HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
               kOperation.name);
+  }
 
   if (nonZslFrames >= 1) {
     if (hal3A != nullptr) hal3A->control(NS3Av3::IHal3A::kSetNonZslFrameCount, nonZslFrames, 0);
