@@ -71,7 +71,7 @@ struct Scene {
     phone.eventStore.set("APP_TYPE", "heskCamera");
     phone.eventStore.set("APP_NAME", "heskCamera");
     phone.properties.set("ro.product.model.zdm", "KX0107");
-    phone.effects.setRecording(false);
+    phone.setObserver(nullptr);
     host::LogSink::openLevels({});
   }
 };

@@ -2,6 +2,12 @@
 
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
+if(NOT CMAKE_CROSSCOMPILING)
+  find_package(PkgConfig)
+  if(PkgConfig_FOUND)
+    pkg_check_modules(libdw IMPORTED_TARGET libdw)
+  endif()
+endif()
 if(CMAKE_CROSSCOMPILING)
   # Of this machine's headers those alone: beside them stand those of its C library.
   set(headers ${PROJECT_BINARY_DIR}/include)

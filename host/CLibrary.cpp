@@ -12,6 +12,7 @@
 std::time_t cam::time(std::time_t* out) { return std::time(out); }
 
 std::tm* cam::localtime_r(const std::time_t* time, std::tm* out) {
+  host::observe([] { return host::ServiceRead{"clock"}; });
   const host::PhoneConfig& config = host::Phone::current().config;
   if (!config.clock) return ::localtime_r(time, out);
   *out = *config.clock;

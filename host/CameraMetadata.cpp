@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "host/MetadataAccess.h"
+#include "host/Observer.h"
 
 namespace {
 
@@ -42,7 +43,7 @@ camera_metadata::Entry entryOf(std::uint32_t tag, const std::vector<T>& items) {
 
 }  // namespace
 
-camera_metadata::camera_metadata(const NSCam::IMetadata& metadata) {
+camera_metadata::camera_metadata(const NSCam::IMetadata& metadata) : source(&metadata) {
   for (const NSCam::IMetadata::IEntry* entry : host::MetadataAccess::entriesByTag(metadata)) {
     entries.push_back(std::visit([&](const auto& items) { return entryOf(entry->tag(), items); },
                                  host::MetadataAccess::itemsOf(*entry)));
@@ -52,6 +53,7 @@ camera_metadata::camera_metadata(const NSCam::IMetadata& metadata) {
 int find_camera_metadata_entry(camera_metadata* buffer, std::uint32_t tag,
                                camera_metadata_entry* entry) {
   if (buffer == nullptr) return -1;
+  host::observe([&] { return host::MetadataRead{buffer->source, tag}; });
   const auto found = std::ranges::find(buffer->entries, tag, &camera_metadata::Entry::tag);
   if (found == buffer->entries.end()) return -1;
   entry->index = static_cast<std::size_t>(found - buffer->entries.begin());

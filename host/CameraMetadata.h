@@ -21,5 +21,6 @@ struct camera_metadata {
 
   explicit camera_metadata(const NSCam::IMetadata& metadata);
 
+  const NSCam::IMetadata* source;  // whose reads an observer is told; never followed
   std::vector<Entry> entries;
 };

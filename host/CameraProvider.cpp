@@ -13,8 +13,9 @@ class SimulatedProvider final : public IHeskCameraProvider {
  public:
   android::hardware::Return<std::int32_t> query(std::int32_t what) override {
     host::Phone& phone = host::Phone::current();
+    host::observe([] { return host::ServiceRead{"provider"}; });
     if (!phone.config.provider) return {};
-    phone.effects.add([&] { return host::Effect{"provider.query", {{"argument", what}}}; });
+    host::observe([&] { return host::Effect{"provider.query", {{"argument", what}}}; });
     return phone.config.provider->fpsCap;
   }
 };
@@ -23,6 +24,7 @@ class SimulatedProvider final : public IHeskCameraProvider {
 
 android::sp<IHeskCameraProvider> IHeskCameraProvider::tryGetService(const std::string& /*name*/,
                                                                     bool /*getStub*/) {
+  host::observe([] { return host::ServiceRead{"provider"}; });
   if (!host::Phone::current().config.provider) return {};
   return new SimulatedProvider;
 }

@@ -28,7 +28,8 @@ std::unique_ptr<NSCam::IDefaultShading> host::createDefaultShading(const char* u
                                                                    std::int32_t sensorIndex) {
   Phone& phone = Phone::current();
   const bool available = phone.config.deviceOrDefault(sensorIndex).hasDefaultShading;
-  phone.effects.add([&] {
+  observe([&] { return ServiceRead{placeOf(sensorIndex, "defaultShading")}; });
+  observe([&] {
     return Effect{"defaultShading.query",
                   {{"sensor", sensorIndex}, {"user", std::string(user)}, {"ok", available}}};
   });

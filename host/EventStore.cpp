@@ -9,9 +9,8 @@ namespace {
 class CurrentEventStore final : public NSCam::ATMsEventMgr {
  public:
   void set(std::string_view key, std::string_view value) override {
-    host::Phone& phone = host::Phone::current();
-    phone.eventStore.set(key, value);
-    phone.effects.add([&] {
+    host::Phone::current().eventStore.set(key, value);
+    host::observe([&] {
       return host::Effect{"eventStore.set",
                           {{"key", std::string(key)}, {"value", std::string(value)}}};
     });
@@ -19,6 +18,7 @@ class CurrentEventStore final : public NSCam::ATMsEventMgr {
 
   void get(std::string_view key, std::string& value) const override {
     value = host::Phone::current().eventStore.get(key);
+    host::observe([&] { return host::EventRead{std::string(key), value}; });
   }
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "host/Modules.h"
 #include "host/Phone.h"
 
 namespace {
@@ -16,11 +17,12 @@ class SimulatedFaces final : public NSCam::IFDContainer {
   explicit SimulatedFaces(const char* user) : mUser(user) {}
 
   void queryLatest(std::int32_t sensor, FaceRecord& record) override {
-    host::Phone& phone = host::Phone::current();
-    phone.effects.add([&] {
+    host::observe([&] { return host::ServiceRead{host::placeOf(sensor, "faces")}; });
+    host::observe([&] {
       return host::Effect{"faces.query", {{"sensor", sensor}, {"user", mUser}}};
     });
-    const std::vector<host::FaceConfig>& faces = phone.config.deviceOrDefault(sensor).faces;
+    const std::vector<host::FaceConfig>& faces =
+        host::Phone::current().config.deviceOrDefault(sensor).faces;
     record.count = static_cast<std::int32_t>(faces.size());
     const std::size_t held = std::min(faces.size(), FaceRecord::kCapacity);
     for (std::size_t i = 0; i < held; ++i) record.faces[i] = {faces[i].rect, faces[i].score};
@@ -34,6 +36,7 @@ class SimulatedFaces final : public NSCam::IFDContainer {
 
 std::unique_ptr<NSCam::IFDContainer> NSCam::IFDContainer::createInstance(const char* user,
                                                                          int /*option*/) {
+  host::observe([] { return host::ServiceRead{"faceDetection"}; });
   if (!host::Phone::current().config.faceDetection) return nullptr;
   return std::make_unique<SimulatedFaces>(user);
 }

@@ -15,7 +15,7 @@ class SimulatedHal3A final : public NS3Av3::IHal3A {
   explicit SimulatedHal3A(std::int32_t sensor) : mSensor(sensor) {}
 
   std::int32_t control(std::int32_t command, std::intptr_t first, std::intptr_t second) override {
-    host::Phone::current().effects.add([&] {
+    host::observe([&] {
       host::Effect effect{"hal3a.control", {{"sensor", mSensor}, {"command", command}}};
       if (command == kSetNonZslFrameCount) {
         effect.fields.push_back({"args", std::vector<std::int64_t>{first, second}});
@@ -30,7 +30,7 @@ class SimulatedHal3A final : public NS3Av3::IHal3A {
   }
 
   void release(const char* user) override {
-    host::Phone::current().effects.add([&] {
+    host::observe([&] {
       return host::Effect{"hal3a.release", {{"sensor", mSensor}, {"user", std::string(user)}}};
     });
     delete this;
@@ -45,6 +45,7 @@ class SimulatedHal3A final : public NS3Av3::IHal3A {
   /// Value i is the base plus i.
   void fillShadingTable(NSCam::MSize grid, std::intptr_t address) const {
     constexpr int kChannels = 4;
+    host::observe([&] { return host::ServiceRead{host::placeOf(mSensor, "hal3a.shadingBase")}; });
     const float base = host::Phone::current().config.deviceOrDefault(mSensor).hal3A.shadingBase;
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
     auto* const table = reinterpret_cast<float*>(address);
@@ -57,9 +58,9 @@ class SimulatedHal3A final : public NS3Av3::IHal3A {
 }  // namespace
 
 NS3Av3::IHal3A* host::createHal3A(std::int32_t sensorIndex, const char* user) {
-  host::Phone& phone = host::Phone::current();
-  const bool available = phone.config.deviceOrDefault(sensorIndex).hal3A.available;
-  phone.effects.add([&] {
+  const bool available = host::Phone::current().config.deviceOrDefault(sensorIndex).hal3A.available;
+  host::observe([&] { return host::ServiceRead{host::placeOf(sensorIndex, "hal3a.available")}; });
+  host::observe([&] {
     return host::Effect{"hal3a.create",
                         {{"sensor", sensorIndex}, {"user", std::string(user)}, {"ok", available}}};
   });

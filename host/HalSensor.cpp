@@ -16,12 +16,12 @@ class SimulatedSensor final : public NSCam::IHalSensor {
 
   std::int32_t sendCommand(std::int32_t deviceIndex, std::int32_t command, std::intptr_t /*first*/,
                            std::intptr_t second, std::intptr_t /*third*/) override {
-    host::Phone& phone = host::Phone::current();
-    phone.effects.add([&] {
+    host::observe([&] { return host::ServiceRead{host::placeOf(mCameraId, "sensor")}; });
+    host::observe([&] {
       return host::Effect{"sensor.command",
                           {{"id", mCameraId}, {"index", deviceIndex}, {"command", command}}};
     });
-    const auto& sensor = phone.config.deviceOrDefault(mCameraId).sensor;
+    const auto& sensor = host::Phone::current().config.deviceOrDefault(mCameraId).sensor;
     if (!sensor) return -1;
     if (command == kSupportsPd) {
       // NOLINTNEXTLINE(performance-no-int-to-ptr): the arguments of commands are numbers
@@ -38,7 +38,7 @@ class SimulatedSensor final : public NSCam::IHalSensor {
   }
 
   void release(const char* user) override {
-    host::Phone::current().effects.add([&] {
+    host::observe([&] {
       return host::Effect{"sensor.release", {{"id", mCameraId}, {"user", std::string(user)}}};
     });
     delete this;
@@ -51,9 +51,9 @@ class SimulatedSensor final : public NSCam::IHalSensor {
 class SimulatedSensorList final : public NSCam::IHalSensorList {
  public:
   NSCam::IHalSensor* createSensor(const char* user, std::int32_t cameraId) override {
-    host::Phone& phone = host::Phone::current();
-    const bool exists = phone.config.deviceOrDefault(cameraId).sensor.has_value();
-    phone.effects.add([&] {
+    const bool exists = host::Phone::current().config.deviceOrDefault(cameraId).sensor.has_value();
+    host::observe([&] { return host::ServiceRead{host::placeOf(cameraId, "sensor")}; });
+    host::observe([&] {
       return host::Effect{"sensor.create",
                           {{"id", cameraId}, {"user", std::string(user)}, {"ok", exists}}};
     });
@@ -61,6 +61,7 @@ class SimulatedSensorList final : public NSCam::IHalSensorList {
   }
 
   [[nodiscard]] std::int32_t queryDeviceIndex(std::int32_t cameraId) const override {
+    host::observe([&] { return host::ServiceRead{host::placeOf(cameraId, "sensor")}; });
     const auto& sensor = host::Phone::current().config.deviceOrDefault(cameraId).sensor;
     return sensor ? sensor->index : 0;
   }
@@ -71,5 +72,6 @@ constinit SimulatedSensorList sSensorList;
 }  // namespace
 
 NSCam::IHalSensorList* host::sensorList() {
+  observe([] { return ServiceRead{"sensorList"}; });
   return Phone::current().config.sensorList ? &sSensorList : nullptr;
 }

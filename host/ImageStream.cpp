@@ -1,9 +1,9 @@
 #include "host/ImageStream.h"
 
-#include "host/Phone.h"
+#include "host/Observer.h"
 
 int host::ImageStream::setTransform(std::uint32_t transform) {
-  Phone::current().effects.add([&] {
+  observe([&] {
     return Effect{"stream.setTransform", {{"id", mId}, {"value", std::int64_t{transform}}}};
   });
   return 0;

@@ -9,12 +9,20 @@
 #include <unordered_map>
 
 #include "host/MetadataAccess.h"
+#include "host/Phone.h"
 
 namespace {
 
 template <typename T>
 std::unique_ptr<T> copyOf(const std::unique_ptr<T>& original) {
   return original != nullptr ? std::make_unique<T>(*original) : nullptr;
+}
+
+host::Access readOf(const NSCam::IMetadata& container, NSCam::IMetadata::Tag_t tag) {
+  for (const auto& [id, device] : host::Phone::current().config.devices) {
+    if (&device.statics == &container) return host::StaticRead{id, tag};
+  }
+  return host::MetadataRead{&container, tag};
 }
 
 }  // namespace
@@ -103,6 +111,7 @@ IMetadata& IMetadata::operator=(IMetadata&& other) noexcept = default;
 IMetadata::~IMetadata() = default;
 
 const IMetadata::IEntry& IMetadata::entryFor(Tag_t tag) const {
+  host::observe([&] { return readOf(*this, tag); });
   static const IEntry kAbsent;
   if (mEntries == nullptr) return kAbsent;
   const auto found = mEntries->byTag.find(tag);
@@ -110,6 +119,7 @@ const IMetadata::IEntry& IMetadata::entryFor(Tag_t tag) const {
 }
 
 int IMetadata::update(Tag_t tag, const IEntry& entry) {
+  host::observe([&] { return host::MetadataWrite{this, tag, entry}; });
   if (mEntries == nullptr) mEntries = std::make_unique<Entries>();
   mEntries->byTag.insert_or_assign(tag, entry);
   return 0;

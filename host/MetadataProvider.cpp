@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 
+#include "host/Modules.h"
 #include "host/Phone.h"
 
 namespace {
@@ -30,6 +31,7 @@ NSCam::IMetadataProvider* NSCam::NSMetadataProviderManager::valueFor(std::int32_
 
 NSCam::IMetadataProvider* NSCam::NSMetadataProviderManager::valueForByDeviceId(
     std::int32_t deviceId) {
+  host::observe([&] { return host::ServiceRead{host::placeOf(deviceId, "static")}; });
   if (!host::Phone::current().config.deviceOrDefault(deviceId).hasProvider) return nullptr;
   static std::mutex mutex;
   static std::map<std::int32_t, DeviceProvider> providers;

@@ -23,6 +23,7 @@ Phone::Phone(PhoneConfig phoneConfig) : Phone(std::move(phoneConfig), Kind::simu
   if (!sCurrent.compare_exchange_strong(none, this)) {
     throw std::logic_error("a process has one simulated phone at a time");
   }
+  setObserver(&effects);
   LogSink::openLevels({'D', 'E', 'I'});
 }
 
@@ -30,14 +31,17 @@ Phone::Phone(PhoneConfig phoneConfig, Kind kind)
     : config(std::move(phoneConfig)),
       properties(std::exchange(config.properties, {})),
       eventStore(std::exchange(config.eventStore, {})),
-      mKind(kind) {
-  effects.setRecording(kind == Kind::simulated);  // nobody takes the effects on a bare phone
-}
+      mKind(kind) {}
 
 Phone::~Phone() {
   if (mKind == Kind::bare || sCurrent != this) return;
   LogSink::openLevels({});
+  setObserver(nullptr);
   sCurrent = nullptr;
+}
+
+Observer* Phone::setObserver(Observer* observer) {
+  return Observer::sCurrent.exchange(observer, std::memory_order_acq_rel);
 }
 
 Phone& Phone::bare() {

@@ -15,7 +15,7 @@
 
 #include <atomic>
 
-#include "host/Effects.h"
+#include "host/EffectCollector.h"
 #include "host/LogSink.h"
 #include "host/OpenedFiles.h"
 #include "host/PhoneConfig.h"
@@ -26,8 +26,8 @@ namespace host {
 
 class Phone {
  public:
-  /// Every log level is open, effects and records are kept. A process has one phone at a time; a
-  /// second one throws std::logic_error.
+  /// Every log level is open, effects and records are kept: `effects` observes. A process has one
+  /// phone at a time; a second one throws std::logic_error.
   explicit Phone(PhoneConfig config = {});
   ~Phone();
   Phone(const Phone&) = delete;
@@ -39,10 +39,14 @@ class Phone {
     return phone != nullptr ? *phone : bare();
   }
 
+  /// Has every access of the library told to `observer`, null: to nobody. Returns who was told
+  /// until now. While no hook runs.
+  Observer* setObserver(Observer* observer);
+
   PhoneConfig config;  // its `properties` and `eventStore` have moved into the stores below
   TextStore properties;
   TextStore eventStore;
-  EffectRecorder effects;
+  EffectCollector effects;
   OpenedFiles openedFiles;
   TuningBuffer tuningBuffer;
   LogSink log;

@@ -12,8 +12,18 @@
 
 #include "host/Phone.h"
 
-int property_get(const char* key, char* value, const char* defaultValue) {
+namespace {
+
+std::string propertyRead(const char* key) {
   std::string text = host::Phone::current().properties.get(key);
+  host::observe([&] { return host::PropertyRead{key, text}; });
+  return text;
+}
+
+}  // namespace
+
+int property_get(const char* key, char* value, const char* defaultValue) {
+  std::string text = propertyRead(key);
   if (text.empty() && defaultValue != nullptr) text = defaultValue;
   const std::size_t length = std::min<std::size_t>(text.size(), PROPERTY_VALUE_MAX - 1);
   *std::copy_n(text.data(), length, value) = '\0';
@@ -21,7 +31,7 @@ int property_get(const char* key, char* value, const char* defaultValue) {
 }
 
 bool property_get_bool(const char* key, bool defaultValue) {
-  const std::string text = host::Phone::current().properties.get(key);
+  const std::string text = propertyRead(key);
   const auto isOneOf = [&](auto... words) { return ((text == words) || ...); };
   if (isOneOf("1", "y", "yes", "on", "true")) return true;
   if (isOneOf("0", "n", "no", "off", "false")) return false;

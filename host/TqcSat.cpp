@@ -3,6 +3,7 @@
 #include "platform/TqcSat.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "host/Phone.h"
@@ -20,20 +21,22 @@ class SimulatedConverter final : public TqcMetaConverter {
  public:
   float GetSensorFovByCameraIdx(int index) override {
     const auto& cameras = host::Phone::current().config.sat.cameras;
+    host::observe(
+        [&] { return host::ServiceRead{"sat.cameras[" + std::to_string(index) + "].fov"}; });
     if (index < 0 || static_cast<std::size_t>(index) >= cameras.size()) return 0.0F;
     return cameras[static_cast<std::size_t>(index)].fov;
   }
 
   void TranslateResultRegion(std::vector<TagInfo>& regions, float ratio, int index) override {
-    host::Phone& phone = host::Phone::current();
-    phone.effects.add([&] {
+    host::observe([] { return host::ServiceRead{"sat.translate"}; });
+    host::observe([&] {
       std::vector<host::Effect::Region> handed;
       handed.reserve(regions.size());
       for (const TagInfo& region : regions) handed.push_back({region.kind, region.input});
       return host::Effect{"sat.translate",
                           {{"ratio", ratio}, {"index", index}, {"regions", std::move(handed)}}};
     });
-    const auto& [scale, dx, dy] = phone.config.sat.translate;
+    const auto& [scale, dx, dy] = host::Phone::current().config.sat.translate;
     for (TagInfo& region : regions) {
       region.output = {translated(region.input.x, scale, dx), translated(region.input.y, scale, dy),
                        translated(region.input.w, scale, 0), translated(region.input.h, scale, 0)};
@@ -44,6 +47,8 @@ class SimulatedConverter final : public TqcMetaConverter {
 class SimulatedSat final : public TqcSat {
  public:
   [[nodiscard]] std::vector<Camera> cameras() const override {
+    host::observe([] { return host::ServiceRead{"sat.cameras"}; });
+    host::observe([] { return host::ServiceRead{"sat.configured"}; });
     const host::SatConfig& sat = host::Phone::current().config.sat;
     const auto listed = static_cast<std::int32_t>(sat.cameras.size());
     std::vector<Camera> configured;
@@ -54,6 +59,7 @@ class SimulatedSat final : public TqcSat {
   }
 
   [[nodiscard]] std::int32_t defaultRole() const override {
+    host::observe([] { return host::ServiceRead{"sat.defaultRole"}; });
     return host::Phone::current().config.sat.defaultRole;
   }
 

@@ -6,7 +6,8 @@
 
 void Hesk3AInfoManager::Get3AInfoBuf(HIF3ABufferInfo* info, unsigned int requestedSize) {
   host::Phone& phone = host::Phone::current();
-  phone.effects.add([&] {
+  host::observe([] { return host::ServiceRead{"tuningBuffer"}; });
+  host::observe([&] {
     return host::Effect{"tuningBuffer.get", {{"size", std::int64_t{requestedSize}}}};
   });
   const auto& config = phone.config.tuningBuffer;

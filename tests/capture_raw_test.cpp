@@ -252,7 +252,7 @@ TEST(CaptureRaw, DoesWithoutTheModulesOfTheHal) {
 
 TEST(CaptureRaw, AllocatesForStatisticsWhatTheirEntryDoes) {
   host::Phone phone;
-  phone.effects.setRecording(false);
+  phone.setObserver(nullptr);
   host::LogSink::openLevels({});
   const TestUpdater updater;
   const auto allocationsFor = [&](std::size_t size, std::size_t given) {

@@ -118,7 +118,7 @@ class PipelineThreads : public testing::Test {
   PipelineThreads() {
     // Every lock that two threads take puts them in an order in which a race of theirs is not seen.
     host::LogSink::openLevels({});
-    mPhone.effects.setRecording(false);
+    mPhone.setObserver(nullptr);
     for (int index = 0; index < kSensors; ++index) {
       Sensor& sensor = mSensors.emplace_back(Sensor{SensorPipeline(index), {}});
       for (int frame = 0; frame < kFrames; ++frame) {
@@ -182,7 +182,7 @@ TEST_F(PipelineThreads, GiveEveryFrameWhatItGetsAlone) {
 TEST_F(PipelineThreads, LogEveryFrameOnce) {
   constexpr int kTimes = 2;
   host::LogSink::openLevels({'D', 'E', 'I'});
-  mPhone.effects.setRecording(true);
+  mPhone.setObserver(&mPhone.effects);
   LogReader reader;
   serve(kTimes, [&](unsigned int) {
     reader.read(mPhone);

@@ -224,7 +224,7 @@ TEST(RequestMetaAllocations, PreviewAllocatesWhatItsWritesDo) {
   host::Phone phone;
   phone.eventStore.set("APP_TYPE", "heskCamera");
   phone.properties.set("ro.product.model.zdm", "KX0107");
-  phone.effects.setRecording(false);
+  phone.setObserver(nullptr);
   host::LogSink::openLevels({});
   const TestUpdater updater(1);
   updater.fields.streamIds() = {3, 7};

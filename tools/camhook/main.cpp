@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -24,6 +25,7 @@
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/run/Replay.h"
+#include "tools/camhook/run/StepFinder.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/TagsCommand.h"
 #include "tools/camhook/show/Terminal.h"
@@ -38,6 +40,7 @@ constexpr int kInputRefused = 2;
 struct ReplayOptions {
   std::string file;
   bool json = false;
+  bool steps = false;
   std::string logs;
   std::string dataRoot;
 };
@@ -103,6 +106,8 @@ int replay(const ReplayOptions& options) {
                                          recordsFromName(options.logs), scenario.calls.size());
   }
   Replay run(std::move(scenario.platform));
+  std::optional<StepFinder> steps;
+  if (options.steps) run.followSteps(steps.emplace());
   ProgressLine progress(scenario.calls.size());
   std::size_t done = 0;
   for (const ScenarioCall& call : scenario.calls) {
@@ -165,6 +170,7 @@ void addReplay(CLI::App& app, ReplayOptions& options) {
   command->add_option("FILE", options.file, "The scenario; - reads it from standard input")
       ->required();
   command->add_flag("--json", options.json, "Write the trace as JSON");
+  command->add_flag("--steps", options.steps, "Show which step of the library wrote each tag");
   command->add_option("--logs", options.logs, "Show log records of this level and above")
       ->check(CLI::IsMember({"debug", "info", "error"}))
       ->type_name("LEVEL");

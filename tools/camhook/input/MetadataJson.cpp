@@ -249,10 +249,14 @@ Json jsonFromItems(const IMetadata::IEntry& entry) {
 Json jsonFromMetadata(const IMetadata& metadata) {
   Json json = Json::object();
   for (const IMetadata::IEntry* entry : host::MetadataAccess::entriesByTag(metadata)) {
-    json[tagText(entry->tag())] = {{"type", host::typeName(host::MetadataAccess::itemsOf(*entry))},
-                                   {"items", jsonFromItems(*entry)}};
+    json[tagText(entry->tag())] = jsonFromEntry(*entry);
   }
   return json;
+}
+
+Json jsonFromEntry(const IMetadata::IEntry& entry) {
+  return {{"type", host::typeName(host::MetadataAccess::itemsOf(entry))},
+          {"items", jsonFromItems(entry)}};
 }
 
 std::string tagText(std::uint32_t tag) {

@@ -23,6 +23,9 @@ std::uint64_t wideTagFromText(const std::string& text, const Place& place);
 /// Every entry that holds an item in its long form, ordered by tag.
 Json jsonFromMetadata(const NSCam::IMetadata& metadata);
 
+/// The long form of an entry that holds an item.
+Json jsonFromEntry(const NSCam::IMetadata::IEntry& entry);
+
 /// The items of an entry, as a trace lists them.
 Json jsonFromItems(const NSCam::IMetadata::IEntry& entry);
 

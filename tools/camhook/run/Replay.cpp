@@ -35,7 +35,7 @@ Json stateOf(HeskParameterUpdater& updater) {
           {"mPrimaryCameraDiagonalFov", fields.diagonalFovDegrees()}};
 }
 
-NSCam::IMetadata* pointerTo(MetadataArgument& metadata) { return metadata ? &*metadata : nullptr; }
+constexpr std::size_t kMostContainers = 3;  // of a call; none moves while the call runs
 
 Json jsonFromSize(NSCam::MSize size) { return Json::array({size.w, size.h}); }
 
@@ -64,61 +64,93 @@ HeskParameterUpdater::ImageStreams imageStreams(
   return map;
 }
 
+/// Keeps what an observer is told during a call in its trace.
+class Recorder final : public host::Observer {
+ public:
+  /// Without `steps` effects alone.
+  Recorder(host::Phone& phone, CallTrace& trace, StepFinder* steps)
+      : mPhone(phone), mBefore(phone.setObserver(this)), mTrace(trace), mSteps(steps) {
+    if (mSteps != nullptr) mTrace.accesses.emplace();
+  }
+  ~Recorder() { mPhone.setObserver(mBefore); }
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
+
+  void onAccess(const host::Access& access) override {
+    if (const auto* effect = std::get_if<host::Effect>(&access)) mTrace.effects.push_back(*effect);
+    if (mSteps == nullptr) return;
+    mTrace.accesses->push_back({access, nameOfContainer(access), mSteps->find(returnAddresses())});
+  }
+
+ private:
+  [[nodiscard]] std::string_view nameOfContainer(const host::Access& access) const {
+    const NSCam::IMetadata* container = nullptr;
+    if (const auto* read = std::get_if<host::MetadataRead>(&access)) container = read->container;
+    if (const auto* write = std::get_if<host::MetadataWrite>(&access)) container = write->container;
+    for (const ContainerTrace& handed : mTrace.containers) {
+      if (handed.after && &*handed.after == container) return handed.name;
+    }
+    return {};
+  }
+
+  host::Phone& mPhone;
+  host::Observer* mBefore;
+  CallTrace& mTrace;
+  StepFinder* mSteps;
+};
+
 /// Runs one call. `updater` is null where there is none, and for calls that take none.
 struct Runner {
   CallTrace& trace;
   host::Phone& phone;
   HeskParameterUpdater* updater;
 
+  /// A hook works on the container in its trace, by whose address an observer knows it.
+  [[nodiscard]] NSCam::IMetadata* hand(std::string_view name,
+                                       const MetadataArgument& metadata) const {
+    trace.containers.push_back({name, metadata, metadata});
+    MetadataArgument& after = trace.containers.back().after;
+    return after ? &*after : nullptr;
+  }
+
   void operator()(const CreateInstance& /*call*/) const { trace.result = updater != nullptr; }
 
   void operator()(const UpdateSessionParams& call) const {
-    ContainerTrace container{"meta", call.meta, call.meta};
-    if (updater != nullptr) {
-      updater->updateSessionParams(pointerTo(container.after), imageStreams(call.streams));
-    }
-    trace.containers.push_back(std::move(container));
+    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    if (updater != nullptr) updater->updateSessionParams(meta, imageStreams(call.streams));
   }
 
   void operator()(const UpdateResultMeta& call) const {
-    ContainerTrace container{"meta", call.meta, call.meta};
-    if (updater != nullptr) updater->updateResultMeta(pointerTo(container.after), call.requestNo);
-    trace.containers.push_back(std::move(container));
+    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    if (updater != nullptr) updater->updateResultMeta(meta, call.requestNo);
   }
 
   void operator()(const UpdateCaptureRawParameter& call) const {
-    ContainerTrace app{"app", call.app, call.app};
-    ContainerTrace hal{"hal", call.hal, call.hal};
-    ContainerTrace out{"out", call.out, call.out};
-    if (updater != nullptr) {
-      updater->updateCaptureRawParameter(pointerTo(app.after), pointerTo(hal.after),
-                                         pointerTo(out.after));
-    }
-    trace.containers = {std::move(app), std::move(hal), std::move(out)};
+    NSCam::IMetadata* const app = hand("app", call.app);
+    NSCam::IMetadata* const hal = hand("hal", call.hal);
+    NSCam::IMetadata* const out = hand("out", call.out);
+    if (updater != nullptr) updater->updateCaptureRawParameter(app, hal, out);
   }
 
   void operator()(const UpdateTuningData& call) const {
-    ContainerTrace container{"meta", call.meta, call.meta};
+    NSCam::IMetadata* const meta = hand("meta", call.meta);
     std::vector<std::byte> block = tuningBlock(call.size);
     bool isDone = false;
     if (updater != nullptr) {
-      isDone = updater->updateTuningData(pointerTo(container.after), block.data(), call.size);
+      isDone = updater->updateTuningData(meta, block.data(), call.size);
       trace.result = isDone;
     }
     const auto shared = phone.tuningBuffer.bytes();
     const bool isCopied = isDone && shared.size() >= block.size() &&
                           std::equal(block.begin(), block.end(), shared.begin());
     trace.extras = {{"copied", isCopied}};
-    trace.containers.push_back(std::move(container));
   }
 
   void operator()(const TranslateResultRegion& call) const {
-    ContainerTrace container{"meta", call.meta, call.meta};
-    if (updater != nullptr) {
-      updater->translateResultRegionForHesk(pointerTo(container.after), call.value, call.cameraId,
-                                            static_cast<long>(call.tag));
-    }
-    trace.containers.push_back(std::move(container));
+    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    if (updater == nullptr) return;
+    updater->translateResultRegionForHesk(meta, call.value, call.cameraId,
+                                          static_cast<long>(call.tag));
   }
 
   void operator()(const SetPreviewSize& call) const {
@@ -133,10 +165,10 @@ struct Runner {
   }
 
   void operator()(const DumpMetadata& call) const {
-    trace.containers.push_back({"meta", call.meta, call.meta});
+    const NSCam::IMetadata* const meta = hand("meta", call.meta);
     if (updater != nullptr) {
       std::optional<camera_metadata> buffer;
-      if (call.meta) buffer.emplace(*call.meta);
+      if (meta != nullptr) buffer.emplace(*meta);
       updater->dumpMetadata(buffer ? &*buffer : nullptr, call.name.c_str(), call.frame);
     }
     const std::vector<std::string> files = phone.openedFiles.take();
@@ -146,18 +178,16 @@ struct Runner {
 
   void operator()(const DecideSensorScenario& call) const {
     trace.sensor = call.sensor;
-    ContainerTrace container{"meta", call.meta, call.meta};
+    NSCam::IMetadata* const meta = hand("meta", call.meta);
     const auto info = std::make_shared<HeskSensorModeControl::StreamInfo>();
     *info = {.hasVideoConsumer = call.video, .mainOutputSize = {call.width, call.height}};
-    trace.result = HeskSensorModeControl::createInstance(call.sensor)
-                       ->decideSensorScenario(pointerTo(container.after), info);
-    trace.containers.push_back(std::move(container));
+    trace.result =
+        HeskSensorModeControl::createInstance(call.sensor)->decideSensorScenario(meta, info);
   }
 
   void operator()(const UpdateRequestMeta& call) const {
-    ContainerTrace container{"meta", call.meta, call.meta};
-    if (updater != nullptr) updater->updateRequestMeta(pointerTo(container.after), call.requestNo);
-    trace.containers.push_back(std::move(container));
+    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    if (updater != nullptr) updater->updateRequestMeta(meta, call.requestNo);
   }
 
   void operator()(const SetEvent& call) const { phone.eventStore.set(call.key, call.value); }
@@ -179,6 +209,8 @@ Replay::Replay(host::PhoneConfig platform, Updaters updaters)
 CallTrace Replay::run(const ScenarioCall& scenarioCall) {
   CallTrace trace;
   trace.arguments = scenarioCall.arguments;
+  trace.containers.reserve(kMostContainers);
+  const Recorder recorder(mPhone, trace, mSteps);
   HeskParameterUpdater* updater = nullptr;
   std::visit(
       [&]<typename CallType>(const CallType& concrete) {
@@ -195,7 +227,6 @@ CallTrace Replay::run(const ScenarioCall& scenarioCall) {
         }
       },
       scenarioCall.call);
-  trace.effects = mPhone.effects.take();
   trace.logs = mPhone.log.take();
   return trace;
 }

@@ -14,6 +14,7 @@
 #include "host/Phone.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/Scenario.h"
+#include "tools/camhook/run/StepFinder.h"
 
 namespace camhook {
 
@@ -30,6 +31,13 @@ struct StateTrace {
   Json after;
 };
 
+/// An access of the library to the phone, and the step that made it.
+struct StepAccess {
+  host::Access access;
+  std::string_view container;  // for metadata; empty where it is none that the call was handed
+  Step step;
+};
+
 /// What one call did.
 struct CallTrace {
   std::string_view call;
@@ -40,6 +48,7 @@ struct CallTrace {
   std::vector<ContainerTrace> containers;
   std::optional<StateTrace> state;  // none: the call has nothing to do with an updater
   std::vector<host::Effect> effects;
+  std::optional<std::vector<StepAccess>> accesses;  // in order; none: not asked for
   std::vector<host::LogRecord> logs;
 };
 
@@ -53,6 +62,9 @@ class Replay {
   explicit Replay(host::PhoneConfig platform,
                   Updaters updaters = &HeskParameterUpdater::createInstance);
 
+  /// Has the accesses of every call from now on kept, with the steps that `steps` finds.
+  void followSteps(StepFinder& steps) { mSteps = &steps; }
+
   CallTrace run(const ScenarioCall& call);
 
   [[nodiscard]] const host::Phone& phone() const { return mPhone; }
@@ -60,6 +72,7 @@ class Replay {
  private:
   host::Phone mPhone;
   Updaters mUpdaters;
+  StepFinder* mSteps = nullptr;
   std::map<std::int32_t, Json> mStates;  // by sensor, after its latest call
 };
 

@@ -30,6 +30,22 @@ Json jsonFromRecord(const host::LogRecord& record) {
           {"message", record.message}};
 }
 
+/// What was written to the containers that the call was handed.
+Json jsonFromWrites(const std::vector<StepAccess>& accesses) {
+  Json writes = Json::array();
+  for (const auto& [access, container, step] : accesses) {
+    const auto* write = std::get_if<host::MetadataWrite>(&access);
+    if (write == nullptr || container.empty()) continue;
+    writes.push_back({{"container", container},
+                      {"tag", tagText(write->tag)},
+                      {"value", write->entry.isEmpty() ? Json() : jsonFromEntry(write->entry)},
+                      {"step", step.name},
+                      {"file", step.file},
+                      {"line", step.line}});
+  }
+  return writes;
+}
+
 Json jsonFromCall(const CallTrace& trace) {
   Json json;
   json["call"] = trace.call;
@@ -47,6 +63,7 @@ Json jsonFromCall(const CallTrace& trace) {
     json["effects"].push_back(jsonFromEffect(effect));
   json["logs"] = Json::array();
   for (const host::LogRecord& record : trace.logs) json["logs"].push_back(jsonFromRecord(record));
+  if (trace.accesses) json["writes"] = jsonFromWrites(*trace.accesses);
   return json;
 }
 

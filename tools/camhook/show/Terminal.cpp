@@ -31,7 +31,7 @@ std::size_t displayWidth(std::string_view text) {
   return width;
 }
 
-void Columns::write(std::ostream& out, std::size_t indent) const {
+std::vector<std::string> Columns::lines() const {
   std::vector<std::size_t> widths;
   for (const auto& row : mRows) {
     widths.resize(std::max(widths.size(), row.size()));
@@ -39,14 +39,19 @@ void Columns::write(std::ostream& out, std::size_t indent) const {
       widths[i] = std::max(widths[i], displayWidth(row[i]));
     }
   }
+  std::vector<std::string> lines;
   for (const auto& row : mRows) {
-    out << std::string(indent, ' ');
+    std::string& line = lines.emplace_back();
     for (std::size_t i = 0; i < row.size(); ++i) {
-      out << row[i];
-      if (i + 1 < row.size()) out << std::string(widths[i] - displayWidth(row[i]) + 2, ' ');
+      line += row[i];
+      if (i + 1 < row.size()) line.append(widths[i] - displayWidth(row[i]) + 2, ' ');
     }
-    out << '\n';
   }
+  return lines;
+}
+
+void Columns::write(std::ostream& out, std::size_t indent) const {
+  for (const std::string& line : lines()) out << std::string(indent, ' ') << line << '\n';
 }
 
 ProgressLine::ProgressLine(std::size_t total)

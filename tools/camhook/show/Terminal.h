@@ -38,6 +38,9 @@ class Columns {
   void add(std::vector<std::string> row) { mRows.push_back(std::move(row)); }
   [[nodiscard]] bool isEmpty() const { return mRows.empty(); }
 
+  /// The rows, each a line.
+  [[nodiscard]] std::vector<std::string> lines() const;
+
   /// Writes the rows behind a margin of `indent` blanks.
   void write(std::ostream& out, std::size_t indent) const;
 

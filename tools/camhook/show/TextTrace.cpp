@@ -1,9 +1,12 @@
 #include "tools/camhook/show/TextTrace.h"
 
+#include <algorithm>
 #include <limits>
 #include <ostream>
 #include <set>
 #include <sstream>
+#include <utility>
+#include <variant>
 
 #include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
@@ -19,6 +22,7 @@ using Entry = NSCam::IMetadata::IEntry;
 constexpr std::size_t kMostItems = 12;  // shown of an entry
 constexpr std::size_t kAllItems = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t kMargin = 4;
+constexpr std::size_t kLineWidth = 120;  // that changes with their steps keep to
 constexpr const char* kAbsent = "absent";
 constexpr const char* kArrow = "\u2192";
 
@@ -73,6 +77,41 @@ std::string streamsText(const Json& streams) {
   return text.empty() ? "none" : text;
 }
 
+/// What a call wrote to a tag of a container, in order.
+std::vector<const StepAccess*> writesTo(const CallTrace& trace, std::string_view container,
+                                        std::uint32_t tag) {
+  std::vector<const StepAccess*> writes;
+  for (const StepAccess& each : *trace.accesses) {
+    const auto* write = std::get_if<host::MetadataWrite>(&each.access);
+    if (write != nullptr && write->tag == tag && each.container == container) {
+      writes.push_back(&each);
+    }
+  }
+  return writes;
+}
+
+/// "FrameRate.cpp:56": no two sources of the library have one name.
+std::string placeText(const Step& step) {
+  return step.file.substr(step.file.rfind('/') + 1) + ":" + std::to_string(step.line);
+}
+
+std::size_t widest(const std::vector<std::string>& texts) {
+  std::size_t width = 0;
+  for (const std::string& text : texts) width = std::max(width, displayWidth(text));
+  return width;
+}
+
+/// Where a column behind the texts begins, if it is to begin at `latest`: longer ones do not count.
+std::size_t columnBehind(const std::vector<std::string>& texts, std::size_t latest) {
+  constexpr std::size_t kGap = 2;
+  std::size_t column = kGap;
+  for (const std::string& text : texts) {
+    const std::size_t end = displayWidth(text) + kGap;
+    if (end <= latest) column = std::max(column, end);
+  }
+  return column;
+}
+
 TextTrace::Records leastToShow(char level) {
   switch (level) {
     case 'E': return TextTrace::Records::error;
@@ -89,10 +128,10 @@ TextTrace::TextTrace(std::ostream& out, Style style, Records records, std::size_
 void TextTrace::write(const CallTrace& trace) {
   ++mCallNumber;
   writeTitle(trace);
-  for (const ContainerTrace& container : trace.containers) writeContainer(container);
+  for (const ContainerTrace& container : trace.containers) writeContainer(trace, container);
   if (trace.state) writeState(*trace.state);
   writeEffects(trace.effects);
-  writeRecords(trace.logs);
+  writeRecords(trace);
   mOut << '\n';
 }
 
@@ -127,13 +166,14 @@ void TextTrace::writeExtra(std::string_view name, const Json& value) {
   }
 }
 
-void TextTrace::writeContainer(const ContainerTrace& container) {
+void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& container) {
   mOut << "  " << mStyle.heading(container.name);
   if (!container.after) {
     mOut << "  null\n";
     return;
   }
-  Columns columns;
+  Columns changes;
+  Columns steps;
   std::size_t unchanged = 0;
   for (const std::uint32_t tag : tagsOf(container)) {
     const Entry& before = container.before->entryFor(tag);
@@ -145,10 +185,43 @@ void TextTrace::writeContainer(const ContainerTrace& container) {
     const std::string old = entryText(before, kMostItems);
     std::string fresh = entryText(after, kMostItems);
     if (old == fresh) fresh += " (differs behind)";
-    columns.add({tagText(tag), mStyle.faint(old), kArrow, mStyle.fresh(fresh)});
+    changes.add({tagText(tag), mStyle.faint(old), kArrow, mStyle.fresh(fresh)});
+    if (!trace.accesses) continue;
+    const std::vector<const StepAccess*> writes = writesTo(trace, container.name, tag);
+    for (std::size_t i = writes.size(); i-- > 0;) {
+      const auto& [access, name, step] = *writes[i];
+      const bool isLast = i + 1 == writes.size();
+      const auto dress = [&](const std::string& text) {
+        return isLast ? text : mStyle.faint(text);
+      };
+      steps.add({dress(step.name), mStyle.faint(placeText(step))});
+      if (isLast) continue;
+      const Entry& entry = std::get<host::MetadataWrite>(access).entry;
+      changes.add({mStyle.faint("  overwritten"), "", mStyle.faint(kArrow),
+                   mStyle.faint(entryText(entry, kMostItems))});
+    }
   }
   mOut << mStyle.faint("  " + std::to_string(unchanged) + " unchanged") << '\n';
-  columns.write(mOut, kMargin);
+  writeChanges(changes, steps);
+}
+
+/// Each change on a line, and its step behind it; on the next line where a change is too long.
+void TextTrace::writeChanges(const Columns& changes, const Columns& steps) {
+  const std::vector<std::string> texts = changes.lines();
+  const std::vector<std::string> places = steps.lines();
+  const std::size_t column = kMargin + columnBehind(texts, kLineWidth - kMargin - widest(places));
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    mOut << std::string(kMargin, ' ') << texts[i];
+    if (i < places.size()) {
+      std::size_t at = kMargin + displayWidth(texts[i]);
+      if (at + 2 > column) {
+        mOut << '\n';
+        at = 0;
+      }
+      mOut << std::string(column - at, ' ') << places[i];
+    }
+    mOut << '\n';
+  }
 }
 
 void TextTrace::writeState(const StateTrace& state) {
@@ -185,14 +258,16 @@ void TextTrace::writeEffects(const std::vector<host::Effect>& effects) {
   columns.write(mOut, kMargin);
 }
 
-void TextTrace::writeRecords(const std::vector<host::LogRecord>& records) {
+void TextTrace::writeRecords(const CallTrace& trace) {
   Columns columns;
-  for (const host::LogRecord& record : records) {
+  for (const host::LogRecord& record : trace.logs) {
     if (mRecords < leastToShow(record.level)) continue;
     const std::string level(1, record.level);
-    columns.add({record.level == 'E' ? mStyle.alarming(level) : level,
-                 mStyle.faint(record.file + ":" + std::to_string(record.line)),
-                 printable(record.message)});
+    std::vector<std::string> row{record.level == 'E' ? mStyle.alarming(level) : level};
+    if (trace.accesses)
+      row.push_back(mStyle.faint(record.file + ":" + std::to_string(record.line)));
+    row.push_back(printable(record.message));
+    columns.add(std::move(row));
   }
   if (columns.isEmpty()) return;
   mOut << "  " << mStyle.heading("log") << '\n';

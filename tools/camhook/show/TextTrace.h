@@ -1,4 +1,4 @@
-// The trace for people: what each call changed.
+// The trace for people: what each call changed, and by which step where the trace has that.
 
 #pragma once
 
@@ -25,10 +25,11 @@ class TextTrace final : public TraceWriter {
  private:
   void writeTitle(const CallTrace& trace);
   void writeExtra(std::string_view name, const Json& value);
-  void writeContainer(const ContainerTrace& container);
+  void writeContainer(const CallTrace& trace, const ContainerTrace& container);
+  void writeChanges(const Columns& changes, const Columns& steps);
   void writeState(const StateTrace& state);
   void writeEffects(const std::vector<host::Effect>& effects);
-  void writeRecords(const std::vector<host::LogRecord>& records);
+  void writeRecords(const CallTrace& trace);
 
   std::ostream& mOut;
   Style mStyle;

@@ -1,10 +1,8 @@
-// What the library did to the platform, in order.
+// What the library did to the platform.
 
 #pragma once
 
-#include <atomic>
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <variant>
 #include <vector>
@@ -35,29 +33,6 @@ struct Effect {
   std::vector<Field> fields;
 
   friend bool operator==(const Effect&, const Effect&) = default;
-};
-
-/// Keeps effects until they are taken. Any thread.
-class EffectRecorder {
- public:
-  /// Recording is on from the start. Off, `make` is not called.
-  void setRecording(bool on) { mRecording = on; }
-
-  /// Records the effect that `make` returns.
-  template <typename Make>
-  void add(Make make) {
-    if (!mRecording) return;
-    const std::lock_guard lock(mMutex);
-    mEffects.push_back(make());
-  }
-
-  /// The effects since the last call.
-  std::vector<Effect> take();
-
- private:
-  std::mutex mMutex;
-  std::atomic<bool> mRecording = true;
-  std::vector<Effect> mEffects;
 };
 
 }  // namespace host

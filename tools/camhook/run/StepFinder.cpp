@@ -1,0 +1,64 @@
+#include "tools/camhook/run/StepFinder.h"
+
+#include <algorithm>
+#include <iostream>
+#include <string_view>
+#include <vector>
+
+namespace camhook {
+namespace {
+
+/// Where the library keeps the words of its steps, which are none themselves.
+constexpr std::string_view kVocabulary[] = {"common/tags/",
+                                            "common/log/",
+                                            "common/Events.h",
+                                            "common/Product.h",
+                                            "common/updater/Borrowed.h",
+                                            "common/updater/StaticMetadata.h"};
+
+bool isInSteps(const Frame& frame) {
+  return frame.file.starts_with("common/") &&
+         std::ranges::none_of(
+             kVocabulary, [&](std::string_view start) { return frame.file.starts_with(start); });
+}
+
+/// A lambda, or what the compiler makes for one to be called by address.
+bool hasNoNameOfItsOwn(const Frame& frame) {
+  return frame.function == "operator()" || frame.function == "_FUN" || frame.function == "__invoke";
+}
+
+std::optional<Step> innermostStep(const std::vector<Frame>& frames) {
+  for (const Frame& frame : frames) {
+    if (!isInSteps(frame) || hasNoNameOfItsOwn(frame)) continue;
+    if (frame.function.empty() || frame.line == 0) return Step();
+    return Step{frame.function, frame.file, frame.line};
+  }
+  return {};
+}
+
+}  // namespace
+
+Step StepFinder::find(std::span<void* const> returnAddresses) {
+  for (const void* address : returnAddresses) {
+    if (const std::optional<Step>& step = stepAt(address)) {
+      if (*step != Step()) return *step;
+      break;
+    }
+  }
+  if (!mHasWarned) {
+    mHasWarned = true;
+    std::cerr << "camhook: steps without debug information of the library are shown as ?\n";
+  }
+  return {};
+}
+
+const std::optional<Step>& StepFinder::stepAt(const void* returnAddress) {
+  const auto [known, isNew] = mKnown.try_emplace(returnAddress);
+  if (isNew) {
+    const auto frames = mDebugInfo.framesOf(returnAddress);
+    known->second = frames ? innermostStep(*frames) : Step();
+  }
+  return known->second;
+}
+
+}  // namespace camhook
