@@ -3,6 +3,7 @@
 
 #include "common/HeskSensorModeControl.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -23,8 +24,8 @@ HeskSensorModeControl* HeskSensorModeControl::createInstance(int sensorId) {
 void HeskSensorModeControl::getProductName() {
   constexpr log::Operation kOperation = sensorModeOperation("getProductName");
 
-  productName.fill('\0');
-  productModel("default").copy(productName.data(), productName.size() - 1);
+  const auto model = productModel("default");
+  std::copy_n(model.begin(), productName.size() - 1, productName.begin());  // its last stays zero
   HESK_LOGD(kOperation, "[%s] productName %s", kOperation.name, productName.data());
 }
 

@@ -3,18 +3,17 @@
 #pragma once
 
 #include <array>
-#include <string>
 
 #include "platform/Properties.h"
 
 namespace hesk {
 
 /// The product's model name as it is now: the property ro.product.model.zdm, `fallback` where it is
-/// unset.
-inline std::string productModel(const char* fallback) {
+/// unset. Ends with a zero.
+inline std::array<char, PROPERTY_VALUE_MAX> productModel(const char* fallback) {
   std::array<char, PROPERTY_VALUE_MAX> name{};
   property_get("ro.product.model.zdm", name.data(), fallback);
-  return name.data();
+  return name;
 }
 
 }  // namespace hesk

@@ -57,8 +57,7 @@ void transfer(Tape& tape, camhook::UpdateTuningData& call) {
 
 template <typename Tape>
 void transfer(Tape& tape, camhook::TranslateResultRegion& call) {
-  transferAll(tape, call.sensor, call.meta, call.value, call.cameraId);
-  transferTag(tape, call.tag);
+  transferAll(tape, call.sensor, call.meta, call.value, call.cameraId, call.tag);
 }
 
 template <typename Tape>

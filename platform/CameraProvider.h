@@ -18,7 +18,6 @@ class Return {
   Return() = default;
   Return(T value) : mValue(value) {}
 
-  [[nodiscard]] bool isOk() const { return mValue.has_value(); }
   [[nodiscard]] T withDefault(T fallback) const { return mValue.value_or(fallback); }
 
  private:

@@ -21,9 +21,7 @@ namespace NSCam {
 
 /// Selects an overload by item type.
 template <typename T>
-struct Type2Type {
-  using OriginalType = T;
-};
+struct Type2Type {};
 
 /// The six types that an item can have.
 template <typename T>

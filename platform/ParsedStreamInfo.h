@@ -10,7 +10,7 @@ struct ParsedAppImageStreamInfo {
   /// One of the streams records video.
   bool hasVideoConsumer = false;
 
-  /// The size in pixels of the app's main output: the video where there is one, else the preview.
+  /// The size in pixels of the app's main output, preview or video.
   MSize mainOutputSize;
 };
 

@@ -45,7 +45,6 @@ class sp {
     if (mObject != nullptr) mObject->decStrong(this);
   }
 
-  [[nodiscard]] T* get() const { return mObject; }
   T& operator*() const { return *mObject; }
   T* operator->() const { return mObject; }
 

@@ -13,8 +13,6 @@
 
 namespace {
 
-using hesk::log::Level;
-
 constexpr hesk::log::Source kSource{"HeskExample", "common/HeskExample.cpp"};
 constexpr hesk::log::Operation kOperation{kSource, "doExample"};
 
@@ -52,14 +50,14 @@ TEST(LogRecord, NamesItsOperationWhereTheMessageBeginsWithIt) {
 
 TEST(LogRecord, IsOneLineOfPrefixTagPlaceAndUnexpandedMessage) {
   hesk::log::RecordBuffer buffer;
-  hesk::log::formatRecord(buffer, kOperation, Level::error, 12, "[%s] frame %d");
+  hesk::log::formatRecord(buffer, kOperation, hesk::log::kError, 12, "[%s] frame %d");
   EXPECT_STREQ(buffer.data(), "E[HeskExample] HeskExample.cpp:12 doExample() [%s] frame %d");
 }
 
 TEST(LogRecord, IsCutAt1023Characters) {
   hesk::log::RecordBuffer buffer;
   const std::string message(2000, 'x');
-  hesk::log::formatRecord(buffer, kOperation, Level::debug, 1, message.c_str());
+  hesk::log::formatRecord(buffer, kOperation, hesk::log::kDebug, 1, message.c_str());
   EXPECT_EQ(std::string(buffer.data()).size(), 1023U);
   EXPECT_EQ(buffer[1022], 'x');
 }

@@ -4,11 +4,11 @@
 
 namespace hesk::log {
 
-void formatRecord(RecordBuffer& buffer, const Operation& operation, Level level, int line,
+void formatRecord(RecordBuffer& buffer, const Operation& operation, const Level& level, int line,
                   const char* message) {
   buffer.fill('\0');
   std::snprintf(buffer.data(), buffer.size(), "%s[%s] %s:%d %s() %s",
-                g_logInfoLv[platformLevel(level).number].prefix, operation.source.tag,
+                g_logInfoLv[level.number].prefix, operation.source.tag,
                 get_filename(operation.source.path), line, operation.name, message);
 }
 

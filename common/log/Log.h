@@ -19,7 +19,14 @@
 
 namespace hesk::log {
 
-enum class Level { debug, error, info };
+/// What the platform calls a level.
+struct Level {
+  const char* letter;
+  cam_debug_level_t number;  // the index of its g_logInfoLv entry, too
+};
+inline constexpr Level kDebug{"D", CAM_DEBUG_LEVEL_DEBUG};
+inline constexpr Level kError{"E", CAM_DEBUG_LEVEL_ERROR};
+inline constexpr Level kInfo{"I", CAM_DEBUG_LEVEL_INFO};
 
 /// What the records of a class have in common.
 struct Source {
@@ -33,26 +40,10 @@ struct Operation {
   const char* name;
 };
 
-/// What the platform calls a level.
-struct LevelInfo {
-  const char* letter;
-  cam_debug_level_t number;  // the index of its g_logInfoLv entry, too
-};
-
-constexpr LevelInfo platformLevel(Level level) {
-  switch (level) {
-    case Level::error: return {"E", CAM_DEBUG_LEVEL_ERROR};
-    case Level::info: return {"I", CAM_DEBUG_LEVEL_INFO};
-    case Level::debug: break;
-  }
-  return {"D", CAM_DEBUG_LEVEL_DEBUG};
-}
-
 /// The gate: whether records of this class and level are written. Any thread.
-inline bool isOpen(const Operation& operation, Level level) {
-  const LevelInfo info = platformLevel(level);
-  return (g_logInfoLv[info.number].flags & cam_log_info_t::kEnabled) != 0 &&
-         mtkcam_testLog(operation.source.tag, info.letter) != 0;
+inline bool isOpen(const Operation& operation, const Level& level) {
+  return (g_logInfoLv[level.number].flags & cam_log_info_t::kEnabled) != 0 &&
+         mtkcam_testLog(operation.source.tag, level.letter) != 0;
 }
 
 /// Room for a record before its arguments are filled in, the terminating zero included. A longer
@@ -61,16 +52,16 @@ inline constexpr std::size_t kRecordBytes = 1024;
 using RecordBuffer = std::array<char, kRecordBytes>;
 
 /// Formats the head of a record followed by `message`, whose placeholders stay as they are.
-void formatRecord(RecordBuffer& buffer, const Operation& operation, Level level, int line,
+void formatRecord(RecordBuffer& buffer, const Operation& operation, const Level& level, int line,
                   const char* message);
 
 /// Writes one record, past the gate.
 template <typename... Args>
-void writeRecord(const Operation& operation, Level level, int line, const char* message,
+void writeRecord(const Operation& operation, const Level& level, int line, const char* message,
                  Args... args) {
   RecordBuffer record;
   formatRecord(record, operation, level, line, message);
-  log_dbg_print(operation.source.tag, platformLevel(level).number, record.data(), args...);
+  log_dbg_print(operation.source.tag, level.number, record.data(), args...);
 }
 
 /// Does nothing: the compiler checks the arguments of its calls.
@@ -86,6 +77,6 @@ void writeRecord(const Operation& operation, Level level, int line, const char* 
     }                                                                    \
   } while (false)
 
-#define HESK_LOGD(operation, ...) HESK_LOG_RECORD(operation, ::hesk::log::Level::debug, __VA_ARGS__)
-#define HESK_LOGE(operation, ...) HESK_LOG_RECORD(operation, ::hesk::log::Level::error, __VA_ARGS__)
-#define HESK_LOGI(operation, ...) HESK_LOG_RECORD(operation, ::hesk::log::Level::info, __VA_ARGS__)
+#define HESK_LOGD(operation, ...) HESK_LOG_RECORD(operation, ::hesk::log::kDebug, __VA_ARGS__)
+#define HESK_LOGE(operation, ...) HESK_LOG_RECORD(operation, ::hesk::log::kError, __VA_ARGS__)
+#define HESK_LOGI(operation, ...) HESK_LOG_RECORD(operation, ::hesk::log::kInfo, __VA_ARGS__)

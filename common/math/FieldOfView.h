@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 #include "common/math/Conversion.h"
 
@@ -16,9 +15,6 @@ inline std::int32_t diagonalFovDegrees(float widthMm, float heightMm,
                                        float focalLengthMm) noexcept {
   // Not pi, on purpose: it lifts views that lie just below a whole degree across it.
   constexpr double kDegreesDivisor = 3.1415;
-
-  // Zero divisors give infinities and NaNs, which atan and toInt32 take.
-  static_assert(std::numeric_limits<double>::is_iec559);
 
   const double width = widthMm;
   const double height = heightMm;

@@ -1,5 +1,5 @@
-// The zoom transition's configuration (SAT), product by product. Carried for the multi-camera
-// library; nothing in this library looks it up. Built when the library is loaded and never changed.
+// The zoom transition's configuration (SAT), product by product. Nothing in this library looks it
+// up. Built when the library is loaded and never changed.
 
 #pragma once
 

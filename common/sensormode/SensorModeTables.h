@@ -11,7 +11,7 @@ struct SensorModeCfg {
   /// In a number: not a condition. Configurations do not have this value; it would match.
   static constexpr std::int32_t kNoCondition = -1;
 
-  /// What counts for a number that a configuration does not have.
+  /// What counts for eisMode, videoAlgoType and uiMode where a configuration has none.
   static constexpr std::int32_t kMissing = -2;
 
   std::int32_t isHfpsMode;      // 1: high-frame-rate preview, MTK_STREAMING_FEATURE_HFPS_MODE

@@ -16,7 +16,7 @@ namespace {
 constexpr log::Operation kOperation = sensorModeOperation("specialCustomize");
 
 constexpr std::int32_t kFrontSensor = 1;
-constexpr NSCam::MSize kCallSize{640, 480};
+constexpr NSCam::MSize k640x480{640, 480};
 
 /// What the overrides look at.
 struct Configuration {
@@ -28,7 +28,7 @@ struct Configuration {
   NSCam::MSize size;
 };
 
-bool isImsCallNotWiderThan4To3(const Configuration& configuration) {
+bool isImsNotWiderThan4To3(const Configuration& configuration) {
   return configuration.appType == "mtk_ims" && configuration.size.h / 3 >= configuration.size.w / 4;
 }
 
@@ -51,11 +51,11 @@ bool isInstagramButInFront(const Configuration& configuration) {
   return configuration.appName == "Instagram" && configuration.sensorId != kFrontSensor;
 }
 
-bool isThirdPartyCall(const Configuration& configuration) {
-  const bool isCallApp = configuration.appName == "Whatsapp" ||
-                         configuration.appName == "Messenger" ||
-                         configuration.appType == "3rd_party";
-  return isCallApp && configuration.size == kCallSize;
+bool isThirdPartyAt640x480(const Configuration& configuration) {
+  const bool isItsApp = configuration.appName == "Whatsapp" ||
+                        configuration.appName == "Messenger" ||
+                        configuration.appType == "3rd_party";
+  return isItsApp && configuration.size == k640x480;
 }
 
 bool isFrontVideoHdr(const Configuration& configuration) {
@@ -64,18 +64,18 @@ bool isFrontVideoHdr(const Configuration& configuration) {
          configuration.sensorId == kFrontSensor;
 }
 
-bool isFrontWechatCall(const Configuration& configuration) {
+bool isFrontWechatAt640x480(const Configuration& configuration) {
   return configuration.appType == "Wechat" && configuration.sensorId == kFrontSensor &&
-         configuration.size == kCallSize;
+         configuration.size == k640x480;
 }
 
 bool isNightVideo(const Configuration& configuration) {
   return read(configuration.meta, tags::HESK_CONTROL_NIGHTMODE) == 1 && configuration.hasVideo;
 }
 
-bool isOwnCallVideo(const Configuration& configuration) {
+bool isOwnVideoAt640x480(const Configuration& configuration) {
   return configuration.appType == "heskCamera" && configuration.hasVideo &&
-         configuration.size == kCallSize;
+         configuration.size == k640x480;
 }
 
 struct Override {
@@ -88,7 +88,7 @@ struct Override {
 // In order: the last that fires holds. The messages are kept as they are, though some name other
 // apps than are tested.
 constexpr Override kOverrides[] = {
-    {"an IMS call not wider than 4:3", isImsCallNotWiderThan4To3, NORMAL_PREVIEW,
+    {"mtk_ims not wider than 4:3", isImsNotWiderThan4To3, NORMAL_PREVIEW,
      [] { HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for wechat or ims", kOperation.name); }},
     {"Dingding near 4:3", isDingdingNear4To3, NORMAL_PREVIEW,
      [] { HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for Dingding", kOperation.name); }},
@@ -101,14 +101,14 @@ constexpr Override kOverrides[] = {
        HESK_LOGD(kOperation, "[%s] Instagram need VIDEO sensor mode except camera 1",
                  kOperation.name);
      }},
-    {"Whatsapp, Messenger or a third party at 640x480", isThirdPartyCall, NORMAL_PREVIEW,
+    {"Whatsapp, Messenger or a third party at 640x480", isThirdPartyAt640x480, NORMAL_PREVIEW,
      [] { HESK_LOGD(kOperation, "[%s] NORMAL_PREVIEW for third party app", kOperation.name); }},
     {"video HDR on the front camera", isFrontVideoHdr, CUSTOM1,
      [] { HESK_LOGD(kOperation, "[%s] VIDEO_HDR for front camera", kOperation.name); }},
-    {"Wechat at 640x480 on the front camera", isFrontWechatCall, CUSTOM2,
+    {"Wechat at 640x480 on the front camera", isFrontWechatAt640x480, CUSTOM2,
      [] { HESK_LOGE(kOperation, "[%s] wechat meet set sensor mode to CUSTOM2", kOperation.name); }},
     {"video in night mode", isNightVideo, NORMAL_VIDEO, nullptr},
-    {"video of the maker's app at 640x480", isOwnCallVideo, CUSTOM1,
+    {"video of the maker's app at 640x480", isOwnVideoAt640x480, CUSTOM1,
      [] {
        HESK_LOGD(kOperation, "[%s] change message-camera video sensor mode to custom1",
                  kOperation.name);

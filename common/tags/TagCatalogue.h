@@ -20,7 +20,7 @@ struct TagDescription {
 
 inline constexpr std::uint32_t kAnyCount = 0;
 
-/// Every tag that the library knows, ordered by value.
+/// Every tag of the catalogue, ordered by value.
 inline constexpr auto kTagCatalogue = std::to_array<TagDescription>({
 #define TAG(name, value, type, count, meaning) {#name, value, #type, count, meaning},
 #include "common/tags/Tags.def"

@@ -13,8 +13,6 @@ namespace hesk {
 /// A metadata tag whose items are of type `T`.
 template <NSCam::MetadataItem T>
 struct Tag {
-  using Item = T;
-
   std::uint32_t value;
 };
 
@@ -36,11 +34,11 @@ using type_rational = NSCam::MRational;
 /// Tags of the platform that the catalogue, and so `camhook tags`, does not publish.
 namespace unlisted {
 
-inline constexpr Tag<std::int32_t> PLATFORM_EIS{0x80070000};             // session: 1, 4K at 60 fps
-inline constexpr Tag<std::int32_t> PLATFORM_EIS_MODE{0x80070003};        // session: 1 with it
+inline constexpr Tag<std::int32_t> SESSION_4K60_0{0x80070000};           // session: 1, 4K at 60 fps
+inline constexpr Tag<std::int32_t> SESSION_4K60_3{0x80070003};           // session: 1 with it
 inline constexpr Tag<std::int32_t> PLATFORM_LUX{0x8006001a};             // result: a lux value
 inline constexpr Tag<std::uint8_t> SESSION_MARK{0x800b000a};             // session: always 1
-inline constexpr Tag<std::int32_t> HIGH_SPEED_VIDEO{0x800f0000};         // session: fps, fps / 30
+inline constexpr Tag<std::int32_t> SESSION_HIGH_SPEED{0x800f0000};       // session: fps, fps / 30
 inline constexpr Tag<std::int32_t> APP_PIP_DEVICES{0xc003009a};          // session: two devices
 inline constexpr Tag<std::int32_t> APP_VIDEO_FLIP{0xc003009c};           // session: not 0 flips
 inline constexpr Tag<std::uint8_t> STATIC_MULTICAM_FEATURE{0xc008000e};  // static: kind of device

@@ -45,9 +45,9 @@ void writeAeResult(IMetadata* outMeta, const AeResult& ae) {
 
 void writeLightFlag(IMetadata* outMeta, std::int32_t luxIndex) {
   constexpr std::int32_t kFirstDarkLux = 311;
-  const std::int32_t isLight = luxIndex < kFirstDarkLux ? 1 : 0;
-  write(outMeta, tags::MTK_RAW_ALGO_ISLIGHTENV, isLight);
-  HESK_LOGD(kOperation, " ISLIGHTENV  %d", isLight);
+  const std::int32_t lightEnv = luxIndex < kFirstDarkLux ? 1 : 0;
+  write(outMeta, tags::MTK_RAW_ALGO_ISLIGHTENV, lightEnv);
+  HESK_LOGD(kOperation, " ISLIGHTENV  %d", lightEnv);
 }
 
 /// The inverse of the neutral point; infinite where there is none.

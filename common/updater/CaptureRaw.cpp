@@ -33,7 +33,8 @@ void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IM
     HESK_LOGE(kOperation, "[%s] no default shading for sensor %d", kOperation.name, sensor);
     return;
   }
-  if (outMeta != nullptr) *outMeta += shading->query(halMeta, appMeta);
+  const IMetadata answer = shading->query(halMeta, appMeta);
+  if (outMeta != nullptr) *outMeta += answer;
   HESK_LOGD(kOperation, "[%s] get shadingtable default", kOperation.name);
 }
 
@@ -78,8 +79,8 @@ void markForRawAlgorithm(IMetadata* halMeta) {
 bool isWithoutSat(const IMetadata* appMeta, std::int64_t mode) {
   constexpr std::int64_t kModeWithoutSat = modeBit(24);
   constexpr std::int32_t kModuleWithoutSat = 32;
-  return (mode & kModeWithoutSat) != 0 &&
-         read(appMeta, tags::COM_HESK_CURRENTUIMODULE) == kModuleWithoutSat;
+  const std::int32_t uiModule = read(appMeta, tags::COM_HESK_CURRENTUIMODULE);
+  return (mode & kModeWithoutSat) != 0 && uiModule == kModuleWithoutSat;
 }
 
 float appZoomRatio(const IMetadata* appMeta) {

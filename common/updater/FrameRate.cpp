@@ -123,7 +123,7 @@ void hesk::limitAndPinFrameRate(IMetadata* request, std::string_view appName) {
 
 void hesk::setLogicalMulticamFrameRate(IMetadata* request) {
   constexpr std::int32_t kFrameRate = 29;
-  if (!productModel("0").starts_with("KX0102")) return;
+  if (!std::string_view(productModel("0").data()).starts_with("KX0102")) return;
   replaceItem(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kUpperBound, kFrameRate);
 }
 

@@ -1,4 +1,4 @@
-// The steps that rewrite a request's frame-rate range, MTK_CONTROL_AE_TARGET_FPS_RANGE, in frames a
+// The steps that rewrite the frame-rate range, MTK_CONTROL_AE_TARGET_FPS_RANGE, in frames a
 // second. The order in which the hooks take them decides, as each overwrites the ones before.
 
 #pragma once

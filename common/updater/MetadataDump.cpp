@@ -32,11 +32,10 @@ bool readIntent(camera_metadata* meta, std::int32_t& intent) {
   return true;
 }
 
-/// A label that does not fit is a fault of the caller that must not lead to another frame's file.
+/// Ends the process where the label is too long for the path.
 MetadataDumpPath pathOf(const char* label, int frameNumber) {
   MetadataDumpPath path{};
   const int length = formatMetadataDumpPath(path, label, frameNumber, currentTimeStamp().data());
-  // As unsigned a negative length is past the end, too.
   if (static_cast<std::size_t>(length) >= path.size()) {
     HESK_LOGE(kOperation, "[%s] no room for the path of the dump %s", kOperation.name, label);
     std::fprintf(stderr,

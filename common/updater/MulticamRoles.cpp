@@ -1,11 +1,13 @@
 // Who is who in a multi-camera device: its main and its master camera, and the role of the camera
 // that captured.
 
+#include <algorithm>
+
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/SatCameras.h"
 #include "common/updater/StaticMetadata.h"
 #include "common/updater/UpdaterLog.h"
+#include "platform/TqcSat.h"
 
 namespace {
 
@@ -40,9 +42,9 @@ void HeskParameterUpdater::setCameraRole(IMetadata* outMeta, int cameraId) {
   constexpr log::Operation kOperation = updaterOperation("setCameraRole");
 
   const TqcSat& sat = TqcSat::GetInstance();
-  const int index = satCameraIndex(sat, cameraId);
-  const std::int32_t role =
-      index >= 0 ? sat.cameras()[static_cast<std::size_t>(index)].role : sat.defaultRole();
+  const auto cameras = sat.cameras();
+  const auto camera = std::ranges::find(cameras, cameraId, &TqcSat::Camera::id);
+  const std::int32_t role = camera != cameras.end() ? camera->role : sat.defaultRole();
   HESK_LOGI(kOperation, "[%s] current snapshot cameraRole %d", kOperation.name, role);
   write(outMeta, tags::MTK_RAW_ALGO_CAMERA_ROLE, role);
 }

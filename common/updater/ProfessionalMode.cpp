@@ -66,10 +66,10 @@ void publishMotionLevel(const IMetadata* request) {
 }
 
 void publishSecondSnapshot(const IMetadata* request) {
-  const auto isSecondSnapshot = readIfPresent(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT);
-  if (!isSecondSnapshot) return;
-  publish("HESK_ISSECONDSNAPSHOT", *isSecondSnapshot);
-  HESK_LOGD(kOperation, "HESK_ISSECONDSNAPSHOT : %d", *isSecondSnapshot);
+  const auto secondSnapshot = readIfPresent(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT);
+  if (!secondSnapshot) return;
+  publish("HESK_ISSECONDSNAPSHOT", *secondSnapshot);
+  HESK_LOGD(kOperation, "HESK_ISSECONDSNAPSHOT : %d", *secondSnapshot);
 }
 
 }  // namespace

@@ -32,8 +32,8 @@ void writeMulticamEnable(IMetadata* meta, MulticamFeatureMode mode) {
 }
 
 void forcePreview(IMetadata* meta, std::int32_t uiModule) {
-  if (uiModule != kUiModule8) return;
-  if (read(meta, tags::HESK_CONTROL_KEEP_CAPTURE_INTENT) == 1) return;
+  const std::int32_t keep = read(meta, tags::HESK_CONTROL_KEEP_CAPTURE_INTENT);
+  if (uiModule != kUiModule8 || keep == 1) return;
   // int32 items in byte tags: established behaviour, which is kept.
   writeAs<std::int32_t>(meta, tags::ANDROID_CONTROL_CAPTURE_INTENT, 1);
   writeAs<std::int32_t>(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, 0);

@@ -1,5 +1,6 @@
 // The result hook, as the list of its steps.
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -40,11 +41,9 @@ void echoVideoNoiseReduction(IMetadata* result) {
   HESK_LOGD(kOperation, "[%s] HESK_FEEDBACK_VIDEONRRECOMMEND:%d", kOperation.name, recommendation);
 }
 
-void publishPreviewScene(const IMetadata* result) {
+void publishPreviewScene(std::optional<std::int32_t> scene) {
   constexpr std::int32_t kPublishedScene = 128;
-  if (const auto scene = readIfPresent(result, tags::COM_HESK_SCENETYPE)) {
-    setEvent("PREVIEW_SCENEMODE", *scene == kPublishedScene ? "128" : "0");
-  }
+  if (scene) setEvent("PREVIEW_SCENEMODE", *scene == kPublishedScene ? "128" : "0");
 }
 
 void writePair(IMetadata* result, float first, float second) {
@@ -94,9 +93,10 @@ void echoColourTemperatureUse(IMetadata* result) {
 }  // namespace
 
 void HeskParameterUpdater::updateResultMeta(IMetadata* result, unsigned int requestNo) {
+  const auto scene = readIfPresent(result, tags::COM_HESK_SCENETYPE);
   writeExposure(result);
   echoVideoNoiseReduction(result);
-  publishPreviewScene(result);
+  publishPreviewScene(scene);
   writePairAndLux(result, mInstanceId);
   write(result, tags::MTK_RAW_ALGO_SENSITIVITY, read(result, tags::ANDROID_SENSOR_SENSITIVITY));
   echoRequestNo(result, requestNo);

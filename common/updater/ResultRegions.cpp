@@ -10,8 +10,8 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/math/Conversion.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/SatCameras.h"
 #include "common/updater/UpdaterLog.h"
+#include "platform/TqcSat.h"
 
 namespace {
 
@@ -26,6 +26,13 @@ constexpr auto kLots = tags::unlisted::RESULT_LOT_REGIONS;
 enum RegionKind : std::int32_t { kEye = 3, kLot = 4, kHumanBody = 5 };
 
 constexpr std::size_t kSides = 4;  // the items of a rectangle
+
+/// The position of the first configured camera with that id; -1 for none.
+int satCameraIndex(const TqcSat& sat, std::int32_t cameraId) {
+  const auto cameras = sat.cameras();
+  const auto found = std::ranges::find(cameras, cameraId, &TqcSat::Camera::id);
+  return found != cameras.end() ? static_cast<int>(found - cameras.begin()) : -1;
+}
 
 TagInfo regionOf(RegionKind kind, std::int32_t left, std::int32_t top, std::int32_t right,
                  std::int32_t bottom) {

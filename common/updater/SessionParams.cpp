@@ -69,7 +69,7 @@ void writeHighSpeedVideo(IMetadata* session, std::string_view appType, std::int3
   constexpr std::int32_t kDivisor = 30;
   // With a capital first letter: another text than the next step compares with.
   if (appType != "HeskCamera" || frameRate < kLowestHighSpeed) return;
-  write(session, tags::unlisted::HIGH_SPEED_VIDEO, frameRate, frameRate / kDivisor);
+  write(session, tags::unlisted::SESSION_HIGH_SPEED, frameRate, frameRate / kDivisor);
 }
 
 /// Whether the last stream for a video encoder is of 4K or larger.
@@ -89,16 +89,17 @@ bool isVideo4K(const ImageStreams& streams) {
 void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::string_view appType,
                          std::int32_t frameRate) {
   if (appType != "heskCamera") return;
+  const bool is4K = isVideo4K(streams);
   const std::int32_t eisEnable = read(session, tags::HESK_CONTROL_EISENABLE, kMissing);
-  if (!isVideo4K(streams) || eisEnable == 0 || frameRate != 60) {
+  if (!is4K || eisEnable == 0 || frameRate != 60) {
     write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{0});
     return;
   }
   HESK_LOGD(kOperation, "[%s] use mtk eis for 4k and 60fps video", kOperation.name);
   write(session, tags::HESK_CONTROL_EISENABLE, 0);
   write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{1});
-  write(session, tags::unlisted::PLATFORM_EIS, 1);
-  write(session, tags::unlisted::PLATFORM_EIS_MODE, 1);
+  write(session, tags::unlisted::SESSION_4K60_0, 1);
+  write(session, tags::unlisted::SESSION_4K60_3, 1);
 }
 
 bool isVideoFlipped(const IMetadata* session) {

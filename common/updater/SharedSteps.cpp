@@ -38,7 +38,8 @@ void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor
   constexpr std::uint8_t kStabilizationOff = 0;
 
   if (sensor != kFrontSensor || isOwnCameraApp(appType)) return;
-  const std::string product = productModel("default");
+  const auto model = productModel("default");
+  const std::string_view product(model.data());
   if (!product.starts_with("KX0107") && !product.starts_with("KX0106")) return;
   write(metadata, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, kStabilizationOff);
 }

@@ -1,9 +1,8 @@
 // Still captures in the request hook: the book of multi-frame captures.
 //
-// The camera app announces a capture with HESK_CONTROL_HISFRAME on its first request: how many
-// frames it takes from history, and how many non-zero-shutter-lag frames follow. From then on the
-// book knows of every request which frame of the burst it is (mNonZslFrames) and how many frames
-// are still to come (mCaptureCount).
+// The camera app announces a capture with HESK_CONTROL_HISFRAME: its counts of "hisframes" and
+// "nonhisframes". From then on the book knows of every request which frame of the burst it is
+// (mNonZslFrames) and how many frames are still to come (mCaptureCount).
 
 #include <algorithm>
 #include <string_view>
@@ -80,22 +79,23 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
 
 void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned int requestNo,
                                                int mainId) {
-  const std::int32_t historyFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 0);
-  const std::int32_t nonZslFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 1);
-  HESK_LOGE(kOperation, "[%s] cap request hisframe %d, nonhisframe %d", kOperation.name,
-            historyFrames, nonZslFrames);
+  const std::int32_t hisFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 0);
+  const std::int32_t nonHisFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 1);
+  HESK_LOGE(kOperation, "[%s] cap request hisframe %d, nonhisframe %d", kOperation.name, hisFrames,
+            nonHisFrames);
 
   const auto hal3A = borrowHal3A(mainId);
-  if (!hal3A)
+  if (hal3A == nullptr) {
     HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
               kOperation.name);
-
-  if (nonZslFrames >= 1) {
-    if (hal3A != nullptr) hal3A->control(NS3Av3::IHal3A::kSetNonZslFrameCount, nonZslFrames, 0);
-    if (historyFrames == 0) bookBurst(requestNo, nonZslFrames);
   }
 
-  const std::int32_t announced = wrappingAdd(historyFrames, nonZslFrames);
+  if (nonHisFrames >= 1) {
+    if (hal3A != nullptr) hal3A->control(NS3Av3::IHal3A::kSetNonZslFrameCount, nonHisFrames, 0);
+    if (hisFrames == 0) bookBurst(requestNo, nonHisFrames);
+  }
+
+  const std::int32_t announced = wrappingAdd(hisFrames, nonHisFrames);
   if (announced != 0) {
     mCaptureCount = announced;
   } else if (mCaptureCount >= 2) {

@@ -27,7 +27,7 @@ constexpr std::int32_t kFunVideoModule = 26;
 constexpr std::int32_t kPhotoModule = 31;
 constexpr std::int32_t kMoonModule = 32;
 constexpr std::int32_t kProfessionalModule2 = 51;
-constexpr std::int32_t kStabilizedModule = 53;
+constexpr std::int32_t kEisReportModule = 53;
 
 constexpr std::int64_t kPhotoMode = modeBit(0);
 constexpr std::int64_t kHdrMode = modeBit(1);
@@ -69,33 +69,35 @@ const char* superNightName(std::int32_t sceneType) {
 
 const char* moonName(std::int32_t moonMode) { return moonMode == 3 ? "SuperMoon" : "NormalMoon"; }
 
-/// What the UI module is called; null where that says nothing.
-const char* moduleName(const IMetadata* request, std::int32_t uiModule) {
-  switch (uiModule) {
-    case kSuperNightModule: return superNightName(read(request, tags::COM_HESK_SCENETYPE));
-    case kMoonModule: return moonName(read(request, tags::HESK_CONTROL_MOONMODE));
-    default: break;
-  }
-  const auto* module = std::ranges::find(kUiModules, uiModule, &UiModule::number);
-  return module != std::end(kUiModules) ? module->name : nullptr;
-}
-
 /// What the steps look at. Without a mode, -1, every bit counts as set: such a request is a photo.
 struct AppState {
   std::int32_t uiModule;
   std::int64_t currentMode;
   std::int32_t eisEnable;
+  std::int32_t sceneType;
 };
 
 AppState readAppState(const IMetadata* request) {
   const AppState state{.uiModule = read(request, tags::COM_HESK_CURRENTUIMODULE, -1),
                        .currentMode = read(request, tags::HESK_CONTROL_CURRENTMODE, -1),
-                       .eisEnable = read(request, tags::HESK_CONTROL_EISENABLE, -1)};
+                       .eisEnable = read(request, tags::HESK_CONTROL_EISENABLE, -1),
+                       .sceneType = read(request, tags::COM_HESK_SCENETYPE)};
   HESK_LOGD(kOperation,
             "[%s] COM_HESK_CURRENTUIMODULE %d, HESK_CONTROL_CURRENTMODE %d, eisenable %d",
             kOperation.name, state.uiModule, static_cast<std::int32_t>(state.currentMode),
             state.eisEnable);
   return state;
+}
+
+/// What the UI module is called; null where that says nothing.
+const char* moduleName(const IMetadata* request, const AppState& state) {
+  switch (state.uiModule) {
+    case kSuperNightModule: return superNightName(state.sceneType);
+    case kMoonModule: return moonName(read(request, tags::HESK_CONTROL_MOONMODE));
+    default: break;
+  }
+  const auto* module = std::ranges::find(kUiModules, state.uiModule, &UiModule::number);
+  return module != std::end(kUiModules) ? module->name : nullptr;
 }
 
 bool isProfessional(std::int32_t uiModule) {
@@ -129,10 +131,9 @@ bool nameVideo(const IMetadata* request) {
   return true;
 }
 
-void setUpSuperNight(IMetadata* request) {
+void setUpSuperNight(IMetadata* request, std::int32_t sceneType) {
   constexpr std::uint8_t kStillCapture = 2;
-  HESK_LOGD(kOperation, "[%s] sceneType %d", kOperation.name,
-            read(request, tags::COM_HESK_SCENETYPE));
+  HESK_LOGD(kOperation, "[%s] sceneType %d", kOperation.name, sceneType);
   write(request, tags::ANDROID_CONTROL_SCENE_MODE, kNight);
   HESK_LOGD(kOperation, "[%s] supernight mode set MTK_CONTROL_SCENE_MODE_NIGHT", kOperation.name);
   if (read(request, tags::ANDROID_CONTROL_CAPTURE_INTENT) != kStillCapture) return;
@@ -147,10 +148,10 @@ void setUpProfessional(IMetadata* request) {
 }
 
 bool nameModule(IMetadata* request, const AppState& state) {
-  const char* name = moduleName(request, state.uiModule);
+  const char* name = moduleName(request, state);
   if (name == nullptr) return false;
   setAppName(name);
-  if (state.uiModule == kSuperNightModule) setUpSuperNight(request);
+  if (state.uiModule == kSuperNightModule) setUpSuperNight(request, state.sceneType);
   if (isProfessional(state.uiModule)) setUpProfessional(request);
   return true;
 }
@@ -162,7 +163,7 @@ bool nameHdr(const AppState& state) {
 }
 
 void reportStabilization(IMetadata* request, const AppState& state, bool hasVideoStream) {
-  if (!hasVideoStream && state.uiModule != kStabilizedModule && state.uiModule != kFunVideoModule) {
+  if (!hasVideoStream && state.uiModule != kEisReportModule && state.uiModule != kFunVideoModule) {
     return;
   }
   write(request, tags::HESK_EISSTATE, state.eisEnable >= 1 ? 1 : 0);
@@ -190,5 +191,6 @@ void HeskParameterUpdater::updateTuningAppName(IMetadata* request, unsigned int 
   } else if (appType == "engcamera" && read(request, tags::HESK_CONTROL_ENGTESTITEM) == kOisTest) {
     setAppName("OISTest");
   }
-  HESK_LOGD(kOperation, "[%s] Set APPName:(%s)", kOperation.name, eventValue("APP_NAME").c_str());
+  const std::string appName = eventValue("APP_NAME");
+  HESK_LOGD(kOperation, "[%s] Set APPName:(%s)", kOperation.name, appName.c_str());
 }

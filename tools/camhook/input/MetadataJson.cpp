@@ -209,13 +209,17 @@ MRect rectFromJson(const Json& json, const Place& place) {
   return {x, y, width, height};
 }
 
-std::uint32_t tagFromText(const std::string& text, const Place& place) {
+std::uint64_t wideTagFromText(const std::string& text, const Place& place) {
   if (const hesk::TagDescription* info = hesk::findTag(text)) return info->value;
   std::uint64_t value = 0;
-  if (!readHexadecimal(text, value) || !std::in_range<std::uint32_t>(value)) {
-    place.fail("unknown tag");
-  }
-  return static_cast<std::uint32_t>(value);
+  if (!readHexadecimal(text, value)) place.fail("unknown tag");
+  return value;
+}
+
+std::uint32_t tagFromText(const std::string& text, const Place& place) {
+  const std::uint64_t tag = wideTagFromText(text, place);
+  if (!std::in_range<std::uint32_t>(tag)) place.fail("unknown tag");
+  return static_cast<std::uint32_t>(tag);
 }
 
 IMetadata metadataFromJson(const Json& json, const Place& place) {

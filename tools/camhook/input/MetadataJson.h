@@ -17,6 +17,9 @@ NSCam::IMetadata metadataFromJson(const Json& json, const Place& place);
 /// Reads a tag: a catalogue name or a hexadecimal text. Throws InputError.
 std::uint32_t tagFromText(const std::string& text, const Place& place);
 
+/// The same for an argument that is wider than a tag.
+std::uint64_t wideTagFromText(const std::string& text, const Place& place);
+
 /// Every entry that holds an item in its long form, ordered by tag.
 Json jsonFromMetadata(const NSCam::IMetadata& metadata);
 

@@ -82,7 +82,7 @@ struct TranslateResultRegion {
   MetadataArgument meta;
   float value = 0;
   std::int32_t cameraId = 0;
-  std::uint32_t tag = 0;
+  std::uint64_t tag = 0;  // the hook takes more bits than a tag has
 };
 
 struct SetPreviewSize {

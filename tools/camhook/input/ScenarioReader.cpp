@@ -68,7 +68,7 @@ Call captureCall(const ObjectReader& reader, std::int32_t sensor) {
 
 /// The tool makes the block, so it must be of a size that a machine has room for.
 Call tuningCall(const ObjectReader& reader, std::int32_t sensor) {
-  constexpr std::uint32_t kMostBytes = 1U << 30;
+  constexpr std::uint32_t kMostBytes = 1U << 26;
   UpdateTuningData call{.sensor = sensor,
                         .meta = reader.required<MetadataArgument>("meta"),
                         .size = reader.required<std::uint32_t>("size")};
@@ -84,7 +84,7 @@ Call regionCall(const ObjectReader& reader, std::int32_t sensor) {
       .meta = reader.required<MetadataArgument>("meta"),
       .value = reader.required<float>("value"),
       .cameraId = reader.required<std::int32_t>("cameraId"),
-      .tag = tagFromText(reader.required<std::string>("tag"), reader.place()["tag"])};
+      .tag = wideTagFromText(reader.required<std::string>("tag"), reader.place()["tag"])};
 }
 
 Call decisionCall(const ObjectReader& reader, std::int32_t sensor) {
