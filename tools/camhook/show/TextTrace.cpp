@@ -77,16 +77,20 @@ std::string streamsText(const Json& streams) {
   return text.empty() ? "none" : text;
 }
 
-/// What a call wrote to a tag of a container, in order.
-std::vector<const StepAccess*> writesTo(const CallTrace& trace, std::string_view container,
-                                        std::uint32_t tag) {
-  std::vector<const StepAccess*> writes;
-  for (const StepAccess& each : *trace.accesses) {
-    const auto* write = std::get_if<host::MetadataWrite>(&each.access);
-    if (write != nullptr && write->tag == tag && each.container == container) {
-      writes.push_back(&each);
-    }
+struct Write {
+  const Entry* entry;
+  const Step* step;
+};
+
+/// What a call wrote to a tag of a container, the latest first.
+std::vector<Write> writesTo(const CallTrace& trace, std::string_view container, std::uint32_t tag) {
+  std::vector<Write> writes;
+  for (const auto& [access, name, step] : *trace.accesses) {
+    const auto* write = std::get_if<host::MetadataWrite>(&access);
+    if (write == nullptr || write->tag != tag || name != container) continue;
+    writes.push_back({&write->entry, &step});
   }
+  std::ranges::reverse(writes);
   return writes;
 }
 
@@ -187,18 +191,14 @@ void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& con
     if (old == fresh) fresh += " (differs behind)";
     changes.add({tagText(tag), mStyle.faint(old), kArrow, mStyle.fresh(fresh)});
     if (!trace.accesses) continue;
-    const std::vector<const StepAccess*> writes = writesTo(trace, container.name, tag);
-    for (std::size_t i = writes.size(); i-- > 0;) {
-      const auto& [access, name, step] = *writes[i];
-      const bool isLast = i + 1 == writes.size();
-      const auto dress = [&](const std::string& text) {
-        return isLast ? text : mStyle.faint(text);
-      };
-      steps.add({dress(step.name), mStyle.faint(placeText(step))});
-      if (isLast) continue;
-      const Entry& entry = std::get<host::MetadataWrite>(access).entry;
+    const std::vector<Write> writes = writesTo(trace, container.name, tag);
+    const Step last = writes.empty() ? Step() : *writes.front().step;
+    steps.add({last.name, mStyle.faint(placeText(last))});
+    for (std::size_t i = 1; i < writes.size(); ++i) {
+      const auto& [entry, step] = writes[i];
       changes.add({mStyle.faint("  overwritten"), "", mStyle.faint(kArrow),
-                   mStyle.faint(entryText(entry, kMostItems))});
+                   mStyle.faint(entryText(*entry, kMostItems))});
+      steps.add({mStyle.faint(step->name), mStyle.faint(placeText(*step))});
     }
   }
   mOut << mStyle.faint("  " + std::to_string(unchanged) + " unchanged") << '\n';
@@ -209,7 +209,8 @@ void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& con
 void TextTrace::writeChanges(const Columns& changes, const Columns& steps) {
   const std::vector<std::string> texts = changes.lines();
   const std::vector<std::string> places = steps.lines();
-  const std::size_t column = kMargin + columnBehind(texts, kLineWidth - kMargin - widest(places));
+  const std::size_t column =
+      kMargin + columnBehind(texts, kLineWidth - std::min(kLineWidth, kMargin + widest(places)));
   for (std::size_t i = 0; i < texts.size(); ++i) {
     mOut << std::string(kMargin, ' ') << texts[i];
     if (i < places.size()) {
