@@ -27,4 +27,9 @@ TextMap TextStore::all() const {
   return mTexts;
 }
 
+void TextStore::replaceAll(TextMap texts) {
+  const std::lock_guard lock(mMutex);
+  mTexts = std::move(texts);
+}
+
 }  // namespace host

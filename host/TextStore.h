@@ -22,6 +22,9 @@ class TextStore {
   /// All texts.
   [[nodiscard]] TextMap all() const;
 
+  /// Puts these texts in place of all.
+  void replaceAll(TextMap texts);
+
  private:
   mutable std::mutex mMutex;
   TextMap mTexts;

@@ -21,6 +21,7 @@
 #include "common/tags/TagCatalogue.h"
 #include "tools/camhook/explain/DecideCommand.h"
 #include "tools/camhook/explain/HookReference.h"
+#include "tools/camhook/explain/WhyCommand.h"
 #include "tools/camhook/input/DumpText.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
@@ -109,7 +110,7 @@ int replay(const ReplayOptions& options) {
   }
   Replay run(std::move(scenario.platform));
   std::optional<StepFinder> steps;
-  if (options.steps) run.followSteps(steps.emplace());
+  if (options.steps) run.followSteps(&steps.emplace());
   ProgressLine progress(scenario.calls.size());
   std::size_t done = 0;
   for (const ScenarioCall& call : scenario.calls) {
@@ -198,6 +199,25 @@ void addReplay(CLI::App& app, ReplayOptions& options) {
   command->footer("Example:\n  camhook replay scenarios/still_burst.json --logs info");
 }
 
+void addWhy(CLI::App& app, WhyOptions& options, std::string& file) {
+  CLI::App* command = app.add_subcommand(
+      "why", "Explain a tag after a call: what wrote it, and what would change it");
+  command->add_option("FILE", file, "The scenario; - reads it from standard input")->required();
+  command->add_option("CALL", options.call, "Number of the call, from 1, or last")->required();
+  command->add_option("TAG", options.tag, "The tag, written or not")->required();
+  command
+      ->add_option("--container", options.container,
+                   "Container of the call; by default the one that it writes")
+      ->type_name("NAME");
+  command->add_option("--want", options.want, "Find what gives this value; null for absent")
+      ->type_name("VALUE");
+  command->add_flag("--all", options.all, "Show what was read and does not count, too");
+  command->add_flag("--json", options.json, "Write the explanation as JSON");
+  command->footer(
+      "With --want the exit status is 1 where nothing gives that value.\n\n"
+      "Example:\n  camhook why scenarios/third_party_apps.json 1 MTK_CONTROL_AE_TARGET_FPS_RANGE");
+}
+
 void addTags(CLI::App& app, TagsOptions& options) {
   CLI::App* command = app.add_subcommand("tags", "List the metadata tags");
   command->add_option("TEXT", options.filter, "A part of the name, or the value (0x0001000d)");
@@ -253,6 +273,8 @@ int run(int argc, char** argv) {
   ReplayOptions replayOptions;
   std::string dumpFile;
   std::vector<std::string> hookFiles;
+  WhyOptions whyOptions;
+  std::string whyFile;
   TagsOptions tagsOptions;
   DecideArguments decideArguments;
   CLI::App app("Replays scenarios through the camera hooks and shows what each hook did.",
@@ -263,6 +285,7 @@ int run(int argc, char** argv) {
       "Example:\n  camhook replay scenarios/still_burst.json\n\n"
       "camhook COMMAND --help tells about a command.");
   addReplay(app, replayOptions);
+  addWhy(app, whyOptions, whyFile);
   addDecide(app, decideArguments);
   addMetadata(app, dumpFile);
   addTags(app, tagsOptions);
@@ -275,6 +298,11 @@ int run(int argc, char** argv) {
     throw InputError("camhook: " + printable(error.what()));
   }
   if (app.got_subcommand("replay")) return replay(replayOptions);
+  if (app.got_subcommand("why")) {
+    const Question question =
+        readFile(whyFile, [&](const std::string& text) { return readQuestion(text, whyOptions); });
+    return why(std::cout, question, whyOptions, Style::forStandardOutput());
+  }
   if (app.got_subcommand("decide")) return decide(std::move(decideArguments));
   if (app.got_subcommand("metadata")) return metadata(dumpFile);
   if (app.got_subcommand("hooks")) return hooks(hookFiles);

@@ -80,7 +80,7 @@ std::string linesOf(const CallTrace& trace) {
 std::string linesOf(const Scenario& scenario) {
   StepFinder steps;
   Replay replay(scenario.platform);
-  replay.followSteps(steps);
+  replay.followSteps(&steps);
   std::string lines;
   for (const ScenarioCall& call : scenario.calls) lines += linesOf(replay.run(call));
   return lines;

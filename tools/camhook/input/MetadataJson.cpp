@@ -131,21 +131,6 @@ void pushTypedItems(IMetadata::IEntry& entry, const Json& json, const Place& pla
   }
 }
 
-IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place& place) {
-  IMetadata::IEntry entry(tag);
-  const hesk::TagDescription* info = hesk::findTag(tag);
-  if (json.is_object()) {
-    pushTypedItems(entry, json, place);
-  } else if (json.is_array() && json.empty()) {
-    return entry;
-  } else if (info == nullptr) {
-    place.fail(R"(the catalogue does not list this tag: give {"type": ..., "items": [...]})");
-  } else {
-    pushItems(entry, info->type, json, place);
-  }
-  return entry;
-}
-
 Json jsonFromItem(std::int32_t item) { return item; }
 Json jsonFromItem(std::int64_t item) { return item; }
 Json jsonFromItem(std::uint8_t item) { return item; }
@@ -220,6 +205,21 @@ std::uint32_t tagFromText(const std::string& text, const Place& place) {
   const std::uint64_t tag = wideTagFromText(text, place);
   if (!std::in_range<std::uint32_t>(tag)) place.fail("unknown tag");
   return static_cast<std::uint32_t>(tag);
+}
+
+IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place& place) {
+  IMetadata::IEntry entry(tag);
+  const hesk::TagDescription* info = hesk::findTag(tag);
+  if (json.is_object()) {
+    pushTypedItems(entry, json, place);
+  } else if (json.is_array() && json.empty()) {
+    return entry;
+  } else if (info == nullptr) {
+    place.fail(R"(the catalogue does not list this tag: give {"type": ..., "items": [...]})");
+  } else {
+    pushItems(entry, info->type, json, place);
+  }
+  return entry;
 }
 
 IMetadata metadataFromJson(const Json& json, const Place& place) {

@@ -14,6 +14,9 @@ namespace camhook {
 /// Reads an object from tag to value. Throws InputError.
 NSCam::IMetadata metadataFromJson(const Json& json, const Place& place);
 
+/// Reads the entry of a tag, one without items where the list is empty. Throws InputError.
+NSCam::IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place& place);
+
 /// Reads a tag: a catalogue name or a hexadecimal text. Throws InputError.
 std::uint32_t tagFromText(const std::string& text, const Place& place);
 

@@ -148,6 +148,8 @@ Json argumentsOf(const Json& call) {
   return arguments;
 }
 
+}  // namespace
+
 ScenarioCall callFromJson(const Json& json, const Place& place) {
   if (!json.is_object()) place.fail("must be an object");
   const Place namePlace = place["call"];
@@ -163,8 +165,6 @@ ScenarioCall callFromJson(const Json& json, const Place& place) {
   return {.call = callFromArguments(name, ObjectReader(json, place, keys)),
           .arguments = argumentsOf(json)};
 }
-
-}  // namespace
 
 Scenario readScenario(std::string_view text) {
   const Json json = parseJson(text);

@@ -67,10 +67,13 @@ HeskParameterUpdater::ImageStreams imageStreams(
 /// Keeps what an observer is told during a call in its trace.
 class Recorder final : public host::Observer {
  public:
-  /// Without `steps` effects alone.
-  Recorder(host::Phone& phone, CallTrace& trace, StepFinder* steps)
-      : mPhone(phone), mBefore(phone.setObserver(this)), mTrace(trace), mSteps(steps) {
-    if (mSteps != nullptr) mTrace.accesses.emplace();
+  /// Without `steps` accesses have none.
+  Recorder(host::Phone& phone, CallTrace& trace, Replay::Detail detail, StepFinder* steps)
+      : mPhone(phone),
+        mBefore(phone.setObserver(detail != Replay::Detail::containers ? this : nullptr)),
+        mTrace(trace),
+        mSteps(steps) {
+    if (detail == Replay::Detail::accesses || steps != nullptr) mTrace.accesses.emplace();
   }
   ~Recorder() { mPhone.setObserver(mBefore); }
   Recorder(const Recorder&) = delete;
@@ -78,8 +81,9 @@ class Recorder final : public host::Observer {
 
   void onAccess(const host::Access& access) override {
     if (const auto* effect = std::get_if<host::Effect>(&access)) mTrace.effects.push_back(*effect);
-    if (mSteps == nullptr) return;
-    mTrace.accesses->push_back({access, nameOfContainer(access), mSteps->find(returnAddresses())});
+    if (!mTrace.accesses) return;
+    mTrace.accesses->push_back({access, nameOfContainer(access),
+                                mSteps != nullptr ? mSteps->find(returnAddresses()) : Step()});
   }
 
  private:
@@ -206,11 +210,11 @@ concept UpdaterCall = !std::same_as<CallType, DecideSensorScenario> && requires(
 Replay::Replay(host::PhoneConfig platform, Updaters updaters)
     : mPhone(std::move(platform)), mUpdaters(std::move(updaters)) {}
 
-CallTrace Replay::run(const ScenarioCall& scenarioCall) {
+CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
   CallTrace trace;
   trace.arguments = scenarioCall.arguments;
   trace.containers.reserve(kMostContainers);
-  const Recorder recorder(mPhone, trace, mSteps);
+  const Recorder recorder(mPhone, trace, detail, mSteps);
   HeskParameterUpdater* updater = nullptr;
   std::visit(
       [&]<typename CallType>(const CallType& concrete) {
@@ -220,6 +224,7 @@ CallTrace Replay::run(const ScenarioCall& scenarioCall) {
           updater = mUpdaters(concrete.sensor);
         }
         Runner{trace, mPhone, updater}(concrete);
+        if (detail != Detail::all) return;
         if constexpr (UpdaterCall<CallType>) {
           Json& state = mStates[concrete.sensor];
           trace.state = StateTrace{state, updater != nullptr ? stateOf(*updater) : Json()};

@@ -62,11 +62,20 @@ class Replay {
   explicit Replay(host::PhoneConfig platform,
                   Updaters updaters = &HeskParameterUpdater::createInstance);
 
-  /// Has the accesses of every call from now on kept, with the steps that `steps` finds.
-  void followSteps(StepFinder& steps) { mSteps = &steps; }
+  /// Has the accesses of every call from now on kept, with the steps that `steps` finds; null: no
+  /// longer.
+  void followSteps(StepFinder* steps) { mSteps = steps; }
 
-  CallTrace run(const ScenarioCall& call);
+  /// What a trace tells besides the containers. All of it takes longer than most calls.
+  enum class Detail {
+    containers,  // nothing
+    accesses,    // the accesses, without their steps unless those are followed
+    all,
+  };
 
+  CallTrace run(const ScenarioCall& call, Detail detail = Detail::all);
+
+  [[nodiscard]] host::Phone& phone() { return mPhone; }
   [[nodiscard]] const host::Phone& phone() const { return mPhone; }
 
  private:

@@ -59,6 +59,12 @@ ProgressLine::ProgressLine(std::size_t total)
       mEnabled(isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0),
       mNext(Clock::now() + std::chrono::milliseconds(200)) {}
 
+ProgressLine::ProgressLine(std::size_t total, const char* what, std::chrono::milliseconds delay)
+    : mTotal(total),
+      mWhat(what),
+      mEnabled(isatty(STDERR_FILENO) != 0),
+      mNext(Clock::now() + delay) {}
+
 ProgressLine::~ProgressLine() {
   if (mShown) std::cerr << "\r\x1b[K" << std::flush;
 }
@@ -67,8 +73,8 @@ void ProgressLine::advance(std::size_t done) {
   if (!mEnabled || Clock::now() < mNext) return;
   mNext = Clock::now() + std::chrono::milliseconds(100);
   mShown = true;
-  std::cerr << "\rcall " << done << " of " << mTotal << " (" << 100 * done / mTotal << " %)"
-            << std::flush;
+  std::cerr << "\r" << mWhat << ' ' << done << " of " << mTotal << " (" << 100 * done / mTotal
+            << " %)" << std::flush;
 }
 
 }  // namespace camhook

@@ -51,11 +51,15 @@ class Columns {
 /// The columns that a text takes on a terminal: code points, without colour codes.
 std::size_t displayWidth(std::string_view text);
 
-/// One line on a terminal's standard error that tells how far a long run is. Shows from a moment
-/// after the start, and only where standard output is not the same person's terminal.
+/// One line on a terminal's standard error that tells how far a long run is: "call 3 of 7 (42 %)".
+/// Goes with this object.
 class ProgressLine {
  public:
+  /// Shows from a moment after the start, and only where standard output is not the same person's
+  /// terminal.
   explicit ProgressLine(std::size_t total);
+  /// Shows `delay` after the start, in front of what is then printed all at once.
+  ProgressLine(std::size_t total, const char* what, std::chrono::milliseconds delay);
   ~ProgressLine();
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
@@ -66,6 +70,7 @@ class ProgressLine {
   using Clock = std::chrono::steady_clock;
 
   std::size_t mTotal;
+  const char* mWhat = "call";
   bool mEnabled;
   bool mShown = false;
   Clock::time_point mNext;

@@ -1,0 +1,27 @@
+// Why a tag has its value after a call: what wrote it, and which of the things that the call read
+// would have given it another one. What counts is not guessed: the scenario is run again with each
+// of them changed.
+
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "tools/camhook/explain/Input.h"
+#include "tools/camhook/input/Json.h"
+
+namespace camhook {
+
+struct Explanation {
+  /// The document of docs/scenarios.md: "before", "after", "writes", "inputs", "together".
+  Json document;
+  std::size_t tried = 0;       // changed scenarios
+  std::size_t triedPairs = 0;  // of two changes
+};
+
+/// Explains the tag. With `want`, an entry as the scenario has it or null for absent, the changes
+/// are those that give it, pairs where no single one does. Tells on a terminal's standard error how
+/// far it is. Throws InputError.
+Explanation explain(const Question& question, const std::optional<Json>& want);
+
+}  // namespace camhook
