@@ -26,7 +26,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kMostChanges = 100;  // that are told of an input
-constexpr std::size_t kMostPairs = 8;      // that a process looks for
 constexpr std::chrono::seconds kTimeForPairs{10};
 
 using Wanted = std::optional<Json>;  // as a trace has it; null for absent
@@ -119,39 +118,27 @@ class Investigation {
     return document;
   }
 
-  /// Pairs of changes that give what is wanted.
+  /// Pairs of changes that give what is wanted: a first one with which the call takes another
+  /// course, and any second one of what it then reads. Every input has its turn in every round;
+  /// ends with the first round that finds a pair.
   Json findPairs() {
     study();
     mEndOfPairs = Clock::now() + kTimeForPairs;
-    const std::vector<Change> firsts = changesOfCourse();
-    std::vector<ChildWork> works;
-    const std::size_t processes = 2;
-    for (std::size_t part = 0; part < processes; ++part) {
-      works.push_back([this, &firsts, part] {
-        Json found = Json::array();
-        std::size_t tried = 0;
-        for (std::size_t i = part; i < firsts.size(); i += processes) {
-          if (Clock::now() >= mEndOfPairs || found.size() >= kMostPairs) break;
-          tried += pairWith(firsts[i], found);
-        }
-        return Json{{"found", std::move(found)}, {"tried", tried}};
-      });
-    }
     Json together = Json::array();
     std::size_t tried = 0;
-    std::set<std::string> seen;
-    for (Json& part : inChildren(works)) {
-      tried += part["tried"].get<std::size_t>();
-      for (Json& pair : part["found"]) {
-        // Each pair is found from either side.
-        std::set<std::string> inputs;
-        for (Json input : pair["changes"]) {
-          input.erase("to");
-          inputs.insert(input.dump());
+    for (const std::vector<Change>& firsts : roundsOfChanges()) {
+      if (!together.empty() || Clock::now() >= mEndOfPairs) break;
+      std::vector<ChildWork> works;
+      for (const Change& first : firsts) {
+        works.push_back([this, &first] { return pairsWith(first); });
+      }
+      std::set<std::set<std::string>> seen;
+      for (Json& result : inChildren(works)) {
+        tried += result["tried"].get<std::size_t>();
+        for (Json& pair : result["pairs"]) {
+          // Most pairs are found from either side.
+          if (seen.insert(inputsOf(pair)).second) together.push_back(std::move(pair));
         }
-        std::string name;
-        for (const std::string& input : inputs) name += input;
-        if (seen.insert(name).second) together.push_back(std::move(pair));
       }
     }
     return {{"together", std::move(together)}, {"tried", tried}};
@@ -222,53 +209,58 @@ class Investigation {
     }
   }
 
-  /// Changes with which the call reads or writes otherwise, one for each way; those first with
-  /// which it reads what it has not read before.
-  std::vector<Change> changesOfCourse() {
-    std::vector<Change> old;
-    std::vector<Change> reading;
-    const std::set<Input> known(mInputs.begin(), mInputs.end());
+  /// Changes with which the call takes another course, one for each course. The first ones of all
+  /// inputs, then the second ones, and so on.
+  std::vector<std::vector<Change>> roundsOfChanges() {
+    std::vector<std::vector<Change>> rounds;
     for (const Input& input : mInputs) {
       if (mReruns.needsFreshProcess(input)) continue;
       std::set<std::string> seen{mStudy.course.signature};
       for (const Json& to : mCandidates.forInput(input, valueFor(input))) {
-        if (Clock::now() >= mEndOfPairs - kTimeForPairs / 2) break;
+        if (Clock::now() >= mEndOfPairs) return rounds;
         const auto course = mReruns.courseWith({{input, to}});
         if (!course || !seen.insert(course->signature).second) continue;
-        const bool readsMore = std::ranges::any_of(
-            course->inputs, [&known](const Input& read) { return !known.contains(read); });
-        (readsMore ? reading : old).push_back({input, to});
+        const std::size_t round = seen.size() - 2;
+        if (round >= rounds.size()) rounds.resize(round + 1);
+        rounds[round].push_back({input, to});
       }
     }
-    std::ranges::move(old, std::back_inserter(reading));
-    return reading;
+    return rounds;
   }
 
-  /// Tries every value of what is read with `first`. Returns how many.
-  std::size_t pairWith(const Change& first, Json& found) {
+  /// Tries every value of what is read with `first`.
+  Json pairsWith(const Change& first) {
+    Json pairs = Json::array();
     std::size_t tried = 0;
     const auto course = mReruns.courseWith({first});
-    if (!course) return 0;
     for (const Input& input : course->inputs) {
       if (input == first.input || mReruns.needsFreshProcess(input)) continue;
       for (const Json& to : mCandidates.forInput(input, valueFor(input))) {
-        if (Clock::now() >= mEndOfPairs) return tried;
+        if (Clock::now() >= mEndOfPairs) break;
         const Change second{input, to};
         const std::optional<Outcome> outcome = mReruns.run({first, second});
         if (!outcome) continue;
         ++tried;
-        const Json gives = entryJson(*outcome);
-        if (gives != *mWant) continue;
+        if (entryJson(*outcome) != *mWant) continue;
         Json changes = Json::array();
         for (const Change& change : {first, second}) {
           changes.push_back(jsonFromInput(change.input, mQuestion));
           changes.back()["to"] = change.to;
         }
-        found.push_back({{"changes", std::move(changes)}, {"gives", gives}});
+        pairs.push_back({{"changes", std::move(changes)}, {"gives", *mWant}});
         break;
       }
     }
-    return tried;
+    return {{"pairs", std::move(pairs)}, {"tried", tried}};
+  }
+
+  static std::set<std::string> inputsOf(const Json& pair) {
+    std::set<std::string> inputs;
+    for (Json change : pair["changes"]) {
+      change.erase("to");
+      inputs.insert(change.dump());
+    }
+    return inputs;
   }
 
   const Question& mQuestion;

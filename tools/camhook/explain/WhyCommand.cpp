@@ -140,12 +140,11 @@ class Text {
 
  private:
   void writeTitle(const Json& document) {
-    std::string title = document["tag"].get<std::string>() + " of " +
-                        document["container"].get<std::string>() + " after call " +
-                        std::to_string(document["call"].get<std::size_t>()) + ", " +
-                        document["hook"].get<std::string>();
-    if (!document["sensor"].is_null()) title += " of sensor " + lineOfJson(document["sensor"]);
-    mOut << mStyle.title(title) << '\n';
+    mOut << mStyle.title(document["tag"].get<std::string>()) << '\n';
+    mOut << "  " << document["container"].get<std::string>() << " of call "
+         << document["call"].get<std::size_t>() << ", " << document["hook"].get<std::string>();
+    if (!document["sensor"].is_null()) mOut << ", sensor " << lineOfJson(document["sensor"]);
+    mOut << '\n';
     Columns values;
     values.add({mStyle.heading("before"), valueText(document["before"])});
     values.add({mStyle.heading("after"), mStyle.fresh(valueText(document["after"]))});
@@ -200,7 +199,7 @@ class Text {
     const auto rest = static_cast<std::ptrdiff_t>(inputs.size()) - shown;
     if (isWanted || rest == 0) return;
     mOut << mStyle.heading("what does not count");
-    mOut << "  " << rest << " read" << (mAll ? "" : " (--all)") << '\n';
+    mOut << "  " << rest << " inputs" << (mAll ? "" : " (--all)") << '\n';
     if (!mAll) return;
     Columns columns;
     for (const Json& input : inputs) {
@@ -224,12 +223,10 @@ class Text {
     for (const Json& pair : *found) {
       Columns columns;
       for (const Json& change : pair["changes"]) {
-        columns.add({inputText(change), "\u2192", mStyle.fresh(toText(change, change["to"]))});
+        columns.add({columns.isEmpty() ? "" : "and", inputText(change), "\u2192",
+                     mStyle.fresh(toText(change, change["to"]))});
       }
-      const std::vector<std::string> lines = columns.lines();
-      for (std::size_t i = 0; i < lines.size(); ++i) {
-        mOut << (i == 0 ? "  " : "  and ") << lines[i] << '\n';
-      }
+      columns.write(mOut, 2);
     }
   }
 
