@@ -7,6 +7,7 @@
 #include <set>
 #include <utility>
 
+#include "common/HeskParameterUpdater.h"
 #include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/MetadataJson.h"
@@ -91,6 +92,14 @@ std::vector<Json> someStatics() {
   return list;
 }
 
+bool isRowOfWords(const std::string& key) {
+  return key.ends_with(".pdWords") || key.ends_with(".pdTail");
+}
+
+bool isRowOfPairs(const std::string& key) {
+  return key.ends_with(".pdLeft") || key.ends_with(".pdRight");
+}
+
 }  // namespace
 
 Candidates::Candidates(const Question& question) : mQuestion(question) {
@@ -113,20 +122,23 @@ Candidates::Candidates(const Question& question) : mQuestion(question) {
   for (const ScenarioCall& call : question.scenario.calls) {
     if (const auto* event = std::get_if<SetEvent>(&call.call)) addText(event->value);
     if (const auto* property = std::get_if<SetProperty>(&call.call)) addText(property->value);
-    Call copy = call.call;
-    for (const char* name : {"meta", "app", "hal", "out"}) {
-      const MetadataArgument* container = containerOf(copy, name);
-      if (container == nullptr || !*container) continue;
-      for (const auto* entry : host::MetadataAccess::entriesByTag(**container)) {
-        std::vector<Json>& list = mEntries[entry->tag()];
-        Json json = jsonFromEntry(*entry);
-        if (list.size() < kManyItems && std::ranges::find(list, json) == list.end()) {
-          list.push_back(std::move(json));
-        }
+    addEntries(call.call);
+  }
+  for (const std::string& text : constants.texts) addText(text);
+}
+
+void Candidates::addEntries(Call call) {
+  for (const char* name : {"meta", "app", "hal", "out"}) {
+    const MetadataArgument* container = containerOf(call, name);
+    if (container == nullptr || !*container) continue;
+    for (const auto* entry : host::MetadataAccess::entriesByTag(**container)) {
+      std::vector<Json>& list = mEntries[entry->tag()];
+      Json json = jsonFromEntry(*entry);
+      if (list.size() < kManyItems && std::ranges::find(list, json) == list.end()) {
+        list.push_back(std::move(json));
       }
     }
   }
-  for (const std::string& text : constants.texts) addText(text);
 }
 
 std::vector<Json> Candidates::integers(const Json& present, const std::string& type,
@@ -275,6 +287,35 @@ std::vector<Json> Candidates::values(const Json& present, bool isFloat, bool few
   return list;
 }
 
+/// What a service may give that gives nothing.
+std::vector<Json> Candidates::placesWhereAbsent(const std::string& key) const {
+  const auto parsed = [](std::initializer_list<const char*> texts) {
+    std::vector<Json> list;
+    for (const char* text : texts) list.push_back(Json::parse(text));
+    return list;
+  };
+  if (key.ends_with(".faces")) return parsed({R"([{"rect": [0, 0, 1, 1], "score": 1}])"});
+  if (key.ends_with(".sensor")) {
+    return parsed(
+        {"{}", R"({"pdSupported": 1})", R"({"pdSupported": 1, "pdWords": [1, 1, 1, 1, 1]})"});
+  }
+  if (key.ends_with("Shading")) {
+    return parsed({"{}", R"({"ANDROID_STATISTICS_LENS_SHADING_MAP": [1.0]})"});
+  }
+  if (isRowOfWords(key)) return values(Json::array({0, 0}), false, false);
+  if (isRowOfPairs(key)) return values(Json::array({Json::array({0, 0})}), false, true);
+  return isFloatPlace(key) ? floats(Json()) : integers(Json(), "int32", false);
+}
+
+/// What it may give in place of what it gives.
+std::vector<Json> Candidates::placesWherePresent(const std::string& key,
+                                                 const Json& present) const {
+  if (key.ends_with(".sensor")) return {};
+  const bool isShading = key.ends_with("Shading");
+  const bool few = isShading || key.ends_with(".faces") || isRowOfPairs(key);
+  return values(present, isShading || isFloatPlace(key), few);
+}
+
 std::vector<Json> Candidates::places(const std::string& key, const Json& present) const {
   if (isSwitch(key)) return {!present.is_null() && !present.get<bool>()};
   if (key == "clock") return {"2021-03-04T05:06:07", "2022-12-31T23:59:58"};
@@ -287,38 +328,10 @@ std::vector<Json> Candidates::places(const std::string& key, const Json& present
       if (device.contains("static")) list.push_back(device["static"]);
     }
     append(list, someStatics());
-  } else if (key.ends_with(".faces")) {
-    if (present.is_null()) {
-      list.push_back(Json::parse(R"([{"rect": [0, 0, 1, 1], "score": 1}])"));
-    } else {
-      append(list, values(present, false, true));
-    }
-  } else if (key.ends_with(".sensor")) {
-    if (present.is_null()) {
-      for (const char* sensor :
-           {"{}", R"({"pdSupported": 1})", R"({"pdSupported": 1, "pdWords": [1, 1, 1, 1, 1]})"}) {
-        list.push_back(Json::parse(sensor));
-      }
-    }
-  } else if (key.ends_with("Shading")) {
-    if (present.is_null()) {
-      for (const char* shading : {"{}", R"({"ANDROID_STATISTICS_LENS_SHADING_MAP": [1.0]})"}) {
-        list.push_back(Json::parse(shading));
-      }
-    } else {
-      append(list, values(present, true, true));
-    }
   } else if (key == "sat.cameras") {
     list.push_back(Json::parse(R"([{"id": 0, "role": 1, "fov": 80.0}])"));
-  } else if (key.ends_with(".pdWords") || key.ends_with(".pdTail")) {
-    append(list, values(present.is_null() ? Json::array({0, 0}) : present, false, false));
-  } else if (key.ends_with(".pdLeft") || key.ends_with(".pdRight")) {
-    const Json none = Json::array({Json::array({0, 0})});
-    append(list, values(present.is_null() ? none : present, false, true));
-  } else if (present.is_null()) {
-    append(list, isFloatPlace(key) ? floats(present) : integers(present, "int32", false));
   } else {
-    append(list, values(present, isFloatPlace(key), false));
+    append(list, present.is_null() ? placesWhereAbsent(key) : placesWherePresent(key, present));
   }
   return list;
 }
@@ -332,6 +345,13 @@ std::vector<Json> Candidates::arguments(const std::string& key, const Json& pres
     for (const hesk::TagDescription& tag : hesk::kTagCatalogue) list.emplace_back(tag.name);
     std::erase(list, present);
     return list;
+  }
+  if (key == "sensor") {
+    std::vector<Json> sensors;
+    for (int sensor = 0; sensor <= HeskParameterUpdater::kMaxInstanceId; ++sensor) {
+      if (sensor != present) sensors.emplace_back(sensor);
+    }
+    return sensors;
   }
   if (key == "streams") return {Json::array()};
   // Its edges are those of what reads it; a block larger than this takes too long to hand over.

@@ -36,6 +36,10 @@ class Candidates {
   [[nodiscard]] std::vector<Json> texts(const Input& input, const Json& present) const;
   [[nodiscard]] std::vector<Json> values(const Json& present, bool isFloat, bool few) const;
   [[nodiscard]] std::vector<Json> places(const std::string& key, const Json& present) const;
+  [[nodiscard]] std::vector<Json> placesWhereAbsent(const std::string& key) const;
+  [[nodiscard]] std::vector<Json> placesWherePresent(const std::string& key,
+                                                     const Json& present) const;
+  void addEntries(Call call);
   [[nodiscard]] std::vector<Json> arguments(const std::string& key, const Json& present) const;
 
   const Question& mQuestion;

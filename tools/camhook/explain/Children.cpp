@@ -112,6 +112,7 @@ std::vector<Json> inChildren(const std::vector<ChildWork>& works,
       ++next;
     }
     std::vector<pollfd> pipes;
+    pipes.reserve(children.size());
     for (const Child& child : children) pipes.push_back({child.pipe, POLLIN, 0});
     if (poll(pipes.data(), pipes.size(), -1) < 0) continue;
     for (std::size_t i = children.size(); i-- > 0;) {

@@ -35,6 +35,7 @@ int onLoadedObject(dl_phdr_info* object, std::size_t /*size*/, void* out) {
   for (const auto& header : std::span(object->dlpi_phdr, object->dlpi_phnum)) {
     const std::uintptr_t start = object->dlpi_addr + header.p_vaddr;
     if (header.p_type != PT_LOAD || (header.p_flags & PF_W) != 0) continue;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): what is loaded is told by number
     const Bytes bytes(reinterpret_cast<const std::uint8_t*>(start), header.p_memsz);
     const bool isCode = (header.p_flags & PF_X) != 0;
     (isCode ? found.code : found.readOnly).push_back(bytes);
@@ -134,9 +135,8 @@ void addNumbers(Bytes /*code*/, std::vector<std::int64_t>& /*numbers*/) {}
 
 template <typename T>
 void keepEachOnce(std::vector<T>& list) {
-  std::ranges::sort(list);
-  const auto rest = std::ranges::unique(list);
-  list.erase(rest.begin(), rest.end());
+  std::sort(list.begin(), list.end());
+  list.erase(std::unique(list.begin(), list.end()), list.end());
 }
 
 }  // namespace

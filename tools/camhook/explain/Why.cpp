@@ -46,10 +46,11 @@ std::vector<Input> argumentsOf(const Question& question) {
     if (key == "streams" || !value.is_structured()) add(key);
     if (!value.is_array()) continue;
     for (std::size_t i = 0; i < value.size(); ++i) {
-      const std::string item = key + "[" + std::to_string(i) + "]";
+      const std::string item = std::string(key).append("[").append(std::to_string(i)).append("]");
       if (!value[i].is_object()) add(item);
       if (!value[i].is_object()) continue;
-      for (const auto& [member, number] : value[i].items()) add(item + "." + member);
+      for (const auto& [member, number] : value[i].items())
+        add(std::string(item).append(".").append(member));
     }
   }
   return inputs;
@@ -130,7 +131,7 @@ class Investigation {
       if (!together.empty() || Clock::now() >= mEndOfPairs) break;
       std::vector<ChildWork> works;
       for (const Change& first : firsts) {
-        works.push_back([this, &first] { return pairsWith(first); });
+        works.emplace_back([this, &first] { return pairsWith(first); });
       }
       std::set<std::set<std::string>> seen;
       for (Json& result : inChildren(works)) {
@@ -187,13 +188,13 @@ class Investigation {
         continue;
       }
       inputOf.push_back(i);
-      works.push_back([this, i] { return sweep(mInputs[i]); });
+      works.emplace_back([this, i] { return sweep(mInputs[i]); });
     }
     // A call that is left out is one run: many go into one child.
     constexpr std::size_t kCallsInOne = 50;
     for (std::size_t from = 0; from < calls.size(); from += kCallsInOne) {
       const std::size_t to = std::min(from + kCallsInOne, calls.size());
-      works.push_back([this, &calls, from, to] {
+      works.emplace_back([this, &calls, from, to] {
         Json list = Json::array();
         for (std::size_t i = from; i < to; ++i) list.push_back(sweep(mInputs[calls[i]]));
         return list;
@@ -277,8 +278,9 @@ Json sweepFresh(const Question& question, const Input& input, const Json& descri
                 const Json& after, const Wanted& want) {
   const std::vector<Json> candidates = Candidates(question).forInput(input, described["value"]);
   std::vector<ChildWork> works;
+  works.reserve(candidates.size());
   for (const Json& to : candidates) {
-    works.push_back([&question, &input, &to]() -> Json {
+    works.emplace_back([&question, &input, &to]() -> Json {
       const std::optional<Outcome> outcome = Reruns::runOnce(question, {{input, to}});
       return outcome ? Json::array({entryJson(*outcome)}) : Json();
     });
