@@ -130,6 +130,7 @@ class Investigation {
     for (const std::vector<Change>& firsts : roundsOfChanges()) {
       if (!together.empty() || Clock::now() >= mEndOfPairs) break;
       std::vector<ChildWork> works;
+      works.reserve(firsts.size());
       for (const Change& first : firsts) {
         works.emplace_back([this, &first] { return pairsWith(first); });
       }
