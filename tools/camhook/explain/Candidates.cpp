@@ -7,6 +7,7 @@
 #include <set>
 #include <utility>
 
+#include "common/HeskParameterUpdater.h"
 #include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/MetadataJson.h"
@@ -332,6 +333,13 @@ std::vector<Json> Candidates::arguments(const std::string& key, const Json& pres
     for (const hesk::TagDescription& tag : hesk::kTagCatalogue) list.emplace_back(tag.name);
     std::erase(list, present);
     return list;
+  }
+  if (key == "sensor") {
+    std::vector<Json> sensors;
+    for (int sensor = 0; sensor <= HeskParameterUpdater::kMaxInstanceId; ++sensor) {
+      if (sensor != present) sensors.emplace_back(sensor);
+    }
+    return sensors;
   }
   if (key == "streams") return {Json::array()};
   // Its edges are those of what reads it; a block larger than this takes too long to hand over.
