@@ -13,7 +13,9 @@
 namespace camhook {
 
 struct Explanation {
-  /// The document of docs/scenarios.md: "before", "after", "writes", "inputs", "together".
+  /// What `--json` writes: the tag and its call, its value "before" and "after", the "writes" to
+  /// it, the "inputs" with the "changes" that count, and the pairs of changes that do it
+  /// "together".
   Json document;
   std::size_t tried = 0;       // changed scenarios
   std::size_t triedPairs = 0;  // of two changes
