@@ -267,26 +267,6 @@ TEST(Why, FindsWhatTheLibraryComparesWith) {
   EXPECT_EQ(outcomesOf(moon, "HESK_CONTROL_ZOOM_ZOOM_RATIO"), Json::parse("[[[1.0000001], [60]]]"));
 }
 
-TEST(Why, FindsTwoChangesWhereNoneIsEnough) {
-  const std::string words = "- 1 MTK_CONTROL_RAW_TYPE --want 60";
-  const std::string scenario = R"({
-    "platform": {"eventStore": {"APP_TYPE": "heskCamera"}}, "calls": [
-    {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": {
-      "ANDROID_CONTROL_CAPTURE_INTENT": 2, "COM_HESK_CURRENTUIMODULE": 32,
-      "HESK_CONTROL_CURRENTMODE": 16777216}}]})";
-  const Json explanation = explanationOf(words, scenario);
-  ASSERT_FALSE(explanation["together"].empty());
-  for (const Json& pair : explanation["together"]) {
-    Json document = Json::parse(scenario);
-    std::size_t call = 0;
-    for (const Json& change : pair["changes"]) {
-      document = changed(std::move(document), call, change, change["to"]);
-    }
-    EXPECT_EQ(tagAfter(document, call, "meta", "MTK_CONTROL_RAW_TYPE"), pair["gives"])
-        << pair.dump();
-  }
-}
-
 TEST(Why, SaysWhatItCannotAnswerInOneLine) {
   const std::tuple<const char*, int, const char*> rows[] = {
       {"super_moon_zoom.json 7 MTK_CONTROL_RAW_TYPE", 2,
