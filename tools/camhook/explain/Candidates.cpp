@@ -33,8 +33,11 @@ Range rangeOf(const std::string& type) {
 }
 
 std::uint64_t distance(std::int64_t left, std::int64_t right) {
-  const auto difference = static_cast<std::uint64_t>(left) - static_cast<std::uint64_t>(right);
-  return left >= right ? difference : 0 - difference;
+  // Signed numbers in their order, from 0 on.
+  constexpr std::uint64_t kSign = std::uint64_t{1} << 63U;
+  const std::uint64_t first = static_cast<std::uint64_t>(left) ^ kSign;
+  const std::uint64_t second = static_cast<std::uint64_t>(right) ^ kSign;
+  return first >= second ? first - second : second - first;
 }
 
 /// The number in a scenario's place, which may be a hexadecimal text; 0 for what is none.

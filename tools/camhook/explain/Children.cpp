@@ -115,7 +115,8 @@ std::vector<Json> inChildren(const std::vector<ChildWork>& works,
     pipes.reserve(children.size());
     for (const Child& child : children) pipes.push_back({child.pipe, POLLIN, 0});
     if (poll(pipes.data(), pipes.size(), -1) < 0) continue;
-    for (std::size_t i = children.size(); i-- > 0;) {
+    for (std::size_t i = children.size(); i > 0;) {
+      --i;
       if (pipes[i].revents == 0 || readSome(children[i])) continue;
       const Child done = std::move(children[i]);
       children.erase(children.begin() + static_cast<std::ptrdiff_t>(i));

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <fstream>
 #include <span>
 #include <string_view>
 
@@ -22,10 +23,21 @@ namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
+/// Copies of what is loaded.
 struct Segments {
-  std::vector<Bytes> readOnly;
-  std::vector<Bytes> code;
+  std::vector<std::vector<std::uint8_t>> readOnly;
+  std::vector<std::vector<std::uint8_t>> code;
 };
+
+/// By way of the system: what lies between the objects of a segment is nobody's to read directly.
+std::vector<std::uint8_t> copyOfMemory(std::uintptr_t start, std::size_t size) {
+  std::vector<std::uint8_t> bytes(size);
+  std::ifstream memory("/proc/self/mem", std::ios::binary);
+  memory.seekg(static_cast<std::streamoff>(start));
+  memory.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size));
+  bytes.resize(static_cast<std::size_t>(memory.gcount()));
+  return bytes;
+}
 
 /// Keeps the segments of the object into which a known function of the library is loaded.
 int onLoadedObject(dl_phdr_info* object, std::size_t /*size*/, void* out) {
@@ -35,11 +47,9 @@ int onLoadedObject(dl_phdr_info* object, std::size_t /*size*/, void* out) {
   for (const auto& header : std::span(object->dlpi_phdr, object->dlpi_phnum)) {
     const std::uintptr_t start = object->dlpi_addr + header.p_vaddr;
     if (header.p_type != PT_LOAD || (header.p_flags & PF_W) != 0) continue;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): what is loaded is told by number
-    const Bytes bytes(reinterpret_cast<const std::uint8_t*>(start), header.p_memsz);
     const bool isCode = (header.p_flags & PF_X) != 0;
-    (isCode ? found.code : found.readOnly).push_back(bytes);
-    isLibrary |= isCode && function - start < header.p_memsz;
+    (isCode ? found.code : found.readOnly).push_back(copyOfMemory(start, header.p_memsz));
+    isLibrary |= isCode && start <= function && function - start < header.p_memsz;
   }
   if (isLibrary) *static_cast<Segments*>(out) = std::move(found);
   return isLibrary ? 1 : 0;
@@ -145,11 +155,11 @@ LibraryConstants libraryConstants() {
   Segments library;
   dl_iterate_phdr(&onLoadedObject, &library);
   LibraryConstants constants;
-  for (const Bytes bytes : library.readOnly) {
+  for (const auto& bytes : library.readOnly) {
     addTexts(bytes, constants.texts);
     addFloats(bytes, constants.floats);
   }
-  for (const Bytes code : library.code) addNumbers(code, constants.numbers);
+  for (const auto& code : library.code) addNumbers(code, constants.numbers);
   keepEachOnce(constants.texts);
   keepEachOnce(constants.numbers);
   keepEachOnce(constants.floats);
