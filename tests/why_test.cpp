@@ -9,12 +9,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
 
-#include "common/updater/UpdaterInspector.h"
+#include "fuzz/Updaters.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/MetadataJson.h"
@@ -60,32 +59,11 @@ std::string contentOf(const std::filesystem::path& file) {
   return text.str();
 }
 
-/// Updaters that go with their run.
-class Updaters {
- public:
-  HeskParameterUpdater* of(int sensor) {
-    if (sensor < 0 || sensor > HeskParameterUpdater::kMaxInstanceId) return nullptr;
-    Owner& updater = mBySensor[sensor];
-    if (updater == nullptr) updater.reset(HeskParameterUpdaterInspector::construct(sensor));
-    return updater.get();
-  }
-
- private:
-  struct Destroy {
-    void operator()(HeskParameterUpdater* updater) const {
-      HeskParameterUpdaterInspector::destroy(updater);
-    }
-  };
-  using Owner = std::unique_ptr<HeskParameterUpdater, Destroy>;
-
-  std::map<int, Owner> mBySensor;
-};
-
 /// The tag after a call, counted from 0, as a trace has it.
 Json tagAfter(const Json& document, std::size_t call, const std::string& container,
               const std::string& tag) {
   camhook::Scenario scenario = camhook::readScenario(document.dump());
-  Updaters updaters;
+  fuzz::Updaters updaters;
   camhook::Replay replay(std::move(scenario.platform),
                          [&](int sensor) { return updaters.of(sensor); });
   for (std::size_t i = 0; i < call; ++i) replay.run(scenario.calls[i]);
