@@ -1,26 +1,45 @@
-// What the hooks cost: one row a hook, called as the pipeline calls it, on requests of 60 entries;
-// and the closed log gate. Logs are off where a row does not say otherwise. `allocations` counts
-// calls of operator new in one call, those of the simulated phone included.
+// What the hooks cost on stored scenarios, and how much of it is the library's own.
 //
-// Every row works on containers that it has worked on before, so that it times the hook and not the
-// containers' growth.
+// A row is a call of a scenario, made as the pipeline makes it, again and again on the same
+// containers. The phone watches it once; `their time` is that of just the accesses that it saw, on
+// the same containers. What a hook takes beyond them is its own cost, in parts of theirs. An entry
+// that is looked up counts with its items, one that is written with making it. What a service is
+// asked, and an effect other than on the event store, counts as the hook's own.
+//
+// Allocations are calls of operator new in one call, those of the simulated phone included. Ends
+// with status 1 where a target is missed.
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstddef>
-#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <limits>
+#include <map>
 #include <memory>
 #include <new>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include "common/HeskParameterUpdater.h"
 #include "common/HeskSensorModeControl.h"
 #include "common/log/Log.h"
-#include "common/tags/Metadata.h"
 #include "host/ImageStream.h"
-#include "host/Phone.h"
+#include "host/MetadataAccess.h"
+#include "host/Observer.h"
+#include "platform/EventStore.h"
+#include "platform/MetadataProvider.h"
+#include "platform/Properties.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/run/Replay.h"
 
 namespace {
 
@@ -42,163 +61,175 @@ std::atomic<std::size_t> sAllocations = 0;
 
 namespace {
 
-using namespace hesk;
 using NSCam::IMetadata;
 
-// Each kind of scene has an updater of its own, which keeps what it learns.
-constexpr int kPreviewSensor = 0;
-constexpr int kDecisionSensor = 1;
-constexpr int kStillSensor = 3;
-constexpr int kSessionSensor = 4;
-constexpr int kResultSensor = 5;
-constexpr int kRawSensor = 6;
-
-constexpr std::size_t kTuningBytes = 2'000'000;
-
-/// A phone of the maker's app, and what a hook is called on.
-struct Scene {
-  host::Phone phone;
-  IMetadata app;
-  IMetadata hal;
-  IMetadata out;
-  HeskParameterUpdater::ImageStreams streams;
-  std::shared_ptr<HeskSensorModeControl::StreamInfo> info =
-      std::make_shared<HeskSensorModeControl::StreamInfo>();
-  std::vector<char> bytes;
-  unsigned int requestNo = 0;
-
-  Scene() {
-    phone.eventStore.set("APP_TYPE", "heskCamera");
-    phone.eventStore.set("APP_NAME", "heskCamera");
-    phone.properties.set("ro.product.model.zdm", "KX0107");
-    phone.setObserver(nullptr);
-    host::LogSink::openLevels({});
-  }
+/// A call of a stored scenario, counted from 1, with logs off.
+struct Row {
+  const char* hook;
+  const char* scenario;
+  std::size_t call;
 };
 
-/// 60 entries: what the app's preview sends, and tags that no hook looks at.
-IMetadata requestOf(std::uint8_t captureIntent) {
-  IMetadata request;
-  write(&request, tags::ANDROID_CONTROL_CAPTURE_INTENT, captureIntent);
-  write(&request, tags::ANDROID_CONTROL_ENABLE_ZSL, std::uint8_t{1});
-  write(&request, tags::ANDROID_FLASH_MODE, std::uint8_t{0});
-  write(&request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 15, 30);
-  write(&request, tags::COM_HESK_CURRENTUIMODULE, 31);
-  write(&request, tags::HESK_CONTROL_CURRENTMODE, std::int64_t{1});
-  write(&request, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 1.0F);
-  write(&request, tags::HESK_CONTROL_STREAM_FLAGS, 0, 1, 0);
-  for (std::uint32_t index = 0; index < 52; ++index) {
-    write(&request, Tag<std::int32_t>{0x00020000 + index}, 1);
+constexpr Row kPreview{"updateRequestMeta, preview", "preview", 2};
+constexpr const char* kGate = "a closed log gate";
+constexpr std::array kHooks = {
+    kPreview,
+    Row{"updateRequestMeta, still capture", "still_burst", 2},
+    Row{"updateSessionParams", "video_4k60", 1},
+    Row{"decideSensorScenario", "video_4k60", 2},
+    Row{"updateResultMeta", "video_night_results", 1},
+    Row{"updateCaptureRawParameter", "raw_capture", 2},
+    Row{"translateResultRegionForHesk", "result_regions", 2},
+};
+
+constexpr double kMostOwnShare = 0.5;  // a hook's own cost, in parts of its accesses' cost
+constexpr double kMostPreviewNs = 1000;
+constexpr double kMostGateNs = 2;
+
+std::string contentOf(const std::string& path) {
+  std::ostringstream text;
+  text << std::ifstream(path, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+/// Calls a hook on the containers of a scenario's call, as often as one likes.
+class Hook {
+ public:
+  explicit Hook(camhook::Call& call) {
+    std::visit([this](auto& each) { prepare(each); }, call);
   }
-  return request;
-}
 
-void preparePreview(Scene& scene) { scene.app = requestOf(1); }
+  void operator()() const { mRun(); }
 
-void preparePreviewLogged(Scene& scene) {
-  preparePreview(scene);
-  host::LogSink::openLevels({'D', 'E', 'I'});
-}
-
-void prepareStill(Scene& scene) {
-  scene.app = requestOf(2);
-  write(&scene.app, tags::HESK_CONTROL_HISFRAME, 4, 0);
-}
-
-void prepareSession(Scene& scene) {
-  scene.app = requestOf(1);
-  for (const std::int64_t id : {0, 1, 2}) {
-    const std::uint64_t usage = id == 2 ? GRALLOC_USAGE_HW_VIDEO_ENCODER : 0;
-    scene.streams.emplace(id, new host::ImageStream(id, usage, {3840, 2160}));
+  /// The container that an access was to; one that the library made for itself is a spare one.
+  [[nodiscard]] IMetadata& container(const IMetadata* seen) {
+    const auto handed = std::ranges::find(mHanded, seen);
+    return handed != mHanded.end() ? **handed : mSpare;
   }
+
+ private:
+  IMetadata* hand(camhook::MetadataArgument& metadata) {
+    return metadata ? mHanded.emplace_back(&*metadata) : nullptr;
+  }
+
+  static HeskParameterUpdater& updater(int sensor) {
+    return *HeskParameterUpdater::createInstance(sensor);
+  }
+
+  void prepare(camhook::UpdateRequestMeta& call) {
+    mRun = [&call, meta = hand(call.meta)] {
+      updater(call.sensor).updateRequestMeta(meta, call.requestNo);
+    };
+  }
+
+  void prepare(camhook::UpdateResultMeta& call) {
+    mRun = [&call, meta = hand(call.meta)] {
+      updater(call.sensor).updateResultMeta(meta, call.requestNo);
+    };
+  }
+
+  void prepare(camhook::UpdateSessionParams& call) {
+    HeskParameterUpdater::ImageStreams streams;
+    for (const auto& [id, usage, width, height] : call.streams) {
+      streams.emplace(id, new host::ImageStream(id, usage, {width, height}));
+    }
+    mRun = [&call, streams, meta = hand(call.meta)] {
+      updater(call.sensor).updateSessionParams(meta, streams);
+    };
+  }
+
+  void prepare(camhook::UpdateCaptureRawParameter& call) {
+    mRun = [&call, app = hand(call.app), hal = hand(call.hal), out = hand(call.out)] {
+      updater(call.sensor).updateCaptureRawParameter(app, hal, out);
+    };
+  }
+
+  void prepare(camhook::TranslateResultRegion& call) {
+    mRun = [&call, meta = hand(call.meta)] {
+      updater(call.sensor)
+          .translateResultRegionForHesk(meta, call.value, call.cameraId,
+                                        static_cast<long>(call.tag));
+    };
+  }
+
+  void prepare(camhook::DecideSensorScenario& call) {
+    auto info = std::make_shared<HeskSensorModeControl::StreamInfo>();
+    *info = {.hasVideoConsumer = call.video, .mainOutputSize = {call.width, call.height}};
+    mRun = [&call, info, meta = hand(call.meta)] {
+      HeskSensorModeControl::createInstance(call.sensor)->decideSensorScenario(meta, info);
+    };
+  }
+
+  /// No row has another.
+  void prepare(auto& /*call*/) { std::abort(); }
+
+  std::function<void()> mRun;
+  std::vector<IMetadata*> mHanded;
+  IMetadata mSpare;
+};
+
+/// Keeps what the phone sees.
+struct Accesses final : host::Observer {
+  void onAccess(const host::Access& access) override { all.push_back(access); }
+
+  std::vector<host::Access> all;
+};
+
+void lookUp(const IMetadata& container, IMetadata::Tag_t tag) {
+  const IMetadata::IEntry& entry = container.entryFor(tag);
+  const auto readItems = [&]<typename T>(const std::vector<T>& items) {
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      benchmark::DoNotOptimize(entry.itemAt(i, NSCam::Type2Type<T>{}));
+    }
+  };
+  std::visit(readItems, host::MetadataAccess::itemsOf(entry));
 }
 
-void prepareResult(Scene& scene) {
-  scene.phone.eventStore.set("APP_NAME", "VideoNight");
-  scene.phone.eventStore.set("HESK_ISO", "400");
-  scene.phone.eventStore.set("HESK_EXP", "33333");
-  scene.phone.eventStore.set("HESK_EV", "-0.3");
-  scene.app = requestOf(1);
-  write(&scene.app, tags::COM_HESK_SCENETYPE, 128);
+IMetadata::IEntry madeAgain(const IMetadata::IEntry& entry) {
+  IMetadata::IEntry made(entry.tag());
+  const auto append = [&]<typename T>(const std::vector<T>& items) {
+    for (const T& item : items) made.push_back(item, NSCam::Type2Type<T>{});
+  };
+  std::visit(append, host::MetadataAccess::itemsOf(entry));
+  return made;
 }
 
-/// At full size: shading from 3A, statistics, static bytes, phase detection.
-void prepareRawCapture(Scene& scene) {
-  constexpr std::size_t kAwbBytes = 73'728;
-  constexpr std::size_t kStaticBytes = 4'096;
-  host::DeviceConfig& device = scene.phone.config.devices[kRawSensor];
-  write(&device.statics, tags::COM_HESK_PDBUFFERTYPE, 2);
-  write(&device.statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION, NSCam::MRect{0, 0, 4000, 3000});
-  writeAll(&device.statics, tags::MTK_RAW_ALGO_STATIC_INFO,
-           std::vector<std::uint8_t>(kStaticBytes, 1));
-  device.sensor.emplace().pdSupported = 1;
-  scene.app = requestOf(2);
-  write(&scene.app, tags::HESK_CONTROL_CURRENTMODE, std::int64_t{0x40000});
-  write(&scene.app, tags::MTK_3A_AWB_STATS_SIZE, static_cast<std::int32_t>(kAwbBytes));
-  writeAll(&scene.app, tags::MTK_3A_AWB_STATS_DATA, std::vector<std::uint8_t>(kAwbBytes, 1));
-  write(&scene.hal, tags::MTK_HAL_REQUEST_SENSOR_ID, kRawSensor);
-  write(&scene.hal, tags::MTK_P1NODE_SCALAR_CROP_REGION, NSCam::MRect{0, 0, 4000, 3000});
-}
+/// Makes an access once more.
+struct Again {
+  Hook& hook;
 
-/// The longest list of rules, none of which matches, on a session that has all they ask for.
-void prepareDecision(Scene& scene) {
-  scene.phone.properties.set("ro.product.model.zdm", "KX0105");
-  scene.app = requestOf(1);
-  write(&scene.app, tags::HESK_CONTROL_EISENABLE, 3);
-  write(&scene.app, tags::MTK_STREAMING_FEATURE_HFPS_MODE, 1);
-  write(&scene.app, tags::HESK_CONTROL_VIDEOALGOTYPE, 3);
-}
+  void operator()(const host::MetadataRead& read) const {
+    lookUp(hook.container(read.container), read.tag);
+  }
 
-void prepareRegion(Scene& scene) {
-  scene.phone.config.sat.cameras = {{.id = 0, .role = 0, .fov = 80.0F}};
-  scene.app = requestOf(1);
-  write(&scene.app, Tag<std::int32_t>{0xc00e0017}, 10, 20, 30, 40);
-}
+  void operator()(const host::StaticRead& read) const {
+    const auto* const provider = NSCam::NSMetadataProviderManager::valueForByDeviceId(read.device);
+    lookUp(provider->getStaticCharacteristics(), read.tag);
+  }
 
-void prepareTuningData(Scene& scene) {
-  scene.phone.config.tuningBuffer = {.fd = 3, .bufferSize = kTuningBytes, .bufferIndex = 1};
-  scene.bytes.assign(kTuningBytes, 1);
-}
+  void operator()(const host::MetadataWrite& write) const {
+    hook.container(write.container).update(write.tag, madeAgain(write.entry));
+  }
 
-HeskParameterUpdater& updater(int sensor) { return *HeskParameterUpdater::createInstance(sensor); }
+  void operator()(const host::EventRead& read) const {
+    std::string value;
+    NSCam::ATMsEventMgr::getInstance().get(read.key, value);
+    benchmark::DoNotOptimize(value.data());
+  }
 
-void requestPreview(Scene& scene) {
-  updater(kPreviewSensor).updateRequestMeta(&scene.app, ++scene.requestNo);
-}
+  void operator()(const host::PropertyRead& read) const {
+    std::array<char, PROPERTY_VALUE_MAX> value{};
+    benchmark::DoNotOptimize(property_get(read.name.c_str(), value.data(), ""));
+  }
 
-void requestPreviewLogged(Scene& scene) {
-  requestPreview(scene);
-  scene.phone.log.take();
-}
+  void operator()(const host::Effect& effect) const {
+    if (effect.op != "eventStore.set") return;
+    NSCam::ATMsEventMgr::getInstance().set(std::get<std::string>(effect.fields[0].value),
+                                           std::get<std::string>(effect.fields[1].value));
+  }
 
-void requestStill(Scene& scene) {
-  updater(kStillSensor).updateRequestMeta(&scene.app, ++scene.requestNo);
-}
-
-void configureSession(Scene& scene) {
-  updater(kSessionSensor).updateSessionParams(&scene.app, scene.streams);
-}
-
-void takeResult(Scene& scene) {
-  updater(kResultSensor).updateResultMeta(&scene.app, ++scene.requestNo);
-}
-
-void captureRaw(Scene& scene) {
-  updater(kRawSensor).updateCaptureRawParameter(&scene.app, &scene.hal, &scene.out);
-}
-
-void decide(Scene& scene) {
-  benchmark::DoNotOptimize(HeskSensorModeControl::createInstance(kDecisionSensor)
-                               ->decideSensorScenario(&scene.app, scene.info));
-}
-
-void translateRegion(Scene& scene) {
-  updater(kResultSensor).translateResultRegionForHesk(&scene.app, 80.0F, 0, 0xc00e0017L);
-}
-
-void exportTuningData(Scene& scene) {
-  updater(kRawSensor).updateTuningData(&scene.app, scene.bytes.data(), kTuningBytes);
-}
+  void operator()(const host::ServiceRead& /*read*/) const {}
+};
 
 /// Times `call`, and counts what it allocates.
 template <typename Call>
@@ -210,25 +241,34 @@ void measure(benchmark::State& state, Call call) {
                                                      benchmark::Counter::kAvgIterations);
 }
 
-void hook(benchmark::State& state, void (*prepare)(Scene&), void (*run)(Scene&)) {
-  Scene scene;
-  prepare(scene);
-  measure(state, [&] { run(scene); });
+enum class What { hook, accesses };
+
+void measureRow(benchmark::State& state, const Row& row, What what) {
+  camhook::Scenario scenario = camhook::readScenario(
+      contentOf(std::string(CAM_SOURCE_DIR "/scenarios/") + row.scenario + ".json"));
+  camhook::Replay replay(std::move(scenario.platform));
+  for (std::size_t i = 0; i + 1 < row.call; ++i) replay.run(scenario.calls[i]);
+  host::LogSink::openLevels({});
+
+  Hook hook(scenario.calls[row.call - 1].call);
+  hook();  // so that the containers have what they will have
+  Accesses accesses;
+  replay.phone().setObserver(&accesses);
+  hook();
+  replay.phone().setObserver(nullptr);
+  if (what == What::hook) {
+    measure(state, [&] { hook(); });
+  } else {
+    state.counters["accesses"] = static_cast<double>(accesses.all.size());
+    measure(state, [&] {
+      for (const host::Access& access : accesses.all) std::visit(Again{hook}, access);
+    });
+  }
 }
 
-BENCHMARK_CAPTURE(hook, preview_request, preparePreview, requestPreview);
-BENCHMARK_CAPTURE(hook, preview_request_all_logs, preparePreviewLogged, requestPreviewLogged);
-BENCHMARK_CAPTURE(hook, still_capture_request, prepareStill, requestStill);
-BENCHMARK_CAPTURE(hook, session_of_three_streams, prepareSession, configureSession);
-BENCHMARK_CAPTURE(hook, result, prepareResult, takeResult);
-BENCHMARK_CAPTURE(hook, raw_capture_full_size, prepareRawCapture, captureRaw);
-BENCHMARK_CAPTURE(hook, decision_no_rule_matches, prepareDecision, decide);
-BENCHMARK_CAPTURE(hook, result_region, prepareRegion, translateRegion);
-BENCHMARK_CAPTURE(hook, tuning_data_2_mb, prepareTuningData, exportTuningData);
-
-void closedLogGate(benchmark::State& state) {
-  static constexpr log::Source kSource{"HeskBench", "bench/hooks_bench.cpp"};
-  static constexpr log::Operation kOperation{kSource, "bench"};
+void measureGate(benchmark::State& state) {
+  static constexpr hesk::log::Source kSource{"HeskBench", "bench/hooks_bench.cpp"};
+  static constexpr hesk::log::Operation kOperation{kSource, "bench"};
   host::LogSink::openLevels({});
   int value = 0;
   measure(state, [&] {
@@ -236,8 +276,93 @@ void closedLogGate(benchmark::State& state) {
     benchmark::ClobberMemory();
   });
 }
-BENCHMARK(closedLogGate);
+
+std::string accessesOf(const Row& row) { return std::string(row.hook) + ": accesses"; }
+
+/// Keeps the shortest run of each row.
+class Shortest final : public benchmark::BenchmarkReporter {
+ public:
+  struct Figures {
+    double ns = std::numeric_limits<double>::infinity();
+    double accesses = 0;
+    double allocations = 0;
+  };
+
+  bool ReportContext(const Context& /*context*/) override { return true; }
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.run_type != Run::RT_Iteration) continue;
+      Figures& row = mRows[run.run_name.function_name];
+      row.ns = std::min(row.ns, run.GetAdjustedCPUTime());
+      row.allocations = run.counters.at("allocations");
+      const auto accesses = run.counters.find("accesses");
+      if (accesses != run.counters.end()) row.accesses = accesses->second;
+    }
+  }
+
+  /// None for a row that did not run.
+  [[nodiscard]] const Figures* find(const std::string& row) const {
+    const auto found = mRows.find(row);
+    return found != mRows.end() ? &found->second : nullptr;
+  }
+
+ private:
+  std::map<std::string, Figures> mRows;
+};
+
+/// Ends a line by what it may come to at most. Returns whether it comes to no more.
+bool judge(double figure, double most, const char* unit) {
+  const bool isWithin = figure <= most;
+  std::printf("  %s %.0f %s\n", isWithin ? "ok, at most" : "MISSED: at most", most, unit);
+  return isWithin;
+}
+
+/// Prints the rows that ran. Returns whether all are within their targets.
+bool report(const Shortest& shortest) {
+  constexpr double kPerCent = 100;
+  bool areMet = true;
+  std::printf("%-34s %9s %11s %8s %11s %5s\n", "", "time", "allocations", "accesses", "their time",
+              "own");
+  for (const Row& row : kHooks) {
+    const auto* const whole = shortest.find(row.hook);
+    const auto* const accesses = shortest.find(accessesOf(row));
+    if (whole == nullptr || accesses == nullptr) continue;
+    const double own = kPerCent * (whole->ns / accesses->ns - 1);
+    std::printf("%-34s %6.0f ns %11.0f %8.0f %8.0f ns %3.0f %%", row.hook, whole->ns,
+                whole->allocations, accesses->accesses, accesses->ns, own);
+    areMet &= judge(own, kPerCent * kMostOwnShare, "%");
+  }
+  const auto judgeTime = [&](const char* name, const char* row, double most) {
+    const auto* const figures = shortest.find(row);
+    if (figures == nullptr) return;
+    std::printf("%-34s %6.1f ns", name, figures->ns);
+    areMet &= judge(figures->ns, most, "ns");
+  };
+  judgeTime("a preview request", kPreview.hook, kMostPreviewNs);
+  judgeTime(kGate, kGate, kMostGateNs);
+  return areMet;
+}
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  // Rows are compared with one another: all run by turns, several times. Options given go before.
+  std::string repetitions = "--benchmark_repetitions=9";
+  std::string byTurns = "--benchmark_enable_random_interleaving=true";
+  std::string seconds = "--benchmark_min_time=0.05";
+  std::vector<char*> words{argv[0], repetitions.data(), byTurns.data(), seconds.data()};
+  words.insert(words.end(), argv + 1, argv + argc);
+  auto count = static_cast<int>(words.size());
+  benchmark::Initialize(&count, words.data());
+  if (benchmark::ReportUnrecognizedArguments(count, words.data())) return 2;
+
+  for (const Row& row : kHooks) {
+    benchmark::RegisterBenchmark(row.hook, measureRow, row, What::hook);
+    benchmark::RegisterBenchmark(accessesOf(row).c_str(), measureRow, row, What::accesses);
+  }
+  benchmark::RegisterBenchmark(kGate, measureGate);
+  Shortest shortest;
+  benchmark::RunSpecifiedBenchmarks(&shortest);
+  return report(shortest) ? 0 : 1;
+}

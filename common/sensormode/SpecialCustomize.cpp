@@ -1,6 +1,7 @@
 // The overrides: scenarios that certain apps need whatever the rules say.
 
 #include <string>
+#include <string_view>
 
 #include "common/Events.h"
 #include "common/HeskSensorModeControl.h"
@@ -20,8 +21,8 @@ constexpr NSCam::MSize k640x480{640, 480};
 
 /// What the overrides look at.
 struct Configuration {
-  std::string appType;
-  std::string appName;
+  std::string_view appType;
+  std::string_view appName;
   std::int32_t sensorId;
   const NSCam::IMetadata* meta;
   bool hasVideo;
@@ -122,8 +123,10 @@ int HeskSensorModeControl::specialCustomize(
     // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is a given one
     std::shared_ptr<StreamInfo> info) {
   const StreamInfo stream = info != nullptr ? *info : StreamInfo{};
-  const Configuration configuration{.appType = eventValue("APP_TYPE"),
-                                    .appName = eventValue("APP_NAME"),
+  const std::string appType = eventValue("APP_TYPE");
+  const std::string appName = eventValue("APP_NAME");
+  const Configuration configuration{.appType = appType,
+                                    .appName = appName,
                                     .sensorId = mSensorId,
                                     .meta = meta,
                                     .hasVideo = stream.hasVideoConsumer,
