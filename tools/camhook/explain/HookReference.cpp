@@ -60,9 +60,10 @@ struct AccessText {
   }
 };
 
-/// The accesses of a call, a line each: hook, step, and the words of the access.
+/// The accesses of a call, a line each: hook, step, and the words of the access. Begins with an
+/// empty line.
 std::string linesOf(const CallTrace& trace) {
-  std::string lines;
+  std::string lines = "\n";
   for (const auto& [access, container, step] : *trace.accesses) {
     const auto [direction, group, member] = std::visit(AccessText{container}, access);
     if (group.empty()) continue;  // a container of the library's own
@@ -116,16 +117,6 @@ std::string fromOtherProcess(Make make) {
   return text;
 }
 
-/// The element of that name; a new one at the end where there is none.
-template <typename Named>
-Named& named(std::vector<Named>& list, std::string_view name) {
-  const auto found = std::ranges::find(list, name, &Named::name);
-  if (found != list.end()) return *found;
-  Named& added = list.emplace_back();
-  added.name = name;
-  return added;
-}
-
 /// What stands before the separator, which is taken off with it.
 std::string_view takeWord(std::string_view& line) {
   const std::size_t end = line.find(kSeparator);
@@ -134,25 +125,11 @@ std::string_view takeWord(std::string_view& line) {
   return word;
 }
 
-/// "meta `A`, `B`<br>event `C`".
-template <typename Groups>
-std::string cellOf(const Groups& groups) {
-  std::string cell;
-  for (const auto& [name, members] : groups) {
-    if (!cell.empty()) cell += "<br>";
-    cell += name;
-    const char* separator = " `";
-    for (const std::string& member : members) {
-      cell += std::exchange(separator, ", `") + member + '`';
-    }
-  }
-  return cell;
-}
-
 constexpr const char* kIntroduction = R"(# What the hooks read and write
 
 Made from runs of all stored scenarios on the simulated phone: `./camhook hooks scenarios/*.json`. It tells
-what these runs came by, each step in the order in which it first does. A step is a function of the library.
+what these runs came by, steps and accesses in the order in which a call first comes to them. A step is a
+function of the library.
 
 - `meta`, `app`, `hal`, `out`: tags of the container that the hook is handed under that name. Clearing a tag is
   writing it.
@@ -164,30 +141,84 @@ what these runs came by, each step in the order in which it first does. A step i
 
 }  // namespace
 
+void RunOrder::add(std::size_t run, std::string_view name) {
+  if (run != mRun) mSeen.clear();
+  mRun = run;
+  if (std::ranges::find(mSeen, name) != mSeen.end()) return;
+  for (const std::string& earlier : mSeen) mBefore.emplace(earlier, name);
+  mSeen.emplace_back(name);
+  if (std::ranges::find(mNames, name) == mNames.end()) mNames.emplace_back(name);
+}
+
+std::vector<std::string> RunOrder::names() const {
+  std::vector<std::string> rest = mNames;
+  const auto isNext = [&](const std::string& name) {
+    return std::ranges::none_of(rest, [&](const std::string& other) {
+      return mBefore.contains({other, name}) && !mBefore.contains({name, other});
+    });
+  };
+  std::vector<std::string> ordered;
+  while (!rest.empty()) {
+    auto next = std::ranges::find_if(rest, isNext);
+    if (next == rest.end()) next = rest.begin();
+    ordered.push_back(*next);
+    rest.erase(next);
+  }
+  return ordered;
+}
+
+void HookReference::Cell::add(std::size_t run, std::string_view group, std::string_view member) {
+  groups.add(run, group);
+  members[std::string(group)].add(run, member);
+}
+
+std::string HookReference::Cell::text() const {
+  std::string text;
+  for (const std::string& group : groups.names()) {
+    if (!text.empty()) text += "<br>";
+    text += group;
+    const char* separator = " `";
+    for (const std::string& member : members.at(group).names()) {
+      text += std::exchange(separator, ", `") + member + '`';
+    }
+  }
+  return text;
+}
+
 void HookReference::add(const Scenario& scenario) {
   const std::string lines = fromOtherProcess([&] { return linesOf(scenario); });
   std::string_view rest = lines;
   while (!rest.empty()) {
     const std::size_t end = rest.find('\n');
-    addLine(rest.substr(0, end));
+    if (end == 0) {
+      ++mRun;
+    } else {
+      addLine(rest.substr(0, end));
+    }
     rest.remove_prefix(end + 1);
   }
 }
 
 void HookReference::addLine(std::string_view line) {
-  Hook& hook = named(mHooks, takeWord(line));
-  Step& step = named(hook.steps, takeWord(line));
-  std::vector<Group>& groups = takeWord(line) == kRead ? step.reads : step.writes;
-  std::vector<std::string>& members = named(groups, takeWord(line)).members;
-  if (std::ranges::find(members, line) == members.end()) members.emplace_back(line);
+  const std::string_view hookName = takeWord(line);
+  mHookNames.add(mRun, hookName);
+  Hook& hook = mHooks[std::string(hookName)];
+  const std::string_view stepName = takeWord(line);
+  hook.stepNames.add(mRun, stepName);
+  Step& step = hook.steps[std::string(stepName)];
+  Cell& cell = takeWord(line) == kRead ? step.reads : step.writes;
+  const std::string_view group = takeWord(line);
+  cell.add(mRun, group, line);
 }
 
 void HookReference::write(std::ostream& out) const {
   out << kIntroduction;
-  for (const Hook& hook : mHooks) {
-    out << "\n## " << hook.name << "\n\n| step | reads | writes |\n|---|---|---|\n";
-    for (const Step& step : hook.steps) {
-      out << "| `" << step.name << "` | " << cellOf(step.reads) << " | " << cellOf(step.writes)
+  for (const std::string& hookName : mHookNames.names()) {
+    const Hook& hook = mHooks.at(hookName);
+    out << "\n## " << hookName << "\n\n| step | reads | writes |\n|---|---|---|\n";
+    for (const std::string& stepName : hook.stepNames.names()) {
+      const Step& step = hook.steps.at(stepName);
+      out << "| `" << stepName << "` | " << step.reads.text() << " | " << step.writes.text()
           << " |\n";
     }
   }
