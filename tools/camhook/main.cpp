@@ -110,7 +110,7 @@ int replay(const ReplayOptions& options) {
   }
   Replay run(std::move(scenario.platform));
   std::optional<StepFinder> steps;
-  if (options.steps) run.followSteps(&steps.emplace());
+  if (options.steps) run.followSteps(&steps.emplace(), Replay::StepsOf::writes);
   ProgressLine progress(scenario.calls.size());
   std::size_t done = 0;
   for (const ScenarioCall& call : scenario.calls) {
@@ -204,7 +204,10 @@ void addWhy(CLI::App& app, WhyOptions& options, std::string& file) {
       "why", "Explain a tag after a call: what wrote it, and what would change it");
   command->add_option("FILE", file, "The scenario; - reads it from standard input")->required();
   command->add_option("CALL", options.call, "Number of the call, from 1, or last")->required();
-  command->add_option("TAG", options.tag, "The tag, written or not")->required();
+  command
+      ->add_option("TAG", options.tags,
+                   "The tag, written or not, or several; return for what the call returns")
+      ->required();
   command
       ->add_option("--container", options.container,
                    "Container of the call; by default the one that it writes")
@@ -299,7 +302,7 @@ int run(int argc, char** argv) {
   }
   if (app.got_subcommand("replay")) return replay(replayOptions);
   if (app.got_subcommand("why")) {
-    const Question question =
+    const WhyQuestion question =
         readFile(whyFile, [&](const std::string& text) { return readQuestion(text, whyOptions); });
     return why(std::cout, question, whyOptions, Style::forStandardOutput());
   }

@@ -1,9 +1,10 @@
 // The other values that are tried for an input.
 //
 // None is listed for a tag. For a number: zero, the numbers next to the present one, each bit,
-// small numbers and the edges of common ranges, and what the library's own code compares with. For
-// a text: the texts of the library's read-only data. For all: absent, and what the scenario has
-// elsewhere in such a place. A list changes item by item.
+// small numbers and the edges of common ranges, what the library's own code compares with, and what
+// its rules of sensor modes ask for. For a text: the texts of the library's read-only data, and
+// those of the rules. For all: absent, and what the scenario has elsewhere in such a place. A list
+// changes item by item.
 
 #pragma once
 

@@ -101,7 +101,7 @@ struct Running {
 }  // namespace
 
 std::vector<Json> inChildren(const std::vector<ChildWork>& works,
-                             const std::function<void()>& onDone) {
+                             const std::function<void(const Json& made)>& onDone) {
   const std::size_t most = std::max(1U, std::thread::hardware_concurrency());
   std::vector<Json> results(works.size());
   Running running;
@@ -121,7 +121,7 @@ std::vector<Json> inChildren(const std::vector<ChildWork>& works,
       const Child done = std::move(children[i]);
       children.erase(children.begin() + static_cast<std::ptrdiff_t>(i));
       results[done.work] = finish(done);
-      if (onDone) onDone();
+      if (onDone) onDone(results[done.work]);
     }
   }
   return results;

@@ -42,13 +42,11 @@ struct Input {
   friend auto operator<=>(const Input&, const Input&) = default;
 };
 
-/// A scenario, and the tag that is to be explained.
+/// A scenario, and the call that is asked about.
 struct Question {
   Json document;  // the scenario as it was written
   Scenario scenario;
   std::size_t call = 0;  // from 0
-  std::string container;
-  std::uint32_t tag = 0;
 
   [[nodiscard]] const ScenarioCall& scenarioCall() const { return scenario.calls[call]; }
   [[nodiscard]] const Json& callDocument() const { return document["calls"][call]; }

@@ -6,7 +6,9 @@
 
 #include <cstddef>
 #include <optional>
+#include <vector>
 
+#include "tools/camhook/explain/Answer.h"
 #include "tools/camhook/explain/Input.h"
 #include "tools/camhook/input/Json.h"
 
@@ -21,9 +23,11 @@ struct Explanation {
   std::size_t triedPairs = 0;  // of two changes
 };
 
-/// Explains the tag. With `want`, an entry as the scenario has it or null for absent, the changes
-/// are those that give it, pairs where no single one does. Tells on a terminal's standard error how
-/// far it is. Throws InputError.
-Explanation explain(const Question& question, const std::optional<Json>& want);
+/// Explains what is asked, each by itself; every change is run once for all of it. With `want`, an
+/// entry as the scenario has it or null for absent, the changes are those that give it, pairs where
+/// no single one does; then one thing is asked. Tells on a terminal's standard error how far it is.
+/// Throws InputError.
+std::vector<Explanation> explain(const Question& question, const std::vector<Asked>& asked,
+                                 const std::optional<Json>& want);
 
 }  // namespace camhook

@@ -18,8 +18,9 @@
 namespace camhook {
 namespace {
 
-constexpr std::size_t kMostItems = 8;    // shown of an entry
-constexpr std::size_t kMostChanges = 4;  // shown of an input, unless all are
+constexpr std::size_t kMostLetters = 40;  // shown of a value, about
+constexpr std::size_t kMostChanges = 4;   // shown of an input, unless all are
+constexpr std::size_t kLineWidth = 80;
 
 /// How many letters must be put in, left out or replaced to make one text of the other.
 std::size_t editDistance(std::string_view left, std::string_view right) {
@@ -90,15 +91,17 @@ std::string itemsText(const Json& items) {
   if (items.size() == 1) return lineOfJson(items.front());
   std::string text = "[";
   for (std::size_t i = 0; i < items.size(); ++i) {
-    if (i == kMostItems) return text + ", ... " + std::to_string(items.size()) + " in all]";
-    text += (i > 0 ? ", " : "") + lineOfJson(items[i]);
+    const std::string item = (i > 0 ? ", " : "") + lineOfJson(items[i]);
+    if (text.size() + item.size() > kMostLetters) {
+      return text + ", ... " + std::to_string(items.size()) + " in all]";
+    }
+    text += item;
   }
   return text + "]";
 }
 
 /// Any value: an entry, a text, a number, null.
 std::string valueText(const Json& value) {
-  constexpr std::size_t kMostLetters = 40;
   if (value.is_null()) return "absent";
   if (value.is_object() && value.contains("items")) return itemsText(value["items"]);
   std::string text = lineOfJson(value);
@@ -125,66 +128,92 @@ std::string toText(const Json& input, const Json& to) {
   return input["kind"] == "call" ? "left out" : valueText(to);
 }
 
+using Row = std::vector<std::string>;
+
+/// Writes rows that line up. Where one is too wide, each goes onto a second line behind its first
+/// `head` cells.
+void writeRows(std::ostream& out, const std::vector<Row>& rows, std::size_t head,
+               std::size_t indent) {
+  Columns columns;
+  for (const Row& row : rows) columns.add(row);
+  const std::vector<std::string> lines = columns.lines();
+  const auto fits = [indent](const std::string& line) {
+    return indent + displayWidth(line) <= kLineWidth;
+  };
+  if (std::ranges::all_of(lines, fits)) return columns.write(out, indent);
+  for (const Row& row : rows) {
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      if (row[i].empty()) continue;
+      if (i == head) out << '\n';
+      out << std::string(i == 0 ? indent : i == head ? indent + 2 : 2, ' ') << row[i];
+    }
+    out << '\n';
+  }
+}
+
 /// Prints an explanation.
 class Text {
  public:
   Text(std::ostream& out, Style style, bool all) : mOut(out), mStyle(style), mAll(all) {}
 
-  void write(const Explanation& explanation, const WhyOptions& options) {
+  /// `want` is empty where nothing is wanted.
+  void write(const Explanation& explanation, const std::string& want) {
     const Json& document = explanation.document;
     writeTitle(document);
-    writeWrites(document["writes"], document["after"]);
-    writeInputs(document["inputs"], !options.want.empty());
-    if (!options.want.empty()) writeWanted(explanation, options.want);
+    if (!document["container"].is_null()) writeWrites(document["writes"], document["after"]);
+    writeInputs(document["inputs"], !want.empty());
+    if (!want.empty()) writeWanted(explanation, want);
   }
 
  private:
   void writeTitle(const Json& document) {
     mOut << mStyle.title(document["tag"].get<std::string>()) << '\n';
-    mOut << "  " << document["container"].get<std::string>() << " of call "
-         << document["call"].get<std::size_t>() << ", " << document["hook"].get<std::string>();
+    mOut << "  ";
+    const bool isTag = !document["container"].is_null();
+    if (isTag) mOut << document["container"].get<std::string>() << " of ";
+    mOut << "call " << document["call"].get<std::size_t>() << ", "
+         << document["hook"].get<std::string>();
     if (!document["sensor"].is_null()) mOut << ", sensor " << lineOfJson(document["sensor"]);
     mOut << '\n';
     Columns values;
-    values.add({mStyle.heading("before"), valueText(document["before"])});
+    if (isTag) values.add({mStyle.heading("before"), valueText(document["before"])});
     values.add({mStyle.heading("after"), mStyle.fresh(valueText(document["after"]))});
     values.write(mOut, 2);
   }
 
   void writeWrites(const Json& writes, const Json& after) {
     mOut << mStyle.heading("written") << '\n';
-    Columns columns;
+    std::vector<Row> rows;
     for (std::size_t i = 0; i < writes.size(); ++i) {
       const Json& write = writes[i];
       const bool holds = i + 1 == writes.size() && write["value"] == after;
       const std::string value =
           write["value"].is_null() ? std::string("cleared") : valueText(write["value"]);
-      const auto step = write["step"].get<std::string>();
       const std::string place =
           write["file"].get<std::string>() + ":" + std::to_string(write["line"].get<int>());
-      columns.add({holds ? mStyle.fresh(value) : mStyle.faint(value), step,
-                   mStyle.faint(place) + (holds ? "  holds" : "")});
+      rows.push_back({holds ? mStyle.fresh(value) : mStyle.faint(value), holds ? "holds" : "",
+                      write["step"].get<std::string>(), mStyle.faint(place)});
     }
-    if (columns.isEmpty()) columns.add({"by no step of this call"});
-    columns.write(mOut, 2);
+    if (rows.empty()) rows.push_back({"by no step of this call"});
+    writeRows(mOut, rows, 2, 2);
   }
 
   void writeInput(const Json& input) {
-    mOut << "  " << inputText(input);
-    if (input["kind"] != "call") mOut << "  " << mStyle.faint(valueText(input["value"]));
-    mOut << '\n';
-    Columns columns;
+    Row row{inputText(input)};
+    if (input["kind"] != "call") row.push_back(mStyle.faint(valueText(input["value"])));
+    writeRows(mOut, {row}, 1, 2);
+    std::vector<Row> rows;
     const Json& changes = input["changes"];
     for (std::size_t i = 0; i < changes.size(); ++i) {
       if (i == kMostChanges && !mAll) {
-        columns.add({mStyle.faint("and " + std::to_string(changes.size() - i) +
-                                  " other outcomes (--all)")});
+        rows.push_back({mStyle.faint("and " + std::to_string(changes.size() - i) +
+                                     " other outcomes (--all)")});
         break;
       }
-      columns.add({toText(input, changes[i]["to"]), "\u2192",
-                   mStyle.fresh(valueText(changes[i]["gives"]))});
+      rows.push_back({toText(input, changes[i]["to"]), "\u2192",
+                      mStyle.fresh(valueText(changes[i]["gives"]))});
     }
-    columns.write(mOut, 4);
+    writeRows(mOut, rows, 1, 4);
   }
 
   void writeInputs(const Json& inputs, bool isWanted) {
@@ -201,13 +230,13 @@ class Text {
     mOut << mStyle.heading("what does not count");
     mOut << "  " << rest << " inputs" << (mAll ? "" : " (--all)") << '\n';
     if (!mAll) return;
-    Columns columns;
+    std::vector<Row> rows;
     for (const Json& input : inputs) {
       if (isShown(input)) continue;
-      columns.add({inputText(input),
-                   mStyle.faint(input["kind"] == "call" ? "" : valueText(input["value"]))});
+      rows.push_back({inputText(input)});
+      if (input["kind"] != "call") rows.back().push_back(mStyle.faint(valueText(input["value"])));
     }
-    columns.write(mOut, 2);
+    writeRows(mOut, rows, 1, 2);
   }
 
   void writeWanted(const Explanation& explanation, const std::string& want) {
@@ -221,12 +250,12 @@ class Text {
     }
     mOut << mStyle.heading("what gives it together") << '\n';
     for (const Json& pair : *found) {
-      Columns columns;
+      std::vector<Row> rows;
       for (const Json& change : pair["changes"]) {
-        columns.add({columns.isEmpty() ? "" : "and", inputText(change), "\u2192",
-                     mStyle.fresh(toText(change, change["to"]))});
+        rows.push_back({rows.empty() ? "   " : "and", inputText(change), "\u2192",
+                        mStyle.fresh(toText(change, change["to"]))});
       }
-      columns.write(mOut, 2);
+      writeRows(mOut, rows, 2, 2);
     }
   }
 
@@ -237,38 +266,51 @@ class Text {
 
 }  // namespace
 
-Question readQuestion(std::string_view text, const WhyOptions& options) {
-  Question question;
+WhyQuestion readQuestion(std::string_view text, const WhyOptions& options) {
+  WhyQuestion asking;
+  Question& question = asking.question;
   question.document = parseJson(text);
   question.scenario = readScenario(text);
   question.call = callFromText(options.call, question.scenario.calls.size());
-  question.container = containerFromText(options.container, question.scenarioCall());
-  try {
-    question.tag = tagFromText(options.tag, Place());
-  } catch (const InputError&) {
-    throw InputError("unknown tag " + jsonText(options.tag) + nearNames(options.tag));
+  for (const std::string& tag : options.tags) {
+    if (tag == "return") {
+      asking.asked.emplace_back();
+      continue;
+    }
+    const std::string container = containerFromText(options.container, question.scenarioCall());
+    try {
+      asking.asked.push_back({container, tagFromText(tag, Place())});
+    } catch (const InputError&) {
+      throw InputError("unknown tag " + jsonText(tag) + nearNames(tag));
+    }
   }
-  return question;
+  return asking;
 }
 
-int why(std::ostream& out, const Question& question, const WhyOptions& options, Style style) {
+int why(std::ostream& out, const WhyQuestion& asking, const WhyOptions& options, Style style) {
   std::optional<Json> want;
   if (!options.want.empty()) {
+    if (asking.asked.size() > 1) throw InputError("camhook: --want: takes one TAG");
     try {
       want = parseJson(options.want);
     } catch (const InputError& error) {
       throw InputError("camhook: --want: " + std::string(error.what()));
     }
   }
-  const Explanation explanation = explain(question, want);
-  const Json& document = explanation.document;
+  const std::vector<Explanation> explanations = explain(asking.question, asking.asked, want);
   if (options.json) {
-    writeJson(out, document);
+    Json documents = Json::array();
+    for (const Explanation& explanation : explanations) documents.push_back(explanation.document);
+    writeJson(out, documents.size() == 1 ? documents.front() : documents);
     out << '\n';
   } else {
-    Text(out, style, options.all).write(explanation, options);
+    for (const Explanation& explanation : explanations) {
+      if (&explanation != &explanations.front()) out << '\n';
+      Text(out, style, options.all).write(explanation, options.want);
+    }
   }
   if (!want) return 0;
+  const auto& document = explanations.front().document;
   const auto together = document.find("together");
   return together == document.end() || !together->empty() ? 0 : 1;
 }

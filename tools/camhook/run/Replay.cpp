@@ -68,11 +68,13 @@ HeskParameterUpdater::ImageStreams imageStreams(
 class Recorder final : public host::Observer {
  public:
   /// Without `steps` accesses have none.
-  Recorder(host::Phone& phone, CallTrace& trace, Replay::Detail detail, StepFinder* steps)
+  Recorder(host::Phone& phone, CallTrace& trace, Replay::Detail detail, StepFinder* steps,
+           Replay::StepsOf which)
       : mPhone(phone),
         mBefore(phone.setObserver(detail != Replay::Detail::containers ? this : nullptr)),
         mTrace(trace),
-        mSteps(steps) {
+        mSteps(steps),
+        mStepsOf(which) {
     if (detail == Replay::Detail::accesses || steps != nullptr) mTrace.accesses.emplace();
   }
   ~Recorder() { mPhone.setObserver(mBefore); }
@@ -82,8 +84,10 @@ class Recorder final : public host::Observer {
   void onAccess(const host::Access& access) override {
     if (const auto* effect = std::get_if<host::Effect>(&access)) mTrace.effects.push_back(*effect);
     if (!mTrace.accesses) return;
-    mTrace.accesses->push_back({access, nameOfContainer(access),
-                                mSteps != nullptr ? mSteps->find(returnAddresses()) : Step()});
+    const bool hasStep = mSteps != nullptr && (mStepsOf == Replay::StepsOf::all ||
+                                               std::holds_alternative<host::MetadataWrite>(access));
+    mTrace.accesses->push_back(
+        {access, nameOfContainer(access), hasStep ? mSteps->find(returnAddresses()) : Step()});
   }
 
  private:
@@ -101,6 +105,7 @@ class Recorder final : public host::Observer {
   host::Observer* mBefore;
   CallTrace& mTrace;
   StepFinder* mSteps;
+  Replay::StepsOf mStepsOf;
 };
 
 /// Runs one call. `updater` is null where there is none, and for calls that take none.
@@ -214,7 +219,7 @@ CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
   CallTrace trace;
   trace.arguments = scenarioCall.arguments;
   trace.containers.reserve(kMostContainers);
-  const Recorder recorder(mPhone, trace, detail, mSteps);
+  const Recorder recorder(mPhone, trace, detail, mSteps, mStepsOf);
   HeskParameterUpdater* updater = nullptr;
   std::visit(
       [&]<typename CallType>(const CallType& concrete) {

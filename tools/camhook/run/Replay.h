@@ -62,9 +62,15 @@ class Replay {
   explicit Replay(host::PhoneConfig platform,
                   Updaters updaters = &HeskParameterUpdater::createInstance);
 
+  /// Accesses that are to have a step. To find one takes longer than to read a tag.
+  enum class StepsOf { all, writes };
+
   /// Has the accesses of every call from now on kept, with the steps that `steps` finds; null: no
   /// longer.
-  void followSteps(StepFinder* steps) { mSteps = steps; }
+  void followSteps(StepFinder* steps, StepsOf which = StepsOf::all) {
+    mSteps = steps;
+    mStepsOf = which;
+  }
 
   /// What a trace tells besides the containers. All of it takes longer than most calls.
   enum class Detail {
@@ -82,6 +88,7 @@ class Replay {
   host::Phone mPhone;
   Updaters mUpdaters;
   StepFinder* mSteps = nullptr;
+  StepsOf mStepsOf = StepsOf::all;
   std::map<std::int32_t, Json> mStates;  // by sensor, after its latest call
 };
 
