@@ -106,7 +106,7 @@ int replay(const ReplayOptions& options) {
     writer = std::make_unique<JsonTrace>(std::cout);
   } else {
     writer = std::make_unique<TextTrace>(std::cout, Style::forStandardOutput(),
-                                         recordsFromName(options.logs), scenario.calls.size());
+                                         recordsFromName(options.logs), scenario.about);
   }
   Replay run(std::move(scenario.platform));
   std::optional<StepFinder> steps;

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -82,7 +81,6 @@ class Replay {
   host::Phone mPhone;
   Updaters mUpdaters;
   StepFinder* mSteps = nullptr;
-  std::map<std::int32_t, Json> mStates;  // by sensor, after its latest call
 };
 
 }  // namespace camhook
