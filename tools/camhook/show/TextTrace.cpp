@@ -117,7 +117,8 @@ void TextTrace::write(const CallTrace& trace) {
 
 void TextTrace::writeTitle(const CallTrace& trace) {
   const Json sensor = trace.sensor ? Json(*trace.sensor) : Json();
-  std::string line = mStyle.title(callTitle(mCallNumber, trace.call, sensor, trace.arguments));
+  std::string line = mStyle.title(std::to_string(mCallNumber) + "  " +
+                                  callTitle(trace.call, sensor, trace.arguments));
   if (!trace.result.is_null()) {
     line.append("  ").append(kArrow).append("  ") += lineOfJson(trace.result);
   }

@@ -32,14 +32,15 @@ std::string streamsText(const Json& streams) {
   std::string text;
   for (const Json& stream : streams) {
     if (!text.empty()) text += ", ";
-    text += valueText(stream["id"]) + ' ' + valueText(stream["width"]) + 'x' +
-            valueText(stream["height"]) + " usage " + valueText(stream["usage"]);
+    if (!stream.is_object()) return valueText(streams);
+    text += memberText(stream, "id") + ' ' + memberText(stream, "width") + 'x' +
+            memberText(stream, "height") + " usage " + memberText(stream, "usage");
   }
   return text.empty() ? "none" : text;
 }
 
 /// The name of a command to a part of the phone, empty where it has none.
-std::string_view commandName(const Json& op, const Json& command) {
+std::string_view commandName(std::string_view op, const Json& command) {
   using NS3Av3::IHal3A;
   using NSCam::IHalSensor;
   constexpr std::pair<std::string_view, std::pair<std::int32_t, std::string_view>> kCommands[] = {
@@ -140,9 +141,13 @@ std::string valueText(const Json& value) {
   return text.empty() ? "\"\"" : printable(text);
 }
 
-std::string callTitle(std::size_t number, std::string_view call, const Json& sensor,
-                      const Json& arguments) {
-  std::string title = std::to_string(number) + "  " + std::string(call);
+std::string memberText(const Json& object, std::string_view key) {
+  const auto found = object.find(key);
+  return found != object.end() ? valueText(*found) : "";
+}
+
+std::string callTitle(std::string_view call, const Json& sensor, const Json& arguments) {
+  std::string title(call);
   if (!sensor.is_null()) title += "  sensor " + valueText(sensor);
   for (const auto& [name, value] : arguments.items()) {
     title += "  " + name + ' ' + (name == "streams" ? streamsText(value) : valueText(value));
@@ -156,7 +161,7 @@ std::string effectFields(const Json& effect) {
     if (key == "op") continue;
     fields += (fields.empty() ? "" : " ") + key + "=" + valueText(value);
     if (key != "command") continue;
-    const std::string_view name = commandName(effect["op"], value);
+    const std::string_view name = commandName(memberText(effect, "op"), value);
     if (!name.empty()) fields.append(" (").append(name).append(")");
   }
   return fields;

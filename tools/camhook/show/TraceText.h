@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,11 +11,10 @@
 
 namespace camhook {
 
-/// "3  updateRequestMeta  sensor 0  requestNo 100". A sensor of null is none.
-std::string callTitle(std::size_t number, std::string_view call, const Json& sensor,
-                      const Json& arguments);
+/// "updateRequestMeta  sensor 0  requestNo 100". A sensor of null is none.
+std::string callTitle(std::string_view call, const Json& sensor, const Json& arguments);
 
-/// "hal3a.control", and "sensor=0 command=8 (getShadingTable) grid=[17, 13]".
+/// "sensor=0 command=8 (getShadingTable) grid=[17, 13]".
 std::string effectFields(const Json& effect);
 
 /// A tag's entry in its long form: its items, and their type where the catalogue would have
@@ -30,5 +28,8 @@ std::vector<std::string> decodedLines(std::string_view tag, const Json& entry);
 
 /// A value of JSON for a person: a text stands without quotes, unless it is empty.
 std::string valueText(const Json& value);
+
+/// A member of an object, empty where it is absent.
+std::string memberText(const Json& object, std::string_view key);
 
 }  // namespace camhook
