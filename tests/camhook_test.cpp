@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+#include <sstream>
 #include <string>
 
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/show/Terminal.h"
 
 namespace {
 
@@ -13,23 +16,16 @@ using camhook::Json;
 
 TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
   const std::pair<const char*, const char*> rows[] = {
-      {"", "camhook: A subcommand is required\n"},
       {"replay", "camhook: FILE is required\n"},
       {"replay no_such.json", "no_such.json: cannot be read: No such file or directory\n"},
       {"replay .", ".: is a folder\n"},
-      {"replay still_burst.json --jsn",
-       "camhook: The following argument was not expected: --jsn\n"},
       {"replay still_burst.json --logs warn", "camhook: --logs: warn not in {debug,info,error}\n"},
-      {"decide --sensor 0", "camhook: --product is required\n"},
       {"decide --product X --sensor 0 --fps 15", "camhook: --fps: must be LO,HI, not \"15\"\n"},
       {"decide --product X --sensor 0 --size 640x480p",
        "camhook: --size: must be WxH, not \"640x480p\"\n"},
-      {"decide --product X --sensor 0 --eis 2147483648",
-       "camhook: Could not convert: --eis = 2147483648\n"},
       {"metadata raw_capture.json",
        "raw_capture.json: line 1: no dump of metadata, which begins with the number of its "
        "entries\n"},
-      {"tags a b", "camhook: The following argument was not expected: b\n"},
       {"replay still_burst.json --data-root /dev/null",
        "camhook: --data-root /dev/null: Not a directory\n"},
       {"replay -",
@@ -48,6 +44,29 @@ TEST(Camhook, RunsNothingBeforeTheWholeScenarioIsRead) {
       "replay --json -", R"({"calls": [{"call": "createInstance", "sensor": 0}, {"call": "x"}]})");
   EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.output, "standard input: calls[1].call: unknown call \"x\"\n");
+}
+
+TEST(Camhook, ShowsRecordsOfALevelAndAbove) {
+  const auto levels = [](const std::string& option) {
+    std::set<char> letters;
+    std::istringstream text(camhookWith("replay phone_without_modules.json" + option).output);
+    for (std::string line; std::getline(text, line);) {
+      if (line.starts_with("    ") && line.find("  ", 4) == 5) letters.insert(line[4]);
+    }
+    return letters;
+  };
+  EXPECT_EQ(levels(""), std::set<char>());
+  EXPECT_EQ(levels(" --logs error"), std::set<char>({'E'}));
+  EXPECT_EQ(levels(" --logs info"), std::set<char>({'E', 'I'}));
+  EXPECT_EQ(levels(" --logs debug"), std::set<char>({'D', 'E', 'I'}));
+}
+
+TEST(Terminal, BreaksLinesAtBlanks) {
+  const std::string line = "    D  one \x1b[32mtwo three\x1b[0m four";
+  EXPECT_EQ(camhook::wrapped(line, 25, 7), line);
+  EXPECT_EQ(camhook::wrapped(line, 16, 7),
+            "    D  one \x1b[32mtwo\n       three\x1b[0m\n       four");
+  EXPECT_EQ(camhook::wrapped("    word", 3, 7), "    word");
 }
 
 TEST(Camhook, TellsTheWayToADecision) {

@@ -44,8 +44,10 @@ std::string placeInList(const Json& old, const Json& fresh) {
     const std::string item = lineOfJson(before[i]);
     const std::string other = lineOfJson(after[i]);
     if (item == other) continue;
-    if (++count == 1)
-      first = "[" + std::to_string(i) + "] on: " + item + std::string(kArrow) + other;
+    if (++count == 1) {
+      first.append("[").append(std::to_string(i)).append("] on: ").append(item);
+      first.append(kArrow).append(other);
+    }
   }
   return "; " + std::to_string(count) + " of " + std::to_string(before.size()) + " items, from " +
          first;
