@@ -15,10 +15,10 @@ class CommonLines {
       : mRowSize(fresh.size() + 1) {
     if ((old.size() + 1) * mRowSize > kMostCells) return;
     mCounts.resize((old.size() + 1) * mRowSize);
-    for (std::size_t i = old.size(); i-- > 0;) {
-      for (std::size_t j = fresh.size(); j-- > 0;) {
-        mCounts[i * mRowSize + j] =
-            old[i] == fresh[j] ? at(i + 1, j + 1) + 1 : std::max(at(i + 1, j), at(i, j + 1));
+    for (std::size_t i = old.size(); i > 0; --i) {
+      for (std::size_t j = fresh.size(); j > 0; --j) {
+        mCounts[(i - 1) * mRowSize + j - 1] =
+            old[i - 1] == fresh[j - 1] ? at(i, j) + 1 : std::max(at(i, j - 1), at(i - 1, j));
       }
     }
   }

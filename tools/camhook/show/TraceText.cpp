@@ -68,9 +68,9 @@ std::string checksum(std::string_view text) {
 /// "1", "[15, 60]", "[50, 48, ... 15 items, sum 1f00beef]".
 std::string itemsText(const Json& items) {
   if (items.size() == 1) return valueText(items.front());
-  std::string text;
+  std::string text = "[";
   for (std::size_t i = 0; i < std::min(items.size(), kMostItems); ++i) {
-    text += (i > 0 ? ", " : "[") + valueText(items[i]);
+    text += (i > 0 ? ", " : "") + valueText(items[i]);
   }
   if (items.size() > kMostItems) {
     text += ", ... " + std::to_string(items.size()) + " items, sum " + checksum(lineOfJson(items));
@@ -106,7 +106,9 @@ std::vector<std::int32_t> wordsOf(const Json& bytes) {
   std::vector<std::int32_t> words;
   for (std::size_t i = 0; i + 3 < bytes.size(); i += 4) {
     std::uint32_t word = 0;
-    for (std::size_t byte = 4; byte-- > 0;) word = word << 8 | bytes[i + byte].get<std::uint8_t>();
+    for (std::size_t byte = 0; byte < 4; ++byte) {
+      word |= std::uint32_t{bytes[i + byte].get<std::uint8_t>()} << 8 * byte;
+    }
     words.push_back(static_cast<std::int32_t>(word));
   }
   return words;
