@@ -81,12 +81,8 @@ class CallComparison {
     return std::move(mDifferences);
   }
 
-  /// "meta MTK_CONTROL_RAW_TYPE" where `around` is "meta ".
-  std::vector<Difference> compareObjects(const std::string& around, const Json& old,
-                                         const Json& fresh) {
-    forKeysOf(old, fresh, [&](const std::string& key) {
-      compareValues(around, key, find(old, key), find(fresh, key));
-    });
+  std::vector<Difference> compareEventStores(const Json& old, const Json& fresh) {
+    compareMembers("", old, fresh);
     return std::move(mDifferences);
   }
 
@@ -107,12 +103,17 @@ class CallComparison {
     if (key == "effects" || key == "logs" || (key == "text" && isText)) {
       compareLines(key, *old, *fresh);
     } else if (areBoth && old->is_object() && fresh->is_object()) {
-      forKeysOf(*old, *fresh, [&](const std::string& inner) {
-        compareValues(key + ' ', inner, find(*old, inner), find(*fresh, inner));
-      });
+      compareMembers(key + ' ', *old, *fresh);
     } else {
       compareValues("", key, old, fresh);
     }
+  }
+
+  /// "meta MTK_CONTROL_RAW_TYPE" where `around` is "meta ".
+  void compareMembers(const std::string& around, const Json& old, const Json& fresh) {
+    forKeysOf(old, fresh, [&](const std::string& key) {
+      compareValues(around, key, find(old, key), find(fresh, key));
+    });
   }
 
   void compareValues(const std::string& around, const std::string& key, const Json* old,
@@ -257,7 +258,7 @@ Json traceFromText(std::string_view text) {
 std::vector<CallDifference> compareTraces(const Json& old, const Json& fresh, bool withRecords) {
   std::vector<CallDifference> calls = TraceComparison(old, fresh, withRecords).compare();
   std::vector<Difference> events =
-      CallComparison(withRecords).compareObjects("", old["eventStore"], fresh["eventStore"]);
+      CallComparison(withRecords).compareEventStores(old["eventStore"], fresh["eventStore"]);
   if (!events.empty()) calls.push_back({"", 0, "event store at the end", std::move(events)});
   return calls;
 }
