@@ -30,8 +30,7 @@ void openLog(const HookRun& run) {
 std::unique_ptr<TraceWriter> traceWriter(const HookRun& run, std::ostream& out) {
   switch (run.trace) {
     case TraceForm::text:
-      return std::make_unique<TextTrace>(out, Style(false), TextTrace::Records::debug,
-                                         run.scenario.calls.size());
+      return std::make_unique<TextTrace>(out, Style(false), TextTrace::Records::debug);
     case TraceForm::json: return std::make_unique<JsonTrace>(out);
     case TraceForm::none: break;
   }

@@ -1,130 +1,31 @@
-// The camhook program as its users run it: output, errors, exit statuses, and the shipped
-// scenarios' expected traces.
+// The camhook program as its users run it: output, errors, exit statuses.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <memory>
+#include <set>
 #include <sstream>
 #include <string>
 
+#include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/Json.h"
-#include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/run/DataRoot.h"
-#include "tools/camhook/run/Replay.h"
-#include "tools/camhook/show/JsonTrace.h"
+#include "tools/camhook/show/Terminal.h"
 
 namespace {
 
 using camhook::Json;
 
-const std::filesystem::path kRoot = CAM_SOURCE_DIR;
-
-struct Outcome {
-  int status = -1;
-  std::string output;  // of both streams
-};
-
-/// Runs camhook with these words of a shell's command line, in the folder of the scenarios, with
-/// `input` on standard input.
-Outcome camhookWith(const std::string& words, const std::string& input = "") {
-  const std::string command = "exec 2>&1; cd '" + (kRoot / "scenarios").string() +
-                              "' && printf '%s' '" + input + "' | " CAMHOOK_COMMAND " " + words;
-  FILE* pipe = popen(command.c_str(), "r");
-  Outcome outcome;
-  std::array<char, 4096> block{};
-  while (const std::size_t size = std::fread(block.data(), 1, block.size(), pipe)) {
-    outcome.output.append(block.data(), size);
-  }
-  const int status = pclose(pipe);
-  outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return outcome;
-}
-
-std::string contentOf(const std::filesystem::path& file) {
-  std::ostringstream text;
-  text << std::ifstream(file).rdbuf();
-  return text.str();
-}
-
-class ShippedScenario : public testing::TestWithParam<std::string> {};
-
-TEST_P(ShippedScenario, GivesItsExpectedTrace) {
-  const Outcome outcome = camhookWith("replay --json " + GetParam() + ".json");
-  ASSERT_EQ(outcome.status, 0) << outcome.output;
-  const Json trace = Json::parse(outcome.output);
-  const Json expected = Json::parse(contentOf(kRoot / "scenarios" / (GetParam() + ".trace.json")));
-  ASSERT_EQ(trace.at("calls").size(), expected.at("calls").size());
-  for (std::size_t i = 0; i < expected.at("calls").size(); ++i) {
-    EXPECT_EQ(trace.at("calls")[i].dump(1), expected.at("calls")[i].dump(1)) << "call " << i;
-  }
-  EXPECT_EQ(trace.at("eventStore"), expected.at("eventStore"));
-  EXPECT_EQ(camhookWith("replay " + GetParam() + ".json --logs debug").status, 0);
-}
-
-std::vector<std::string> shippedScenarios() {
-  std::vector<std::string> names;
-  for (const auto& file : std::filesystem::directory_iterator(kRoot / "scenarios")) {
-    if (file.path().string().ends_with(".trace.json")) continue;
-    names.push_back(file.path().stem().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-INSTANTIATE_TEST_SUITE_P(Scenarios, ShippedScenario, testing::ValuesIn(shippedScenarios()),
-                         [](const auto& name) { return name.param; });
-
-/// What a shipped scenario does but for its records, with these log levels open.
-std::string traceWithoutRecords(const std::string& name, std::initializer_list<char> levels) {
-  const camhook::DataRoot dataRoot{""};
-  auto scenario = camhook::readScenario(contentOf(kRoot / "scenarios" / (name + ".json")));
-  scenario.platform.dataRoot = dataRoot.path().string();
-  scenario.platform.clock.emplace();
-  camhook::Replay replay(std::move(scenario.platform));
-  host::LogSink::openLevels(levels);
-  std::ostringstream text;
-  camhook::JsonTrace trace(text);
-  for (const camhook::ScenarioCall& call : scenario.calls) {
-    camhook::CallTrace done = replay.run(call);
-    done.logs.clear();
-    trace.write(done);
-  }
-  trace.finish(replay.phone().eventStore.all());
-  return text.str();
-}
-
-TEST(Scenarios, DoTheSameWithTheLogClosed) {
-  for (const std::string& name : shippedScenarios()) {
-    // The updaters outlive a replay: both begin with what the first leaves behind.
-    traceWithoutRecords(name, {});
-    EXPECT_EQ(traceWithoutRecords(name, {'D', 'E', 'I'}), traceWithoutRecords(name, {})) << name;
-  }
-}
-
 TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
   const std::pair<const char*, const char*> rows[] = {
-      {"", "camhook: A subcommand is required\n"},
       {"replay", "camhook: FILE is required\n"},
       {"replay no_such.json", "no_such.json: cannot be read: No such file or directory\n"},
       {"replay .", ".: is a folder\n"},
-      {"replay still_burst.json --jsn",
-       "camhook: The following argument was not expected: --jsn\n"},
       {"replay still_burst.json --logs warn", "camhook: --logs: warn not in {debug,info,error}\n"},
-      {"decide --sensor 0", "camhook: --product is required\n"},
       {"decide --product X --sensor 0 --fps 15", "camhook: --fps: must be LO,HI, not \"15\"\n"},
       {"decide --product X --sensor 0 --size 640x480p",
        "camhook: --size: must be WxH, not \"640x480p\"\n"},
-      {"decide --product X --sensor 0 --eis 2147483648",
-       "camhook: Could not convert: --eis = 2147483648\n"},
       {"metadata raw_capture.json",
        "raw_capture.json: line 1: no dump of metadata, which begins with the number of its "
        "entries\n"},
-      {"tags a b", "camhook: The following argument was not expected: b\n"},
       {"replay still_burst.json --data-root /dev/null",
        "camhook: --data-root /dev/null: Not a directory\n"},
       {"replay -",
@@ -145,66 +46,27 @@ TEST(Camhook, RunsNothingBeforeTheWholeScenarioIsRead) {
   EXPECT_EQ(outcome.output, "standard input: calls[1].call: unknown call \"x\"\n");
 }
 
-TEST(Camhook, TellsWhatACallDidWithoutAnUpdater) {
-  const Outcome outcome = camhookWith("replay --json -", R"({"calls": [
-    {"call": "createInstance", "sensor": 11},
-    {"call": "updateRequestMeta", "sensor": -1, "requestNo": 1, "meta": null},
-    {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": null},
-    {"call": "setEvent", "key": "A", "value": "b"},
-    {"call": "setProperty", "name": "A", "value": "b"}]})");
-  ASSERT_EQ(outcome.status, 0) << outcome.output;
-  const Json trace = Json::parse(outcome.output);
-  const Json refused = Json::parse(R"([{"level": "D", "tag": "HeskParameterUpdater",
-    "file": "HeskParameterUpdater.cpp", "function": "createInstance",
-    "message": "[createInstance] HeskParameterUpdater createInstance failed!"}])");
-  const Json& calls = trace.at("calls");
-  EXPECT_EQ(calls[0].at("return"), false);
-  EXPECT_TRUE(calls[0].at("state").is_null());
-  EXPECT_EQ(calls[0].at("logs"), refused);
-  EXPECT_EQ(calls[1].at("logs"), refused);
-  EXPECT_TRUE(calls[1].at("meta").is_null());
-  EXPECT_TRUE(calls[1].at("state").is_null());
-  EXPECT_EQ(calls[2].at("state").at("mInstanceId"), 0);
-  EXPECT_EQ(calls[3], Json::parse(R"({"call": "setEvent", "args": {"key": "A", "value": "b"},
-                                      "return": null, "effects": [], "logs": []})"));
-  EXPECT_FALSE(calls[4].contains("state"));
-  EXPECT_EQ(trace.at("eventStore"), Json::parse(R"({"A": "b", "HESK_MOTIONLEVEL": "-1"})"));
+TEST(Camhook, ShowsRecordsOfALevelAndAbove) {
+  const auto levels = [](const std::string& option) {
+    std::set<char> letters;
+    std::istringstream text(camhookWith("replay phone_without_modules.json" + option).output);
+    for (std::string line; std::getline(text, line);) {
+      if (line.starts_with("    ") && line.find("  ", 4) == 5) letters.insert(line[4]);
+    }
+    return letters;
+  };
+  EXPECT_EQ(levels(""), std::set<char>());
+  EXPECT_EQ(levels(" --logs error"), std::set<char>({'E'}));
+  EXPECT_EQ(levels(" --logs info"), std::set<char>({'E', 'I'}));
+  EXPECT_EQ(levels(" --logs debug"), std::set<char>({'D', 'E', 'I'}));
 }
 
-TEST(Camhook, ShowsPeopleWhatChanged) {
-  const Outcome outcome = camhookWith("replay --logs info -", R"({"calls": [
-    {"call": "updateRequestMeta", "sensor": 0, "requestNo": 7, "meta": {
-      "COM_HESK_CURRENTUIMODULE": 8, "ANDROID_CONTROL_CAPTURE_INTENT": 2,
-      "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30], "HESK_CONTROL_FPS_RANGE_MAX": 60}},
-    {"call": "createInstance", "sensor": 11}]})");
-  EXPECT_EQ(outcome.output, R"(1/2  updateRequestMeta  sensor 0  requestNo 7
-  meta  2 unchanged
-    MTK_CONTROL_AE_TARGET_FPS_RANGE  [15, 30]  →  [60, 60]
-    ANDROID_CONTROL_CAPTURE_INTENT   2         →  1 (int32)
-    ANDROID_CONTROL_ENABLE_ZSL       absent    →  0 (int32)
-    MTK_CONTROL_SELECTED_STREAM_ID   absent    →  -1
-  state
-    mInstanceId                new  →  0
-    mHasVideoStream            new  →  false
-    mNonZslFrames              new  →  []
-    mMulticamFeatureMode       new  →  0
-    mPreviewSize               new  →  [0, 0]
-    mCaptureCount              new  →  0
-    mStreamIds                 new  →  []
-    mPrimaryCameraDiagonalFov  new  →  0
-  effects
-    eventStore.set  key=HESK_CURRENTUIMODE value=8
-    eventStore.set  key=HESK_MOTIONLEVEL value=-1
-  log
-    I  [updateRequestMeta] update MTK_CONTROL_AE_TARGET_FPS_RANGE:60
-
-2/2  createInstance  sensor 11  →  false
-  no updater for this sensor
-
-event store at the end
-  HESK_CURRENTUIMODE  "8"
-  HESK_MOTIONLEVEL    "-1"
-)");
+TEST(Terminal, BreaksLinesAtBlanks) {
+  const std::string line = "    D  one \x1b[32mtwo three\x1b[0m four";
+  EXPECT_EQ(camhook::wrapped(line, 25, 7), line);
+  EXPECT_EQ(camhook::wrapped(line, 16, 7),
+            "    D  one \x1b[32mtwo\n       three\x1b[0m\n       four");
+  EXPECT_EQ(camhook::wrapped("    word", 3, 7), "    word");
 }
 
 TEST(Camhook, TellsTheWayToADecision) {
@@ -286,18 +148,8 @@ TEST(Camhook, ListsTheCatalogue) {
 }
 
 TEST(Camhook, ReferencePageIsTheCatalogue) {
-  EXPECT_EQ(contentOf(kRoot / "docs/tags.md"), camhookWith("tags --markdown").output)
+  EXPECT_EQ(contentOf(kSourceRoot / "docs/tags.md"), camhookWith("tags --markdown").output)
       << "make it anew: ./camhook tags --markdown > docs/tags.md";
-}
-
-TEST(Camhook, HelpsWithExamples) {
-  for (const char* words : {"--help", "replay --help", "decide --help", "metadata --help",
-                            "tags --help", "hooks --help"}) {
-    const Outcome outcome = camhookWith(words);
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_NE(outcome.output.find("Example:\n  camhook "), std::string::npos) << words;
-  }
-  EXPECT_TRUE(camhookWith("--version").output.starts_with("camhook "));
 }
 
 }  // namespace

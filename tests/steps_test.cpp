@@ -65,11 +65,11 @@ TEST(Steps, StandBehindWhatTheyChanged) {
         "requestNo": 7, "meta": {"MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30],
                                  "HESK_CONTROL_FPS_RANGE_MAX": 60}}]}' | )" CAMHOOK_COMMAND
                " replay --steps - | sed -E 's/cpp:[0-9]+/cpp:N/' | head -5");
-  EXPECT_EQ(text, R"(1/1  updateRequestMeta  sensor 0  requestNo 7
+  EXPECT_EQ(text, R"(1  updateRequestMeta  sensor 0  requestNo 7
   meta  1 unchanged
-    MTK_CONTROL_AE_TARGET_FPS_RANGE  [15, 30]  →  [60, 60]  fixHighFrameRate       FrameRate.cpp:N
-      overwritten                              →  [15, 60]  replaceUpperFrameRate  FrameRate.cpp:N
-    MTK_CONTROL_SELECTED_STREAM_ID   absent    →  -1        writeSelectedStream    SharedSteps.cpp:N
+    MTK_CONTROL_AE_TARGET_FPS_RANGE     [15, 30] → [60, 60]  fixHighFrameRate       FrameRate.cpp:N
+      overwritten                       → [15, 60]           replaceUpperFrameRate  FrameRate.cpp:N
+    MTK_CONTROL_SELECTED_STREAM_ID      absent → -1          writeSelectedStream    SharedSteps.cpp:N
 )");
 }
 

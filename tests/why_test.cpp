@@ -218,6 +218,7 @@ class ExplainedScenario : public testing::TestWithParam<std::string> {};
 TEST_P(ExplainedScenario, GivesWhatWhySays) {
   const std::string file = GetParam() + ".json";
   Json document = Json::parse(contentOf(kScenarios / file));
+  document.erase("about");  // may hold a quote, which a shell's word does not
   // Time goes on between the runs that are compared.
   if (!document["platform"].contains("clock"))
     document["platform"]["clock"] = "2021-03-04T05:06:07";
@@ -253,7 +254,10 @@ TEST_P(ExplainedScenario, GivesWhatWhySays) {
 std::vector<std::string> scenarioNames() {
   std::vector<std::string> names;
   for (const auto& file : std::filesystem::directory_iterator(kScenarios)) {
-    if (!file.path().string().ends_with(".trace.json")) names.push_back(file.path().stem());
+    const std::string name = file.path().filename().string();
+    if (name == file.path().stem().string() + ".json" && !name.ends_with(".trace.json")) {
+      names.push_back(file.path().stem());
+    }
   }
   if (isSlow()) std::erase(names, "tuning_data");  // has blocks of megabytes
   std::ranges::sort(names);

@@ -29,10 +29,12 @@
 #include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"
+#include "tools/camhook/show/DiffCommand.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/TagsCommand.h"
 #include "tools/camhook/show/Terminal.h"
 #include "tools/camhook/show/TextTrace.h"
+#include "tools/camhook/show/TraceDiff.h"
 
 namespace {
 
@@ -46,6 +48,12 @@ struct ReplayOptions {
   bool steps = false;
   std::string logs;
   std::string dataRoot;
+};
+
+struct DiffOptions {
+  std::string old;
+  std::string fresh;
+  bool logs = false;
 };
 
 struct TagsOptions {
@@ -106,7 +114,7 @@ int replay(const ReplayOptions& options) {
     writer = std::make_unique<JsonTrace>(std::cout);
   } else {
     writer = std::make_unique<TextTrace>(std::cout, Style::forStandardOutput(),
-                                         recordsFromName(options.logs), scenario.calls.size());
+                                         recordsFromName(options.logs), scenario.about);
   }
   Replay run(std::move(scenario.platform));
   std::optional<StepFinder> steps;
@@ -119,6 +127,17 @@ int replay(const ReplayOptions& options) {
   }
   writer->finish(run.phone().eventStore.all());
   return 0;
+}
+
+int diff(const DiffOptions& options) {
+  const auto read = [](const std::filesystem::path& file) {
+    return readFile(file.string(), traceFromText);
+  };
+  const Style style = Style::forStandardOutput();
+  if (std::filesystem::is_directory(options.old) && std::filesystem::is_directory(options.fresh)) {
+    return diffFolders(std::cout, options.old, options.fresh, read, options.logs, style);
+  }
+  return diffTraces(std::cout, read(options.old), read(options.fresh), options.logs, style);
 }
 
 int hooks(const std::vector<std::string>& files) {
@@ -221,6 +240,18 @@ void addWhy(CLI::App& app, WhyOptions& options, std::string& file) {
       "Example:\n  camhook why scenarios/third_party_apps.json 1 MTK_CONTROL_AE_TARGET_FPS_RANGE");
 }
 
+void addDiff(CLI::App& app, DiffOptions& options) {
+  CLI::App* command = app.add_subcommand("diff", "Show how two traces in JSON differ");
+  command->add_option("OLD", options.old, "The trace, or a folder of traces")->required();
+  command->add_option("NEW", options.fresh, "Another, or a folder with traces of the same names")
+      ->required();
+  command->add_flag("--logs", options.logs, "Compare the log records, too");
+  command->footer(
+      "Of folders it tells what differs by hook and tag.\n"
+      "The exit status is 1 where something differs.\n\n"
+      "Example:\n  camhook diff before.json after.json");
+}
+
 void addTags(CLI::App& app, TagsOptions& options) {
   CLI::App* command = app.add_subcommand("tags", "List the metadata tags");
   command->add_option("TEXT", options.filter, "A part of the name, or the value (0x0001000d)");
@@ -276,6 +307,7 @@ int run(int argc, char** argv) {
   ReplayOptions replayOptions;
   std::string dumpFile;
   std::vector<std::string> hookFiles;
+  DiffOptions diffOptions;
   WhyOptions whyOptions;
   std::string whyFile;
   TagsOptions tagsOptions;
@@ -288,6 +320,7 @@ int run(int argc, char** argv) {
       "Example:\n  camhook replay scenarios/still_burst.json\n\n"
       "camhook COMMAND --help tells about a command.");
   addReplay(app, replayOptions);
+  addDiff(app, diffOptions);
   addWhy(app, whyOptions, whyFile);
   addDecide(app, decideArguments);
   addMetadata(app, dumpFile);
@@ -301,6 +334,7 @@ int run(int argc, char** argv) {
     throw InputError("camhook: " + printable(error.what()));
   }
   if (app.got_subcommand("replay")) return replay(replayOptions);
+  if (app.got_subcommand("diff")) return diff(diffOptions);
   if (app.got_subcommand("why")) {
     const WhyQuestion question =
         readFile(whyFile, [&](const std::string& text) { return readQuestion(text, whyOptions); });

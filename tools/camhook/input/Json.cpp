@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <ostream>
 #include <set>
@@ -122,6 +123,33 @@ std::string spaced(const Json& value, std::size_t most) {
   return text;
 }
 
+/// Whether a value is a list whose items are too small for lines of their own: numbers, texts, or
+/// lists of those.
+bool isListOfItems(const Json& value) {
+  return value.is_array() && std::ranges::all_of(value, [](const Json& item) {
+           return !item.is_object() &&
+                  (!item.is_array() || std::ranges::none_of(item, &Json::is_structured));
+         });
+}
+
+/// As many items on each line as fit.
+void writeFilled(std::ostream& out, const Json& list, std::size_t indent) {
+  const std::string margin(indent + kIndentStep, ' ');
+  std::string line;
+  out << '[';
+  for (auto item = list.begin(); item != list.end(); ++item) {
+    std::string text = lineOfJson(*item);
+    if (std::next(item) != list.end()) text += ',';
+    if (line.empty() || line.size() + 1 + text.size() > kLineWidth) {
+      out << line << '\n';
+      line = margin + text;
+    } else {
+      line += ' ' + text;
+    }
+  }
+  out << line << '\n' << std::string(indent, ' ') << ']';
+}
+
 void writeBroken(std::ostream& out, const Json& value, std::size_t indent) {
   const std::string margin(indent + kIndentStep, ' ');
   out << (value.is_object() ? "{" : "[");
@@ -157,6 +185,8 @@ void writeJson(std::ostream& out, const Json& value, std::size_t indent) {
   const std::string line = spaced(value, kLineWidth);
   if (!value.is_structured() || value.empty() || indent + line.size() < kLineWidth) {
     out << line;
+  } else if (isListOfItems(value)) {
+    writeFilled(out, value, indent);
   } else {
     writeBroken(out, value, indent);
   }

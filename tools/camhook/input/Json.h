@@ -18,7 +18,8 @@ using Json = nlohmann::ordered_json;
 Json parseJson(std::string_view text);
 
 /// Writes a value so that people can read it: what fits stands on one line, what does not is broken
-/// into its members. `indent` is the column at which the value begins.
+/// into its members, a list of numbers into full lines. `indent` is the column at which the value
+/// begins.
 void writeJson(std::ostream& out, const Json& value, std::size_t indent = 0);
 
 /// A value on one line, with a blank behind every comma and colon.

@@ -228,12 +228,13 @@ CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
           trace.sensor = concrete.sensor;
           updater = mUpdaters(concrete.sensor);
         }
+        const auto state = [&] {
+          return detail == Detail::all && updater != nullptr ? stateOf(*updater) : Json();
+        };
+        const Json before = state();
         Runner{trace, mPhone, updater}(concrete);
-        if (detail != Detail::all) return;
         if constexpr (UpdaterCall<CallType>) {
-          Json& state = mStates[concrete.sensor];
-          trace.state = StateTrace{state, updater != nullptr ? stateOf(*updater) : Json()};
-          state = trace.state->after;
+          if (detail == Detail::all) trace.state = StateTrace{before, state()};
         }
       },
       scenarioCall.call);

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -89,7 +88,6 @@ class Replay {
   Updaters mUpdaters;
   StepFinder* mSteps = nullptr;
   StepsOf mStepsOf = StepsOf::all;
-  std::map<std::int32_t, Json> mStates;  // by sensor, after its latest call
 };
 
 }  // namespace camhook

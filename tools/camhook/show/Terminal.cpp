@@ -1,5 +1,6 @@
 #include "tools/camhook/show/Terminal.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,8 +10,11 @@
 namespace camhook {
 
 Style Style::forStandardOutput() {
+  if (isatty(STDOUT_FILENO) == 0) return Style(false);
   const char* noColor = std::getenv("NO_COLOR");
-  return Style(isatty(STDOUT_FILENO) != 0 && (noColor == nullptr || *noColor == '\0'));
+  winsize size{};
+  const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return Style(noColor == nullptr || *noColor == '\0', isKnown ? size.ws_col : kAnyWidth);
 }
 
 std::string Style::dress(std::string_view text, std::string_view code) const {
@@ -31,8 +35,29 @@ std::size_t displayWidth(std::string_view text) {
   return width;
 }
 
+std::string wrapped(const std::string& line, std::size_t width, std::size_t hang) {
+  if (displayWidth(line) <= width) return line;
+  std::string text;
+  std::size_t column = 0;
+  for (std::size_t at = 0; at < line.size();) {
+    const std::size_t word = std::min(line.find_first_not_of(' ', at), line.size());
+    const std::size_t end = std::min(line.find(' ', word), line.size());
+    const std::size_t wordWidth = displayWidth(std::string_view(line).substr(word, end - word));
+    std::size_t blanks = word - at;
+    if (column > hang && column + blanks + wordWidth > width) {
+      text += '\n';
+      column = 0;
+      blanks = hang;
+    }
+    text.append(blanks, ' ').append(line, word, end - word);
+    column += blanks + wordWidth;
+    at = end;
+  }
+  return text;
+}
+
 std::vector<std::string> Columns::lines() const {
-  std::vector<std::size_t> widths;
+  std::vector<std::size_t> widths{mFirstWidth};
   for (const auto& row : mRows) {
     widths.resize(std::max(widths.size(), row.size()));
     for (std::size_t i = 0; i + 1 < row.size(); ++i) {

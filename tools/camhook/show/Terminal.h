@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <iosfwd>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,13 +13,18 @@
 
 namespace camhook {
 
-/// Colours texts, or leaves them as they are.
+/// Colours texts, or leaves them as they are, and knows how many columns a line has.
 class Style {
  public:
-  explicit Style(bool colour) : mColour(colour) {}
+  static constexpr std::size_t kAnyWidth = std::numeric_limits<std::size_t>::max();
 
-  /// Coloured where standard output is a terminal and the environment does not set NO_COLOR.
+  explicit Style(bool colour, std::size_t width = kAnyWidth) : mColour(colour), mWidth(width) {}
+
+  /// Of any width where standard output is no terminal. Coloured where it is one and the
+  /// environment does not set NO_COLOR.
   static Style forStandardOutput();
+
+  [[nodiscard]] std::size_t width() const { return mWidth; }
 
   [[nodiscard]] std::string title(std::string_view text) const { return dress(text, "1"); }
   [[nodiscard]] std::string heading(std::string_view text) const { return dress(text, "36"); }
@@ -30,11 +36,15 @@ class Style {
   [[nodiscard]] std::string dress(std::string_view text, std::string_view code) const;
 
   bool mColour;
+  std::size_t mWidth;
 };
 
 /// Rows of cells that line up; the last cell of a row is not padded.
 class Columns {
  public:
+  /// The first column has at least `firstWidth`, so that a row seldom moves the others.
+  explicit Columns(std::size_t firstWidth = 0) : mFirstWidth(firstWidth) {}
+
   void add(std::vector<std::string> row) { mRows.push_back(std::move(row)); }
   [[nodiscard]] bool isEmpty() const { return mRows.empty(); }
 
@@ -45,11 +55,15 @@ class Columns {
   void write(std::ostream& out, std::size_t indent) const;
 
  private:
+  std::size_t mFirstWidth;
   std::vector<std::vector<std::string>> mRows;
 };
 
 /// The columns that a text takes on a terminal: code points, without colour codes.
 std::size_t displayWidth(std::string_view text);
+
+/// A line broken at blanks into lines of `width`; those after the first begin behind `hang` blanks.
+std::string wrapped(const std::string& line, std::size_t width, std::size_t hang);
 
 /// One line on a terminal's standard error that tells how far a long run is: "call 3 of 7 (42 %)".
 /// Goes with this object.

@@ -1,58 +1,31 @@
 #include "tools/camhook/show/TextTrace.h"
 
 #include <algorithm>
-#include <limits>
 #include <ostream>
 #include <set>
 #include <sstream>
 #include <utility>
 #include <variant>
 
-#include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/SensorScenarioName.h"
+#include "tools/camhook/show/TraceText.h"
 
 namespace camhook {
 namespace {
 
 using Entry = NSCam::IMetadata::IEntry;
 
-constexpr std::size_t kMostItems = 12;  // shown of an entry
-constexpr std::size_t kAllItems = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t kMargin = 4;
-constexpr std::size_t kLineWidth = 120;  // that changes with their steps keep to
-constexpr const char* kAbsent = "absent";
+constexpr std::size_t kDeeper = 6;
+constexpr std::size_t kLineWidth = 120;  // that changes with their steps keep to at most
+constexpr std::size_t kTagWidth = 34;
+constexpr std::size_t kNameWidth = 20;  // of fields, effects and events
 constexpr const char* kArrow = "\u2192";
 
-std::string itemText(const Json& item) {
-  if (!item.is_string()) return lineOfJson(item);
-  const auto& text = item.get_ref<const std::string&>();
-  return text.empty() ? "\"\"" : printable(text);
-}
-
-/// "1", "[15, 60]", "[50, 48, ... 15 in all]" where there are more than `most`.
-std::string itemsText(const Json& items, std::size_t most) {
-  if (items.size() == 1) return itemText(items.front());
-  std::string text = "[";
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    if (i == most) return text + ", ... " + std::to_string(items.size()) + " in all]";
-    if (i > 0) text += ", ";
-    text += itemText(items[i]);
-  }
-  return text + "]";
-}
-
-/// The items, and their type where the catalogue would have another.
-std::string entryText(const Entry& entry, std::size_t most) {
-  if (entry.isEmpty()) return kAbsent;
-  std::string text = itemsText(jsonFromItems(entry), most);
-  const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(entry));
-  const hesk::TagDescription* info = hesk::findTag(entry.tag());
-  if (info == nullptr || info->type != type) text += " (" + std::string(type) + ")";
-  return text;
-}
+Json longForm(const Entry& entry) { return entry.isEmpty() ? Json() : jsonFromEntry(entry); }
 
 /// The tags that a call may have changed: those that hold items before or after it.
 std::set<std::uint32_t> tagsOf(const ContainerTrace& container) {
@@ -64,17 +37,6 @@ std::set<std::uint32_t> tagsOf(const ContainerTrace& container) {
     }
   }
   return tags;
-}
-
-/// "1 1920x1080 usage 0x100, 2 3840x2160 usage 0x10000".
-std::string streamsText(const Json& streams) {
-  std::string text;
-  for (const Json& stream : streams) {
-    if (!text.empty()) text += ", ";
-    text += itemText(stream["id"]) + ' ' + itemText(stream["width"]) + 'x' +
-            itemText(stream["height"]) + " usage " + itemText(stream["usage"]);
-  }
-  return text.empty() ? "none" : text;
 }
 
 struct Write {
@@ -126,8 +88,22 @@ TextTrace::Records leastToShow(char level) {
 
 }  // namespace
 
-TextTrace::TextTrace(std::ostream& out, Style style, Records records, std::size_t callCount)
-    : mOut(out), mStyle(style), mRecords(records), mCallCount(callCount) {}
+TextTrace::TextTrace(std::ostream& out, Style style, Records records, std::string_view about)
+    : mOut(out), mStyle(style), mRecords(records) {
+  if (about.empty()) return;
+  writeLine(printable(about), 0);
+  mOut << '\n';
+}
+
+void TextTrace::writeLine(const std::string& line, std::size_t hang) {
+  mOut << wrapped(line, mStyle.width(), hang) << '\n';
+}
+
+/// Each row behind the margin; what a row has too much for a line stands `hang` further.
+void TextTrace::writeLines(const Columns& columns, std::size_t hang) {
+  const std::string margin(kMargin, ' ');
+  for (const std::string& line : columns.lines()) writeLine(margin + line, kMargin + hang);
+}
 
 void TextTrace::write(const CallTrace& trace) {
   ++mCallNumber;
@@ -140,19 +116,16 @@ void TextTrace::write(const CallTrace& trace) {
 }
 
 void TextTrace::writeTitle(const CallTrace& trace) {
-  std::string title = std::to_string(mCallNumber) + "/" + std::to_string(mCallCount) + "  " +
-                      std::string(trace.call);
-  if (trace.sensor) title += "  sensor " + std::to_string(*trace.sensor);
-  for (const auto& [name, value] : trace.arguments.items()) {
-    title.append("  ").append(name).append(" ");
-    title += name == "streams" ? streamsText(value) : itemText(value);
+  const Json sensor = trace.sensor ? Json(*trace.sensor) : Json();
+  std::string line = mStyle.title(std::to_string(mCallNumber) + "  " +
+                                  callTitle(trace.call, sensor, trace.arguments));
+  if (!trace.result.is_null()) {
+    line.append("  ").append(kArrow).append("  ") += lineOfJson(trace.result);
   }
-  mOut << mStyle.title(title);
-  if (!trace.result.is_null()) mOut << "  " << kArrow << "  " << lineOfJson(trace.result);
   if (trace.call == DecideSensorScenario::kName) {
-    mOut << ' ' << scenarioName(trace.result.get<std::int32_t>());
+    line.append(" ").append(scenarioName(trace.result.get<std::int32_t>()));
   }
-  mOut << '\n';
+  writeLine(line, kMargin);
   for (const auto& [name, value] : trace.extras) writeExtra(name, value);
 }
 
@@ -170,58 +143,77 @@ void TextTrace::writeExtra(std::string_view name, const Json& value) {
   }
 }
 
+/// Behind the latest change of a tag the step that made it, below it what it overwrote.
+void TextTrace::addWrites(std::vector<Change>& changes, const CallTrace& trace,
+                          std::string_view container, std::uint32_t tag) const {
+  const std::vector<Write> writes = writesTo(trace, container, tag);
+  const Step last = writes.empty() ? Step() : *writes.front().step;
+  changes.back().step = {last.name, mStyle.faint(placeText(last))};
+  for (std::size_t i = 1; i < writes.size(); ++i) {
+    const auto& [entry, step] = writes[i];
+    changes.push_back({.cells = {mStyle.faint("  overwritten"),
+                                 mStyle.faint(std::string(kArrow) + ' ' +
+                                              entryText(tagText(tag), longForm(*entry)))},
+                       .step = {mStyle.faint(step->name), mStyle.faint(placeText(*step))},
+                       .decoded = {}});
+  }
+}
+
 void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& container) {
   mOut << "  " << mStyle.heading(container.name);
   if (!container.after) {
     mOut << "  null\n";
     return;
   }
-  Columns changes;
-  Columns steps;
+  std::vector<Change> changes;
   std::size_t unchanged = 0;
   for (const std::uint32_t tag : tagsOf(container)) {
-    const Entry& before = container.before->entryFor(tag);
-    const Entry& after = container.after->entryFor(tag);
-    if (entryText(before, kAllItems) == entryText(after, kAllItems)) {
+    const Json before = longForm(container.before->entryFor(tag));
+    const Json after = longForm(container.after->entryFor(tag));
+    if (lineOfJson(before) == lineOfJson(after)) {
       ++unchanged;
       continue;
     }
-    const std::string old = entryText(before, kMostItems);
-    std::string fresh = entryText(after, kMostItems);
-    if (old == fresh) fresh += " (differs behind)";
-    changes.add({tagText(tag), mStyle.faint(old), kArrow, mStyle.fresh(fresh)});
-    if (!trace.accesses) continue;
-    const std::vector<Write> writes = writesTo(trace, container.name, tag);
-    const Step last = writes.empty() ? Step() : *writes.front().step;
-    steps.add({last.name, mStyle.faint(placeText(last))});
-    for (std::size_t i = 1; i < writes.size(); ++i) {
-      const auto& [entry, step] = writes[i];
-      changes.add({mStyle.faint("  overwritten"), "", mStyle.faint(kArrow),
-                   mStyle.faint(entryText(*entry, kMostItems))});
-      steps.add({mStyle.faint(step->name), mStyle.faint(placeText(*step))});
-    }
+    const std::string name = tagText(tag);
+    changes.push_back({.cells = {name, mStyle.faint(entryText(name, before)) + ' ' + kArrow + ' ' +
+                                           mStyle.fresh(entryText(name, after))},
+                       .step = {},
+                       .decoded = decodedLines(name, after)});
+    if (trace.accesses) addWrites(changes, trace, container.name, tag);
   }
-  mOut << mStyle.faint("  " + std::to_string(unchanged) + " unchanged") << '\n';
-  writeChanges(changes, steps);
+  if (unchanged > 0) mOut << mStyle.faint("  " + std::to_string(unchanged) + " unchanged");
+  if (unchanged == 0 && changes.empty()) mOut << mStyle.faint("  empty");
+  mOut << '\n';
+  writeChanges(changes);
 }
 
 /// Each change on a line, and its step behind it; on the next line where a change is too long.
-void TextTrace::writeChanges(const Columns& changes, const Columns& steps) {
-  const std::vector<std::string> texts = changes.lines();
+void TextTrace::writeChanges(const std::vector<Change>& changes) {
+  Columns cells(kTagWidth);
+  Columns steps;
+  for (const Change& change : changes) {
+    cells.add(change.cells);
+    steps.add(change.step);
+  }
+  const std::vector<std::string> texts = cells.lines();
   const std::vector<std::string> places = steps.lines();
+  const std::size_t width = std::min(kLineWidth, mStyle.width());
   const std::size_t column =
-      kMargin + columnBehind(texts, kLineWidth - std::min(kLineWidth, kMargin + widest(places)));
-  for (std::size_t i = 0; i < texts.size(); ++i) {
-    mOut << std::string(kMargin, ' ') << texts[i];
-    if (i < places.size()) {
-      std::size_t at = kMargin + displayWidth(texts[i]);
-      if (at + 2 > column) {
-        mOut << '\n';
-        at = 0;
-      }
-      mOut << std::string(column - at, ' ') << places[i];
+      kMargin + columnBehind(texts, width - std::min(width, kMargin + widest(places)));
+  const std::string margin(kMargin, ' ');
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    if (changes[i].step.empty()) {
+      writeLine(margin + texts[i], kDeeper);
+    } else if (kMargin + displayWidth(texts[i]) + 2 > column) {
+      writeLine(margin + texts[i], kDeeper);
+      mOut << std::string(column, ' ') << places[i] << '\n';
+    } else {
+      mOut << margin << texts[i] << std::string(column - kMargin - displayWidth(texts[i]), ' ')
+           << places[i] << '\n';
     }
-    mOut << '\n';
+    for (const std::string& line : changes[i].decoded) {
+      writeLine(std::string(kDeeper, ' ') + mStyle.faint(line), kDeeper + 2);
+    }
   }
 }
 
@@ -230,33 +222,26 @@ void TextTrace::writeState(const StateTrace& state) {
     mOut << "  " << mStyle.alarming("no updater for this sensor") << '\n';
     return;
   }
-  Columns columns;
+  Columns columns(kNameWidth);
   for (const auto& [field, after] : state.after.items()) {
-    const bool isFirst = state.before.is_null();
-    if (!isFirst && state.before[field] == after) continue;
-    columns.add({field, mStyle.faint(isFirst ? "new" : lineOfJson(state.before[field])), kArrow,
-                 mStyle.fresh(lineOfJson(after))});
+    const std::string old = lineOfJson(state.before[field]);
+    const std::string fresh = lineOfJson(after);
+    if (old == fresh) continue;
+    columns.add({field, mStyle.faint(old) + ' ' + kArrow + ' ' + mStyle.fresh(fresh)});
   }
   if (columns.isEmpty()) return;
   mOut << "  " << mStyle.heading("state") << '\n';
-  columns.write(mOut, kMargin);
+  writeLines(columns, 2);
 }
 
 void TextTrace::writeEffects(const std::vector<host::Effect>& effects) {
   if (effects.empty()) return;
   mOut << "  " << mStyle.heading("effects") << '\n';
-  Columns columns;
+  Columns columns(kNameWidth);
   for (const host::Effect& effect : effects) {
-    std::string fields;
-    const Json json = jsonFromEffect(effect);
-    for (const auto& [key, value] : json.items()) {
-      if (key == "op") continue;
-      if (!fields.empty()) fields += ' ';
-      fields += key + "=" + itemText(value);
-    }
-    columns.add({effect.op, fields});
+    columns.add({effect.op, effectFields(jsonFromEffect(effect))});
   }
-  columns.write(mOut, kMargin);
+  writeLines(columns, 2);
 }
 
 void TextTrace::writeRecords(const CallTrace& trace) {
@@ -272,12 +257,12 @@ void TextTrace::writeRecords(const CallTrace& trace) {
   }
   if (columns.isEmpty()) return;
   mOut << "  " << mStyle.heading("log") << '\n';
-  columns.write(mOut, kMargin);
+  writeLines(columns, 3);
 }
 
 void TextTrace::finish(const host::TextMap& eventStore) {
   mOut << mStyle.title("event store at the end") << '\n';
-  Columns columns;
+  Columns columns(kNameWidth);
   for (const auto& [key, value] : eventStore) columns.add({key, jsonText(value)});
   if (columns.isEmpty()) {
     mOut << "  empty\n";

@@ -1,0 +1,28 @@
+#include "tests/support/CamhookProcess.h"
+
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+Outcome camhookWith(const std::string& words, const std::string& input) {
+  const std::string command = "exec 2>&1; cd '" + (kSourceRoot / "scenarios").string() +
+                              "' && printf '%s' '" + input + "' | " CAMHOOK_COMMAND " " + words;
+  FILE* pipe = popen(command.c_str(), "r");
+  Outcome outcome;
+  std::array<char, 4096> block{};
+  while (const std::size_t size = std::fread(block.data(), 1, block.size(), pipe)) {
+    outcome.output.append(block.data(), size);
+  }
+  const int status = pclose(pipe);
+  outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return outcome;
+}
+
+std::string contentOf(const std::filesystem::path& file) {
+  std::ostringstream text;
+  text << std::ifstream(file).rdbuf();
+  return text.str();
+}

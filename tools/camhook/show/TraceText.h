@@ -1,0 +1,35 @@
+// The words that readable traces and differences of traces have in common. They are made from the
+// members of the JSON trace.
+
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/camhook/input/Json.h"
+
+namespace camhook {
+
+/// "updateRequestMeta  sensor 0  requestNo 100". A sensor of null is none.
+std::string callTitle(std::string_view call, const Json& sensor, const Json& arguments);
+
+/// "sensor=0 command=8 (getShadingTable) grid=[17, 13]".
+std::string effectFields(const Json& effect);
+
+/// A tag's entry in its long form: its items, and their type where the catalogue would have
+/// another. Of a long list the first items, their count and a checksum of them all. "absent" for
+/// null.
+std::string entryText(std::string_view tag, const Json& entry);
+
+/// What the items mean, where they are a text in bytes or one of the records that the raw
+/// algorithms take. No line where they are neither.
+std::vector<std::string> decodedLines(std::string_view tag, const Json& entry);
+
+/// A value of JSON for a person: a text stands without quotes, unless it is empty.
+std::string valueText(const Json& value);
+
+/// A member of an object, empty where it is absent.
+std::string memberText(const Json& object, std::string_view key);
+
+}  // namespace camhook
