@@ -83,7 +83,6 @@ TEST(CameraRole, IsThatOfTheFirstConfiguredCamera) {
 struct CaptureRow {
   std::string hal;
   std::string out;  // as far as the test is about it
-  int faces = 0;
   std::string app = "{}";
 };
 
@@ -93,7 +92,6 @@ void expectCaptures(const std::vector<CaptureRow>& rows, const std::vector<std::
   for (const CaptureRow& row : rows) {
     host::Phone phone;
     phone.config.devices[3].statics = metadataOf(statics);
-    phone.config.devices[2].faces.assign(static_cast<std::size_t>(row.faces), {{1, 2, 3, 4}, 50});
     const TestUpdater updater;
     updater.fields.setMulticamFeatureMode(2);
     IMetadata app = metadataOf(row.app);
@@ -104,7 +102,7 @@ void expectCaptures(const std::vector<CaptureRow>& rows, const std::vector<std::
     updater->updateCaptureRawParameter(&app, &hal, &out);
     IMetadata written;
     for (const std::uint32_t tag : tags) written.update(tag, out.entryFor(tag));
-    EXPECT_EQ(written, metadataOf(row.out)) << row.hal << row.app << row.faces;
+    EXPECT_EQ(written, metadataOf(row.out)) << row.hal << row.app;
   }
 }
 
@@ -141,7 +139,7 @@ TEST(CaptureRaw, TakesPhaseDetectionFromADriverThatHasIt) {
 
 TEST(CaptureRaw, ReadsListsOfTheirSizeAlone) {
   const auto row = [](const std::string& app, const std::string& out) {
-    return CaptureRow{"{}", out, 0, app};
+    return CaptureRow{"{}", out, app};
   };
   const auto points = [&](const std::string& list, const std::string& gain) {
     return row(R"({"ANDROID_SENSOR_NEUTRAL_COLOR_POINT": )" + list + "}",
@@ -182,21 +180,10 @@ TEST(CaptureRaw, ShowsHowMuchOfTheArrayIsLeft) {
                   {crop.substr(0, crop.size() - 1) + ", " + none.substr(1),
                    R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 1})"},
                   {"{}", R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 1})"},
-                  {"{}", R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 3.5})", 0,
+                  {"{}", R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 3.5})",
                    R"({"HESK_CONTROL_ZOOM_ZOOM_RATIO": 3.5})"}},
                  ratio, R"({"MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION": [8, 8, 4000, 3000]})");
   expectCaptures({{crop, R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 0})"}}, ratio, "{}");
-}
-
-TEST(CaptureRaw, HandsOverTheMastersFirstTenFaces) {
-  const std::string face = "[1, 2, 3, 4]";
-  std::string ten = face;
-  for (int i = 1; i < 10; ++i) ten += ", " + face;
-  expectCaptures({{"{}", "{}", 0},
-                  {"{}", R"({"MTK_RAW_ALGO_FACE_RECTS": [)" + face + "]}", 1},
-                  {"{}", R"({"MTK_RAW_ALGO_FACE_RECTS": [)" + ten + "]}", 10},
-                  {"{}", R"({"MTK_RAW_ALGO_FACE_RECTS": [)" + ten + "]}", 11}},
-                 {tags::MTK_RAW_ALGO_FACE_RECTS.value}, "{}");
 }
 
 TEST(CaptureRaw, AllocatesForStatisticsWhatTheirEntryDoes) {

@@ -38,16 +38,6 @@ TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
   EXPECT_EQ(records[0].message, "[doExample] frame 3 of a burst");
 }
 
-TEST(LogRecord, NamesItsOperationWhereTheMessageBeginsWithIt) {
-  host::Phone phone;
-  HESK_LOGD(kOperation, "plain %s", "text");
-  HESK_LOGD(kOperation, "[%s] [%s]twice %lld", kOperation.name, kOperation.name, -1LL);
-  const auto records = phone.log.take();
-  ASSERT_EQ(records.size(), 2U);
-  EXPECT_EQ(records[0].message, "plain text");
-  EXPECT_EQ(records[1].message, "[doExample] [doExample]twice -1");
-}
-
 TEST(LogRecord, IsOneLineOfPrefixTagPlaceAndUnexpandedMessage) {
   hesk::log::RecordBuffer buffer;
   hesk::log::formatRecord(buffer, kOperation, hesk::log::kError, 12, "[%s] frame %d");
