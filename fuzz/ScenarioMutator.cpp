@@ -28,7 +28,7 @@ struct Node {
 void collect(std::vector<Node>& nodes, const std::string& key, Json& value) {
   nodes.push_back({key, &value});
   if (value.is_object()) {
-    for (auto& [name, member] : value.items()) collect(nodes, name, member);
+    for (const auto& [name, member] : value.items()) collect(nodes, name, member);
   } else if (value.is_array()) {
     for (Json& item : value) collect(nodes, key, item);
   }

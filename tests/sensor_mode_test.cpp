@@ -55,6 +55,7 @@ TEST(SensorMode, IsThatOfTheProductsRules) {
   const char* const apps[] = {"QQ",        "CTS",     "Wechat",         "3rd_party",
                               "TikTok",    "mtk_ims", "TikTokExternal", "FaceUnlock",
                               "Messenger", ""};
+  const std::string several = kUi + "53, " + kEis + "1";
   const int modules[] = {16, 24, 26, 29, 31, 53};
   const std::string videos[] = {kHfps + "1",
                                 kEis + "1",
@@ -83,7 +84,7 @@ TEST(SensorMode, IsThatOfTheProductsRules) {
     for (const int module : modules) {
       ofPreviews += letter(decide({product, "a", sensor, false, kUi + std::to_string(module)}));
     }
-    ofPreviews += letter(decide({product, "CTS", sensor, false, kUi + "53, " + kEis + "1"}));
+    ofPreviews += letter(decide({product, "CTS", sensor, false, several}));
     EXPECT_EQ(ofPreviews, preview) << product << " sensor " << sensor;
     std::string ofVideos;
     for (const std::string& meta : videos) {

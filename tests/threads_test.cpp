@@ -31,6 +31,7 @@ constexpr int kSensors = HeskParameterUpdater::kMaxInstanceId + 1;
 void runOnThreads(int count, const std::function<void(int thread)>& work) {
   std::barrier start(count);
   std::vector<std::thread> threads;
+  threads.reserve(static_cast<std::size_t>(count));
   for (int thread = 0; thread < count; ++thread) {
     threads.emplace_back([&, thread] {
       start.arrive_and_wait();
