@@ -160,6 +160,7 @@ TEST(ResultRegions, WriteBackAsManyAsTheConverterGives) {
   };
   EXPECT_EQ(eyesOf(0), entry("0xc00e0000", "[9]"));
   EXPECT_EQ(eyesOf(1), entry("0xc00e0000", "[1, 11, 2, 22, 9]"));
+  EXPECT_EQ(eyesOf(3), entry("0xc00e0000", "[1, 11, 2, 22, 1, 11, 2, 22, 1, 11, 2, 22, 9]"));
   const auto lotsOf = [&](std::size_t count) {
     return translated(Inspector::kTranslateLots, "0xc00e0017", "[1, 2, 3, 4]", count);
   };
