@@ -99,12 +99,14 @@ TEST(NumberText, IsReadAlikeWhateverTheStandardLibrary) {
       {"1.00000005960464477539062500000000000000001", 1.0000001F, 1},
       {"2147483647", 2147483648.0F, 2147483647},
       {"-2147483648", -2147483648.0F, -2147483647 - 1},
-      {"2147483648", 2147483648.0F, none},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(leadingNumber<float>(row.text), row.number) << '"' << row.text << '"';
     EXPECT_EQ(leadingNumber<std::int32_t>(row.text), row.whole) << '"' << row.text << '"';
+    EXPECT_EQ(leadingNumber<std::int64_t>(row.text), row.whole) << '"' << row.text << '"';
   }
+  EXPECT_EQ(leadingNumber<std::int32_t>("2147483648"), none);
+  EXPECT_EQ(leadingNumber<std::int64_t>("9223372036854775808"), none);
 }
 
 struct CropRow {

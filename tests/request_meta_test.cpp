@@ -29,7 +29,7 @@ struct Row {
   std::vector<std::uint32_t> streams = {};
 };
 
-TEST(RequestMeta, IsChangedAtTheEdgesOfItsSteps) {
+TEST(RequestMeta, IsChangedAtItsEdges) {
   const std::string forced = R"({"ANDROID_CONTROL_CAPTURE_INTENT": {"type": "int32", "items": [1]},
                                  "ANDROID_CONTROL_ENABLE_ZSL": {"type": "int32", "items": [0]}})";
   // clang-format off

@@ -31,8 +31,11 @@ int decide(const Configuration& configuration) {
   const auto streams = std::make_shared<HeskSensorModeControl::StreamInfo>();
   *streams = {.hasVideoConsumer = configuration.video, .mainOutputSize = configuration.size};
   NSCam::IMetadata meta = metadataOf("{" + configuration.meta + "}");
-  return HeskSensorModeControl::createInstance(configuration.sensor)
-      ->decideSensorScenario(&meta, streams);
+  HeskSensorModeControl* control = HeskSensorModeControl::createInstance(configuration.sensor);
+  const int scenario = control->decideSensorScenario(&meta, streams);
+  host::LogSink::openLevels({});
+  EXPECT_EQ(control->decideSensorScenario(&meta, streams), scenario) << "with the log closed";
+  return scenario;
 }
 
 const std::string kUi = R"("COM_HESK_CURRENTUIMODULE": )";

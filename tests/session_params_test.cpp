@@ -40,7 +40,7 @@ struct Row {
   int sensor = 0;
 };
 
-TEST(SessionParams, AreChangedAtTheEdgesOfTheirSteps) {
+TEST(SessionParams, AreChangedAtTheirEdges) {
   const std::string off = R"({"ANDROID_CONTROL_VIDEO_STABILIZATION_MODE": 0})";
   const std::string offAt60 = R"({"ANDROID_CONTROL_VIDEO_STABILIZATION_MODE": 0,
                                   "MTK_STREAMING_FEATURE_HFPS_MODE": 1})";

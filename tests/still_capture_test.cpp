@@ -94,6 +94,8 @@ TEST_F(StillCapture, GoesOnWithout3A) {
 }
 
 TEST_F(StillCapture, BooksAtMost1024Frames) {
+  mPhone.log.take();
+  host::LogSink::openLevels({'E'});
   capture(0xffffffff, R"({"HESK_CONTROL_HISFRAME": [0, 2147483647]})");
   EXPECT_EQ(frames().size(), 1024U);
   EXPECT_EQ(frames().at(1022), 1023U);  // request numbers wrap
@@ -101,8 +103,7 @@ TEST_F(StillCapture, BooksAtMost1024Frames) {
   EXPECT_EQ(mPhone.effects.take()[2].fields[2].value,  // 3A is told of all
             host::Effect::Value(std::vector<std::int64_t>{2147483647, 0}));
 
-  mPhone.log.take();
-  host::LogSink::openLevels({'E'});
+  EXPECT_EQ(mPhone.log.take().size(), 3U);
   capture(1, R"({"HESK_CONTROL_HISFRAME": [0, 1024]})");
   EXPECT_EQ(mPhone.log.take().size(), 2U);  // 1,024 frames are no news
 }
