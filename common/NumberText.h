@@ -29,7 +29,7 @@ constexpr std::size_t lengthOfDecimal(std::string_view text) {
   };
   const auto skipDigits = [&] {
     const std::size_t first = length;
-    while (skip("0123456789")) continue;
+    while (skip("1234567890")) continue;
     return length > first;
   };
 

@@ -38,20 +38,14 @@ TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
   EXPECT_EQ(records[0].message, "[doExample] frame 3 of a burst");
 }
 
-TEST(LogRecord, NamesItsOperationWhereTheMessageBeginsWithIt) {
-  host::Phone phone;
-  HESK_LOGD(kOperation, "plain %s", "text");
-  HESK_LOGD(kOperation, "[%s] [%s]twice %lld", kOperation.name, kOperation.name, -1LL);
-  const auto records = phone.log.take();
-  ASSERT_EQ(records.size(), 2U);
-  EXPECT_EQ(records[0].message, "plain text");
-  EXPECT_EQ(records[1].message, "[doExample] [doExample]twice -1");
-}
-
 TEST(LogRecord, IsOneLineOfPrefixTagPlaceAndUnexpandedMessage) {
   hesk::log::RecordBuffer buffer;
-  hesk::log::formatRecord(buffer, kOperation, hesk::log::kError, 12, "[%s] frame %d");
-  EXPECT_STREQ(buffer.data(), "E[HeskExample] HeskExample.cpp:12 doExample() [%s] frame %d");
+  for (const auto& [level, letter] :
+       {std::pair(hesk::log::kError, "E"), {hesk::log::kInfo, "I"}, {hesk::log::kDebug, "D"}}) {
+    hesk::log::formatRecord(buffer, kOperation, level, 12, "[%s] frame %d");
+    EXPECT_EQ(buffer.data(),
+              std::string(letter) + "[HeskExample] HeskExample.cpp:12 doExample() [%s] frame %d");
+  }
 }
 
 TEST(LogRecord, IsCutAt1023Characters) {

@@ -64,18 +64,6 @@ TEST(MetadataEntry, KeepsTheTypeOfItsFirstItem) {
   EXPECT_EQ(itemsOf(entry), (host::ItemList(std::vector{15, 60})));
 }
 
-TEST(MetadataEntry, CopiesItsItemsAndMovesThem) {
-  auto entry = entryOf<std::int64_t>({1, 2});
-  IMetadata::IEntry copy(entry);
-  copy.push_back(std::int64_t{3}, Type2Type<std::int64_t>{});
-  EXPECT_EQ(entry.count(), 2U);
-  entry = copy;
-  copy.replaceItemAt(0, std::int64_t{9}, Type2Type<std::int64_t>{});
-  const IMetadata::IEntry moved(std::move(copy));
-  EXPECT_EQ(itemsOf(entry), (host::ItemList(std::vector<std::int64_t>{1, 2, 3})));
-  EXPECT_EQ(itemsOf(moved), (host::ItemList(std::vector<std::int64_t>{9, 2, 3})));
-}
-
 TEST(Metadata, TellsAnEntryWithoutItemsFromNone) {
   constexpr std::uint32_t kIso = tags::HESK_CONTROL_ISO.value;
   constexpr std::uint32_t kVideoMode = tags::HESK_CONTROL_VIDEOMODE.value;
@@ -101,17 +89,6 @@ TEST(Metadata, AddsTheEntriesOfAnother) {
   EXPECT_EQ(left, metadataOf(R"({"HESK_CONTROL_ISO": [1, 2], "HESK_CONTROL_EV": 0.5})"));
   EXPECT_EQ(left.entryFor(tags::HESK_CONTROL_VIDEOMODE.value).tag(),
             tags::HESK_CONTROL_VIDEOMODE.value);
-}
-
-TEST(Metadata, KeepsWhatItsCopyLoses) {
-  IMetadata metadata = metadataOf(R"({"HESK_CONTROL_ISO": 100})");
-  IMetadata copy(metadata);
-  write(&copy, tags::HESK_CONTROL_ISO, 7);
-  EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_ISO), 100);
-  const IMetadata moved(std::move(copy));
-  copy = metadata;
-  EXPECT_EQ(copy, metadata);
-  EXPECT_EQ(read(&moved, tags::HESK_CONTROL_ISO), 7);
 }
 
 TEST(MetadataVocabulary, TakesNullContainers) {

@@ -1,11 +1,14 @@
-// The simulated phone: properties, event store, effects, and that nothing outlives it.
+// The simulated phone where it is not as plain as it looks, the updaters' slots on it, and that
+// nothing outlives it.
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
+#include "common/HeskParameterUpdater.h"
+#include "common/updater/UpdaterInspector.h"
 #include "host/Phone.h"
-#include "platform/EventStore.h"
 #include "platform/Hal3A.h"
 #include "platform/MetadataProvider.h"
 #include "platform/ModuleFactory.h"
@@ -20,40 +23,27 @@ std::string property(const char* name, const char* fallback) {
   return value;
 }
 
-TEST(PhoneProperties, GiveTheDefaultWhereNothingIsSet) {
+TEST(Phone, GivesTheDefaultWhereNothingIsSet) {
   host::Phone phone;
-  EXPECT_EQ(property("a", "default"), "default");
   EXPECT_EQ(property("a", nullptr), "");
   phone.properties.set("a", "");
   EXPECT_EQ(property("a", "default"), "default");
-  phone.properties.set("a", "set");
-  EXPECT_EQ(property("a", "default"), "set");
   phone.properties.set("a", std::string(500, 'x'));
   EXPECT_EQ(property("a", "default"), std::string(91, 'x'));
 }
 
-TEST(PhoneEventStore, RecordsWhatTheLibrarySets) {
-  host::Phone phone;
-  phone.eventStore.set("APP_TYPE", "heskCamera");  // the camera app, not the library
-  auto& store = NSCam::ATMsEventMgr::getInstance();
-  std::string value = "old";
-  store.get("APP_NAME", value);
-  EXPECT_EQ(value, "");
-  store.set("APP_NAME", "Video");
-  store.get("APP_NAME", value);
-  EXPECT_EQ(value, "Video");
-  const std::vector<host::Effect> expected{
-      {"eventStore.set", {{"key", std::string("APP_NAME")}, {"value", std::string("Video")}}}};
-  EXPECT_EQ(phone.effects.take(), expected);
-  EXPECT_TRUE(phone.effects.take().empty());
-}
-
 TEST(Phone, ReadsPropertiesAsNumbers) {
-  const std::pair<const char*, int> rows[] = {
-      {"", 7},           {"0", 0},           {"12", 12},
-      {"-3abc", -3},     {" 0x1F", 31},      {"010", 8},
-      {"yes", 7},        {"0x", 0},          {"2147483647", 2147483647},
-      {"2147483648", 7}, {"-2147483649", 7}, {"99999999999999999999", 7}};
+  const std::pair<const char*, int> rows[] = {{"", 7},
+                                              {"0", 0},
+                                              {"-3abc", -3},
+                                              {" 0x1F", 31},
+                                              {"010", 8},
+                                              {"yes", 7},
+                                              {"0x", 0},
+                                              {"2147483647", 2147483647},
+                                              {"2147483648", 7},
+                                              {"-2147483649", 7},
+                                              {"99999999999999999999", 7}};
   for (const auto& [text, number] : rows) {
     host::Phone phone;
     phone.properties.set("a", text);
@@ -67,11 +57,10 @@ TEST(Phone, LeavesNothingBehind) {
     phone.properties.set("a", "set");
     phone.config.devices[0].hal3A.available = false;
     EXPECT_NE(NSCam::NSMetadataProviderManager::valueForByDeviceId(0), nullptr);
+    EXPECT_THROW(host::Phone(), std::logic_error);  // one at a time
   }
   EXPECT_EQ(g_logInfoLv[CAM_DEBUG_LEVEL_ERROR].flags & cam_log_info_t::kEnabled, 0U);
   EXPECT_EQ(property("a", "default"), "default");  // on no phone at all
-  const host::Phone phone;
-  EXPECT_EQ(property("a", "default"), "default");
   EXPECT_EQ(NSCam::NSMetadataProviderManager::valueForByDeviceId(0), nullptr);
   const auto creator =
       reinterpret_cast<NS3Av3::Hal3ACreator>(NSCam::getMtkcamModuleFactory(NSCam::kModule3A));
@@ -80,10 +69,16 @@ TEST(Phone, LeavesNothingBehind) {
   hal3A->release("test");
 }
 
-TEST(Phone, IsTheOnlyOne) {
-  const host::Phone phone;
-  EXPECT_THROW(host::Phone(), std::logic_error);
-  EXPECT_EQ(&host::Phone::current(), &phone);
+TEST(Updater, IsOneASlotAndNoneOutsideThem) {
+  for (int sensor = 0; sensor <= 10; ++sensor) {
+    HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(sensor);
+    if (updater == nullptr) FAIL() << sensor;
+    EXPECT_EQ(HeskParameterUpdaterInspector{*updater}.instanceId(), sensor);
+    EXPECT_EQ(HeskParameterUpdater::createInstance(sensor), updater);
+  }
+  for (const int sensor : {-1, 11, std::numeric_limits<int>::min()}) {
+    EXPECT_EQ(HeskParameterUpdater::createInstance(sensor), nullptr) << sensor;
+  }
 }
 
 }  // namespace

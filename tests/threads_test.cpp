@@ -1,48 +1,148 @@
-// The making of updaters on several threads at once.
+// Updaters made and used on several threads at once.
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <barrier>
+#include <functional>
+#include <memory>
 #include <set>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include "common/HeskParameterUpdater.h"
+#include "common/HeskSensorModeControl.h"
+#include "common/tags/Metadata.h"
+#include "host/CameraMetadata.h"
+#include "host/ImageStream.h"
 #include "host/Phone.h"
+#include "tests/support/TestMetadata.h"
+#include "tools/camhook/run/DataRoot.h"
 
 namespace {
 
-constexpr int kThreads = 16;
+using namespace hesk;
+using NSCam::IMetadata;
 
-TEST(Threads, CreateInstanceConstructsEveryUpdaterOnce) {
-  host::Phone phone;
-  HeskParameterUpdater* updaters[kThreads][11];
-  std::barrier start(kThreads);
+constexpr int kSensors = HeskParameterUpdater::kMaxInstanceId + 1;
+
+/// Runs `work` on so many threads, which begin at once; it is handed the number of its thread.
+void runOnThreads(int count, const std::function<void(int thread)>& work) {
+  std::barrier start(count);
   std::vector<std::thread> threads;
-  threads.reserve(kThreads);
-  for (int thread = 0; thread < kThreads; ++thread) {
+  threads.reserve(static_cast<std::size_t>(count));
+  for (int thread = 0; thread < count; ++thread) {
     threads.emplace_back([&, thread] {
       start.arrive_and_wait();
-      // Half of the threads walk the sensors from the other end.
-      for (int step = 0; step <= 10; ++step) {
-        const int sensor = thread % 2 == 0 ? step : 10 - step;
-        updaters[thread][sensor] = HeskParameterUpdater::createInstance(sensor);
-      }
+      work(thread);
     });
   }
   for (std::thread& thread : threads) thread.join();
+}
 
-  std::set<HeskParameterUpdater*> distinct;
-  for (int sensor = 0; sensor <= 10; ++sensor) {
-    distinct.insert(updaters[0][sensor]);
-    for (const auto& ofThread : updaters) EXPECT_EQ(ofThread[sensor], updaters[0][sensor]);
+TEST(Threads, CreateInstanceConstructsEveryUpdaterOnce) {  // first: no updater is made yet
+  constexpr int kThreads = 16;
+  host::Phone phone;
+  HeskParameterUpdater* updaters[kThreads][kSensors];
+  runOnThreads(kThreads, [&](int thread) {
+    // Half of the threads walk the sensors from the other end.
+    for (int step = 0; step < kSensors; ++step) {
+      const int sensor = thread % 2 == 0 ? step : kSensors - 1 - step;
+      updaters[thread][sensor] = HeskParameterUpdater::createInstance(sensor);
+    }
+  });
+  for (const auto& ofThread : updaters) {
+    EXPECT_TRUE(std::equal(std::begin(ofThread), std::end(ofThread), updaters[0]));
   }
-  EXPECT_EQ(distinct.size(), 11U);
-  std::size_t constructed = 0;
-  for (const auto& record : phone.log.take()) {
-    if (record.function == "HeskParameterUpdater") ++constructed;
+  EXPECT_EQ(std::set(std::begin(updaters[0]), std::end(updaters[0])).size(), kSensors);
+  EXPECT_EQ(phone.log.take().size(), kSensors);  // a record each: what it learned of its sensor
+}
+
+/// A frame through the hooks of a sensor. What comes back of it is of its own number.
+void runFrame(int sensor, std::int32_t number) {
+  const std::string text = std::to_string(number);
+  HeskParameterUpdater& updater = *HeskParameterUpdater::createInstance(sensor);
+  IMetadata meta = metadataOf(R"({"HESK_CONTROL_STREAM_FLAGS": [0, 1],
+    "HESK_CONTROL_HISFRAME": [0, 2], "ANDROID_CONTROL_CAPTURE_INTENT": 2,
+    "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30], "ANDROID_SENSOR_EXPOSURE_TIME": )" +
+                              text + "}");
+  const auto usage = GRALLOC_USAGE_HW_VIDEO_ENCODER;
+  updater.setPreviewSize({1920, 1080});
+  updater.updateSessionParams(&meta, {{number, new host::ImageStream(number, usage, {4, 3})}});
+  updater.updateRequestMeta(&meta, static_cast<unsigned int>(number));
+  updater.updateResultMeta(&meta, static_cast<unsigned int>(number));
+  EXPECT_EQ(read(&meta, tags::MTK_CONTROL_SELECTED_STREAM_ID), number);
+  EXPECT_EQ(read(&meta, tags::MTK_HESK_CAPTURE_COUNT), 2);
+  EXPECT_EQ(read(&meta, tags::HESK_CONTROL_REQUESTNO), number);
+
+  IMetadata app = metadataOf(R"({"HESK_CONTROL_CURRENTMODE": "0x40000", "MTK_3A_AE_LUX_INDEX": )" +
+                             text + R"(, "ANDROID_SENSOR_SENSITIVITY": )" + text + "}");
+  IMetadata hal = metadataOf(R"({"MTK_HAL_REQUEST_SENSOR_ID": )" + std::to_string(sensor) +
+                             R"(, "MTK_P1NODE_SCALAR_CROP_REGION": [0, 0, )" + text + ", 9]}");
+  IMetadata out;
+  updater.updateCaptureRawParameter(&app, &hal, &out);
+  EXPECT_EQ(read(&out, tags::HESK_CONTROL_AE_RESULT), static_cast<float>(number));
+  EXPECT_EQ(read(&out, tags::MTK_RAW_ALGO_SENSITIVITY), number);
+  EXPECT_EQ(read(&out, tags::MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO),
+            4000.0F / static_cast<float>(number));
+
+  updater.translateResultRegionForHesk(&meta, 1.0F, sensor, 0xc00e0014);
+  char block[8] = {};
+  updater.updateTuningData(&meta, block, sizeof block);
+  camera_metadata buffer(meta);
+  updater.dumpMetadata(&buffer, "frame", number);
+}
+
+/// What the app and the system set while the hooks run: texts too long for a string's own room
+/// break where two threads meet in one.
+void changeSettings(host::Phone& phone, unsigned int round) {
+  for (const char* key : {"APP_TYPE", "APP_NAME", "APP_MODE", "HESK_EXP", "HESK_ISO", "HESK_EV"}) {
+    phone.eventStore.set(key, std::string(1 + round % 2 * 30, '1'));
   }
-  EXPECT_EQ(constructed, 11U);
+  phone.eventStore.set("APP_TYPE", round % 3 == 0 ? "heskCamera" : "an app that nobody knows");
+  phone.properties.set("ro.product.model.zdm", round % 2 == 0 ? "KX0102" : "KX0107");
+  phone.properties.set("vendor.debug.camera.VideoFlip", std::to_string(round % 2));
+}
+
+/// The one control of all sensors, which one thread asks.
+void decideScenario(unsigned int round) {
+  IMetadata session;
+  const auto streams = std::make_shared<HeskSensorModeControl::StreamInfo>();
+  streams->hasVideoConsumer = round % 3 == 0;
+  const int sensor = static_cast<int>(round % 2);
+  HeskSensorModeControl::createInstance(sensor)->decideSensorScenario(&session, streams);
+}
+
+TEST(Threads, GiveEveryFrameItsOwn) {
+  constexpr int kFrames = 50;
+  const camhook::DataRoot dataRoot("");
+  host::PhoneConfig config;
+  config.dataRoot = dataRoot.path().string();
+  config.properties = {{"vendor.camera.dumprawhifmetadata", "1"}};
+  config.provider = host::ProviderConfig{.fpsCap = 20};
+  config.tuningBuffer = {.fd = 7, .bufferSize = 8, .bufferIndex = 1};
+  for (int sensor = 0; sensor < kSensors; ++sensor) {
+    config.devices[sensor].statics = metadataOf(R"({"COM_HESK_PDBUFFERTYPE": 2,
+      "MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION": [0, 0, 4000, 3000]})");
+    config.devices[sensor].sensor.emplace().pdSupported = 1;
+  }
+  host::Phone phone(std::move(config));
+  // Every lock that two threads take puts them in an order in which a race of theirs is not seen.
+  host::LogSink::openLevels({});
+  phone.setObserver(nullptr);
+
+  std::atomic<int> sensorsAtWork = kSensors;
+  runOnThreads(kSensors + 2, [&](int thread) {
+    if (thread < kSensors) {
+      for (int frame = 0; frame < kFrames; ++frame) runFrame(thread, 1000 * (thread + 1) + frame);
+      --sensorsAtWork;
+      return;
+    }
+    for (unsigned int round = 0; sensorsAtWork > 0; ++round) {
+      thread == kSensors ? changeSettings(phone, round) : decideScenario(round);
+    }
+  });
 }
 
 }  // namespace

@@ -1,0 +1,189 @@
+// How the fuzzers of hooks change a scenario: as JSON, so that it mostly stays one. Containers get
+// entries of any tag, type, count and value, those of the catalogue more often than others.
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/tags/TagCatalogue.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Json.h"
+
+namespace {
+
+using camhook::Json;
+
+struct Node {
+  std::string key;  // in the object in which it stands, or in which its list does
+  Json* value;
+};
+
+void collect(std::vector<Node>& nodes, const std::string& key, Json& value) {
+  nodes.push_back({key, &value});
+  if (value.is_object()) {
+    for (const auto& [name, member] : value.items()) collect(nodes, name, member);
+  } else if (value.is_array()) {
+    for (Json& item : value) collect(nodes, key, item);
+  }
+}
+
+bool isMetadata(std::string_view key) {
+  constexpr std::array<std::string_view, 6> kKeys = {"meta", "app",    "hal",
+                                                     "out",  "static", "defaultShading"};
+  return std::ranges::find(kKeys, key) != kKeys.end();
+}
+
+class Mutator {
+ public:
+  Mutator(Json& scenario, unsigned int seed) : mRandom(seed) { collect(mNodes, "", scenario); }
+
+  /// Changes a place.
+  void change() { change(any(mNodes)); }
+
+  /// Has a place as the other scenario has one of the same key.
+  void takeFrom(Json& other) {
+    std::vector<Node> theirs;
+    collect(theirs, "", other);
+    const Node& given = any(theirs);
+    const auto isAlike = [&](const Node& node) { return node.key == given.key; };
+    std::vector<Node> places;
+    std::copy_if(mNodes.begin(), mNodes.end(), std::back_inserter(places), isAlike);
+    if (places.empty()) return;
+    Json& place = *any(places).value;
+    if (place.is_array() && given.value->is_array() && mRandom() % 2 == 0) {
+      place.insert(place.end(), given.value->begin(), given.value->end());
+    } else if (place.is_object() && given.value->is_object() && mRandom() % 2 == 0) {
+      place.update(*given.value);
+    } else {
+      place = *given.value;
+    }
+  }
+
+ private:
+  template <typename List>
+  auto any(List& list) -> decltype(*std::begin(list)) {
+    return list[mRandom() % std::size(list)];
+  }
+
+  /// A place in a list or an object that is not empty.
+  auto anyIn(Json& list) {
+    return std::next(list.begin(), static_cast<std::ptrdiff_t>(mRandom() % list.size()));
+  }
+
+  Json number() {
+    // Where arithmetic goes wrong, and what the hooks compare with or count.
+    static const std::vector<Json> kNumbers = {
+        0,          1,           -1,           2,          3,         8,
+        60,         127,         128,          255,        256,       1024,
+        0x7fffffff, -0x7fffffff, INT32_MIN,    UINT32_MAX, INT64_MAX, INT64_MIN,
+        0.5,        1e-45,       3.4028235e38, "nan",      "inf",     "-inf"};
+    if (mRandom() % 2 == 0) return any(kNumbers);
+    return std::int64_t{1} << mRandom() % 63;
+  }
+
+  Json item(std::string_view type) {
+    if (type != "rect" && type != "rational") return number();
+    Json list = Json::array();
+    for (std::size_t i = 0; i < (type == "rect" ? 4 : 2); ++i) list.push_back(number());
+    return list;
+  }
+
+  /// An entry of a tag of the catalogue, or of one that stands in the container, mostly of the type
+  /// and the count that the library takes.
+  void putEntry(Json& metadata) {
+    constexpr auto kTypes =
+        std::to_array<std::string_view>({"int32", "int64", "uint8", "float", "rect", "rational"});
+    const hesk::TagDescription& tag = any(hesk::kTagCatalogue);
+    std::string name(tag.name);
+    if (!metadata.empty() && mRandom() % 2 == 0) name = anyIn(metadata).key();
+    const std::string_view type = mRandom() % 4 != 0 ? tag.type : any(kTypes);
+    const std::size_t counts[] = {tag.count, tag.count, tag.count + 1, 1, 2, mRandom() % 20};
+    Json items = Json::array();
+    for (std::size_t left = any(counts); left > 0; --left) items.push_back(item(type));
+    metadata[name] = {{"type", type}, {"items", items}};
+  }
+
+  void change(const Node& node) {
+    Json& value = *node.value;
+    if (isMetadata(node.key) && !value.is_array() && mRandom() % 4 != 0) {
+      if (value.is_null()) value = Json::object();
+      if (value.is_object()) putEntry(value);
+    } else if (value.is_number()) {
+      value = number();
+    } else if (value.is_boolean()) {
+      value = !value.get<bool>();
+    } else if (value.is_string()) {
+      changeText(value);
+    } else if (isMetadata(node.key) && value.is_object() && mRandom() % 4 == 0) {
+      value = nullptr;
+    } else if (value.is_object() && !value.empty()) {
+      value.erase(anyIn(value));
+    } else if (value.is_array() && !value.empty()) {
+      changeList(value);
+    }
+  }
+
+  /// To another text that stands under the same or another key, or to a piece of it.
+  void changeText(Json& value) {
+    const Node& other = any(mNodes);
+    auto text = (other.value->is_string() ? *other.value : value).get<std::string>();
+    if (mRandom() % 2 == 0) text.resize(mRandom() % (text.size() + 3), 'x');
+    value = text;
+  }
+
+  void changeList(Json& list) {
+    const Json items = list;
+    switch (mRandom() % 4) {
+      case 0: list.erase(anyIn(list)); break;
+      case 1: list.insert(anyIn(list), *anyIn(list)); break;
+      case 2: list.insert(list.end(), items.begin(), items.end()); break;
+      default: std::swap(*anyIn(list), *anyIn(list)); break;
+    }
+  }
+
+  std::minstd_rand mRandom;
+  std::vector<Node> mNodes;
+};
+
+Json scenarioFrom(const std::uint8_t* data, std::size_t size) {
+  try {
+    return camhook::parseJson({reinterpret_cast<const char*>(data), size});
+  } catch (const camhook::InputError&) {
+    return {{"calls", Json::array()}};
+  }
+}
+
+/// Returns its size; 0 where there is no room.
+std::size_t writeTo(std::uint8_t* out, std::size_t room, const Json& scenario) {
+  const std::string text = scenario.dump(-1, ' ', true, Json::error_handler_t::replace);
+  if (text.size() > room) return 0;
+  std::ranges::copy(text, out);
+  return text.size();
+}
+
+}  // namespace
+
+extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
+                                               std::size_t room, unsigned int seed) {
+  Json scenario = scenarioFrom(data, size);
+  Mutator(scenario, seed).change();
+  const std::size_t written = writeTo(data, room, scenario);
+  return written != 0 ? written : size;
+}
+
+extern "C" std::size_t LLVMFuzzerCustomCrossOver(const std::uint8_t* data, std::size_t size,
+                                                 const std::uint8_t* other, std::size_t otherSize,
+                                                 std::uint8_t* out, std::size_t room,
+                                                 unsigned int seed) {
+  Json scenario = scenarioFrom(data, size);
+  Json giver = scenarioFrom(other, otherSize);
+  Mutator(scenario, seed).takeFrom(giver);
+  return writeTo(out, room, scenario);
+}

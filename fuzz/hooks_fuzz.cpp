@@ -1,0 +1,86 @@
+// Fuzzes hooks: an input is a scenario, of whose calls those that CAM_FUZZ_CALLS names are made.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+#include "fuzz/Updaters.h"
+#include "host/LogSink.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/run/DataRoot.h"
+#include "tools/camhook/run/Replay.h"
+#include "tools/camhook/show/JsonTrace.h"
+#include "tools/camhook/show/TextTrace.h"
+
+namespace {
+
+using namespace camhook;
+
+bool isMade(const ScenarioCall& call) {
+  const std::string_view name = std::visit([](const auto& each) { return each.kName; }, call.call);
+  return (' ' + std::string(CAM_FUZZ_CALLS) + ' ').find(' ' + std::string(name) + ' ') !=
+         std::string::npos;
+}
+
+/// What a machine that runs many phones has neither room nor time for.
+void limitMemory(Scenario& scenario) {
+  constexpr std::int32_t kMostBuffer = 1 << 22;
+  constexpr std::uint32_t kMostData = 1 << 16;
+  if (auto& buffer = scenario.platform.tuningBuffer; buffer && buffer->bufferSize) {
+    buffer->bufferSize = std::clamp(*buffer->bufferSize, -kMostBuffer, kMostBuffer);
+  }
+  for (ScenarioCall& call : scenario.calls) {
+    if (auto* tuning = std::get_if<UpdateTuningData>(&call.call)) tuning->size %= kMostData;
+  }
+}
+
+/// Calls on a phone and on updaters of their own: nothing is left for the next run but what the
+/// library keeps for good, the handle of the camera provider service. An input's size tells whether
+/// the log is open, and the trace.
+void replay(const Scenario& scenario, std::size_t size) {
+  fuzz::Updaters updaters;
+  Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
+  if (size % 5 == 0) host::LogSink::openLevels({});
+  std::ostringstream out;
+  std::unique_ptr<TraceWriter> writer;
+  if (size % 3 == 1) writer = std::make_unique<JsonTrace>(out);
+  if (size % 3 == 2) {
+    writer = std::make_unique<TextTrace>(out, Style(false), TextTrace::Records::debug,
+                                         scenario.calls.size());
+  }
+  for (const ScenarioCall& call : scenario.calls) {
+    const CallTrace trace = replay.run(call);
+    if (writer != nullptr) writer->write(trace);
+  }
+  if (writer == nullptr) return;
+  writer->finish(replay.phone().eventStore.all());
+  if (size % 3 == 1) (void)Json::parse(out.str());  // throws at what is no JSON
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const DataRoot root("");
+  Scenario scenario;
+  try {
+    scenario = readScenario({reinterpret_cast<const char*>(data), size});
+  } catch (const InputError&) {
+    return -1;  // not worth keeping
+  }
+  std::erase_if(scenario.calls, std::not_fn(isMade));
+  limitMemory(scenario);
+  scenario.platform.dataRoot = root.path().string();
+  replay(scenario, size);
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root.path())) {
+    if (entry.is_regular_file()) std::filesystem::remove(entry);
+  }
+  return 0;
+}
