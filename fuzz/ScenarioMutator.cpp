@@ -173,7 +173,7 @@ std::size_t writeTo(std::uint8_t* out, std::size_t room, const Json& scenario) {
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
                                                std::size_t room, unsigned int seed) {
   Json scenario = scenarioFrom(data, size);
-  Mutator(scenario, seed).change();
+  for (unsigned int left = 1 + seed % 4; left > 0; --left) Mutator(scenario, seed / left).change();
   const std::size_t written = writeTo(data, room, scenario);
   return written != 0 ? written : size;
 }

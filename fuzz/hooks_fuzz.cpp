@@ -76,6 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return -1;  // not worth keeping
   }
   std::erase_if(scenario.calls, std::not_fn(isMade));
+  if (scenario.calls.empty()) return -1;
   limitMemory(scenario);
   scenario.platform.dataRoot = root.path().string();
   replay(scenario, size);

@@ -40,12 +40,8 @@ TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
 
 TEST(LogRecord, IsOneLineOfPrefixTagPlaceAndUnexpandedMessage) {
   hesk::log::RecordBuffer buffer;
-  for (const auto& [level, letter] :
-       {std::pair(hesk::log::kError, "E"), {hesk::log::kInfo, "I"}, {hesk::log::kDebug, "D"}}) {
-    hesk::log::formatRecord(buffer, kOperation, level, 12, "[%s] frame %d");
-    EXPECT_EQ(buffer.data(),
-              std::string(letter) + "[HeskExample] HeskExample.cpp:12 doExample() [%s] frame %d");
-  }
+  hesk::log::formatRecord(buffer, kOperation, hesk::log::kError, 12, "[%s] frame %d");
+  EXPECT_STREQ(buffer.data(), "E[HeskExample] HeskExample.cpp:12 doExample() [%s] frame %d");
 }
 
 TEST(LogRecord, IsCutAt1023Characters) {

@@ -5,12 +5,15 @@
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "common/HeskSensorModeControl.h"
 #include "common/sensormode/SensorModeInspector.h"
 #include "host/Phone.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
+#include "tools/camhook/explain/Decision.h"
 
 namespace {
 
@@ -24,7 +27,7 @@ struct Configuration {
   NSCam::MSize size = {1920, 1080};
 };
 
-int decide(const Configuration& configuration) {
+int decide(const Configuration& configuration, hesk::DecisionObserver* observer = nullptr) {
   const host::Phone phone(
       phoneWith({{"APP_TYPE", configuration.appType}, {"APP_NAME", configuration.appName}},
                 {{"ro.product.model.zdm", configuration.product}}));
@@ -34,7 +37,10 @@ int decide(const Configuration& configuration) {
   HeskSensorModeControl* control = HeskSensorModeControl::createInstance(configuration.sensor);
   const int scenario = control->decideSensorScenario(&meta, streams);
   host::LogSink::openLevels({});
+  const HeskSensorModeControlInspector inspector{*control};
+  inspector.observe(observer);
   EXPECT_EQ(control->decideSensorScenario(&meta, streams), scenario) << "with the log closed";
+  inspector.observe(nullptr);
   return scenario;
 }
 
@@ -189,6 +195,27 @@ TEST(SensorMode, IsThatOfTheLastOverrideThatFires) {
     EXPECT_EQ(decide(configuration), scenario)
         << configuration.appType << configuration.appName << " sensor " << configuration.sensor
         << ' ' << configuration.size.w << 'x' << configuration.size.h << configuration.meta;
+  }
+}
+
+TEST(SensorMode, TellsAnObserverWhichOverridesFire) {
+  constexpr NSCam::MSize kVga{640, 480};
+  const std::pair<Configuration, std::vector<std::string>> rows[] = {
+      {{"", "mtk_ims", 1, true, kHdr3 + ", " + kNight, "Whatsapp", kVga},
+       {"mtk_ims not wider than 4:3", "Whatsapp, Facebook or Kuaishou",
+        "Whatsapp, Messenger or a third party at 640x480", "video HDR on the front camera",
+        "video in night mode"}},
+      {{"", "Wechat", 1, false, "", "Dingding", kVga},
+       {"Dingding near 4:3", "Wechat at 640x480 on the front camera"}},
+      {{"", "heskCamera", 0, true, "", "Instagram", kVga},
+       {"Instagram on another than the front camera", "video of the maker's app at 640x480"}},
+  };
+  for (const auto& [configuration, fired] : rows) {
+    camhook::DecisionRecorder recorder;
+    decide(configuration, &recorder);
+    std::vector<std::string> told;
+    for (const auto& each : recorder.decision.overrides) told.push_back(each.when);
+    EXPECT_EQ(told, fired);
   }
 }
 
