@@ -58,6 +58,8 @@ int onLoadedObject(dl_phdr_info* object, std::size_t /*size*/, void* out) {
     (isCode ? found.code : found.readOnly).push_back(copyOfMemory(start, header.p_memsz));
     isLibrary |= isCode && start <= function && function - start < header.p_memsz;
   }
+  // Some linkers put code and what it reads into one segment.
+  if (found.readOnly.empty()) found.readOnly = found.code;
   if (isLibrary) *static_cast<Segments*>(out) = std::move(found);
   return isLibrary ? 1 : 0;
 }
