@@ -53,8 +53,7 @@ void replay(const Scenario& scenario, std::size_t size) {
   std::unique_ptr<TraceWriter> writer;
   if (size % 3 == 1) writer = std::make_unique<JsonTrace>(out);
   if (size % 3 == 2) {
-    writer = std::make_unique<TextTrace>(out, Style(false), TextTrace::Records::debug,
-                                         scenario.calls.size());
+    writer = std::make_unique<TextTrace>(out, Style(false), TextTrace::Records::debug);
   }
   for (const ScenarioCall& call : scenario.calls) {
     const CallTrace trace = replay.run(call);
