@@ -17,7 +17,6 @@
 #include "host/CameraMetadata.h"
 #include "host/ImageStream.h"
 #include "host/Phone.h"
-#include "tests/support/TestMetadata.h"
 #include "tools/camhook/run/DataRoot.h"
 
 namespace {
@@ -61,12 +60,13 @@ TEST(Threads, CreateInstanceConstructsEveryUpdaterOnce) {  // first: no updater 
 
 /// A frame through the hooks of a sensor. What comes back of it is of its own number.
 void runFrame(int sensor, std::int32_t number) {
-  const std::string text = std::to_string(number);
   HeskParameterUpdater& updater = *HeskParameterUpdater::createInstance(sensor);
-  IMetadata meta = metadataOf(R"({"HESK_CONTROL_STREAM_FLAGS": [0, 1],
-    "HESK_CONTROL_HISFRAME": [0, 2], "ANDROID_CONTROL_CAPTURE_INTENT": 2,
-    "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30], "ANDROID_SENSOR_EXPOSURE_TIME": )" +
-                              text + "}");
+  IMetadata meta;
+  write(&meta, tags::HESK_CONTROL_STREAM_FLAGS, 0, 1);
+  write(&meta, tags::HESK_CONTROL_HISFRAME, 0, 2);
+  write(&meta, tags::ANDROID_CONTROL_CAPTURE_INTENT, std::uint8_t{2});
+  write(&meta, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 15, 30);
+  write(&meta, tags::ANDROID_SENSOR_EXPOSURE_TIME, std::int64_t{number});
   const auto usage = GRALLOC_USAGE_HW_VIDEO_ENCODER;
   updater.setPreviewSize({1920, 1080});
   updater.updateSessionParams(&meta, {{number, new host::ImageStream(number, usage, {4, 3})}});
@@ -76,10 +76,13 @@ void runFrame(int sensor, std::int32_t number) {
   EXPECT_EQ(read(&meta, tags::MTK_HESK_CAPTURE_COUNT), 2);
   EXPECT_EQ(read(&meta, tags::HESK_CONTROL_REQUESTNO), number);
 
-  IMetadata app = metadataOf(R"({"HESK_CONTROL_CURRENTMODE": "0x40000", "MTK_3A_AE_LUX_INDEX": )" +
-                             text + R"(, "ANDROID_SENSOR_SENSITIVITY": )" + text + "}");
-  IMetadata hal = metadataOf(R"({"MTK_HAL_REQUEST_SENSOR_ID": )" + std::to_string(sensor) +
-                             R"(, "MTK_P1NODE_SCALAR_CROP_REGION": [0, 0, )" + text + ", 9]}");
+  IMetadata app;
+  write(&app, tags::HESK_CONTROL_CURRENTMODE, std::int64_t{0x40000});
+  write(&app, tags::MTK_3A_AE_LUX_INDEX, number);
+  write(&app, tags::ANDROID_SENSOR_SENSITIVITY, number);
+  IMetadata hal;
+  write(&hal, tags::MTK_HAL_REQUEST_SENSOR_ID, sensor);
+  write(&hal, tags::MTK_P1NODE_SCALAR_CROP_REGION, NSCam::MRect{0, 0, number, 9});
   IMetadata out;
   updater.updateCaptureRawParameter(&app, &hal, &out);
   EXPECT_EQ(read(&out, tags::HESK_CONTROL_AE_RESULT), static_cast<float>(number));
@@ -123,8 +126,9 @@ TEST(Threads, GiveEveryFrameItsOwn) {
   config.provider = host::ProviderConfig{.fpsCap = 20};
   config.tuningBuffer = {.fd = 7, .bufferSize = 8, .bufferIndex = 1};
   for (int sensor = 0; sensor < kSensors; ++sensor) {
-    config.devices[sensor].statics = metadataOf(R"({"COM_HESK_PDBUFFERTYPE": 2,
-      "MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION": [0, 0, 4000, 3000]})");
+    IMetadata& statics = config.devices[sensor].statics;
+    write(&statics, tags::COM_HESK_PDBUFFERTYPE, 2);
+    write(&statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION, NSCam::MRect{0, 0, 4000, 3000});
     config.devices[sensor].sensor.emplace().pdSupported = 1;
   }
   host::Phone phone(std::move(config));
