@@ -2,20 +2,16 @@
 // itself, and the scenario run anew on updaters of its own.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <optional>
 #include <set>
-#include <sstream>
 #include <string>
 
 #include "fuzz/Updaters.h"
+#include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/MetadataJson.h"
@@ -26,39 +22,11 @@ namespace {
 
 using camhook::Json;
 
-const std::filesystem::path kScenarios = std::filesystem::path(CAM_SOURCE_DIR) / "scenarios";
-
-struct Outcome {
-  int status = -1;
-  std::string output;
-};
-
-/// Runs camhook with these words of a shell's command line, in the folder of the scenarios, with
-/// `input` on standard input. `errors` says where standard error goes.
-Outcome camhookWith(const std::string& words, const std::string& input = "",
-                    const std::string& errors = "2>&1") {
-  const std::string command = "exec " + errors + "; cd '" + kScenarios.string() +
-                              "' && printf '%s' '" + input + "' | " CAMHOOK_COMMAND " " + words;
-  FILE* pipe = popen(command.c_str(), "r");
-  Outcome outcome;
-  std::array<char, 65536> block{};
-  while (const std::size_t size = std::fread(block.data(), 1, block.size(), pipe)) {
-    outcome.output.append(block.data(), size);
-  }
-  const int status = pclose(pipe);
-  outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return outcome;
-}
+const std::filesystem::path kScenarios = kSourceRoot / "scenarios";
 
 Json explanationOf(const std::string& words, const std::string& input = "") {
   const Outcome outcome = camhookWith("why --json " + words, input, "2>/dev/null");
   return outcome.output.empty() ? Json() : Json::parse(outcome.output);
-}
-
-std::string contentOf(const std::filesystem::path& file) {
-  std::ostringstream text;
-  text << std::ifstream(file).rdbuf();
-  return text.str();
 }
 
 /// The container after the scenario's last call.

@@ -7,12 +7,12 @@
 #include <fstream>
 #include <sstream>
 
-Outcome camhookWith(const std::string& words, const std::string& input) {
-  const std::string command = "exec 2>&1; cd '" + (kSourceRoot / "scenarios").string() +
+Outcome camhookWith(const std::string& words, const std::string& input, const std::string& errors) {
+  const std::string command = "exec " + errors + "; cd '" + (kSourceRoot / "scenarios").string() +
                               "' && printf '%s' '" + input + "' | " CAMHOOK_COMMAND " " + words;
   FILE* pipe = popen(command.c_str(), "r");
   Outcome outcome;
-  std::array<char, 4096> block{};
+  std::array<char, 65536> block{};
   while (const std::size_t size = std::fread(block.data(), 1, block.size(), pipe)) {
     outcome.output.append(block.data(), size);
   }
