@@ -19,8 +19,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <limits>
-#include <map>
 #include <memory>
 #include <new>
 #include <sstream>
@@ -29,6 +27,8 @@
 #include <variant>
 #include <vector>
 
+#include "bench/Report.h"
+#include "bench/ToolBench.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/HeskSensorModeControl.h"
 #include "common/log/Log.h"
@@ -279,47 +279,8 @@ void measureGate(benchmark::State& state) {
 
 std::string accessesOf(const Row& row) { return std::string(row.hook) + ": accesses"; }
 
-/// Keeps the shortest run of each row.
-class Shortest final : public benchmark::BenchmarkReporter {
- public:
-  struct Figures {
-    double ns = std::numeric_limits<double>::infinity();
-    double accesses = 0;
-    double allocations = 0;
-  };
-
-  bool ReportContext(const Context& /*context*/) override { return true; }
-
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration) continue;
-      Figures& row = mRows[run.run_name.function_name];
-      row.ns = std::min(row.ns, run.GetAdjustedCPUTime());
-      row.allocations = run.counters.at("allocations");
-      const auto accesses = run.counters.find("accesses");
-      if (accesses != run.counters.end()) row.accesses = accesses->second;
-    }
-  }
-
-  /// None for a row that did not run.
-  [[nodiscard]] const Figures* find(const std::string& row) const {
-    const auto found = mRows.find(row);
-    return found != mRows.end() ? &found->second : nullptr;
-  }
-
- private:
-  std::map<std::string, Figures> mRows;
-};
-
-/// Ends a line by what it may come to at most. Returns whether it comes to no more.
-bool judge(double figure, double most, const char* unit) {
-  const bool isWithin = figure <= most;
-  std::printf("  %s %.0f %s\n", isWithin ? "ok, at most" : "MISSED: at most", most, unit);
-  return isWithin;
-}
-
 /// Prints the rows that ran. Returns whether all are within their targets.
-bool report(const Shortest& shortest) {
+bool report(const bench::Shortest& shortest) {
   constexpr double kPerCent = 100;
   bool areMet = true;
   std::printf("%-34s %9s %11s %8s %11s %5s\n", "", "time", "allocations", "accesses", "their time",
@@ -331,16 +292,17 @@ bool report(const Shortest& shortest) {
     const double own = kPerCent * (whole->ns / accesses->ns - 1);
     std::printf("%-34s %6.0f ns %11.0f %8.0f %8.0f ns %3.0f %%", row.hook, whole->ns,
                 whole->allocations, accesses->accesses, accesses->ns, own);
-    areMet &= judge(own, kPerCent * kMostOwnShare, "%");
+    areMet &= bench::judge(own, kPerCent * kMostOwnShare, "%");
   }
   const auto judgeTime = [&](const char* name, const char* row, double most) {
     const auto* const figures = shortest.find(row);
     if (figures == nullptr) return;
     std::printf("%-34s %6.1f ns", name, figures->ns);
-    areMet &= judge(figures->ns, most, "ns");
+    areMet &= bench::judge(figures->ns, most, "ns");
   };
   judgeTime("a preview request", kPreview.hook, kMostPreviewNs);
   judgeTime(kGate, kGate, kMostGateNs);
+  areMet &= bench::reportTool(shortest);
   return areMet;
 }
 
@@ -362,7 +324,8 @@ int main(int argc, char** argv) {
     benchmark::RegisterBenchmark(accessesOf(row).c_str(), measureRow, row, What::accesses);
   }
   benchmark::RegisterBenchmark(kGate, measureGate);
-  Shortest shortest;
+  bench::registerTool();
+  bench::Shortest shortest;
   benchmark::RunSpecifiedBenchmarks(&shortest);
   return report(shortest) ? 0 : 1;
 }

@@ -2,6 +2,8 @@
 
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
+find_path(rapidjsonHeaders rapidjson/reader.h REQUIRED)  # where the compiler looks by itself
+mark_as_advanced(rapidjsonHeaders)
 if(NOT CMAKE_CROSSCOMPILING)
   find_package(PkgConfig)
   if(PkgConfig_FOUND)
@@ -12,7 +14,7 @@ if(CMAKE_CROSSCOMPILING)
   # Of this machine's headers those alone: beside them stand those of its C library.
   set(headers ${PROJECT_BINARY_DIR}/include)
   file(MAKE_DIRECTORY ${headers})
-  foreach(folder IN ITEMS nlohmann CLI)
+  foreach(folder IN ITEMS nlohmann CLI rapidjson)
     file(CREATE_LINK /usr/include/${folder} ${headers}/${folder} SYMBOLIC)
   endforeach()
   set_target_properties(nlohmann_json::nlohmann_json CLI11::CLI11 PROPERTIES

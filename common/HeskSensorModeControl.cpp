@@ -10,6 +10,7 @@
 #include "common/Product.h"
 #include "common/sensormode/CSingleton.h"
 #include "common/sensormode/DecisionObserver.h"
+#include "common/sensormode/Overrides.h"
 #include "common/sensormode/SensorModeLog.h"
 #include "common/sensormode/SensorScenario.h"
 
@@ -47,7 +48,6 @@ const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId
   } else if (sensorId == 1) {
     list = isVideoMode ? &table->sensor1Video : &table->sensor1Preview;
   }
-  if (mObserver != nullptr) mObserver->onRules(table, list);
   return list;
 }
 
@@ -77,6 +77,7 @@ int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
                                                 std::shared_ptr<StreamInfo> info) {
   constexpr log::Operation kOperation = sensorModeOperation("decideSensorScenario");
 
+  if (mObserver != nullptr) mObserver->onDecision(sensorModeTables(), overrides());
   const bool isVideoMode = info != nullptr && info->hasVideoConsumer;
   getSensorModeTable(mSensorId, isVideoMode);
   HESK_LOGD(kOperation, "[%s] sensorModeTable size %d, %d", kOperation.name,
@@ -93,7 +94,6 @@ int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
             static_cast<int>(selectedSensorModeCfgs.size()));
 
   std::int32_t sensorMode = baseScenario(isVideoMode);
-  if (mObserver != nullptr) mObserver->onBase(sensorMode);
   const std::int32_t special = specialCustomize(meta, std::move(info));
   if (special != NO_DECISION) sensorMode = special;
   HESK_LOGD(kOperation, "[%s] sensorMode %lld", kOperation.name,

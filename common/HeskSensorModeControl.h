@@ -117,8 +117,7 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   [[nodiscard]] std::int32_t baseScenario(bool isVideoMode) const;
 
   // What the filters share.
-  [[nodiscard]] bool isDecided(const char* filter) const;
-  void select(const SensorModeCfg& rule);
+  [[nodiscard]] bool isDecided() const;
   void selectFirst(const hesk::RuleCondition& condition, const NSCam::IMetadata* meta);
 
   std::int32_t mSensorId = 0;

@@ -1,19 +1,21 @@
 // A camera metadata buffer as text:
 //
-//   Camera metadata: 1 entry
-//     android.control.ANDROID_CONTROL_CAPTURE_INTENT (0001000d): byte[1]
-//       [2 ]
+//   Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.
+//     Version: 1, Flags: 00000000
+//     android.control.captureIntent (1000d): byte[1]
+//       [STILL_CAPTURE ]
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <utility>
 
+#include "host/AndroidTags.h"
 #include "host/CameraMetadata.h"
 #include "host/Phone.h"
 #include "host/SignlessNan.h"
@@ -35,36 +37,25 @@ constexpr std::array<ValueType, 6> kTypes = {{
     {"float", 8, 4},
     {"int64", 2, 8},
     {"double", 4, 8},
-    {"rational", 4, 8},
+    {"rational", 2, 8},
 }};
 
-/// The sections that Android knows; all others are vendors'.
-constexpr std::pair<std::uint32_t, const char*> kSections[] = {
-    {0x0001, "android.control"},
-    {0x0004, "android.flash"},
-    {0x0009, "android.lens.info"},
-    {0x000e, "android.sensor"},
-    {0x000f, "android.sensor.info"},
-    {0x0011, "android.statistics"},
-    {0x001a, "android.logicalMultiCamera"},
-};
-
-const char* sectionName(std::uint32_t tag) {
-  for (const auto& [section, name] : kSections) {
-    if (tag >> 16U == section) return name;
-  }
-  return "vendor";
+/// Values of up to four bytes stand in the array itself; all others begin at a multiple of eight.
+std::size_t extraBytes(const Entry& entry) {
+  const std::size_t bytes = entry.count * kTypes.at(entry.type).bytes;
+  return bytes <= 4 ? 0 : (bytes + 7) / 8 * 8;
 }
 
-std::string_view tagName(std::uint32_t tag) {
+std::string tagName(std::uint32_t tag) {
+  if (const host::AndroidTag* known = host::findAndroidTag(tag)) return std::string(known->name);
   const auto& nameOf = host::Phone::current().config.tagName;
   const std::string_view name = nameOf ? nameOf(tag) : "";
-  return name.empty() ? "unknown" : name;
+  return name.empty() ? "unknownSection.unknownTag" : "vendor." + std::string(name);
 }
 
 template <typename... Args>
 void append(std::string& text, const char* format, Args... args) {
-  std::array<char, 128> buffer{};
+  std::array<char, 512> buffer{};  // a double has up to 309 digits before its point
   std::snprintf(buffer.data(), buffer.size(), format, args...);
   text += buffer.data();
 }
@@ -77,14 +68,26 @@ T valueAt(const Entry& entry, std::size_t index) {
   return value;
 }
 
+/// Under its name, where the tag is an enumeration that has one for it.
+void appendInteger(std::string& text, const Entry& entry, std::int32_t value) {
+  const host::AndroidTag* known = host::findAndroidTag(entry.tag);
+  const std::string_view name = known != nullptr ? known->nameOf(value) : std::string_view();
+  if (name.empty()) {
+    append(text, "%d ", value);
+  } else {
+    text.append(name).append(" ");
+  }
+}
+
 void appendValue(std::string& text, const Entry& entry, std::size_t index) {
   switch (entry.type) {
-    case 0: append(text, "%d ", valueAt<std::uint8_t>(entry, index)); break;
-    case 1: append(text, "%d ", valueAt<std::int32_t>(entry, index)); break;
+    case 0: appendInteger(text, entry, valueAt<std::uint8_t>(entry, index)); break;
+    case 1: appendInteger(text, entry, valueAt<std::int32_t>(entry, index)); break;
     case 2: append(text, "%.8f ", host::withSignlessNan(valueAt<float>(entry, index))); break;
     case 3:
       append(text, "%lld ", static_cast<long long>(valueAt<std::int64_t>(entry, index)));
       break;
+    case 4: append(text, "%.8f ", host::withSignlessNan(valueAt<double>(entry, index))); break;
     default: {
       const auto rational = valueAt<camera_metadata_rational>(entry, index);
       append(text, "(%d / %d) ", rational.numerator, rational.denominator);
@@ -93,30 +96,43 @@ void appendValue(std::string& text, const Entry& entry, std::size_t index) {
   }
 }
 
-void appendEntry(std::string& text, const Entry& entry, bool everyRow) {
+void appendEntry(std::string& text, const Entry& entry, std::size_t mostValues) {
   const ValueType& type = kTypes.at(entry.type);
-  append(text, "  %s.", sectionName(entry.tag));
-  text += tagName(entry.tag);
-  append(text, " (%08x): %s[%zu]\n", entry.tag, type.name, entry.count);
-  for (std::size_t row = 0; row < entry.count; row += type.inRow) {
-    if (row > 0 && !everyRow) break;
+  text.append("  ").append(tagName(entry.tag));
+  append(text, " (%05x): %s[%zu]\n", entry.tag, type.name, entry.count);
+  const std::size_t count = std::min(entry.count, mostValues);
+  for (std::size_t row = 0; row < count; row += type.inRow) {
     text += "    [";
-    for (std::size_t i = row; i < std::min(row + type.inRow, entry.count); ++i) {
+    for (std::size_t i = row; i < std::min(row + type.inRow, count); ++i) {
       appendValue(text, entry, i);
     }
     text += "]\n";
   }
 }
 
+std::size_t mostValues(int verbosity) {
+  if (verbosity <= 0) return 0;
+  return verbosity == 1 ? 16 : static_cast<std::size_t>(-1);
+}
+
+std::string dumpOf(const camera_metadata& buffer, int verbosity) {
+  std::size_t extra = 0;
+  for (const Entry& entry : buffer.entries) extra += extraBytes(entry);
+  const std::size_t count = buffer.entries.size();
+  std::string text;
+  append(text,
+         "Dumping camera metadata array: %zu / %zu entries, %zu / %zu bytes of extra data.\n"
+         "  Version: 1, Flags: 00000000\n",
+         count, count, extra, extra);
+  for (const Entry& entry : buffer.entries) appendEntry(text, entry, mostValues(verbosity));
+  return text;
+}
+
 }  // namespace
 
 void dump_camera_metadata(const camera_metadata* buffer, int file, int verbosity) {
-  const std::size_t count = buffer->entries.size();
-  std::string text;
-  append(text, "Camera metadata: %zu %s\n", count, count == 1 ? "entry" : "entries");
-  if (verbosity >= 1) {
-    for (const Entry& entry : buffer->entries) appendEntry(text, entry, verbosity >= 2);
-  }
+  const std::string text = buffer != nullptr ? dumpOf(*buffer, verbosity)
+                                             : "Dumping camera metadata array: Not allocated\n";
   std::string_view rest(text);
   while (!rest.empty()) {
     const ssize_t written = ::write(file, rest.data(), rest.size());

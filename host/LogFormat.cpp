@@ -1,6 +1,7 @@
 // printf's formats, expanded the same way on every machine: addresses as 0x0 and NaNs without a
 // sign. Each conversion is handed to the C library by itself.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -14,9 +15,12 @@ namespace {
 
 template <typename T>
 std::string printed(const std::string& conversion, T value) {
-  const int length = std::snprintf(nullptr, 0, conversion.c_str(), value);
+  std::array<char, 128> most{};  // all but a few
+  const int length = std::snprintf(most.data(), most.size(), conversion.c_str(), value);
   if (length <= 0) return {};
-  std::string text(static_cast<std::size_t>(length) + 1, '\0');
+  const auto size = static_cast<std::size_t>(length);
+  if (size < most.size()) return {most.data(), size};
+  std::string text(size + 1, '\0');
   std::snprintf(text.data(), text.size(), conversion.c_str(), value);
   text.pop_back();
   return text;
@@ -105,10 +109,10 @@ std::string expandFormat(const char* format, std::va_list arguments) {
   va_copy(rest, arguments);
   std::string text;
   for (const char* at = format; *at != '\0';) {
-    if (*at != '%') {
-      text += *at++;
-      continue;
-    }
+    const std::size_t plain = std::strcspn(at, "%");
+    text.append(at, plain);
+    at += plain;
+    if (*at == '\0') break;
     ++at;
     text += expand(readConversion(at, rest), rest);
   }

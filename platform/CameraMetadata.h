@@ -35,8 +35,8 @@ extern "C" {
 int find_camera_metadata_entry(camera_metadata* buffer, std::uint32_t tag,
                                camera_metadata_entry* entry);
 
-/// Writes a buffer as text to a file: its size, from verbosity 1 every entry with its first row of
-/// values, from 2 with all of them.
+/// Writes a buffer, or that there is none, as text to a file: its size and every entry's type and
+/// count, with verbosity 1 its first 16 values, too, from 2 all of them.
 void dump_camera_metadata(const camera_metadata* buffer, int file, int verbosity);
 
 }  // extern "C"

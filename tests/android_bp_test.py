@@ -28,7 +28,7 @@ TARGETS = {
 # What each build chooses itself: how code is loaded, what is precompiled, whether warnings stop it.
 OWN_OPTIONS = re.compile(
     r"-fPI[CE]|-f(debug|macro)-prefix-map=.*|-fno-semantic-interposition|-Winvalid-pch|-Werror"
-    r"|-D(NDEBUG|\w+_EXPORTS|GTEST_\w+=.*)"
+    r"|-D(NDEBUG|CAMHOOK_COMMIT=.*|\w+_EXPORTS|GTEST_\w+=.*)"
 )
 
 
@@ -70,16 +70,24 @@ def options_of_phone(modules, name):
     return options
 
 
+def own_sources(source):
+    """A file or those it joins; none where it is a precompiled header or of another project."""
+    joined = [source]
+    if source.parent.name == "Unity":
+        joined = [pathlib.Path(path) for path in re.findall(r'^#include "(.*)"', source.read_text(), re.M)]
+    return [path for path in joined if path.is_relative_to(checkout) and not path.is_relative_to(build)]
+
+
 def read_compilations():
     """What CMake compiles for each target, and with which options, paths as from the checkout."""
     sources, options = {}, {}
     for entry in json.loads((build / "compile_commands.json").read_text()):
         words = shlex.split(entry["command"])
         target = re.search(r"CMakeFiles/(.*?)\.dir/", words[words.index("-o") + 1])[1]
-        source = pathlib.Path(entry["file"])
-        if source.is_relative_to(build) or not source.is_relative_to(checkout):
-            continue  # a precompiled header, another project's
-        sources.setdefault(target, set()).add(str(source.relative_to(checkout)))
+        own = own_sources(pathlib.Path(entry["file"]))
+        if not own:
+            continue
+        sources.setdefault(target, set()).update(str(source.relative_to(checkout)) for source in own)
         for word in words:
             if re.match("-[fWD]", word) and not OWN_OPTIONS.fullmatch(word):
                 word = word.replace(f"{build}/bin/", "").replace(f"{checkout}/", "")

@@ -16,21 +16,37 @@ using camhook::Json;
 
 TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
   const std::pair<const char*, const char*> rows[] = {
+      {"",
+       "camhook: a command must follow: replay, diff, why, decide, rules, scenario, schema, tags "
+       "or "
+       "hooks\n"},
+      {"replya", "camhook: unknown command \"replya\"; near: replay\n"},
       {"replay", "camhook: FILE is required\n"},
+      {"replay --lgos info a", "camhook: unknown option --lgos; near: --logs\n"},
+      {"replay a b", "camhook: one word too many: \"b\"\n"},
+      {"replay still_burst.json --call 99",
+       "camhook: --call: there is no call 99: the scenario has 6\n"},
+      {"replay still_burst.json --hook reslut",
+       "camhook: --hook: unknown call \"reslut\"; near: result\n"},
+      {"decide --product X --sensor ''",
+       "camhook: --sensor: must be a number of 32 bits, not \"\"\n"},
       {"replay no_such.json", "no_such.json: cannot be read: No such file or directory\n"},
       {"replay .", ".: is a folder\n"},
-      {"replay still_burst.json --logs warn", "camhook: --logs: warn not in {debug,info,error}\n"},
+      {"replay still_burst.json --logs warn",
+       "camhook: --logs: must be debug, info or error, not \"warn\"\n"},
       {"decide --product X --sensor 0 --fps 15", "camhook: --fps: must be LO,HI, not \"15\"\n"},
       {"decide --product X --sensor 0 --size 640x480p",
        "camhook: --size: must be WxH, not \"640x480p\"\n"},
-      {"metadata raw_capture.json",
-       "raw_capture.json: line 1: no dump of metadata, which begins with the number of its "
-       "entries\n"},
+      {"scenario raw_capture.json",
+       "raw_capture.json: no dump of metadata: no line has \"Dumping camera metadata array: "
+       "13 / 40 entries\", nor an entry such as \"android.control.captureIntent (1000d): "
+       "byte[1]\"\n"},
+      {"scenario - --property a", "camhook: --property: must be NAME=VALUE, not \"a\"\n"},
+      {"scenario - --event APP_TYPE=a --app-type b",
+       "camhook: --event: \"APP_TYPE\" is given twice\n"},
       {"replay still_burst.json --data-root /dev/null",
-       "camhook: --data-root /dev/null: Not a directory\n"},
-      {"replay -",
-       "standard input: line 1, column 1: not JSON: syntax error while parsing "
-       "value - unexpected end of input; expected '[', '{', or a literal\n"},
+       "camhook: the data root /dev/null cannot be made: Not a directory\n"},
+      {"replay -", "standard input:1:1: not JSON: a value must stand here, not the end\n"},
   };
   for (const auto& [words, line] : rows) {
     const Outcome outcome = camhookWith(words);
@@ -43,7 +59,7 @@ TEST(Camhook, RunsNothingBeforeTheWholeScenarioIsRead) {
   const Outcome outcome = camhookWith(
       "replay --json -", R"({"calls": [{"call": "createInstance", "sensor": 0}, {"call": "x"}]})");
   EXPECT_EQ(outcome.status, 2);
-  EXPECT_EQ(outcome.output, "standard input: calls[1].call: unknown call \"x\"\n");
+  EXPECT_EQ(outcome.output, "standard input:1:62: calls[1].call: unknown call \"x\"\n");
 }
 
 TEST(Camhook, ShowsRecordsOfALevelAndAbove) {
@@ -61,6 +77,31 @@ TEST(Camhook, ShowsRecordsOfALevelAndAbove) {
   EXPECT_EQ(levels(" --logs debug"), std::set<char>({'D', 'E', 'I'}));
 }
 
+TEST(Camhook, ShowsThePartOfATraceThatIsAskedFor) {
+  const std::string calls = "replay still_burst.json --hook request --call 4 --call last";
+  const Json trace = Json::parse(camhookWith(calls + " --json --steps", "", "2>/dev/null").output);
+  // A still capture's raw type, which the moon scene's step of the same hook overwrites.
+  std::vector<Json> values;
+  for (const Json& call : trace.at("calls")) {
+    for (const Json& write : call.at("writes")) {
+      if (write.at("tag") == "MTK_CONTROL_RAW_TYPE") values.push_back(write.at("value"));
+    }
+  }
+  const Json one = {{"type", "int32"}, {"items", {1}}};
+  EXPECT_EQ(values, (std::vector<Json>{one, {}, {}, {}}));
+
+  const auto partOf = [](const std::string& words) {
+    const std::string output = camhookWith("replay super_moon_zoom.json " + words).output;
+    return output.substr(output.find("\n\n") + 2);
+  };
+  EXPECT_EQ(partOf("--tag MTK_CONTROL_RAW_TYPE"), R"(2  updateRequestMeta  sensor 0  requestNo 2
+  meta
+    MTK_CONTROL_RAW_TYPE                absent → 60
+
+)");
+  EXPECT_EQ(partOf("--hook result"), "no call matches\n");
+}
+
 TEST(Terminal, BreaksLinesAtBlanks) {
   const std::string line = "    D  one \x1b[32mtwo three\x1b[0m four";
   EXPECT_EQ(camhook::wrapped(line, 25, 7), line);
@@ -70,44 +111,107 @@ TEST(Terminal, BreaksLinesAtBlanks) {
 }
 
 TEST(Camhook, TellsTheWayToADecision) {
-  EXPECT_EQ(camhookWith("decide --product KX0105-EU --sensor 0 --video --app-type heskCamera "
-                        "--hfps 2 --eis 1 --video-algo 0 --night 1 --size 640x480")
-                .output,
-            R"(5 CUSTOM1
-
-rules  KX0105 sensor0Video, 4 rows
-filters
-  getSensorModeCfgByMultiCondition  row 4 meets 2 of 3: eisMode 1, videoAlgoType 0; isHfpsMode is 2, not 1
-                                    row 3 meets 2 of 2: eisMode 1, videoAlgoType 0: row 3 is taken, 5 CUSTOM1
-  getSensorModeCfgByEisMode         not asked: a rule is selected already
-  getSensorModeCfgByIsHfpsMode      not asked: a rule is selected already
-  getSensorModeCfgByApptype         not asked: a rule is selected already
-  getSensorModeCfgByFps             not asked: a rule is selected already
-  getSensorModeCfgByVideoAlgoType   not asked: a rule is selected already
-  getSensorModeCfgByUiMode          not asked: a rule is selected already
+  const std::string text =
+      camhookWith(
+          "decide --product KX0105-EU --sensor 0 --video --app-type heskCamera --hfps 2 "
+          "--eis 1 --video-algo 0 --night 1 --size 640x480 --ui-module 17")
+          .output;
+  EXPECT_EQ(text.substr(0, text.find("  1  no: mtk_ims")), R"(inputs
+  ro.product.model.zdm             KX0105-EU
+  sensor                           0
+  video stream                     yes
+  APP_TYPE                         heskCamera
+  APP_NAME                         absent
+  MTK_STREAMING_FEATURE_HFPS_MODE  2
+  MTK_CONTROL_AE_TARGET_FPS_RANGE  absent
+  HESK_CONTROL_EISENABLE           1
+  HESK_CONTROL_VIDEOALGOTYPE       0
+  COM_HESK_CURRENTUIMODULE         17  ! no rule knows this module
+  MTK_HDR_FEATURE_HDR_MODE         absent
+  HESK_CONTROL_NIGHTMODE           1
+  main output size                 640x480
+rules  KX0105 sensor0Video
+         hfps  eis  algo
+  given  2     1    0
+  row 1  ≠1             6 CUSTOM2  hfps is 2
+  row 2        ≠2       7 CUSTOM3  eis is 1
+  row 3        =1   =0  5 CUSTOM1  taken: meets 2 of 2
+  row 4  ≠1    =1   =0  6 CUSTOM2  meets 2 of 3: hfps is 2
 base  5 CUSTOM1, of row 3
 overrides
-  2 NORMAL_VIDEO  video in night mode: overwritten
-  5 CUSTOM1       video of the maker's app at 640x480: holds
 )");
-  EXPECT_EQ(camhookWith("decide --product KX0102 --sensor 1 --video --fps 15,30 --ui-module -2 "
-                        "--hdr 3 --app-name Instagram")
-                .output,
-            R"(5 CUSTOM1
+  EXPECT_EQ(text.substr(text.find("  7  ")), R"(  7  no: Wechat at 640x480 on the front camera
+     ≠APP_TYPE heskCamera, must be Wechat; ≠sensor 0, must be 1; =size 640x480
+  8  overwritten: video in night mode, 2 NORMAL_VIDEO
+     =HESK_CONTROL_NIGHTMODE 1; =video stream yes
+  9  holds: video of the maker's app at 640x480, 5 CUSTOM1
+     =APP_TYPE heskCamera; =video stream yes; =size 640x480
+result  5 CUSTOM1, decided by override 9: video of the maker's app at 640x480
+)");
+}
 
-rules  KX0102 sensor1Video, 1 row
-filters
-  getSensorModeCfgByMultiCondition  no rule of its kind is loaded
-  getSensorModeCfgByEisMode         eisMode absent: no row has it
-  getSensorModeCfgByIsHfpsMode      not asked: MTK_STREAMING_FEATURE_HFPS_MODE is not 1
-  getSensorModeCfgByApptype         appType "": row 1 is taken, 5 CUSTOM1
-  getSensorModeCfgByFps             not asked: a rule is selected already
-  getSensorModeCfgByVideoAlgoType   not asked: a rule is selected already
-  getSensorModeCfgByUiMode          not asked: a rule is selected already
-base  5 CUSTOM1, of row 1
-overrides
-  5 CUSTOM1  video HDR on the front camera: holds
+TEST(Camhook, TellsWhyRowsAndOverridesDoNotDecide) {
+  const std::string text =
+      camhookWith(
+          "decide --product KX0105 --sensor 0 --app-name Dingding --size 1335x1000 "
+          "--ui-module 53 --eis 1")
+          .output;
+  for (const char* line :
+       {"  given  absent      1    53\n",
+        "  row 1  =none            ≠26  2 NORMAL_VIDEO    too late: row 9 was taken\n",
+        "  row 4  ≠QQ                   5 CUSTOM1         app type is absent\n",
+        "  row 9  =none       =1   =53  2 NORMAL_VIDEO    taken: meets 2 of 2\n",
+        "  2  near miss: Dingding near 4:3\n"
+        "     =APP_NAME Dingding; ≠aspect ratio 1.335, must be below 1.334\n",
+        "result  2 NORMAL_VIDEO, decided by row 9 of KX0105 sensor0Preview\n"}) {
+    EXPECT_NE(text.find(line), std::string::npos) << line << text;
+  }
+}
+
+TEST(Camhook, TellsWhatWouldDecideOtherwise) {
+  const std::string inputs = "decide --product KX0105 --sensor 0 --video --eis 1 --app-type a ";
+  EXPECT_EQ(camhookWith(inputs + "--what-if video-algo=0 --what-if APP_NAME=Kuaishou").output,
+            R"(APP_NAME absent → Kuaishou
+HESK_CONTROL_VIDEOALGOTYPE absent → 0
+            before                                        after
+rules       KX0105 sensor0Video                           KX0105 sensor0Video
+row 1       hfps is absent                                hfps is absent
+row 2       eis is 1                                      eis is 1
+row 3       meets 1 of 2: algo is absent                  taken: meets 2 of 2
+row 4       meets 1 of 3: hfps is absent, algo is absent  meets 2 of 3: hfps is absent
+base        2 NORMAL_VIDEO                                5 CUSTOM1
+override 1  no                                            no
+override 2  no                                            no
+override 3  no                                            holds
+override 4  no                                            no
+override 5  no                                            no
+override 6  no                                            no
+override 7  no                                            no
+override 8  no                                            no
+override 9  no                                            no
+result      2 NORMAL_VIDEO                                2 NORMAL_VIDEO
 )");
+  const Outcome never = camhookWith(inputs + "--want CUSTOM4");
+  EXPECT_EQ(never.status, 1);
+  EXPECT_TRUE(never.output.ends_with("unreachable for KX0105, sensor 0, video\n"));
+  const Json want = Json::parse(camhookWith(inputs + "--want 7 --json").output).at("want");
+  EXPECT_EQ(want, Json::parse(R"({"scenario": 7, "reachable": true, "smallest": [
+    {"changes": {"HESK_CONTROL_EISENABLE": 2},
+     "decidedBy": "7 CUSTOM3, decided by row 2 of KX0105 sensor0Video"}]})"));
+}
+
+TEST(Camhook, DecidesAsACallOfAScenarioDoes) {
+  const Json trace = Json::parse(camhookWith("replay --json sensor_modes.json").output);
+  std::size_t number = 0;
+  for (const Json& call : trace.at("calls")) {
+    ++number;
+    if (call.at("call") != "decideSensorScenario") continue;
+    const Json decision = Json::parse(
+        camhookWith("decide --json --scenario sensor_modes.json --call " + std::to_string(number))
+            .output);
+    EXPECT_EQ(decision.at("scenario"), call.at("return")) << number;
+  }
+  EXPECT_EQ(camhookWith("decide --scenario sensor_modes.json --call 1000").status, 2);
 }
 
 TEST(Camhook, GivesADecisionAsData) {

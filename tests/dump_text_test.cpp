@@ -1,85 +1,315 @@
-// Dumps of metadata read back: what a phone wrote is what a scenario has.
+// Dumps of metadata in the texts of phones, read back: what a phone wrote is what a scenario has.
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
+#include <vector>
 
-#include "host/CameraMetadata.h"
 #include "tests/support/TestMetadata.h"
+#include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/DumpText.h"
 #include "tools/camhook/input/InputError.h"
-#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/show/ScenarioText.h"
 
 namespace {
 
-std::string dumpOf(const NSCam::IMetadata& metadata) {
-  const camera_metadata buffer(metadata);
-  std::FILE* file = std::tmpfile();
-  dump_camera_metadata(&buffer, fileno(file), 2);
-  std::rewind(file);
-  std::string text(10'000, '\0');
-  text.resize(std::fread(text.data(), 1, text.size(), file));
-  std::fclose(file);
-  return text;
+using namespace std::string_literals;
+using NSCam::IMetadata;
+
+std::string sample() {
+  std::ostringstream text;
+  text << std::ifstream(CAM_SOURCE_DIR "/tests/support/phone_dump.txt").rdbuf();
+  return text.str();
 }
 
-std::string complaintAbout(const std::string& dump) {
-  std::ostringstream notes;
-  try {
-    return camhook::metadataFromDump(dump, notes).dump();
-  } catch (const camhook::InputError& error) {
-    return error.what();
+/// The metadata that the sample dumps.
+IMetadata sampleMetadata() {
+  return metadataOf(R"({
+    "ANDROID_CONTROL_CAPTURE_INTENT": ["PREVIEW"],
+    "ANDROID_CONTROL_SCENE_MODE": 77,
+    "ANDROID_CONTROL_AWB_MODE": 8,
+    "ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS":
+      [4.7, -0.5, "inf", "-inf", "nan", 0, 100, 1e-8, 16777216],
+    "ANDROID_SENSOR_EXPOSURE_TIME": [-9223372036854775808, 10000000, 1],
+    "ANDROID_SENSOR_NEUTRAL_COLOR_POINT": [[1, 2], [-1, 1], [3, 4]],
+    "MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION": [0, 0, 4000, 3000],
+    "HESK_CONTROL_DUMPPATH": "20210304050607-1\u0000",
+    "HESK_CONTROL_STREAM_FLAGS": [1, 0, 2147483647, -2147483648, 3],
+    "0xc0999999": {"type": "int32", "items": [65549, 917506, 74565]}})");
+}
+
+IMetadata dumped(const camhook::Dump& dump) {
+  IMetadata metadata;
+  for (const IMetadata::IEntry& entry : dump.entries) metadata.update(entry.tag(), entry);
+  return metadata;
+}
+
+/// A dump with these entries.
+std::string dumpWith(std::size_t count, const std::string& entries) {
+  return "Dumping camera metadata array: " + std::to_string(count) +
+         " / 40 entries, 0 / 0 bytes of extra data.\n  Version: 1, Flags: 00000000\n" + entries;
+}
+
+std::string isoDump(int iso) {
+  return dumpWith(1, "  vendor.iso (c0030030): int32[1]\n    [" + std::to_string(iso) + " ]\n");
+}
+
+/// The text with `before` and `behind` on each line.
+std::string lines(const std::string& text, const std::string& before,
+                  const std::string& behind = "") {
+  std::istringstream in(text);
+  std::string all;
+  for (std::string line; std::getline(in, line);) {
+    all.append(before).append(line).append(behind).append("\n");
   }
+  return all;
 }
 
-TEST(DumpText, GivesBackWhatWasDumped) {
-  const std::string older = "        [7 7 7 ]\n  vendor.HESK_CONTROL_ISO (c0030030): int32[1]\n";
-  for (const char* json :
-       {"{}",
-        R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2, "HESK_CONTROL_CURRENTMODE": -9007199254740993})",
-        R"({"ANDROID_CONTROL_CAPTURE_INTENT": {"type": "int32", "items": [2]}})",
-        R"({"HESK_CONTROL_EV": -0.5, "HESK_CONTROL_PAIR_INPUT": ["inf", "nan"]})",
-        R"({"ANDROID_SENSOR_NEUTRAL_COLOR_POINT": [[1, -2], [3, 4], [5, 6]]})",
-        R"({"MTK_P1NODE_SCALAR_CROP_REGION": [-1, 2, 4000, 3000]})",
-        R"({"MTK_RAW_ALGO_FACE_RECTS": [[1, 2, 3, 4], [5, 6, 7, 8]]})",
-        R"({"HESK_CONTROL_DUMPPATH": "20210304050607-and-more-than-a-row\u0000"})",
-        R"({"0xc0999999": {"type": "int32", "items": [1, 2, 3, 4, 5]}})"}) {
-    std::ostringstream notes;
-    const NSCam::IMetadata metadata = metadataOf(json);
-    const auto read = camhook::metadataFromDump(dumpOf(metadata) + older, notes);
-    EXPECT_EQ(camhook::metadataFromJson(read, camhook::Place()), metadata) << json;
-    EXPECT_EQ(notes.str(), "");
+/// What is said of a text, each note with its line.
+std::string saidOf(const std::string& text) {
+  std::string said;
+  for (const camhook::DumpNote& note : camhook::dumpsIn(text).notes) {
+    said += std::to_string(note.line) + ": " + note.text + '\n';
   }
+  return said;
 }
 
-TEST(DumpText, LeavesOutDoublesAndSaysSo) {
-  std::ostringstream notes;
-  const auto read = camhook::metadataFromDump(
-      "Camera metadata: 2 entries, 60 bytes\n  Version: 1\n"
-      "  vendor.unknown (c0000001): double[2]\n    [1.5 2.5 ]\n"
-      "  vendor.HESK_CONTROL_ISO (c0030030): int32[1]\n    [100 ]\n",
-      notes);
-  EXPECT_EQ(read.dump(), R"({"HESK_CONTROL_ISO":100})");
-  EXPECT_EQ(notes.str(), "left out, of doubles: 0xc0000001\n");
+TEST(DumpText, FindsADumpInAnyText) {
+  const std::string log = "03-04 05:06:07.123  812  845 D Tag: ";
+  const std::string other = "03-04 05:06:07.124  812  845 D Other: opened (12): [0, 1] [3]\n";
+  const std::map<std::string, std::string> texts{
+      {"alone", sample()},
+      {"in a report", "== state\n  open [2 ]\n" + lines(sample(), "      ") + "\n== end [1 ]\n"},
+      {"lines of another system", lines(sample(), "", "\r")},
+      {"a log", lines(sample(), log)},
+      {"a log of long lines", lines(sample(), log, "\n" + other.substr(0, other.size() - 1))},
+      {"a log without a time", lines(sample(), "D/Tag  (  812): ")},
+      {"among bytes", "\0\xff\x80["s + sample() + "\0\0\xfe] [\n\0"s},
+      {"over an older one", sample() + "7 7 ]\n    [7 7 7 ]\n" + isoDump(7).substr(120)}};
+  for (const auto& [name, text] : texts) {
+    const camhook::DumpsOfText found = camhook::dumpsIn(text);
+    ASSERT_EQ(found.dumps.size(), 1U) << name;
+    EXPECT_EQ(dumped(found.dumps[0]), sampleMetadata()) << name;
+  }
+  EXPECT_EQ(saidOf(texts.at("a log of long lines")), "");
 }
 
-TEST(DumpText, NamesTheLineOfWhatItRefuses) {
-  const std::string first = "Camera metadata: 1 entry\n";
-  const std::string head = first + "  vendor.HESK_CONTROL_ISO (c0030030): int32[2]\n";
-  const std::pair<std::string, const char*> rows[] = {
-      {"", "line 0: no dump of metadata, which begins with the number of its entries"},
-      {"{}\n", "line 1: no dump of metadata, which begins with the number of its entries"},
-      {first, "line 1: entries missing: 1"},
-      {first + "  vendor.HESK_CONTROL_ISO: int32[2]\n", "line 2: entries missing: 1"},
-      {first + "  vendor.x (c0030030): text[1]\n", R"(line 2: unknown type "text")"},
-      {head, "line 2: HESK_CONTROL_ISO has 0 values of 2"},
-      {head + "    [1 ]\n" + "  vendor.x (c0030031): int32[1]\n",
-       "line 4: HESK_CONTROL_ISO has 1 values of 2"},
-      {head + "    [ON 2 ]\n", R"(line 3: "ON" is no number)"},
+TEST(DumpText, FindsDumpsBehindAndBetweenOneAnother) {
+  std::istringstream first(lines(isoDump(1), "05:06:07.123  812  845 D Tag: "));
+  std::istringstream second(lines(isoDump(2), "05:06:07.124  812  846 D Tag: "));
+  std::string mixed;
+  for (std::string line; std::getline(first, line);) {
+    mixed += line + '\n';
+    if (std::getline(second, line)) mixed += line + '\n';
+  }
+  const std::string null = "Dumping camera metadata array: Not allocated\n";
+  const camhook::DumpsOfText found = camhook::dumpsIn(mixed + dumpWith(0, "") + null + isoDump(3));
+  ASSERT_EQ(found.dumps.size(), 5U);
+  EXPECT_EQ(dumped(found.dumps[0]), metadataOf(R"({"HESK_CONTROL_ISO": 1})"));
+  EXPECT_EQ(dumped(found.dumps[1]), metadataOf(R"({"HESK_CONTROL_ISO": 2})"));
+  EXPECT_EQ(dumped(found.dumps[2]), metadataOf("{}"));
+  EXPECT_TRUE(found.dumps[3].isNull);
+  EXPECT_EQ(dumped(found.dumps[4]), metadataOf(R"({"HESK_CONTROL_ISO": 3})"));
+  EXPECT_TRUE(found.notes.empty());
+}
+
+TEST(DumpText, TakesWhatIsLeftOfADump) {
+  const std::string head = "  vendor.pair (c0030085): int32[5]\n    [1 2 3 4 ]\n    [5 ]\n";
+  const std::string whole = dumpWith(2, "  vendor.iso (c0030030): int32[1]\n    [7 ]\n" + head);
+  for (std::size_t cut = whole.find(head) + 1; cut + 3 < whole.size(); ++cut) {
+    const camhook::DumpsOfText found = camhook::dumpsIn(whole.substr(0, cut));
+    ASSERT_EQ(found.dumps.size(), 1U);
+    EXPECT_EQ(dumped(found.dumps[0]), metadataOf(R"({"HESK_CONTROL_ISO": 7})")) << cut;
+    EXPECT_FALSE(found.notes.empty()) << cut;
+  }
+  EXPECT_EQ(saidOf(whole.substr(0, whole.find("    [5"))),
+            "5: vendor.pair (c0030085) is left out: has 4 values of 5\n");
+  EXPECT_EQ(saidOf(whole.substr(0, whole.find(head))), "1: the dump is cut off: 1 entries of 2\n");
+  EXPECT_EQ(saidOf("Dumping camera metadata array: 1"),
+            "1: a dump that does not tell how many entries it has\n");
+
+  const std::string end = "    [6 ]\n" + head;
+  EXPECT_EQ(dumped(camhook::dumpsIn(end).dumps.at(0)),
+            metadataOf(R"({"HESK_CONTROL_HISFRAME": [1, 2, 3, 4, 5]})"));
+  EXPECT_EQ(saidOf(end), "2: the text begins within a dump\n");
+}
+
+TEST(DumpText, LeavesOutWhatHasNoNumberOrDoesNotFit) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"android.control.aeMode (10003): byte[1]\n [ON ]",
+       R"("ON" is no number, nor a name whose number is known)"},
+      {"android.control.sceneMode (10010): byte[1]\n [SNOWY ]",
+       R"("SNOWY" is no number, nor a name whose number is known)"},
+      {"android.control.aeAntibandingMode (10000): byte[1]\n [50HZ ]",
+       R"("50HZ" is no number, nor a name whose number is known)"},
+      {"a.b (c0030030): byte[2]\n [1 256 ]", R"("256" does not fit the type)"},
+      {"a.b (c0030030): int32[1]\n [-2147483649 ]", R"("-2147483649" does not fit the type)"},
+      {"a.b (c0030030): int64[1]\n [9223372036854775808 ]",
+       R"("9223372036854775808" does not fit the type)"},
+      {"a.b (c0030030): float[1]\n [340282366920938463463374607431768211456.0 ]",
+       R"("340282366920938463463374607431768211456.0" does not fit the type)"},
+      {"a.b (c0030030): float[1]\n [1.5x ]",
+       R"("1.5x" is no number, nor a name whose number is known)"},
+      {"a.b (c0030030): rational[1]\n [(1 / 4294967296) ]",
+       R"x("(1 / 4294967296)" does not fit the type)x"},
+      {"a.b (c0030030): double[2]\n [1.5 2.5 ]", "a scenario has no values of type double"},
+      {"a.b (c0030030): int32[0]", "has no values"},
+      {"a.b (c0030030): int32[2]\n [1 2 3 ]", "has 3 values of 2"},
+      {"a.b (c0030030): byte[18]\n [1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 ]",
+       "has 16 values of 18, cut by the dump's verbosity"},
+      {"a.b (c0030030): byte[18]", "has 0 values of 18, cut by the dump's verbosity"},
+      {"com.maker.iso (c0030005): int32[1]\n [1 ]\n a.b (c0030005): int32[1]\n [1 ]",
+       "stands there twice"},
   };
-  for (const auto& [dump, complaint] : rows) EXPECT_EQ(complaintAbout(dump), complaint);
+  for (const auto& [entry, reason] : rows) {
+    const std::string text = dumpWith(2, " "s + entry + "\n x.y (c0030091): int32[1]\n [1 ]\n");
+    const camhook::DumpsOfText found = camhook::dumpsIn(text);
+    ASSERT_FALSE(found.notes.empty()) << entry;
+    EXPECT_TRUE(found.notes[0].text.ends_with(") is left out: "s + reason)) << entry << '\n'
+                                                                            << found.notes[0].text;
+    EXPECT_EQ(found.notes[0].kind, camhook::DumpNote::Kind::leftOut);
+    for (const auto& taken : found.dumps.at(0).entries) EXPECT_NE(taken.tag(), 0xc0030030U);
+  }
+}
+
+TEST(DumpText, DoubtsWhatTheCatalogueHasOtherwise) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"android.control.awbMode (1000b): byte[1]\n [AUTO ]",
+       "3: android.control.awbMode (1000b) is uint8, in the catalogue int32\n"},
+      {"android.control.zoomMethod (10036): byte[1]\n [1 ]",
+       "3: android.control.zoomMethod (10036) stands under the number of "
+       "MTK_HESK_SUPER_NIGHT_ON, and is uint8, in the catalogue int32\n"},
+      {"a.region (c00e0031): int32[5]\n [1 2 3 4 ]\n [5 ]",
+       "3: a.region (c00e0031) is int32, in the catalogue rect\n"},
+      {"a.region (c00e0031): int32[8]\n [1 2 3 4 ]\n [5 6 7 8 ]", ""},
+      {"a.number (10036): int32[1]\n [1 ]", ""},
+      {"a.b (c0999999): float[1]\n [1 ]", ""},
+  };
+  for (const auto& [entry, doubt] : rows) {
+    EXPECT_EQ(saidOf(dumpWith(1, " "s + entry + "\n")), doubt);
+  }
+}
+
+camhook::DumpScenario madeOf(const std::vector<std::pair<std::string, std::string>>& texts,
+                             camhook::DumpOptions options = {}) {
+  std::vector<camhook::DumpFile> files;
+  files.reserve(texts.size());
+  for (const auto& [name, text] : texts) files.push_back(camhook::dumpFile(name, text));
+  return camhook::scenarioOfDumps(std::move(files), std::move(options));
+}
+
+std::string written(const camhook::DumpScenario& made) {
+  std::ostringstream text;
+  camhook::writeScenario(text, made);
+  return text.str();
+}
+
+TEST(DumpScenario, ReadsBackAsItWasDumped) {
+  const camhook::Scenario read = camhook::readScenario(written(madeOf({{"a", sample()}})));
+  const auto& call = std::get<camhook::UpdateRequestMeta>(read.calls.at(0).call);
+  EXPECT_EQ(call.meta.value(), sampleMetadata());
+}
+
+TEST(DumpScenario, IsWrittenAsAPersonWould) {
+  camhook::DumpOptions options;
+  options.sensor = 2;
+  options.properties = {{"ro.product.model.zdm", "KX0107"}};
+  options.eventStore = {{"APP_TYPE", "heskCamera"}};
+  options.statics =
+      camhook::dumpFile("static.txt", dumpWith(1, " a.size (f0005): float[2]\n [6.4 4.8 ]"));
+  const std::string text = dumpWith(5, R"(
+    android.control.awbMode (1000b): byte[2]
+      [7 9 ]
+    android.control.captureIntent (1000d): byte[1]
+      [STILL_CAPTURE ]
+    a.ids (1a0000): byte[2]
+      [50 0 ]
+    a.region (c00e0031): int32[4]
+      [1 2 3 4 ]
+    android.control.aeMode (10003): byte[1]
+      [ON ])");
+  const auto made = madeOf({{"dir/result_metadata_[12]_20210304050607.txt", text}}, options);
+  EXPECT_EQ(written(made), R"({
+  "about": "1 dump of a phone, from result_metadata_[12]_20210304050607.txt. Assumed: hook request, the clock of a file's name. Left out: 1 entry. Doubtful: 2.",
+  "platform": {
+    "properties": {
+      "ro.product.model.zdm": "KX0107"
+    },
+    "eventStore": {
+      "APP_TYPE": "heskCamera"
+    },
+    "devices": {
+      "2": {
+        "static": {
+          "ANDROID_SENSOR_INFO_PHYSICAL_SIZE": [6.4, 4.8]
+        }
+      }
+    },
+    "clock": "2021-03-04T05:06:07"
+  },
+  "calls": [
+    {
+      "call": "updateRequestMeta", "sensor": 2, "requestNo": 12,
+      "meta": {
+        "ANDROID_CONTROL_AWB_MODE": { "type": "uint8", "items": ["TWILIGHT", 9] },
+        "ANDROID_CONTROL_CAPTURE_INTENT": ["STILL_CAPTURE"],
+        "ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": [50, 0],
+        "MTK_RAW_ALGO_FACE_RECTS": [1, 2, 3, 4]
+      }
+    }
+  ]
+}
+)");
+  const std::string file = "dir/result_metadata_[12]_20210304050607.txt";
+  EXPECT_EQ(
+      made.notes,
+      (std::vector{file + ":1: the dump has static metadata, which --static takes",
+                   file + ":4: android.control.awbMode (1000b) is uint8, in the catalogue int32",
+                   file + ":12: android.control.aeMode (10003) is left out: "
+                          "\"ON\" is no number, nor a name whose number is known",
+                   "assumed: hook request, the clock of a file's name"s}));
+}
+
+TEST(DumpScenario, FollowsTheFramesOfFiles) {
+  const auto made = madeOf({{"log", isoDump(1) + isoDump(2)},
+                            {"a/request_metadata_[10]_20210304050608.txt", isoDump(10)},
+                            {"a/request_metadata_[9]_20210304250607.txt", isoDump(9) + isoDump(8)},
+                            {"request_metadata_[x]_1.txt", isoDump(3)}});
+  std::vector<std::pair<unsigned, int>> calls;
+  for (const auto& call : made.calls) {
+    const auto iso = call.containers[0].entries[0].itemAt(0, NSCam::Type2Type<std::int32_t>());
+    calls.emplace_back(call.requestNo, iso);
+  }
+  EXPECT_EQ(calls, (std::vector<std::pair<unsigned, int>>{
+                       {9, 9}, {9, 8}, {10, 10}, {11, 1}, {12, 2}, {13, 3}}));
+  EXPECT_EQ(made.clock, "");  // the first frame's name has no such hour
+}
+
+TEST(DumpScenario, FillsTheContainersOfAHook) {
+  camhook::DumpOptions options;
+  options.hook = camhook::findDumpHook("capture");
+  const auto made =
+      madeOf({{"log", isoDump(1) + isoDump(2) + isoDump(3)}, {"-", isoDump(4)}}, options);
+  const camhook::Scenario read = camhook::readScenario(written(made));
+  ASSERT_EQ(read.calls.size(), 2U);
+  const auto& first = std::get<camhook::UpdateCaptureRawParameter>(read.calls[0].call);
+  EXPECT_EQ(first.app.value(), metadataOf(R"({"HESK_CONTROL_ISO": 1})"));
+  EXPECT_EQ(first.hal.value(), metadataOf(R"({"HESK_CONTROL_ISO": 2})"));
+  EXPECT_EQ(first.out.value(), metadataOf(R"({"HESK_CONTROL_ISO": 3})"));
+  const auto& second = std::get<camhook::UpdateCaptureRawParameter>(read.calls[1].call);
+  EXPECT_EQ(second.app.value(), metadataOf(R"({"HESK_CONTROL_ISO": 4})"));
+  EXPECT_EQ(second.out.value(), metadataOf("{}"));
+  EXPECT_EQ(made.notes.back(),
+            R"(assumed: sensor 0, nothing in "hal", nothing in "out", no product, no app type)");
+
+  options.hook = camhook::findDumpHook("updateSessionParams");
+  const std::string null = "Dumping camera metadata array: Not allocated";
+  const auto session = camhook::readScenario(written(madeOf({{"log", null}}, options)));
+  EXPECT_FALSE(std::get<camhook::UpdateSessionParams>(session.calls.at(0).call).meta.has_value());
 }
 
 }  // namespace

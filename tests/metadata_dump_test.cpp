@@ -4,12 +4,15 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <map>
 #include <sstream>
 #include <string>
 
@@ -18,6 +21,7 @@
 #include "host/Phone.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
+#include "tools/camhook/input/DumpText.h"
 #include "tools/camhook/run/DataRoot.h"
 
 namespace {
@@ -93,7 +97,7 @@ TEST_F(MetadataDump, OverwritesWithoutCutting) {
   std::string firstLine;
   std::ifstream file(onHost(kFile));
   std::getline(file, firstLine);
-  EXPECT_EQ(firstLine, "Camera metadata: 1 entry");
+  EXPECT_EQ(firstLine, "Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.");
 }
 
 TEST_F(MetadataDump, StaysInThePhonesFiles) {
@@ -147,6 +151,89 @@ TEST_F(MetadataDump, MainSensorIsTheFirstDigitOfThePhysicalIds) {
     mUpdater->updateRequestMeta(&request, 1);
     EXPECT_EQ(mPhone.effects.take()[1].fields[0].value, host::Effect::Value(sensor)) << ids;
   }
+}
+
+std::string dumpOf(const camera_metadata* buffer, int verbosity = 2) {
+  std::FILE* file = std::tmpfile();
+  dump_camera_metadata(buffer, fileno(file), verbosity);
+  std::rewind(file);
+  std::string text(10'000, '\0');
+  text.resize(std::fread(text.data(), 1, text.size(), file));
+  std::fclose(file);
+  return text;
+}
+
+/// What a dump writes of each tag: the lines of its entry.
+std::map<std::string, std::string> entriesOf(const std::string& dump) {
+  std::map<std::string, std::string> entries;
+  std::string tag;
+  std::istringstream lines(dump);
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t number = line.find(" (");
+    if (line.starts_with("  ") && line[2] != ' ' && number != std::string::npos) {
+      tag = line.substr(number, line.find(')') - number);
+      // Who has no name of Android's for a tag has one of their own.
+      if (!line.starts_with("  android.")) line.erase(0, number);
+    }
+    entries[tag] += line + '\n';
+  }
+  entries.erase("");
+  return entries;
+}
+
+TEST(MetadataDumpText, IsThatOfAPhone) {
+  std::ostringstream phones;
+  phones << std::ifstream(CAM_SOURCE_DIR "/tests/support/phone_dump.txt").rdbuf();
+  NSCam::IMetadata metadata;
+  const camhook::Dump dump = camhook::dumpsIn(phones.str()).dumps.at(0);
+  for (const auto& entry : dump.entries) metadata.update(entry.tag(), entry);
+  const camera_metadata buffer(metadata);
+
+  auto expected = entriesOf(phones.str());
+  // A phone knows which numbers of its own are tags.
+  expected[" (c0999999"] = " (c0999999): int32[3]\n    [65549 917506 74565 ]\n";
+  EXPECT_EQ(entriesOf(dumpOf(&buffer)), expected);
+  EXPECT_TRUE(dumpOf(&buffer).starts_with(
+      "Dumping camera metadata array: 10 / 10 entries, 168 / 168 bytes of extra data.\n"
+      "  Version: 1, Flags: 00000000\n"
+      "  android.control.awbMode (1000b): int32[1]\n"));
+}
+
+TEST(MetadataDumpText, NamesTheTagsThatAndroidDoesNot) {
+  host::Phone phone;
+  phone.config.tagName = [](std::uint32_t tag) {
+    return tag == 0xc0030030 ? std::string_view("HESK_CONTROL_ISO") : std::string_view();
+  };
+  const camera_metadata buffer(metadataOf(
+      R"({"HESK_CONTROL_ISO": 1, "0xc0999999": {"type": "rect", "items": [[1, 2, 3, 4]]}})"));
+  EXPECT_EQ(dumpOf(&buffer),
+            "Dumping camera metadata array: 2 / 2 entries, 16 / 16 bytes of extra data.\n"
+            "  Version: 1, Flags: 00000000\n"
+            "  vendor.HESK_CONTROL_ISO (c0030030): int32[1]\n"
+            "    [1 ]\n"
+            "  unknownSection.unknownTag (c0999999): int32[4]\n"
+            "    [1 2 3 4 ]\n");
+}
+
+TEST(MetadataDumpText, HasAsManyValuesAsAskedFor) {
+  camera_metadata buffer(NSCam::IMetadata{});
+  camera_metadata::Entry& doubles = buffer.entries.emplace_back();
+  doubles = {.tag = 0xc0999999, .type = 4, .count = 17, .words = {}};
+  doubles.words.resize(doubles.count);
+  const double large = -1.7976931348623157e308;
+  std::memcpy(doubles.words.data(), &large, sizeof large);
+  const std::string none =
+      "Dumping camera metadata array: 1 / 1 entries, 136 / 136 bytes of extra data.\n"
+      "  Version: 1, Flags: 00000000\n"
+      "  unknownSection.unknownTag (c0999999): double[17]\n";
+  EXPECT_EQ(dumpOf(&buffer, 0), none);
+  const std::string all = dumpOf(&buffer, 2);
+  const std::string first = dumpOf(&buffer, 1);
+  EXPECT_TRUE(first.starts_with(none + "    [-17976931348623157"));
+  EXPECT_TRUE(first.ends_with(".00000000 0.00000000 0.00000000 0.00000000 ]\n"));
+  EXPECT_EQ(std::ranges::count(first, '['), std::ranges::count(none, '[') + 4);
+  EXPECT_EQ(all, first + "    [0.00000000 ]\n");
+  EXPECT_EQ(dumpOf(nullptr), "Dumping camera metadata array: Not allocated\n");
 }
 
 TEST(TuningData, NeedsABufferWithRoom) {

@@ -18,7 +18,7 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-struct Row {
+struct ResultRow {
   std::string result;
   std::string written;  // besides what every result is given
   int sensor = 0;
@@ -27,7 +27,7 @@ struct Row {
 TEST(ResultMeta, HoldsThePairAndTheLuxValueOfItsSource) {
   const std::string fixed = R"({"HESK_RESULT_PAIR_FIRST": 30, "HESK_RESULT_PAIR_SECOND": 23})";
   const std::string front = R"({"HESK_RESULT_PAIR_FIRST": 46, "HESK_RESULT_PAIR_SECOND": 24})";
-  const Row rows[] = {
+  const ResultRow rows[] = {
       {"{}", fixed},
       {"{}", front, 1},
       {"{}", front, 7},
@@ -45,7 +45,7 @@ TEST(ResultMeta, HoldsThePairAndTheLuxValueOfItsSource) {
            "0x8006001a": {"type": "int32", "items": [9]}})",
        "{}"},
   };
-  for (const Row& row : rows) {
+  for (const ResultRow& row : rows) {
     const host::Phone phone;
     const TestUpdater updater(row.sensor);
     IMetadata result = metadataOf(row.result);

@@ -7,6 +7,7 @@ CAMHOOK is the command that runs the tool.
 
 import json
 import pathlib
+import random
 import subprocess
 import sys
 
@@ -51,6 +52,8 @@ REFUSED = [
     request(HESK_CONTROL_ISO={"type": "int", "items": []}),
     request(HESK_CONTROL_ISO={"items": [1]}),
     request(HESK_CONTROL_ISO=None),
+    request(ANDROID_FLASH_MODE=["AUTO"]),
+    request(HESK_CONTROL_ISO=["OFF"]),
     session({**STREAM, "usage": -1}),
     session({**STREAM, "id": 2**63}),
     session({"id": 1, "width": 1, "height": 1}),
@@ -70,6 +73,31 @@ ACCEPTED = [
     session(STREAM, {**STREAM, "id": -(2**63), "usage": 2**64 - 1}, {**STREAM, "id": "0x2"}),
     {"calls": [{**DECIDE, "video": True}]},
 ]
+
+
+def broken(scenario, chance):
+    """The scenario with something at one place that another place has."""
+    places, values = [], [None, 1.5, -1, "x", [], {}, 2**40, True]
+
+    def walk(value):
+        inside = value.items() if isinstance(value, dict) else enumerate(value)
+        for key, member in inside:
+            places.append((value, key))
+            values.append(member)
+            if isinstance(member, (dict, list)):
+                walk(member)
+
+    scenario = json.loads(json.dumps(scenario))
+    walk(scenario)
+    around, key = chance.choice(places)
+    kind = chance.randrange(3)
+    if kind == 0:
+        del around[key]
+    elif kind == 1 and isinstance(around, dict):
+        around[key[:-1] + "x"] = around.pop(key)
+    else:
+        around[key] = json.loads(json.dumps(chance.choice(values)))
+    return scenario
 
 
 def reader_takes(camhook, scenario):
@@ -98,6 +126,17 @@ def main():
                 problems.append(f"the schema {'refuses' if good else 'takes'} {scenario}")
             if reader_takes(camhook, scenario) != good:
                 problems.append(f"the reader {'refuses' if good else 'takes'} {scenario}")
+    chance = random.Random(1)
+    whole = [json.loads(path.read_text()) for path in sorted(shipped)]
+    missed = 0
+    for _ in range(100):
+        scenario = broken(chance.choice(whole), chance)
+        is_valid, is_taken = validator.is_valid(scenario), reader_takes(camhook, scenario)
+        missed += is_valid and not is_taken
+        if is_taken and not is_valid:
+            problems.append(f"the schema refuses what the reader takes: {scenario}")
+    if missed > 0:
+        problems.append(f"the schema takes {missed} of 100 that the reader refuses")
     print("\n".join(problems))
     sys.exit(bool(problems))
 

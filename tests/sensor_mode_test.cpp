@@ -1,19 +1,17 @@
-// The choice of a sensor scenario: what each product's rules come to, what is odd about the
-// filters, and the overrides. Records are in the shipped scenarios.
+// The choice of a sensor scenario: what is odd about the filters, and the overrides. What the rules
+// of each product are stands in docs/rules.md, what they come to in rules_test.cpp, records are in
+// the shipped scenarios.
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "common/HeskSensorModeControl.h"
 #include "common/sensormode/SensorModeInspector.h"
 #include "host/Phone.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
-#include "tools/camhook/explain/Decision.h"
 
 namespace {
 
@@ -27,7 +25,7 @@ struct Configuration {
   NSCam::MSize size = {1920, 1080};
 };
 
-int decide(const Configuration& configuration, hesk::DecisionObserver* observer = nullptr) {
+int decide(const Configuration& configuration) {
   const host::Phone phone(
       phoneWith({{"APP_TYPE", configuration.appType}, {"APP_NAME", configuration.appName}},
                 {{"ro.product.model.zdm", configuration.product}}));
@@ -37,10 +35,7 @@ int decide(const Configuration& configuration, hesk::DecisionObserver* observer 
   HeskSensorModeControl* control = HeskSensorModeControl::createInstance(configuration.sensor);
   const int scenario = control->decideSensorScenario(&meta, streams);
   host::LogSink::openLevels({});
-  const HeskSensorModeControlInspector inspector{*control};
-  inspector.observe(observer);
   EXPECT_EQ(control->decideSensorScenario(&meta, streams), scenario) << "with the log closed";
-  inspector.observe(nullptr);
   return scenario;
 }
 
@@ -51,57 +46,6 @@ const std::string kAlgo = R"("HESK_CONTROL_VIDEOALGOTYPE": )";
 const std::string kFps = R"("MTK_CONTROL_AE_TARGET_FPS_RANGE": )";
 const std::string kHdr3 = R"("MTK_HDR_FEATURE_HDR_MODE": 3)";
 const std::string kNight = R"("HESK_CONTROL_NIGHTMODE": 1)";
-
-/// The decisions of a product's camera, a digit each: "-" for none.
-struct Decisions {
-  std::string product;
-  int sensor;
-  std::string preview;
-  std::string video;
-};
-
-TEST(SensorMode, IsThatOfTheProductsRules) {
-  const char* const apps[] = {"QQ",        "CTS",     "Wechat",         "3rd_party",
-                              "TikTok",    "mtk_ims", "TikTokExternal", "FaceUnlock",
-                              "Messenger", ""};
-  const std::string several = kUi + "53, " + kEis + "1";
-  const int modules[] = {16, 24, 26, 29, 31, 53};
-  const std::string videos[] = {kHfps + "1",
-                                kEis + "1",
-                                kEis + "2",
-                                kEis + "1, " + kAlgo + "0",
-                                kEis + "2, " + kAlgo + "0",
-                                kHfps + "1, " + kEis + "1",
-                                kHfps + "1, " + kEis + "2",
-                                kHfps + "1, " + kEis + "1, " + kAlgo + "0"};
-  const Decisions rows[] = {
-      {"KX0105", 0, "51522----25-2--22", "62757676"},
-      {"KX0105", 1, "012220-821-021-21", "52222555"},
-      {"KX0107", 0, "515-2-2--25-2-525", "62858686"},
-      {"KX0107", 1, "016-20-821-021-21", "52222555"},
-      {"KX0106", 0, "515-2-2--25-2-525", "62858686"},
-      {"KX0106", 1, "016-20-821-021-21", "52222555"},
-      {"KX0104", 0, "5-522----25-2--22", "62222676"},
-      {"KX0104", 1, "00622--8-1-021-20", "52222555"},
-      {"KX0102", 0, "2-222----25-2--22", "62255665"},
-      {"KX0102", 1, "22622--8-1-021-22", "52222555"},
-  };
-  const auto letter = [](int scenario) { return scenario == 255 ? "-" : std::to_string(scenario); };
-  for (const auto& [product, sensor, preview, video] : rows) {
-    std::string ofPreviews;
-    for (const char* app : apps) ofPreviews += letter(decide({product + "-EU", app, sensor}));
-    for (const int module : modules) {
-      ofPreviews += letter(decide({product, "a", sensor, false, kUi + std::to_string(module)}));
-    }
-    ofPreviews += letter(decide({product, "CTS", sensor, false, several}));
-    EXPECT_EQ(ofPreviews, preview) << product << " sensor " << sensor;
-    std::string ofVideos;
-    for (const std::string& meta : videos) {
-      ofVideos += letter(decide({product, "a", sensor, true, meta}));
-    }
-    EXPECT_EQ(ofVideos, video) << product << " sensor " << sensor;
-  }
-}
 
 TEST(SensorMode, HasNoRulesForOtherProductsAndSensors) {
   for (const char* product : {"", "KX010", "kx0105", "XKX0105"}) {
@@ -120,13 +64,13 @@ TEST(SensorMode, TakesNullMetadataAndStreams) {
   EXPECT_EQ(HeskSensorModeControl::createInstance(0)->decideSensorScenario(nullptr, nullptr), 255);
 }
 
-struct Row {
+struct DecisionRow {
   Configuration configuration;
   int scenario;
 };
 
 TEST(SensorMode, IsFoundByTheFiltersInTheirOrder) {
-  const Row rows[] = {
+  const DecisionRow rows[] = {
       // Of several conditions any do, the empty app type among them; another value does not.
       {{"KX0107", "", 0, false, kEis + "1"}, 5},
       {{"KX0104", "", 0, true, kHfps + "1"}, 7},
@@ -160,7 +104,7 @@ TEST(SensorMode, IsFoundByTheFiltersInTheirOrder) {
 
 TEST(SensorMode, IsThatOfTheLastOverrideThatFires) {
   constexpr NSCam::MSize kVga{640, 480};
-  const Row rows[] = {
+  const DecisionRow rows[] = {
       {{"", "mtk_ims", 0, false, "", "", {1280, 720}}, 255},
       {{"", "mtk_ims", 0, false, "", "", kVga}, 0},
       {{"", "mtk_ims", 0, false, "", "", {643, 482}}, 0},     // 160 and 160: the divisions cut
@@ -195,27 +139,6 @@ TEST(SensorMode, IsThatOfTheLastOverrideThatFires) {
     EXPECT_EQ(decide(configuration), scenario)
         << configuration.appType << configuration.appName << " sensor " << configuration.sensor
         << ' ' << configuration.size.w << 'x' << configuration.size.h << configuration.meta;
-  }
-}
-
-TEST(SensorMode, TellsAnObserverWhichOverridesFire) {
-  constexpr NSCam::MSize kVga{640, 480};
-  const std::pair<Configuration, std::vector<std::string>> rows[] = {
-      {{"", "mtk_ims", 1, true, kHdr3 + ", " + kNight, "Whatsapp", kVga},
-       {"mtk_ims not wider than 4:3", "Whatsapp, Facebook or Kuaishou",
-        "Whatsapp, Messenger or a third party at 640x480", "video HDR on the front camera",
-        "video in night mode"}},
-      {{"", "Wechat", 1, false, "", "Dingding", kVga},
-       {"Dingding near 4:3", "Wechat at 640x480 on the front camera"}},
-      {{"", "heskCamera", 0, true, "", "Instagram", kVga},
-       {"Instagram on another than the front camera", "video of the maker's app at 640x480"}},
-  };
-  for (const auto& [configuration, fired] : rows) {
-    camhook::DecisionRecorder recorder;
-    decide(configuration, &recorder);
-    std::vector<std::string> told;
-    for (const auto& each : recorder.decision.overrides) told.push_back(each.when);
-    EXPECT_EQ(told, fired);
   }
 }
 

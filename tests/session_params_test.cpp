@@ -32,7 +32,7 @@ HeskParameterUpdater::ImageStreams mapOf(const std::vector<Stream>& streams) {
   return map;
 }
 
-struct Row {
+struct SessionRow {
   std::string appType;
   std::string session;
   std::string written;  // besides what every session is given
@@ -49,7 +49,7 @@ TEST(SessionParams, AreChangedAtTheirEdges) {
     "0x80070000": {"type": "int32", "items": [1]}, "0x80070003": {"type": "int32", "items": [1]}})";
   // clang-format off
   const std::string k60 = R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [30, 60]})";
-  const Row rows[] = {
+  const SessionRow rows[] = {
       {"CTS", R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [60, 120]})", "{}"},
       {"HeskCamera", R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [30, 120]})", R"({"0x800f0000": {"type": "int32", "items": [120, 4]}})"},
       {"HeskCamera", R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [120, 149]})", R"({"0x800f0000": {"type": "int32", "items": [149, 4]}})"},
@@ -68,7 +68,7 @@ TEST(SessionParams, AreChangedAtTheirEdges) {
       {"CTS", "{}", R"({"ANDROID_CONTROL_SCENE_MODE": 9})", {}, 2},
   };
   // clang-format on
-  for (const Row& row : rows) {
+  for (const SessionRow& row : rows) {
     const host::Phone phone(phoneWith({{"APP_TYPE", row.appType}, {"APP_NAME", "Production"}}));
     const TestUpdater updater(row.sensor);
     NSCam::IMetadata session = metadataOf(row.session);

@@ -301,7 +301,7 @@ TEST(Why, SaysWhatItCannotAnswerInOneLine) {
       {"super_moon_zoom.json 1 MTK_CONTROL_RAW_TYPE --container out", 2,
        "super_moon_zoom.json: the call has no container \"out\"; it has meta\n"},
       {"super_moon_zoom.json 1 MTK_CONTROL_RAW_TYPE --want '\"x\"'", 2,
-       "--want: must be an integer of int32, -2147483648 to 2147483647\n"},
+       "--want: must be an integer of int32, -2147483648 to 2147483647, not \"x\"\n"},
       {"no_such.json 1 MTK_CONTROL_RAW_TYPE", 2,
        "no_such.json: cannot be read: No such file or directory\n"},
   };

@@ -1,22 +1,21 @@
 // The filters: which of the loaded rules a configuration meets.
 //
 // The filter of several conditions is asked first, then one filter a condition; the first that
-// selects a rule decides. Reading order: the conditions; isMet, in which every comparison is made;
-// the filters in the order in which they are asked.
+// selects a rule decides. Reading order: the conditions; the filters in the order in which they are
+// asked.
 
 #include <algorithm>
 #include <string>
+#include <variant>
 
 #include "common/Events.h"
 #include "common/HeskSensorModeControl.h"
-#include "common/sensormode/DecisionObserver.h"
 #include "common/sensormode/SensorModeLog.h"
 #include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
 
 using namespace hesk;
 using NSCam::IMetadata;
-using Value = DecisionObserver::Value;
 
 namespace {
 
@@ -27,6 +26,9 @@ constexpr log::Operation kByApptype = sensorModeOperation("getSensorModeCfgByApp
 constexpr log::Operation kByFps = sensorModeOperation("getSensorModeCfgByFps");
 constexpr log::Operation kByVideoAlgoType = sensorModeOperation("getSensorModeCfgByVideoAlgoType");
 constexpr log::Operation kByUiMode = sensorModeOperation("getSensorModeCfgByUiMode");
+
+/// What a condition compares.
+using Value = std::variant<std::int32_t, std::string>;
 
 /// A condition that a configuration meets; of the filter of several also how many of a rule's are
 /// met by now.
@@ -66,7 +68,6 @@ Value upperFrameRate(const IMetadata* meta) { return readFrameRateRange(meta).up
 /// A field of the rules, what a configuration has for it, and the records of a match: as one of
 /// several conditions, and as the one that selects a rule.
 struct hesk::RuleCondition {
-  const char* field;
   Value (*wanted)(const SensorModeCfg& rule);
   Value (*found)(const IMetadata* meta);
   void (*logMatch)(const Match& match);
@@ -75,20 +76,19 @@ struct hesk::RuleCondition {
 
 namespace {
 
-constexpr RuleCondition kIsHfpsMode{"isHfpsMode", wantedBy<&SensorModeCfg::isHfpsMode>,
-                                    foundIn<tags::MTK_STREAMING_FEATURE_HFPS_MODE, 0>,
-                                    [](const Match& match) {
-                                      HESK_LOGD(kSeveral, "[%s] selected by HfpsMode %d, [%d:%d]",
-                                                kSeveral.name, numberOf(match.value), match.count,
-                                                match.conditionCount);
-                                    },
-                                    [](const Match& match) {
-                                      HESK_LOGD(kByIsHfpsMode, "[%s] selected by hfpsMode %d",
-                                                kByIsHfpsMode.name, numberOf(match.value));
-                                    }};
+constexpr RuleCondition kIsHfpsMode{
+    wantedBy<&SensorModeCfg::isHfpsMode>, foundIn<tags::MTK_STREAMING_FEATURE_HFPS_MODE, 0>,
+    [](const Match& match) {
+      HESK_LOGD(kSeveral, "[%s] selected by HfpsMode %d, [%d:%d]", kSeveral.name,
+                numberOf(match.value), match.count, match.conditionCount);
+    },
+    [](const Match& match) {
+      HESK_LOGD(kByIsHfpsMode, "[%s] selected by hfpsMode %d", kByIsHfpsMode.name,
+                numberOf(match.value));
+    }};
 
 constexpr RuleCondition kAppType{
-    "appType", wantedBy<&SensorModeCfg::appType>, appType,
+    wantedBy<&SensorModeCfg::appType>, appType,
     [](const Match& match) {
       HESK_LOGD(kSeveral, "[%s] selected by apptype %s, [%d:%d]", kSeveral.name,
                 textOf(match.value), match.count, match.conditionCount);
@@ -97,7 +97,7 @@ constexpr RuleCondition kAppType{
       HESK_LOGD(kByApptype, "[%s] selected by appType %s", kByApptype.name, textOf(match.value));
     }};
 
-constexpr RuleCondition kFps{"fps", wantedBy<&SensorModeCfg::fps>, upperFrameRate,
+constexpr RuleCondition kFps{wantedBy<&SensorModeCfg::fps>, upperFrameRate,
                              [](const Match& match) {
                                HESK_LOGD(kSeveral, "[%s] selected by fps %d,%d, [%d:%d]",
                                          kSeveral.name, readFrameRateRange(match.meta).lower,
@@ -110,7 +110,7 @@ constexpr RuleCondition kFps{"fps", wantedBy<&SensorModeCfg::fps>, upperFrameRat
                              }};
 
 constexpr RuleCondition kEisMode{
-    "eisMode", wantedBy<&SensorModeCfg::eisMode>,
+    wantedBy<&SensorModeCfg::eisMode>,
     foundIn<tags::HESK_CONTROL_EISENABLE, SensorModeCfg::kMissing>,
     [](const Match& match) {
       HESK_LOGD(kSeveral, "[%s] selected by eisMode %d, [%d:%d]", kSeveral.name,
@@ -121,7 +121,7 @@ constexpr RuleCondition kEisMode{
     }};
 
 constexpr RuleCondition kVideoAlgoType{
-    "videoAlgoType", wantedBy<&SensorModeCfg::videoAlgoType>,
+    wantedBy<&SensorModeCfg::videoAlgoType>,
     foundIn<tags::HESK_CONTROL_VIDEOALGOTYPE, SensorModeCfg::kMissing>,
     [](const Match& match) {
       HESK_LOGD(kSeveral, "[%s] selected by videoAlgoType %d, [%d:%d]", kSeveral.name,
@@ -133,7 +133,7 @@ constexpr RuleCondition kVideoAlgoType{
     }};
 
 constexpr RuleCondition kUiMode{
-    "uiMode", wantedBy<&SensorModeCfg::uiMode>,
+    wantedBy<&SensorModeCfg::uiMode>,
     foundIn<tags::COM_HESK_CURRENTUIMODULE, SensorModeCfg::kMissing>,
     [](const Match& match) {
       HESK_LOGD(kSeveral, "[%s] selected by uimode %d, [%d:%d]", kSeveral.name,
@@ -143,25 +143,15 @@ constexpr RuleCondition kUiMode{
       HESK_LOGD(kByUiMode, "[%s] selected by uimode %d", kByUiMode.name, numberOf(match.value));
     }};
 
-bool isMet(const SensorModeCfg& rule, const RuleCondition& condition, const Value& found,
-           DecisionObserver* observer) {
-  const Value wanted = condition.wanted(rule);
-  const bool isEqual = wanted == found;
-  if (observer != nullptr) {
-    observer->onComparison({rule, condition.field, wanted, found, isEqual});
-  }
-  return isEqual;
-}
-
 /// Whether, counted condition by condition, as many are met as the rule counts. Each condition
 /// looks its value up afresh.
-bool meetsSeveral(const SensorModeCfg& rule, const IMetadata* meta, DecisionObserver* observer) {
+bool meetsSeveral(const SensorModeCfg& rule, const IMetadata* meta) {
   constexpr const RuleCondition* kInOrder[] = {&kIsHfpsMode, &kAppType,       &kFps,
                                                &kEisMode,    &kVideoAlgoType, &kUiMode};
   std::int32_t count = 0;
   for (const RuleCondition* condition : kInOrder) {
     const Value found = condition->found(meta);
-    if (!isMet(rule, *condition, found, observer)) continue;
+    if (condition->wanted(rule) != found) continue;
     ++count;
     condition->logMatch({meta, found, count, rule.conditionCount});
     // Behind the first condition the count is not looked at.
@@ -173,67 +163,51 @@ bool meetsSeveral(const SensorModeCfg& rule, const IMetadata* meta, DecisionObse
 
 }  // namespace
 
-/// Whether there is nothing left for this filter to do.
-bool HeskSensorModeControl::isDecided(const char* filter) const {
-  const bool isDecided = !selectedSensorModeCfgs.empty();
-  if (mObserver != nullptr) {
-    mObserver->onFilter(filter);
-    if (isDecided) mObserver->onPass("a rule is selected already");
-  }
-  return isDecided;
-}
-
-void HeskSensorModeControl::select(const SensorModeCfg& rule) {
-  selectedSensorModeCfgs.push_back(rule);
-  if (mObserver != nullptr) mObserver->onSelection(rule);
-}
+/// Whether there is nothing left for a filter to do.
+bool HeskSensorModeControl::isDecided() const { return !selectedSensorModeCfgs.empty(); }
 
 /// Selects the first of the rules of one condition that meets it, if there is one.
 void HeskSensorModeControl::selectFirst(const RuleCondition& condition, const IMetadata* meta) {
   const Value found = condition.found(meta);
-  const auto rule = std::find_if(
-      sensorModeTable.begin(), sensorModeTable.end(),
-      [&](const SensorModeCfg& each) { return isMet(each, condition, found, mObserver); });
+  const auto rule =
+      std::find_if(sensorModeTable.begin(), sensorModeTable.end(),
+                   [&](const SensorModeCfg& each) { return condition.wanted(each) == found; });
   if (rule == sensorModeTable.end()) return;
-  select(*rule);
+  selectedSensorModeCfgs.push_back(*rule);
   condition.logSelection({meta, found});
 }
 
 void HeskSensorModeControl::getSensorModeCfgByMultiCondition(IMetadata* meta) {
-  if (isDecided(kSeveral.name)) return;
+  if (isDecided()) return;
   const auto rule =
       std::find_if(multiConditionTable.rbegin(), multiConditionTable.rend(),
-                   [&](const SensorModeCfg& each) { return meetsSeveral(each, meta, mObserver); });
+                   [&](const SensorModeCfg& each) { return meetsSeveral(each, meta); });
   if (rule == multiConditionTable.rend()) return;
-  select(*rule);
+  selectedSensorModeCfgs.push_back(*rule);
   HESK_LOGD(kSeveral, "[%s] selected", kSeveral.name);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByEisMode(IMetadata* meta) {
-  if (!isDecided(kByEisMode.name)) selectFirst(kEisMode, meta);
+  if (!isDecided()) selectFirst(kEisMode, meta);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByIsHfpsMode(IMetadata* meta) {
-  if (isDecided(kByIsHfpsMode.name)) return;
-  if (read(meta, tags::MTK_STREAMING_FEATURE_HFPS_MODE) == 1) {
-    selectFirst(kIsHfpsMode, meta);
-  } else if (mObserver != nullptr) {
-    mObserver->onPass("MTK_STREAMING_FEATURE_HFPS_MODE is not 1");
-  }
+  if (isDecided()) return;
+  if (read(meta, tags::MTK_STREAMING_FEATURE_HFPS_MODE) == 1) selectFirst(kIsHfpsMode, meta);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByApptype() {
-  if (!isDecided(kByApptype.name)) selectFirst(kAppType, nullptr);
+  if (!isDecided()) selectFirst(kAppType, nullptr);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByFps(IMetadata* meta) {
-  if (!isDecided(kByFps.name)) selectFirst(kFps, meta);
+  if (!isDecided()) selectFirst(kFps, meta);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByVideoAlgoType(IMetadata* meta) {
-  if (!isDecided(kByVideoAlgoType.name)) selectFirst(kVideoAlgoType, meta);
+  if (!isDecided()) selectFirst(kVideoAlgoType, meta);
 }
 
 void HeskSensorModeControl::getSensorModeCfgByUiMode(IMetadata* meta) {
-  if (!isDecided(kByUiMode.name)) selectFirst(kUiMode, meta);
+  if (!isDecided()) selectFirst(kUiMode, meta);
 }

@@ -8,11 +8,21 @@
 struct HeskSensorModeControlInspector {
   HeskSensorModeControl& control;
 
-  [[nodiscard]] auto& sensorModeTable() const { return control.sensorModeTable; }
-  [[nodiscard]] auto& multiConditionTable() const { return control.multiConditionTable; }
   [[nodiscard]] auto& selectedSensorModeCfgs() const { return control.selectedSensorModeCfgs; }
   [[nodiscard]] const char* productName() const { return control.productName.data(); }
 
-  /// Lets `observer` follow the decisions from now on; null: nobody.
-  void observe(hesk::DecisionObserver* observer) const { control.mObserver = observer; }
+  /// Lets an observer follow the decisions that are made as long as this lives.
+  class Observation {
+   public:
+    Observation(HeskSensorModeControl& control, hesk::DecisionObserver& observer)
+        : mControl(control) {
+      mControl.mObserver = &observer;
+    }
+    ~Observation() { mControl.mObserver = nullptr; }
+    Observation(const Observation&) = delete;
+    Observation& operator=(const Observation&) = delete;
+
+   private:
+    HeskSensorModeControl& mControl;
+  };
 };

@@ -18,5 +18,10 @@ void* operator new(std::size_t size) {
   throw std::bad_alloc();
 }
 
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  ++sAllocations;
+  return std::malloc(size);
+}
+
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }

@@ -2,9 +2,6 @@
 // aligned words that read as round numbers. Numbers are the operands of compare instructions, found
 // by their first bytes wherever these occur in the code. What was no constant at all, but the
 // middle of an instruction or of a table, costs a replay and harms nothing.
-//
-// The tables of rules are the library's own; it shows the current product's to who observes a
-// decision. So every text is tried as a product.
 
 #include "tools/camhook/explain/LibraryConstants.h"
 
@@ -16,14 +13,11 @@
 #include <cstddef>
 #include <cstring>
 #include <fstream>
-#include <memory>
 #include <span>
 #include <string_view>
 
 #include "common/HeskParameterUpdater.h"
-#include "common/sensormode/DecisionObserver.h"
-#include "common/sensormode/SensorModeInspector.h"
-#include "host/Phone.h"
+#include "tools/camhook/rules/RuleSet.h"
 
 namespace camhook {
 namespace {
@@ -152,46 +146,18 @@ void addNumbers(Bytes /*code*/, std::vector<std::int64_t>& /*numbers*/) {}
 
 #endif
 
-/// Adds what the rules of a product ask for.
-class RuleCollector final : public hesk::DecisionObserver {
- public:
-  explicit RuleCollector(LibraryConstants& constants) : mConstants(constants) {}
-
-  void onRules(const SensorModeTable* table, const std::vector<SensorModeCfg>* /*list*/) override {
-    if (table == nullptr) return;
-    for (const auto* list : {&table->sensor0Preview, &table->sensor0Video, &table->sensor1Preview,
-                             &table->sensor1Video}) {
-      for (const SensorModeCfg& rule : *list) {
-        mConstants.texts.push_back(rule.appType);
-        mConstants.numbers.insert(
-            mConstants.numbers.end(),
-            {rule.isHfpsMode, rule.fps, rule.eisMode, rule.videoAlgoType, rule.uiMode});
+/// Adds what the rules ask for, and for which products they are.
+void addRules(LibraryConstants& constants) {
+  for (const SensorModeTable& table : rulesOfLibrary().tables) {
+    constants.texts.emplace_back(table.productName);
+    for (const RuleList& list : kRuleLists) {
+      for (const SensorModeCfg& rule : table.*list.rules) {
+        constants.texts.push_back(rule.appType);
+        constants.numbers.insert(constants.numbers.end(), {rule.isHfpsMode, rule.fps, rule.eisMode,
+                                                           rule.videoAlgoType, rule.uiMode});
       }
     }
   }
-  void onFilter(const char* /*filter*/) override {}
-  void onPass(const char* /*why*/) override {}
-  void onComparison(const Comparison& /*comparison*/) override {}
-  void onSelection(const SensorModeCfg& /*rule*/) override {}
-  void onBase(std::int32_t /*scenario*/) override {}
-  void onOverride(const char* /*when*/, std::int32_t /*scenario*/) override {}
-
- private:
-  LibraryConstants& mConstants;
-};
-
-void addRules(LibraryConstants& constants) {
-  host::Phone phone;
-  host::LogSink::openLevels({});
-  RuleCollector collector(constants);
-  HeskSensorModeControl* const control = HeskSensorModeControl::createInstance(0);
-  const HeskSensorModeControlInspector inspector{*control};
-  inspector.observe(&collector);
-  for (const std::string& text : std::vector(constants.texts)) {
-    phone.properties.set("ro.product.model.zdm", text);
-    control->decideSensorScenario(nullptr, nullptr);
-  }
-  inspector.observe(nullptr);
 }
 
 template <typename T>

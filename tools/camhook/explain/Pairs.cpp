@@ -22,7 +22,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds kTime{10};
 constexpr std::chrono::seconds kTimeForOthers{1};  // once a pair is found
-constexpr std::chrono::seconds kSilence{1};
 
 class PairSearch {
  public:
@@ -39,7 +38,7 @@ class PairSearch {
       std::vector<ChildWork> works;
       works.reserve(firsts.size());
       for (const Change& first : firsts) works.emplace_back([&] { return pairsWith(first); });
-      ProgressLine progress(works.size(), "pairs with change", kSilence);
+      ProgressLine progress(works.size(), "pairs with change");
       std::size_t done = 0;
       const auto onDone = [&](const Json& made) {
         progress.advance(++done);

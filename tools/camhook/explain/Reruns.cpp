@@ -62,7 +62,7 @@ Reruns::Course Reruns::courseOf(const CallTrace& trace) const {
       course.signature.append(container).append(tagText(write->tag));
       if (!write->entry.isEmpty()) course.signature += jsonFromEntry(write->entry).dump();
     } else if (const auto* effect = std::get_if<host::Effect>(&access)) {
-      course.signature += jsonFromEffect(*effect).dump();
+      course.signature += lineOfEffect(*effect);
     }
   }
   for (const Input& input : course.inputs) {

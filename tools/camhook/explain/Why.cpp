@@ -7,7 +7,6 @@
 #include "tools/camhook/explain/Why.h"
 
 #include <algorithm>
-#include <chrono>
 #include <set>
 #include <string>
 #include <utility>
@@ -23,7 +22,6 @@ namespace camhook {
 namespace {
 
 constexpr std::size_t kMostChanges = 100;  // that are told of an input
-constexpr std::chrono::seconds kSilence{1};
 
 using Wanted = std::optional<Json>;  // as a trace has it; null for absent
 
@@ -95,7 +93,7 @@ Json sweepFresh(const Question& question, const Input& input, const std::vector<
       return answers;
     });
   }
-  ProgressLine progress(works.size(), "value", kSilence);
+  ProgressLine progress(works.size(), "value");
   std::size_t done = 0;
   const std::vector<Json> results =
       inChildren(works, [&](const Json& /*made*/) { progress.advance(++done); });
@@ -145,7 +143,7 @@ void sweepAll(Investigation& investigation, const std::vector<Asked>& asked, con
       return list;
     });
   }
-  ProgressLine progress(works.size(), "input", kSilence);
+  ProgressLine progress(works.size(), "input");
   std::size_t done = 0;
   const std::vector<Json> made =
       inChildren(works, [&](const Json& /*made*/) { progress.advance(++done); });

@@ -1,74 +1,25 @@
 #include "tools/camhook/explain/WhyCommand.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
-#include <numeric>
 #include <optional>
 #include <ostream>
 #include <utility>
 #include <vector>
 
-#include "common/tags/TagCatalogue.h"
 #include "tools/camhook/explain/Why.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/show/TraceFilter.h"
 
 namespace camhook {
 namespace {
 
 constexpr std::size_t kMostLetters = 40;  // shown of a value, about
-constexpr std::size_t kMostChanges = 4;   // shown of an input, unless all are
+constexpr std::size_t kMostShown = 4;     // shown of an input, unless all are
 constexpr std::size_t kLineWidth = 80;
-
-/// How many letters must be put in, left out or replaced to make one text of the other.
-std::size_t editDistance(std::string_view left, std::string_view right) {
-  std::vector<std::size_t> row(right.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < left.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < right.size(); ++j) {
-      const std::size_t replaced = diagonal + (left[i] != right[j] ? 1 : 0);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
-
-/// "; near: A, B", empty where no name is like it.
-std::string nearNames(std::string_view text) {
-  constexpr std::size_t kMostNames = 3;
-  std::vector<std::pair<std::size_t, std::string_view>> names;
-  for (const hesk::TagDescription& tag : hesk::kTagCatalogue) {
-    // A part of a name is as good as a slip in it.
-    const bool isPart = text.size() > 3 && tag.name.find(text) != std::string_view::npos;
-    const std::size_t distance = isPart ? 0 : editDistance(text, tag.name);
-    if (distance <= tag.name.size() / 4) names.emplace_back(distance, tag.name);
-  }
-  std::ranges::stable_sort(names, {}, [](const auto& name) { return name.first; });
-  names.resize(std::min(names.size(), kMostNames));
-  std::string list;
-  for (const auto& [distance, name] : names) {
-    list += (list.empty() ? "; near: " : ", ") + std::string(name);
-  }
-  return list;
-}
-
-std::size_t callFromText(const std::string& text, std::size_t count) {
-  if (text == "last" && count > 0) return count - 1;
-  std::size_t number = 0;
-  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  const bool isNumber = error == std::errc() && stop == text.data() + text.size();
-  if (text != "last" && !isNumber) {
-    throw InputError("CALL must be a number from 1, or last, not " + jsonText(text));
-  }
-  if (number < 1 || number > count) {
-    throw InputError("there is no call " + text + ": the scenario has " + std::to_string(count));
-  }
-  return number - 1;
-}
 
 std::string containerFromText(const std::string& text, const ScenarioCall& scenarioCall) {
   Call call = scenarioCall.call;
@@ -205,7 +156,7 @@ class Text {
     std::vector<Row> rows;
     const Json& changes = input["changes"];
     for (std::size_t i = 0; i < changes.size(); ++i) {
-      if (i == kMostChanges && !mAll) {
+      if (i == kMostShown && !mAll) {
         rows.push_back({mStyle.faint("and " + std::to_string(changes.size() - i) +
                                      " other outcomes (--all)")});
         break;
@@ -281,7 +232,7 @@ WhyQuestion readQuestion(std::string_view text, const WhyOptions& options) {
     try {
       asking.asked.push_back({container, tagFromText(tag, Place())});
     } catch (const InputError&) {
-      throw InputError("unknown tag " + jsonText(tag) + nearNames(tag));
+      throw InputError("unknown tag " + jsonText(tag) + nearTags(tag));
     }
   }
   return asking;

@@ -2,179 +2,202 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
-#include <ostream>
-#include <sstream>
-#include <string>
+#include <unordered_set>
+#include <utility>
 
-#include "common/NumberText.h"
-#include "common/tags/TagCatalogue.h"
-#include "tools/camhook/input/InputError.h"
-#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/DumpEntry.h"
 
 namespace camhook {
 namespace {
 
-/// The head of an entry: "  vendor.HESK_CONTROL_HISFRAME (c0030085): int32[2]".
-struct EntryHead {
-  std::uint32_t tag = 0;
-  std::string_view type;
-  std::size_t count = 0;
-};
+constexpr std::string_view kFirstWords = "Dumping camera metadata array: ";
 
-/// The number that a text begins with, behind which `end` must follow.
-template <typename T>
-std::optional<T> numberBefore(std::string_view text, std::string_view end, int base = 10) {
-  T number{};
-  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  const auto length = static_cast<std::size_t>(stop - text.data());
-  if (error != std::errc() || !text.substr(length).starts_with(end)) return {};
-  return number;
+/// What stands behind the time with which a line of a log begins, the whole line where there is
+/// none.
+std::string_view behindTime(std::string_view line) {
+  constexpr std::string_view kTime = "00:00:00";
+  constexpr std::size_t kMostBefore = 40;
+  const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
+  for (std::size_t at = 0; at < kMostBefore && at + kTime.size() <= line.size(); ++at) {
+    const bool isTime = std::equal(
+        kTime.begin(), kTime.end(), line.begin() + at,
+        [&](char wanted, char letter) { return wanted == ':' ? letter == ':' : isDigit(letter); });
+    if (!isTime) continue;
+    line.remove_prefix(at + kTime.size());
+    return line.substr(std::min(line.find_first_not_of(".,0123456789"), line.size()));
+  }
+  return line;
 }
 
-std::optional<EntryHead> entryHead(std::string_view line) {
-  const std::size_t tag = line.rfind(" (");
-  const std::size_t type = line.rfind("): ");
-  const std::size_t count = line.rfind('[');
-  constexpr std::size_t kNone = std::string_view::npos;
-  if (tag == kNone || type == kNone || count == kNone || count < type) return {};
-  const auto value = numberBefore<std::uint32_t>(line.substr(tag + 2), "): ", 16);
-  const auto items = numberBefore<std::size_t>(line.substr(count + 1), "]");
-  if (!value || !items) return {};
-  return EntryHead{*value, line.substr(type + 3, count - type - 3), *items};
+/// What the lines of one dump have before them, but for the time and the blanks.
+std::string_view sourceOf(std::string_view beforeDump) {
+  std::string_view source = behindTime(beforeDump);
+  while (source.ends_with(' ')) source.remove_suffix(1);
+  return source;
 }
 
-/// The lines of a dump, and the place in it for complaints.
-class Lines {
+/// Goes through a text line by line.
+class DumpFinder {
  public:
-  explicit Lines(std::string_view text) : mText(text) {}
-
-  std::optional<std::string_view> next() {
-    if (mText.empty()) return {};
-    const std::size_t end = std::min(mText.find('\n'), mText.size());
-    const std::string_view line = mText.substr(0, end);
-    mText.remove_prefix(std::min(end + 1, mText.size()));
-    ++mNumber;
-    return line;
-  }
-
-  [[noreturn]] void fail(const std::string& problem) const {
-    throw InputError("line " + std::to_string(mNumber) + ": " + problem);
-  }
+  DumpsOfText find(std::string_view text);
 
  private:
-  std::string_view mText;
-  std::size_t mNumber = 0;
+  /// A dump whose end is still to come.
+  struct Open {
+    std::string source;
+    std::size_t index = 0;      // in mFound.dumps
+    std::size_t announced = 0;  // entries, by the first line
+    std::size_t begun = 0;      // entries
+    std::size_t entryLine = 0;
+    std::optional<DumpEntry> entry;
+    std::unordered_set<std::uint32_t> tags;
+  };
+
+  void onLine(std::string_view line);
+  void onFirstLine(std::string_view beforeDump, std::string_view counts);
+  void onHead(const DumpHead& head, std::string_view line);
+  void open(std::string_view source, std::size_t announced);
+  Open* openFor(std::string_view line);
+  void closeIfComplete(Open& dump);
+  void close(Open& dump);
+  void finishEntry(Open& dump, bool isCutOff);
+  void note(std::size_t line, DumpNote::Kind kind, std::string text) {
+    mFound.notes.push_back({line, kind, std::move(text)});
+  }
+
+  DumpsOfText mFound;
+  std::vector<Open> mOpen;
+  std::size_t mLine = 0;
+  std::size_t mOlder = 0;  // entries behind a whole dump
+  std::size_t mOlderLine = 0;
 };
 
-/// One value of a row.
-Json valueFromText(const std::string& text, std::string_view type, const Lines& lines) {
-  if (type == "float") {
-    if (text == "nan" || text == "-nan") return "nan";
-    if (text == "inf" || text == "-inf") return text;
-    const auto number = hesk::leadingNumber<float>(text);
-    if (number && hesk::lengthOfDecimal(text) == text.size()) return jsonFromFloat(*number);
+DumpsOfText DumpFinder::find(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    ++mLine;
+    onLine(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  while (!mOpen.empty()) close(mOpen.front());
+  if (mOlder > 0) {
+    note(mOlderLine, DumpNote::Kind::leftOut,
+         "entries behind the end of a dump, of an older one: " + std::to_string(mOlder));
+  }
+  std::ranges::stable_sort(mFound.notes, {}, &DumpNote::line);
+  return std::move(mFound);
+}
+
+void DumpFinder::onLine(std::string_view line) {
+  if (const std::size_t at = line.find(kFirstWords); at != std::string_view::npos) {
+    onFirstLine(line.substr(0, at), line.substr(at + kFirstWords.size()));
+  } else if (const auto row = dumpRowOf(line)) {
+    Open* dump = openFor(line);
+    if (dump == nullptr || !dump->entry) return;
+    dump->entry->addRow(*row);
+    closeIfComplete(*dump);
+  } else if (const auto head = dumpHeadOf(line)) {
+    onHead(*head, line);
+  }
+}
+
+/// `counts` is such as "13 / 40 entries, 64 / 4000 bytes of extra data.".
+void DumpFinder::onFirstLine(std::string_view beforeDump, std::string_view counts) {
+  constexpr std::size_t kMostThreads = 8;
+  const std::string_view source = sourceOf(beforeDump);
+  const auto same = std::ranges::find(mOpen, source, &Open::source);
+  if (same != mOpen.end()) close(*same);
+  if (mOpen.size() == kMostThreads) close(mOpen.front());
+  if (counts.starts_with("Not allocated")) {
+    mFound.dumps.push_back({.line = mLine, .isNull = true, .entries = {}});
+    return;
+  }
+  std::size_t announced = 0;
+  const auto read = std::from_chars(counts.data(), counts.data() + counts.size(), announced);
+  counts.remove_prefix(static_cast<std::size_t>(read.ptr - counts.data()));
+  if (read.ec != std::errc() || !counts.starts_with(" / ")) {
+    note(mLine, DumpNote::Kind::incomplete, "a dump that does not tell how many entries it has");
+    return;
+  }
+  open(source, announced);
+  closeIfComplete(mOpen.back());
+}
+
+void DumpFinder::onHead(const DumpHead& head, std::string_view line) {
+  Open* dump = openFor(line);
+  if (dump == nullptr && mFound.dumps.empty()) {
+    note(mLine, DumpNote::Kind::incomplete, "the text begins within a dump");
+    open("", std::numeric_limits<std::size_t>::max());
+    dump = &mOpen.back();
+  }
+  if (dump == nullptr) {
+    if (mOlder++ == 0) mOlderLine = mLine;
+    return;
+  }
+  finishEntry(*dump, false);
+  dump->entry.emplace(head);
+  dump->entryLine = mLine;
+  ++dump->begun;
+  closeIfComplete(*dump);
+}
+
+void DumpFinder::open(std::string_view source, std::size_t announced) {
+  mOpen.push_back({.source = std::string(source),
+                   .index = mFound.dumps.size(),
+                   .announced = announced,
+                   .entry = {},
+                   .tags = {}});
+  mFound.dumps.push_back({.line = mLine, .entries = {}});
+}
+
+/// The dump that a line goes on with: the last begun of those whose source wrote it, else of all.
+DumpFinder::Open* DumpFinder::openFor(std::string_view line) {
+  if (mOpen.empty()) return nullptr;
+  if (mOpen.size() == 1) return &mOpen.front();
+  const std::string_view written = behindTime(line);
+  const auto found = std::find_if(mOpen.rbegin(), mOpen.rend(), [&](const Open& dump) {
+    return written.starts_with(dump.source);
+  });
+  return found != mOpen.rend() ? &*found : &mOpen.back();
+}
+
+void DumpFinder::closeIfComplete(Open& dump) {
+  if (dump.begun < dump.announced || (dump.entry && !dump.entry->isComplete())) return;
+  close(dump);
+}
+
+void DumpFinder::close(Open& dump) {
+  const bool isCutOff = dump.begun < dump.announced;
+  finishEntry(dump, isCutOff);
+  constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
+  if (isCutOff && dump.announced != kUnknown) {
+    note(mFound.dumps[dump.index].line, DumpNote::Kind::incomplete,
+         "the dump is cut off: " + std::to_string(dump.begun) + " entries of " +
+             std::to_string(dump.announced));
+  }
+  mOpen.erase(mOpen.begin() + (&dump - mOpen.data()));
+}
+
+void DumpFinder::finishEntry(Open& dump, bool isCutOff) {
+  if (!dump.entry) return;
+  const DumpEntry& entry = *dump.entry;
+  std::string problem = entry.problem(isCutOff);
+  if (problem.empty() && !dump.tags.insert(entry.tag()).second) problem = "stands there twice";
+  if (!problem.empty()) {
+    note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " is left out: " + problem);
   } else {
-    const char* const end = text.data() + text.size();
-    std::int64_t number = 0;
-    if (std::from_chars(text.data(), end, number).ptr == end) return number;
+    mFound.dumps[dump.index].entries.push_back(entry.take());
+    const std::string doubt = entry.doubt(mFound.dumps[dump.index].entries.back());
+    if (!doubt.empty()) note(dump.entryLine, DumpNote::Kind::doubtful, entry.title() + doubt);
   }
-  lines.fail(jsonText(text) + " is no number");
-}
-
-/// The values of an entry, from the rows "[1 2 3 4 ]" or "[(1 / 2) (3 / 4) ]" below its head.
-Json valuesOf(const EntryHead& head, Lines& lines) {
-  const std::size_t wanted = head.type == "rational" ? 2 * head.count : head.count;
-  Json values = Json::array();
-  while (values.size() < wanted) {
-    const auto line = lines.next();
-    if (!line || entryHead(*line)) {
-      lines.fail(tagText(head.tag) + " has " + std::to_string(values.size()) + " values of " +
-                 std::to_string(wanted));
-    }
-    std::string row(*line);
-    for (char& letter : row) {
-      if (std::string_view("[]()/").find(letter) != std::string_view::npos) letter = ' ';
-    }
-    std::istringstream words(row);
-    for (std::string word; words >> word;) {
-      values.push_back(valueFromText(word, head.type, lines));
-    }
-  }
-  return values;
-}
-
-/// What a scenario calls a type of the dump; empty where it knows none.
-std::string_view itemType(std::string_view type) {
-  if (type == "byte") return "uint8";
-  const bool isKnown = type == "int32" || type == "int64" || type == "float" || type == "rational";
-  return isKnown ? type : "";
-}
-
-/// The values in groups of `size`, an item each.
-Json grouped(const Json& values, std::size_t size) {
-  Json items = Json::array();
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    if (i % size == 0) items.push_back(Json::array());
-    items.back().push_back(values[i]);
-  }
-  return items;
-}
-
-/// The items of an entry, in the short form where they are of the catalogue's type.
-Json entryJson(const EntryHead& head, const Json& values) {
-  const hesk::TagDescription* info = hesk::findTag(head.tag);
-  std::string_view type = itemType(head.type);
-  Json items = values;
-  if (type == "rational") items = grouped(values, 2);
-  // A dump shows a rectangle as its numbers.
-  if (info != nullptr && info->type == "rect" && type == "int32" && head.count % 4 == 0) {
-    type = "rect";
-    items = grouped(values, 4);
-  }
-  if (info == nullptr || info->type != type) return {{"type", type}, {"items", items}};
-  return items.size() == 1 ? items.front() : items;
-}
-
-/// How many entries the first line announces: "Camera metadata: 12 entries".
-std::size_t announcedEntries(Lines& lines) {
-  const std::string_view line = lines.next().value_or("");
-  const std::size_t colon = line.find(": ");
-  if (colon != std::string_view::npos) {
-    if (const auto count = numberBefore<std::size_t>(line.substr(colon + 2), " entr")) {
-      return *count;
-    }
-  }
-  lines.fail("no dump of metadata, which begins with the number of its entries");
-}
-
-/// The head of the next entry; what else a phone says before it is passed over.
-std::optional<EntryHead> nextEntry(Lines& lines) {
-  while (const auto line = lines.next()) {
-    if (const auto head = entryHead(*line)) return head;
-  }
-  return {};
+  dump.entry.reset();
 }
 
 }  // namespace
 
-Json metadataFromDump(std::string_view text, std::ostream& notes) {
-  Lines lines(text);
-  Json metadata = Json::object();
-  for (std::size_t missing = announcedEntries(lines); missing > 0; --missing) {
-    const auto head = nextEntry(lines);
-    if (!head) lines.fail("entries missing: " + std::to_string(missing));
-    if (head->type == "double") {
-      notes << "left out, of doubles: " << tagText(head->tag) << '\n';
-      valuesOf({.tag = head->tag, .type = "float", .count = head->count}, lines);
-      continue;
-    }
-    if (itemType(head->type).empty()) lines.fail("unknown type " + jsonText(head->type));
-    metadata[tagText(head->tag)] = entryJson(*head, valuesOf(*head, lines));
-  }
-  return metadata;
-}
+DumpsOfText dumpsIn(std::string_view text) { return DumpFinder().find(text); }
 
 }  // namespace camhook

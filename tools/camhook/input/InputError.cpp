@@ -1,38 +1,82 @@
 #include "tools/camhook/input/InputError.h"
 
-#include <array>
-#include <cstdio>
+#include <algorithm>
+#include <tuple>
+#include <utility>
 
 namespace camhook {
+namespace {
 
-std::string printable(std::string_view text) {
-  std::string shown;
-  for (const char letter : text) {
-    const auto code = static_cast<unsigned char>(letter);
-    if (code >= 0x20 && code != 0x7f) {
-      shown += letter;
-    } else {
-      std::array<char, 8> escape{};
-      std::snprintf(escape.data(), escape.size(), "\\u%04x", unsigned{code});
-      shown += escape.data();
+/// A line of at most `Faults::kMostColumns`; the problem matters most, then the end of the place
+/// and of the file's name.
+std::string lineOf(std::string_view file, std::string_view what, const Fault& fault) {
+  constexpr std::size_t kMostOfFile = 50;
+  constexpr std::size_t kMostOfPlace = 60;
+  std::string name(file);
+  std::string place = fault.place;
+  const auto line = [&] {
+    std::string text = name;
+    if (fault.line > 0) {
+      if (!text.empty()) text += ':';
+      text += std::to_string(fault.line) + ':' + std::to_string(fault.column);
     }
+    if (!text.empty()) text += ": ";
+    text += what;
+    if (!place.empty()) text += place + ": ";
+    return text + fault.problem;
+  };
+  if (columnsOf(line()) > Faults::kMostColumns) {
+    name = cutInFront(file, kMostOfFile);
+    place = cutInFront(fault.place, kMostOfPlace);
   }
-  return shown;
+  return cutBehind(line(), Faults::kMostColumns);
 }
 
-std::string Place::text() const {
-  if (mAround == nullptr) return {};
-  std::string around = mAround->text();
-  if (const auto* index = std::get_if<std::size_t>(&mStep)) {
-    return around + "[" + std::to_string(*index) + "]";
+}  // namespace
+
+void Faults::add(Fault fault) {
+  ++mCount;
+  if (mShown.size() < kMostShown) mShown.push_back(std::move(fault));
+}
+
+std::string Faults::lines(std::string_view file, std::string_view what) const {
+  std::vector<Fault> ordered = mShown;
+  std::ranges::stable_sort(ordered, {},
+                           [](const Fault& fault) { return std::tuple(fault.line, fault.column); });
+  std::string text;
+  for (const Fault& fault : ordered) {
+    if (!text.empty()) text += '\n';
+    text += lineOf(file, what, fault);
   }
-  if (!around.empty()) around += '.';
-  return around + printable(std::get<std::string_view>(mStep));
+  if (mCount > mShown.size()) {
+    const std::string rest = "and " + std::to_string(mCount - mShown.size()) + " more";
+    text += '\n' + lineOf(file, what, {.problem = rest});
+  }
+  return text;
+}
+
+InputError::InputError(const std::string& problem)
+    : std::runtime_error(cutBehind(problem, Faults::kMostColumns)) {
+  mFaults.add({.problem = problem});
+}
+
+InputError::InputError(Faults faults, std::string_view file)
+    : std::runtime_error(faults.lines(file)), mFaults(std::move(faults)) {}
+
+Place Place::operator[](std::string_view key) const {
+  Place place;
+  place.mText = mText + (mText.empty() ? "" : ".") + printable(key);
+  return place;
+}
+
+Place Place::operator[](std::size_t index) const {
+  Place place;
+  place.mText = mText + '[' + std::to_string(index) + ']';
+  return place;
 }
 
 void Place::fail(const std::string& problem) const {
-  const std::string place = text();
-  throw InputError(place.empty() ? problem : place + ": " + problem);
+  throw InputError(mText.empty() ? problem : mText + ": " + problem);
 }
 
 }  // namespace camhook

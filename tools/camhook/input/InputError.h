@@ -6,39 +6,74 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <variant>
+#include <vector>
+
+#include "tools/camhook/input/PlainText.h"
 
 namespace camhook {
 
-/// The input cannot be used. `what()` is one line: "calls[3].meta.HESK_CONTROL_FOO: unknown tag".
-class InputError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
+/// Something that is wrong at one place of a file.
+struct Fault {
+  std::size_t line = 0;  // from 1; 0: nobody knows
+  std::size_t column = 0;
+  std::string place = {};  // in the document: "calls[3].meta"; empty for the document itself
+  std::string problem = {};
 };
 
-/// A text for a message: control characters stand as "\u000a".
-std::string printable(std::string_view text);
+/// The first of the things that are wrong with a file, and how many there are.
+class Faults {
+ public:
+  static constexpr std::size_t kMostShown = 20;
+  static constexpr std::size_t kMostColumns = 200;
 
-/// A place in a JSON document: a key or an index, and the place around it, which must outlive it.
+  [[nodiscard]] bool isEmpty() const { return mCount == 0; }
+
+  /// Whether another one is merely counted.
+  [[nodiscard]] bool isFull() const { return mShown.size() == kMostShown; }
+
+  /// `fault` is left out where they are full.
+  void add(Fault fault);
+
+  [[nodiscard]] const std::vector<Fault>& shown() const { return mShown; }
+
+  /// A line each, "FILE:12:9: calls[3].meta.FOO: unknown tag", in the order of the file, and one
+  /// that says how many more there are. `what` stands behind the place in the file. None is wider
+  /// than `kMostColumns`.
+  [[nodiscard]] std::string lines(std::string_view file, std::string_view what = "") const;
+
+ private:
+  std::vector<Fault> mShown;
+  std::size_t mCount = 0;
+};
+
+/// The input cannot be used. `what()` is a line for each thing that is wrong with it, the file in
+/// front where it is known.
+class InputError : public std::runtime_error {
+ public:
+  explicit InputError(const std::string& problem);
+  explicit InputError(Faults faults, std::string_view file = {});
+
+  [[nodiscard]] const Faults& faults() const { return mFaults; }
+
+ private:
+  Faults mFaults;
+};
+
+/// A place in a document of which nothing else is left than its values.
 class Place {
  public:
   Place() = default;  // the document itself
 
-  [[nodiscard]] Place operator[](std::string_view key) const { return Place(this, key); }
-  [[nodiscard]] Place operator[](std::size_t index) const { return Place(this, index); }
+  Place operator[](std::string_view key) const;
+  Place operator[](std::size_t index) const;
 
   /// "calls[3].meta"; empty for the document itself.
-  [[nodiscard]] std::string text() const;
+  [[nodiscard]] const std::string& text() const { return mText; }
 
   [[noreturn]] void fail(const std::string& problem) const;
 
  private:
-  using Step = std::variant<std::string_view, std::size_t>;
-
-  Place(const Place* around, Step step) : mAround(around), mStep(step) {}
-
-  const Place* mAround = nullptr;
-  Step mStep;
+  std::string mText;
 };
 
 }  // namespace camhook

@@ -5,195 +5,187 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <iterator>
-#include <limits>
 #include <ostream>
-#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/NumberText.h"
-#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Document.h"
+#include "tools/camhook/input/JsonLine.h"
 
 namespace camhook {
 namespace {
 
 constexpr std::size_t kLineWidth = 100;
 constexpr std::size_t kIndentStep = 2;
-constexpr std::size_t kDeepestNesting = 100;
 
-/// Follows the parser through the document. Notices a key that stands twice in one object, of which
-/// the parser would take the last.
-class DocumentWalk {
- public:
-  void onEvent(Json::parse_event_t event, const Json& parsed) {
-    switch (event) {
-      case Json::parse_event_t::object_start: open(false); break;
-      case Json::parse_event_t::key: onKey(parsed.get_ref<const std::string&>()); break;
-      case Json::parse_event_t::array_start: open(true); break;
-      case Json::parse_event_t::object_end:
-      case Json::parse_event_t::array_end:
-        mOpen.pop_back();
-        countItem();
-        break;
-      case Json::parse_event_t::value: countItem(); break;
-    }
-  }
-
-  /// Throws InputError for the value that the parser is at.
-  [[noreturn]] void fail(const std::string& problem) const { failBelow(0, Place(), problem); }
-
- private:
-  struct Level {
-    bool isArray = false;
-    std::size_t index = 0;
-    std::string key;
-    std::set<std::string> keys;
-  };
-
-  void open(bool isArray) {
-    if (mOpen.size() == kDeepestNesting) fail("nested too deep");
-    mOpen.emplace_back().isArray = isArray;
-  }
-
-  void countItem() {
-    if (!mOpen.empty() && mOpen.back().isArray) ++mOpen.back().index;
-  }
-
-  void onKey(const std::string& key) {
-    mOpen.back().key = key;
-    if (!mOpen.back().keys.insert(key).second) fail("given twice");
-  }
-
-  [[noreturn]] void failBelow(std::size_t level, const Place& place,
-                              const std::string& problem) const {
-    if (level == mOpen.size()) place.fail(problem);
-    const Level& at = mOpen[level];
-    failBelow(level + 1, at.isArray ? place[at.index] : place[at.key], problem);
-  }
-
-  std::vector<Level> mOpen;
+/// A list or an object in a line of JSON.
+struct Structure {
+  std::size_t end = 0;     // behind its bracket
+  std::size_t depth = 0;   // of structures, itself included; an object counts twice
+  std::size_t behind = 0;  // the next structure that is not in it
 };
 
-std::string lineAndColumn(std::string_view text, std::size_t byte) {
-  const std::string_view before = text.substr(0, std::min(text.size(), byte > 0 ? byte - 1 : 0));
-  const auto line = 1 + std::ranges::count(before, '\n');
-  const std::size_t newline = before.rfind('\n');
-  const std::size_t column =
-      newline == std::string_view::npos ? before.size() + 1 : before.size() - newline;
-  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+/// Behind the text that begins here.
+std::size_t endOfText(std::string_view line, std::size_t at) {
+  const auto isEscaped = [line](std::size_t quote) {
+    return (quote - line.find_last_not_of('\\', quote - 1)) % 2 == 0;
+  };
+  do {
+    at = line.find('"', at + 1);
+  } while (isEscaped(at));
+  return at + 1;
 }
 
-bool needsNoEscape(const std::string& text) {
-  return std::ranges::all_of(text, [](char letter) {
-    return letter >= 0x20 && letter < 0x7f && letter != '"' && letter != '\\';
-  });
-}
-
-/// As `dump` has it, which sets itself up anew for every value: the common ones are written here.
-std::string onOneLine(const Json& value) {
-  if (value.is_number_unsigned()) return std::to_string(value.get<std::uint64_t>());
-  if (value.is_number_integer()) return std::to_string(value.get<std::int64_t>());
-  if (value.is_string()) {
-    const auto& text = value.get_ref<const std::string&>();
-    if (needsNoEscape(text)) return '"' + text + '"';
-  }
-  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
-/// Appends a value on one line; cuts it short once the text is longer than `most`.
-void appendSpaced(std::string& text, const Json& value, std::size_t most) {
-  if (!value.is_structured()) {
-    text += onOneLine(value);
-    return;
-  }
-  text += value.is_object() ? '{' : '[';
-  for (auto item = value.begin(); item != value.end(); ++item) {
-    if (item != value.begin()) text += ", ";
-    if (value.is_object()) text.append(onOneLine(item.key())).append(": ");
-    appendSpaced(text, item.value(), most);
-    if (text.size() > most) return;
-  }
-  text += value.is_object() ? '}' : ']';
-}
-
-std::string spaced(const Json& value, std::size_t most) {
-  std::string text;
-  appendSpaced(text, value, most);
-  return text;
-}
-
-/// Whether a value is a list whose items are too small for lines of their own: numbers, texts, or
-/// lists of those.
-bool isListOfItems(const Json& value) {
-  return value.is_array() && std::ranges::all_of(value, [](const Json& item) {
-           return !item.is_object() &&
-                  (!item.is_array() || std::ranges::none_of(item, &Json::is_structured));
-         });
-}
-
-/// As many items on each line as fit.
-void writeFilled(std::ostream& out, const Json& list, std::size_t indent) {
-  const std::string margin(indent + kIndentStep, ' ');
-  std::string line;
-  out << '[';
-  for (auto item = list.begin(); item != list.end(); ++item) {
-    std::string text = lineOfJson(*item);
-    if (std::next(item) != list.end()) text += ',';
-    if (line.empty() || line.size() + 1 + text.size() > kLineWidth) {
-      out << line << '\n';
-      line = margin + text;
-    } else {
-      line += ' ' + text;
+/// The structures of a line, in the order of their beginnings.
+std::vector<Structure> structuresOf(std::string_view line) {
+  std::vector<Structure> structures;
+  std::vector<std::size_t> open;
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    const char letter = line[at];
+    if (letter == '"') {
+      at = endOfText(line, at) - 1;
+    } else if (letter == '{' || letter == '[') {
+      open.push_back(structures.size());
+      structures.push_back({.depth = letter == '{' ? std::size_t{2} : std::size_t{1}});
+    } else if (letter == '}' || letter == ']') {
+      Structure& ended = structures[open.back()];
+      ended.end = at + 1;
+      ended.behind = structures.size();
+      open.pop_back();
+      if (open.empty()) continue;
+      Structure& around = structures[open.back()];
+      around.depth = std::max(around.depth, ended.depth + 1);
     }
   }
-  out << line << '\n' << std::string(indent, ' ') << ']';
+  return structures;
 }
 
-void writeBroken(std::ostream& out, const Json& value, std::size_t indent) {
-  const std::string margin(indent + kIndentStep, ' ');
-  out << (value.is_object() ? "{" : "[");
-  for (auto item = value.begin(); item != value.end(); ++item) {
-    out << (item != value.begin() ? ",\n" : "\n") << margin;
-    if (value.is_object()) out << onOneLine(item.key()) << ": ";
-    writeJson(out, item.value(), indent + kIndentStep);
+/// Breaks a line of JSON into lines for people.
+class Layout {
+ public:
+  explicit Layout(std::string_view line) : mLine(line), mStructures(structuresOf(line)) {}
+
+  std::string broken(std::size_t indent) {
+    write(indent);
+    return std::move(mText);
   }
-  out << '\n' << std::string(indent, ' ') << (value.is_object() ? '}' : ']');
-}
+
+ private:
+  [[nodiscard]] bool isAtStructure() const { return mLine[mAt] == '{' || mLine[mAt] == '['; }
+
+  [[nodiscard]] std::size_t endOfValue() const {
+    if (isAtStructure()) return mStructures[mNext].end;
+    if (mLine[mAt] == '"') return endOfText(mLine, mAt);
+    return std::min(mLine.find_first_of(",]}", mAt), mLine.size());
+  }
+
+  /// A list whose items are too small for lines of their own: numbers, texts, or lists of those.
+  [[nodiscard]] bool isAtListOfItems() const {
+    return mLine[mAt] == '[' && mStructures[mNext].depth <= 2;
+  }
+
+  std::string_view takeValue() {
+    const std::size_t end = endOfValue();
+    if (isAtStructure()) mNext = mStructures[mNext].behind;
+    const std::size_t begin = std::exchange(mAt, end);
+    return mLine.substr(begin, end - begin);
+  }
+
+  void enter() {
+    mText += mLine[mAt++];
+    ++mNext;
+  }
+
+  void leave(std::size_t indent) {
+    startLine(indent);
+    mText += mLine[mAt++];
+  }
+
+  /// Passes over the comma behind an item. False: it was the last one.
+  bool passComma() {
+    if (mLine[mAt] != ',') return false;
+    mText += ',';
+    mAt += 2;
+    return true;
+  }
+
+  void startLine(std::size_t indent) { mText.append(1, '\n').append(indent, ' '); }
+
+  void write(std::size_t indent) {
+    const std::size_t size = endOfValue() - mAt;
+    if (!isAtStructure() || size == 2 || indent + size < kLineWidth) {
+      mText += takeValue();
+    } else if (isAtListOfItems()) {
+      writeFilled(indent);
+    } else {
+      writeBroken(indent);
+    }
+  }
+
+  /// As many items on each line as fit.
+  void writeFilled(std::size_t indent) {
+    enter();
+    std::size_t column = kLineWidth;
+    do {
+      const std::string_view item = takeValue();
+      const std::size_t width = item.size() + (mLine[mAt] == ',' ? 1 : 0);
+      if (column + 1 + width > kLineWidth) {
+        column = indent + kIndentStep;
+        startLine(column);
+      } else {
+        ++column;
+        mText += ' ';
+      }
+      column += width;
+      mText += item;
+    } while (passComma());
+    leave(indent);
+  }
+
+  void writeBroken(std::size_t indent) {
+    const bool isObject = mLine[mAt] == '{';
+    enter();
+    do {
+      startLine(indent + kIndentStep);
+      if (isObject) mText.append(takeValue()).append(": ");
+      if (isObject) mAt += 2;
+      write(indent + kIndentStep);
+    } while (passComma());
+    leave(indent);
+  }
+
+  std::string_view mLine;
+  std::vector<Structure> mStructures;
+  std::size_t mAt = 0;    // in the line
+  std::size_t mNext = 0;  // the structure that begins there or behind
+  std::string mText;
+};
 
 }  // namespace
 
 Json parseJson(std::string_view text) {
-  DocumentWalk walk;
-  try {
-    return Json::parse(text, [&](int /*depth*/, Json::parse_event_t event, Json& parsed) {
-      walk.onEvent(event, parsed);
-      return true;
-    });
-  } catch (const Json::parse_error& error) {
-    // The parser's text names its own error number and position first; what is wrong stands last.
-    const std::string_view problem = error.what();
-    const std::size_t at = problem.find(": ");
-    throw InputError(lineAndColumn(text, error.byte) + ": not JSON: " +
-                     std::string(problem.substr(at == std::string_view::npos ? 0 : at + 2)));
-  } catch (const Json::out_of_range&) {
-    walk.fail("no number is this large");
-  }
+  Faults faults;
+  const Document document(text, faults);
+  Json json;
+  if (document.isWhole()) json = document.root().json();
+  if (!faults.isEmpty()) throw InputError(faults);
+  return json;
+}
+
+std::string brokenJson(std::string_view line, std::size_t indent) {
+  return Layout(line).broken(indent);
 }
 
 void writeJson(std::ostream& out, const Json& value, std::size_t indent) {
-  const std::string line = spaced(value, kLineWidth);
-  if (!value.is_structured() || value.empty() || indent + line.size() < kLineWidth) {
-    out << line;
-  } else if (isListOfItems(value)) {
-    writeFilled(out, value, indent);
-  } else {
-    writeBroken(out, value, indent);
-  }
+  out << brokenJson(lineOfJson(value), indent);
 }
 
 std::string lineOfJson(const Json& value) {
-  return spaced(value, std::numeric_limits<std::size_t>::max());
+  JsonLine line;
+  line.add(value);
+  return line.line();
 }
 
 Json jsonFromFloat(float value) {
@@ -204,7 +196,11 @@ Json jsonFromFloat(float value) {
   return hesk::leadingNumber<double>({digits.data(), end}).value();
 }
 
-std::string jsonText(std::string_view text) { return onOneLine(Json(text)); }
+std::string jsonText(std::string_view text) {
+  JsonLine line;
+  line.add(text);
+  return line.line();
+}
 
 std::string hexadecimal(std::uint32_t value) {
   std::array<char, 8> digits{};

@@ -13,14 +13,17 @@ namespace camhook {
 /// Objects keep the order of their keys.
 using Json = nlohmann::ordered_json;
 
-/// Parses a document. Throws InputError, with line and column, or with the place of a key that an
-/// object has twice, of a number beyond all types or of a nesting beyond sense.
+/// Parses a document. Throws InputError, which names the places of what is wrong: also keys that an
+/// object has twice, numbers beyond all types and nesting beyond sense.
 Json parseJson(std::string_view text);
 
 /// Writes a value so that people can read it: what fits stands on one line, what does not is broken
 /// into its members, a list of numbers into full lines. `indent` is the column at which the value
 /// begins.
 void writeJson(std::ostream& out, const Json& value, std::size_t indent = 0);
+
+/// The same of a value that stands on one line.
+std::string brokenJson(std::string_view line, std::size_t indent);
 
 /// A value on one line, with a blank behind every comma and colon.
 std::string lineOfJson(const Json& value);

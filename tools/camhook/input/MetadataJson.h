@@ -8,6 +8,7 @@
 #include "platform/IMetadata.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 
 namespace camhook {
 
@@ -20,17 +21,20 @@ NSCam::IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, cons
 /// Reads a tag: a catalogue name or a hexadecimal text. Throws InputError.
 std::uint32_t tagFromText(const std::string& text, const Place& place);
 
-/// The same for an argument that is wider than a tag.
-std::uint64_t wideTagFromText(const std::string& text, const Place& place);
-
 /// Every entry that holds an item in its long form, ordered by tag.
-Json jsonFromMetadata(const NSCam::IMetadata& metadata);
+void addMetadata(JsonLine& line, const NSCam::IMetadata& metadata);
 
 /// The long form of an entry that holds an item.
+void addEntry(JsonLine& line, const NSCam::IMetadata::IEntry& entry);
+
+/// The same as a value.
 Json jsonFromEntry(const NSCam::IMetadata::IEntry& entry);
 
 /// The items of an entry, as a trace lists them.
 Json jsonFromItems(const NSCam::IMetadata::IEntry& entry);
+
+/// Whether two entries look the same in JSON: 0 is not -0, and one NaN is like another.
+bool areSame(const NSCam::IMetadata::IEntry& left, const NSCam::IMetadata::IEntry& right);
 
 /// The tag's catalogue name, in hexadecimal where it has none.
 std::string tagText(std::uint32_t tag);
@@ -42,11 +46,5 @@ T integerFromJson(const Json& json, const Place& place);
 
 /// A float: a number, or "inf", "-inf", "nan". Throws InputError where it does not fit.
 float floatFromJson(const Json& json, const Place& place);
-
-/// A size: [width, height]. Throws InputError.
-NSCam::MSize sizeFromJson(const Json& json, const Place& place);
-
-/// A rectangle: [x, y, width, height]. Throws InputError.
-NSCam::MRect rectFromJson(const Json& json, const Place& place);
 
 }  // namespace camhook

@@ -1,37 +1,83 @@
 #include "tools/camhook/input/ObjectReader.h"
 
-#include <algorithm>
+#include <charconv>
+#include <ctime>
+#include <iomanip>
+#include <sstream>
+#include <system_error>
 
 namespace camhook {
 
-ObjectReader::ObjectReader(const Json& json, const Place& place,
-                           std::span<const std::string_view> known)
-    : mJson(json), mPlace(place) {
-  if (!json.is_object()) place.fail("must be an object");
-  for (const auto& [key, value] : json.items()) {
-    if (std::ranges::find(known, key) == known.end()) place[key].fail("unknown key");
+/// A time as it stands on a calendar and a clock.
+void ObjectReader::read(const Value& value, std::optional<std::tm>& target) const {
+  constexpr const char* kFormat = "%Y-%m-%dT%H:%M:%S";
+  constexpr std::size_t kLength = 19;
+
+  if (value.isText() && value.text().size() == kLength) {
+    std::tm time{};
+    std::istringstream in{std::string(value.text())};
+    in >> std::get_time(&time, kFormat);
+    std::ostringstream again;
+    again << std::put_time(&time, kFormat);
+    // Through UTC, so that days that no month has are noticed and no time zone gets in the way.
+    std::tm normal = time;
+    const bool onCalendar = timegm(&normal) != -1 && normal.tm_mday == time.tm_mday;
+    if (in && again.str() == value.text() && onCalendar) {
+      target = normal;
+      return;
+    }
+  }
+  value.failUnless("a time such as \"2021-03-04T05:06:07\"");
+}
+
+void ObjectReader::read(const Value& value, MetadataArgument& target) const {
+  if (value.isNull()) return;
+  readMetadata(value, mContainers == Containers::made ? &target.emplace() : nullptr);
+}
+
+void ObjectReader::read(const Value& value, DefaultShading& target) const {
+  target.isThere = !value.isNull();
+  if (target.isThere) readMetadata(value, &target.values);
+}
+
+void ObjectReader::read(const Value& value, NamedTexts& target) const {
+  if (!value.isObject()) return value.failUnless("an object from text to text");
+  value.forEachMember([&](const Value& key, const Value& member) {
+    readValue(member, target.texts[std::string(key.text())]);
+  });
+}
+
+void ObjectReader::read(const Value& value,
+                        std::map<std::int32_t, host::DeviceConfig>& target) const {
+  if (!value.isObject()) return value.failUnless("an object from device number to device");
+  value.forEachMember([&](const Value& key, const Value& device) {
+    std::int32_t id = 0;
+    const char* const end = key.text().data() + key.text().size();
+    const auto [stop, error] = std::from_chars(key.text().data(), end, id);
+    if (error != std::errc() || stop != end || std::to_string(id) != key.text()) {
+      key.fail("a device's key is its number");
+    }
+    read(device, target[id]);
+  });
+}
+
+void ObjectReader::read(const Value& value, WideTag& target) const {
+  if (!value.isText()) return value.failUnless("a text");
+  const auto tag = wideTagFrom(value.text());
+  if (!tag) value.fail("unknown tag " + value.shown() + nearTags(value.text()));
+  target.tag = tag.value_or(0);
+}
+
+void ObjectReader::read(const Value& value, BlockSize& target) const {
+  readValue(value, target.bytes);
+  if (target.bytes > BlockSize::kMost) {
+    value.fail("a block has at most " + std::to_string(BlockSize::kMost) + " bytes, not " +
+               value.shown());
   }
 }
 
-const Json* ObjectReader::find(std::string_view key) const {
-  const auto found = mJson.find(key);
-  return found != mJson.end() ? &*found : nullptr;
-}
-
-const Json& ObjectReader::at(std::string_view key) const {
-  const Json* member = find(key);
-  if (member == nullptr) mPlace[key].fail("missing");
-  return *member;
-}
-
-void ObjectReader::fromJson(bool& value, const Json& json, const Place& place) {
-  if (!json.is_boolean()) place.fail("must be true or false");
-  value = json.get<bool>();
-}
-
-void ObjectReader::fromJson(std::string& value, const Json& json, const Place& place) {
-  if (!json.is_string()) place.fail("must be a text");
-  value = json.get<std::string>();
+void ObjectReader::read(const Value& value, ScenarioFrame::Calls& /*target*/) const {
+  if (!value.isList()) value.failUnless("a list");
 }
 
 }  // namespace camhook

@@ -1,88 +1,116 @@
-// One object of a scenario, read key by key.
+// Reads the objects of a scenario into what `keysOf` says of them.
 
 #pragma once
 
+#include <cstddef>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "tools/camhook/input/InputError.h"
-#include "tools/camhook/input/Json.h"
-#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/Document.h"
+#include "tools/camhook/input/MetadataReader.h"
+#include "tools/camhook/input/NearNames.h"
+#include "tools/camhook/input/ScenarioKeys.h"
+#include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
 
+/// What becomes of the containers that calls are handed.
+enum class Containers {
+  checked,  // none is made
+  made,
+};
+
+/// The visitor of `keysOf` that reads one object. What is wrong with it fails.
 class ObjectReader {
  public:
-  /// Checks that `json` is an object that holds no key but `known`. Throws InputError.
-  ObjectReader(const Json& json, const Place& place, std::span<const std::string_view> known);
+  ObjectReader(const Value& object, Containers containers)
+      : mObject(object), mContainers(containers) {}
 
-  [[nodiscard]] const Place& place() const { return mPlace; }
-
-  /// The member `key`, null where it is absent.
-  [[nodiscard]] const Json* find(std::string_view key) const;
-
-  /// The member `key`. Throws InputError where it is absent.
-  [[nodiscard]] const Json& at(std::string_view key) const;
-
-  /// Hands the member `key` and its place to `use`, where it is there.
-  template <typename Use>
-  void ifPresent(std::string_view key, Use use) const {
-    if (const Json* member = find(key)) use(*member, mPlace[key]);
+  template <typename T>
+  void must(std::string_view key, T&& target, std::string_view /*meaning*/ = {}) {
+    if (!readMember(key, target)) mObject.failAt(key, "missing");
   }
 
-  /// Reads the member `key`, where it is there, into `target`.
   template <typename T>
-  void readInto(T& target, std::string_view key) const {
-    ifPresent(key, [&](const Json& json, const Place& place) { fromJson(target, json, place); });
+  void may(std::string_view key, T&& target, std::string_view /*meaning*/ = {}) {
+    readMember(key, target);
   }
 
-  /// Reads the member `key`. Throws InputError where it is absent.
+  /// Reads what `keysOf` lists; no other key may stand there but `besides`.
   template <typename T>
-  [[nodiscard]] T required(std::string_view key) const {
-    T value{};
-    fromJson(value, at(key), mPlace[key]);
-    return value;
+  void readAll(T& target, std::string_view besides = {}) {
+    if (!besides.empty()) ++mRead;
+    keysOf(*this, target);
+    if (mRead != mObject.size()) failUnknownKeys(target, besides);
   }
 
  private:
-  static void fromJson(bool& value, const Json& json, const Place& place);
-  static void fromJson(std::string& value, const Json& json, const Place& place);
-  static void fromJson(float& value, const Json& json, const Place& place) {
-    value = floatFromJson(json, place);
-  }
-  static void fromJson(std::int32_t& value, const Json& json, const Place& place) {
-    value = integerFromJson<std::int32_t>(json, place);
-  }
-  static void fromJson(std::uint32_t& value, const Json& json, const Place& place) {
-    value = integerFromJson<std::uint32_t>(json, place);
-  }
-  static void fromJson(std::int64_t& value, const Json& json, const Place& place) {
-    value = integerFromJson<std::int64_t>(json, place);
-  }
-  static void fromJson(std::uint64_t& value, const Json& json, const Place& place) {
-    value = integerFromJson<std::uint64_t>(json, place);
-  }
-  static void fromJson(NSCam::MSize& value, const Json& json, const Place& place) {
-    value = sizeFromJson(json, place);
-  }
-  static void fromJson(NSCam::MRect& value, const Json& json, const Place& place) {
-    value = rectFromJson(json, place);
-  }
-  static void fromJson(NSCam::IMetadata& value, const Json& json, const Place& place) {
-    value = metadataFromJson(json, place);
-  }
-
-  /// Null is no value.
   template <typename T>
-  static void fromJson(std::optional<T>& value, const Json& json, const Place& place) {
-    value.reset();
-    if (!json.is_null()) fromJson(value.emplace(), json, place);
+  bool readMember(std::string_view key, T& target) {
+    const std::optional<Value> member = mObject.find(key);
+    if (!member) return false;
+    ++mRead;
+    read(*member, target);
+    return true;
   }
 
-  const Json& mJson;
-  const Place& mPlace;
+  template <typename T>
+  void failUnknownKeys(T& target, std::string_view besides) const {
+    KeyNames known;
+    keysOf(known, target);
+    mObject.forEachMember([&](const Value& key, const Value&) {
+      if (key.text() == besides ||
+          std::ranges::find(known.names(), key.text()) != known.names().end()) {
+        return;
+      }
+      key.fail("unknown key" + nearNames(key.text(), known.names()));
+    });
+  }
+
+  template <typename T>
+  requires requires(const Value& value, T& target) { readValue(value, target); }
+  void read(const Value& value, T& target) const { readValue(value, target); }
+
+  template <ScenarioObject T>
+  void read(const Value& value, T& target) const {
+    if (!value.isObject()) return value.failUnless("an object");
+    ObjectReader(value, mContainers).readAll(target);
+  }
+
+  template <typename T>
+  void read(const Value& value, std::vector<T>& target) const {
+    if (!value.isList()) return value.failUnless("a list");
+    value.forEachItem([&](const Value& item) { read(item, target.emplace_back()); });
+  }
+
+  template <typename T, std::size_t Size>
+  void read(const Value& value, Row<T, Size>& target) const {
+    if (!value.isList()) return value.failUnless("a list");
+    if (value.size() > Size) return value.failUnless("at most " + std::to_string(Size) + " items");
+    std::size_t count = 0;
+    value.forEachItem([&](const Value& item) { read(item, target.items.at(count++)); });
+  }
+
+  template <typename T>
+  void read(const Value& value, std::optional<T>& target) const {
+    read(value, target.emplace());
+  }
+
+  void read(const Value& value, std::optional<std::tm>& target) const;
+  void read(const Value& value, NSCam::IMetadata& target) const { readMetadata(value, &target); }
+  void read(const Value& value, MetadataArgument& target) const;
+  void read(const Value& value, DefaultShading& target) const;
+  void read(const Value& value, NamedTexts& target) const;
+  void read(const Value& value, std::map<std::int32_t, host::DeviceConfig>& target) const;
+  void read(const Value& value, WideTag& target) const;
+  void read(const Value& value, BlockSize& target) const;
+  void read(const Value& value, ScenarioFrame::Calls& target) const;
+
+  Value mObject;
+  Containers mContainers;
+  std::size_t mRead = 0;
 };
 
 }  // namespace camhook

@@ -21,6 +21,7 @@ using MetadataArgument = std::optional<NSCam::IMetadata>;
 
 struct CreateInstance {
   static constexpr std::string_view kName = "createInstance";
+  static constexpr std::string_view kMeaning = "Obtains the updater of a sensor";
   std::int32_t sensor = 0;
 };
 
@@ -33,6 +34,7 @@ struct UpdateSessionParams {
   };
 
   static constexpr std::string_view kName = "updateSessionParams";
+  static constexpr std::string_view kMeaning = "The session hook";
   std::int32_t sensor = 0;
   MetadataArgument meta;
   std::vector<Stream> streams;  // no two of one id
@@ -40,6 +42,7 @@ struct UpdateSessionParams {
 
 struct UpdateRequestMeta {
   static constexpr std::string_view kName = "updateRequestMeta";
+  static constexpr std::string_view kMeaning = "The request hook";
   std::int32_t sensor = 0;
   std::uint32_t requestNo = 0;
   MetadataArgument meta;
@@ -47,6 +50,7 @@ struct UpdateRequestMeta {
 
 struct UpdateResultMeta {
   static constexpr std::string_view kName = "updateResultMeta";
+  static constexpr std::string_view kMeaning = "The result hook";
   std::int32_t sensor = 0;
   std::uint32_t requestNo = 0;
   MetadataArgument meta;
@@ -54,6 +58,8 @@ struct UpdateResultMeta {
 
 struct DecideSensorScenario {
   static constexpr std::string_view kName = "decideSensorScenario";
+  static constexpr std::string_view kMeaning =
+      "The sensor scenario for a stream configuration, whose main output has that size";
   std::int32_t sensor = 0;
   MetadataArgument meta;
   bool video = false;
@@ -63,6 +69,7 @@ struct DecideSensorScenario {
 
 struct UpdateCaptureRawParameter {
   static constexpr std::string_view kName = "updateCaptureRawParameter";
+  static constexpr std::string_view kMeaning = "The capture hook";
   std::int32_t sensor = 0;
   MetadataArgument app;
   MetadataArgument hal;
@@ -71,6 +78,8 @@ struct UpdateCaptureRawParameter {
 
 struct UpdateTuningData {
   static constexpr std::string_view kName = "updateTuningData";
+  static constexpr std::string_view kMeaning =
+      "The export of tuning data: a block of that many bytes";
   std::int32_t sensor = 0;
   MetadataArgument meta;
   std::uint32_t size = 0;  // of the block that is handed, in bytes
@@ -78,6 +87,7 @@ struct UpdateTuningData {
 
 struct TranslateResultRegion {
   static constexpr std::string_view kName = "translateResultRegionForHesk";
+  static constexpr std::string_view kMeaning = "Detected regions move between cameras";
   std::int32_t sensor = 0;
   MetadataArgument meta;
   float value = 0;
@@ -87,6 +97,7 @@ struct TranslateResultRegion {
 
 struct SetPreviewSize {
   static constexpr std::string_view kName = "setPreviewSize";
+  static constexpr std::string_view kMeaning = "The preview has this size";
   std::int32_t sensor = 0;
   std::int32_t width = 0;
   std::int32_t height = 0;
@@ -94,6 +105,7 @@ struct SetPreviewSize {
 
 struct MatchAspectRatio {
   static constexpr std::string_view kName = "matchAspectRatio";
+  static constexpr std::string_view kMeaning = "A size fitted to the aspect ratio of another";
   std::int32_t sensor = 0;
   NSCam::MSize reference;
   NSCam::MSize size;
@@ -101,6 +113,7 @@ struct MatchAspectRatio {
 
 struct DumpMetadata {
   static constexpr std::string_view kName = "dumpMetadata";
+  static constexpr std::string_view kMeaning = "The dump of a still capture's metadata to a file";
   std::int32_t sensor = 0;
   MetadataArgument meta;
   std::string name;
@@ -109,12 +122,14 @@ struct DumpMetadata {
 
 struct SetEvent {
   static constexpr std::string_view kName = "setEvent";
+  static constexpr std::string_view kMeaning = "The camera app sets a value of the event store";
   std::string key;
   std::string value;
 };
 
 struct SetProperty {
   static constexpr std::string_view kName = "setProperty";
+  static constexpr std::string_view kMeaning = "A system property gets a value";
   std::string name;
   std::string value;
 };

@@ -1,190 +1,177 @@
 #include "tools/camhook/input/ScenarioReader.h"
 
 #include <set>
-#include <string>
-#include <vector>
+#include <type_traits>
+#include <utility>
+#include <variant>
 
 #include "common/updater/MetadataDump.h"
-#include "tools/camhook/input/InputError.h"
-#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/Doubts.h"
 #include "tools/camhook/input/ObjectReader.h"
 #include "tools/camhook/input/PlatformReader.h"
-#include "tools/camhook/input/ScenarioKeys.h"
 
 namespace camhook {
 namespace {
 
-using Stream = UpdateSessionParams::Stream;
+/// What a call must keep to beyond what its keys say each.
+template <typename CallType>
+void checkTogether(const Value& /*value*/, const CallType& /*call*/) {}
 
-Stream streamFromJson(const Json& json, const Place& place) {
-  const ObjectReader reader(json, place, keysOf("stream"));
-  return {.id = reader.required<std::int64_t>("id"),
-          .usage = reader.required<std::uint64_t>("usage"),
-          .width = reader.required<std::int32_t>("width"),
-          .height = reader.required<std::int32_t>("height")};
-}
-
-std::vector<Stream> streamsFromJson(const Json& json, const Place& place) {
-  if (!json.is_array()) place.fail("must be a list");
-  std::vector<Stream> streams;
+void checkTogether(const Value& value, const UpdateSessionParams& call) {
   std::set<std::int64_t> ids;
-  for (std::size_t i = 0; i < json.size(); ++i) {
-    streams.push_back(streamFromJson(json[i], place[i]));
-    if (!ids.insert(streams.back().id).second) place[i]["id"].fail("this id is given twice");
-  }
-  return streams;
+  std::size_t index = 0;
+  const auto check = [&](const Value& stream) {
+    if (ids.insert(call.streams[index++].id).second) return;
+    stream.failAt("id", "this id is given twice");
+  };
+  const auto streams = value.find("streams");
+  if (streams && streams->size() == call.streams.size()) streams->forEachItem(check);
 }
 
 /// A dump whose label the library has no room for would end the process.
-DumpMetadata dumpFromArguments(const ObjectReader& reader) {
-  DumpMetadata call{.sensor = reader.required<std::int32_t>("sensor"),
-                    .meta = reader.required<MetadataArgument>("meta"),
-                    .name = reader.required<std::string>("name"),
-                    .frame = reader.required<std::int32_t>("frame")};
+void checkTogether(const Value& value, const DumpMetadata& call) {
   hesk::MetadataDumpPath path{};
   const int length =
       hesk::formatMetadataDumpPath(path, call.name.c_str(), call.frame, "YYYYMMDDHHMMSS");
   const int most = static_cast<int>(path.size()) - 1;
-  if (length > most) {
-    reader.place()["name"].fail("too long: the path would have " + std::to_string(length) +
-                                " characters, at most " + std::to_string(most) + " fit");
+  const auto name = value.find("name");
+  if (length > most && name) {
+    name->fail("too long: the path would have " + std::to_string(length) + " characters, at most " +
+               std::to_string(most) + " fit");
+  }
+}
+
+/// A call of the kind that `name` says. None where there is no such call.
+std::optional<Call> emptyCall(std::string_view name) {
+  std::optional<Call> found;
+  forEachCall([&]<typename CallType>(CallType&& call) {
+    if (CallType::kName == name) found = std::forward<CallType>(call);
+  });
+  return found;
+}
+
+/// None where there is no such call.
+std::optional<Call> readCall(const Value& value, Containers containers) {
+  constexpr std::string_view kName = "call";
+  if (!value.isObject()) {
+    value.failUnless("an object");
+    return {};
+  }
+  const std::optional<Value> name = value.find(kName);
+  if (!name) {
+    value.failAt(kName, "missing");
+    return {};
+  }
+  std::optional<Call> call = name->isText() ? emptyCall(name->text()) : std::nullopt;
+  if (!name->isText()) {
+    name->failUnless("a text");
+  } else if (!call) {
+    name->fail("unknown call " + name->shown() + nearNames(name->text(), callNames()));
+  } else {
+    std::visit(
+        [&](auto& concrete) {
+          ObjectReader(value, containers).readAll(concrete, kName);
+          checkTogether(value, concrete);
+        },
+        *call);
   }
   return call;
-}
-
-Call sessionCall(const ObjectReader& reader, std::int32_t sensor) {
-  return UpdateSessionParams{
-      .sensor = sensor,
-      .meta = reader.required<MetadataArgument>("meta"),
-      .streams = streamsFromJson(reader.at("streams"), reader.place()["streams"])};
-}
-
-Call captureCall(const ObjectReader& reader, std::int32_t sensor) {
-  return UpdateCaptureRawParameter{.sensor = sensor,
-                                   .app = reader.required<MetadataArgument>("app"),
-                                   .hal = reader.required<MetadataArgument>("hal"),
-                                   .out = reader.required<MetadataArgument>("out")};
-}
-
-/// The tool makes the block, so it must be of a size that a machine has room for.
-Call tuningCall(const ObjectReader& reader, std::int32_t sensor) {
-  constexpr std::uint32_t kMostBytes = 1U << 26;
-  UpdateTuningData call{.sensor = sensor,
-                        .meta = reader.required<MetadataArgument>("meta"),
-                        .size = reader.required<std::uint32_t>("size")};
-  if (call.size > kMostBytes) {
-    reader.place()["size"].fail("a block has at most " + std::to_string(kMostBytes) + " bytes");
-  }
-  return call;
-}
-
-Call regionCall(const ObjectReader& reader, std::int32_t sensor) {
-  return TranslateResultRegion{
-      .sensor = sensor,
-      .meta = reader.required<MetadataArgument>("meta"),
-      .value = reader.required<float>("value"),
-      .cameraId = reader.required<std::int32_t>("cameraId"),
-      .tag = wideTagFromText(reader.required<std::string>("tag"), reader.place()["tag"])};
-}
-
-Call decisionCall(const ObjectReader& reader, std::int32_t sensor) {
-  return DecideSensorScenario{.sensor = sensor,
-                              .meta = reader.required<MetadataArgument>("meta"),
-                              .video = reader.required<bool>("video"),
-                              .width = reader.required<std::int32_t>("width"),
-                              .height = reader.required<std::int32_t>("height")};
-}
-
-/// The requests and results of the pipeline: a number and a container.
-template <typename Frame>
-Call frameCall(const ObjectReader& reader, std::int32_t sensor) {
-  return Frame{.sensor = sensor,
-               .requestNo = reader.required<std::uint32_t>("requestNo"),
-               .meta = reader.required<MetadataArgument>("meta")};
-}
-
-/// A call on a sensor.
-Call sensorCall(std::string_view name, const ObjectReader& reader) {
-  const auto sensor = reader.required<std::int32_t>("sensor");
-  if (name == UpdateSessionParams::kName) return sessionCall(reader, sensor);
-  if (name == UpdateRequestMeta::kName) return frameCall<UpdateRequestMeta>(reader, sensor);
-  if (name == UpdateResultMeta::kName) return frameCall<UpdateResultMeta>(reader, sensor);
-  if (name == UpdateCaptureRawParameter::kName) return captureCall(reader, sensor);
-  if (name == UpdateTuningData::kName) return tuningCall(reader, sensor);
-  if (name == TranslateResultRegion::kName) return regionCall(reader, sensor);
-  if (name == SetPreviewSize::kName) {
-    return SetPreviewSize{.sensor = sensor,
-                          .width = reader.required<std::int32_t>("width"),
-                          .height = reader.required<std::int32_t>("height")};
-  }
-  if (name == MatchAspectRatio::kName) {
-    return MatchAspectRatio{.sensor = sensor,
-                            .reference = reader.required<NSCam::MSize>("reference"),
-                            .size = reader.required<NSCam::MSize>("size")};
-  }
-  if (name == DumpMetadata::kName) return dumpFromArguments(reader);
-  if (name == DecideSensorScenario::kName) return decisionCall(reader, sensor);
-  return CreateInstance{.sensor = sensor};
-}
-
-Call callFromArguments(std::string_view name, const ObjectReader& reader) {
-  if (name == SetEvent::kName) {
-    return SetEvent{.key = reader.required<std::string>("key"),
-                    .value = reader.required<std::string>("value")};
-  }
-  if (name == SetProperty::kName) {
-    return SetProperty{.name = reader.required<std::string>("name"),
-                       .value = reader.required<std::string>("value")};
-  }
-  return sensorCall(name, reader);
 }
 
 /// What a trace repeats of a call: all but its name, its sensor and its containers.
-Json argumentsOf(const Json& call) {
-  Json arguments = Json::object();
-  for (const auto& [key, value] : call.items()) {
-    if (key != "call" && key != "sensor" && !isContainer(key)) arguments[key] = value;
+class RepeatedArguments {
+ public:
+  explicit RepeatedArguments(const Value& call) : mCall(call) {}
+
+  template <typename T>
+  void must(std::string_view key, T&& /*target*/, std::string_view /*meaning*/ = {}) {
+    if (key == "sensor" || std::is_same_v<std::remove_cvref_t<T>, MetadataArgument>) return;
+    mKeys.insert(key);
   }
-  return arguments;
+
+  [[nodiscard]] Json json() const {
+    Json json = Json::object();
+    mCall.forEachMember([&](const Value& key, const Value& member) {
+      if (mKeys.contains(key.text())) json[std::string(key.text())] = member.json();
+    });
+    return json;
+  }
+
+ private:
+  Value mCall;
+  std::set<std::string_view> mKeys;
+};
+
+/// The call of a value that was checked.
+void makeCall(const Value& value, ScenarioCall& target) {
+  std::optional<Call> call = readCall(value, Containers::made);
+  if (!call) return;
+  RepeatedArguments arguments(value);
+  std::visit([&](auto& concrete) { keysOf(arguments, concrete); }, *call);
+  target = {.call = *std::move(call), .arguments = arguments.json()};
 }
 
 }  // namespace
 
-ScenarioCall callFromJson(const Json& json, const Place& place) {
-  if (!json.is_object()) place.fail("must be an object");
-  const Place namePlace = place["call"];
-  const auto nameMember = json.find("call");
-  if (nameMember == json.end()) namePlace.fail("missing");
-  if (!nameMember->is_string()) namePlace.fail("must be a text");
+std::vector<std::string_view> callNames() {
+  std::vector<std::string_view> names;
+  forEachCall([&]<typename CallType>(const CallType&) { names.push_back(CallType::kName); });
+  return names;
+}
 
-  const auto& name = nameMember->get_ref<const std::string&>();
-  const ObjectKeys* call = findCall(name);
-  if (call == nullptr) namePlace.fail("unknown call " + jsonText(name));
-  std::vector<std::string_view> keys(call->keys.begin(), call->keys.end());
-  keys.emplace_back("call");
-  return {.call = callFromArguments(name, ObjectReader(json, place, keys)),
-          .arguments = argumentsOf(json)};
+ScenarioText::ScenarioText(std::string text) : mText(std::move(text)), mDocument(mText, mFaults) {
+  if (mDocument.isWhole()) {
+    mDocument.warnTo(&mWarnings);
+    const Value root = mDocument.root();
+    ScenarioFrame frame;
+    if (root.isObject()) {
+      ObjectReader(root, Containers::made).readAll(frame);
+    } else {
+      root.failUnless("an object");
+    }
+    mAbout = std::move(frame.about);
+    mPlatform = std::move(frame.platform);
+    if (const auto calls = root.find("calls")) readCalls(*calls);
+  }
+  if (!mFaults.isEmpty()) throw InputError(mFaults);
+  mDocument.warnTo(nullptr);
+}
+
+void ScenarioText::readCalls(const Value& list) {
+  if (!list.isList()) return;
+  Doubts doubts(mPlatform);
+  if (const auto platform = mDocument.root().find("platform")) doubts.onPlatform(*platform);
+  mCalls.reserve(list.size());
+  list.forEachItem([&](const Value& value) {
+    mCalls.push_back(value);
+    if (const auto call = readCall(value, Containers::checked)) doubts.onCall(*call, value);
+  });
+}
+
+ScenarioCall ScenarioText::call(std::size_t index) const {
+  ScenarioCall call;
+  makeCall(mCalls[index], call);
+  return call;
 }
 
 Scenario readScenario(std::string_view text) {
-  const Json json = parseJson(text);
-  const Place root;
-  const ObjectReader reader(json, root, keysOf("scenario"));
-  Scenario scenario;
-  std::string schema;  // for editors
-  reader.readInto(schema, "$schema");
-  reader.readInto(scenario.about, "about");
-  reader.ifPresent("platform", [&](const Json& platform, const Place& place) {
-    scenario.platform = platformFromJson(platform, place);
-  });
-  const Json& calls = reader.at("calls");
-  const Place callsPlace = root["calls"];
-  if (!calls.is_array()) callsPlace.fail("must be a list");
-  scenario.calls.reserve(calls.size());
-  for (std::size_t i = 0; i < calls.size(); ++i) {
-    scenario.calls.push_back(callFromJson(calls[i], callsPlace[i]));
-  }
-  return scenario;
+  const ScenarioText scenario{std::string(text)};
+  Scenario whole{.about = scenario.about(), .platform = scenario.platform(), .calls = {}};
+  whole.calls.reserve(scenario.callCount());
+  for (std::size_t i = 0; i < scenario.callCount(); ++i) whole.calls.push_back(scenario.call(i));
+  return whole;
+}
+
+ScenarioCall callFromJson(const Json& json, const Place& place) {
+  return readJson<ScenarioCall>(json, place, makeCall);
+}
+
+host::PhoneConfig platformFromJson(const Json& json, const Place& place) {
+  return readJson<host::PhoneConfig>(json, place,
+                                     [](const Value& value, host::PhoneConfig& platform) {
+                                       if (!value.isObject()) return value.failUnless("an object");
+                                       ObjectReader(value, Containers::made).readAll(platform);
+                                     });
 }
 
 }  // namespace camhook

@@ -2,16 +2,52 @@
 
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "tools/camhook/input/Document.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/Scenario.h"
 
 namespace camhook {
 
-/// Reads a whole scenario from its JSON text. Throws InputError, which names the place of the first
-/// thing that is wrong.
+/// A scenario's text that has been read and checked as a whole. The calls are made when they are
+/// asked for: the containers of all of them take many times the room of the text.
+class ScenarioText {
+ public:
+  /// Throws InputError, which names the places of all that is wrong.
+  explicit ScenarioText(std::string text);
+  ScenarioText(const ScenarioText&) = delete;
+  ScenarioText& operator=(const ScenarioText&) = delete;
+
+  [[nodiscard]] const std::string& about() const { return mAbout; }
+  [[nodiscard]] const host::PhoneConfig& platform() const { return mPlatform; }
+
+  [[nodiscard]] std::size_t callCount() const { return mCalls.size(); }
+  [[nodiscard]] ScenarioCall call(std::size_t index) const;
+
+  /// What the scenario probably says otherwise than it means.
+  [[nodiscard]] const Faults& warnings() const { return mWarnings; }
+
+ private:
+  void readCalls(const Value& list);
+
+  std::string mText;
+  Faults mFaults;
+  Faults mWarnings;
+  Document mDocument;
+  std::string mAbout;
+  host::PhoneConfig mPlatform;
+  std::vector<Value> mCalls;
+};
+
+/// The names of all calls that a scenario may have.
+std::vector<std::string_view> callNames();
+
+/// Reads a whole scenario from its JSON text. Throws InputError.
 Scenario readScenario(std::string_view text);
 
 /// Reads one call of a scenario. Throws InputError.

@@ -16,11 +16,17 @@ class DataRoot {
   DataRoot(const DataRoot&) = delete;
   DataRoot& operator=(const DataRoot&) = delete;
 
-  [[nodiscard]] const std::filesystem::path& path() const { return mPath; }
+  /// A fresh folder is made when this is first asked for. Throws InputError.
+  [[nodiscard]] const std::filesystem::path& path() const;
+
+  /// Has a fresh folder go, too, when SIGINT, SIGTERM or SIGHUP ends the process. Called once, and
+  /// before there are other threads: they must not take the signal.
+  void removeOnSignals() { mRemovesOnSignals = true; }
 
  private:
-  std::filesystem::path mPath;
+  mutable std::filesystem::path mPath;  // empty until it is made
   bool mIsTemporary;
+  bool mRemovesOnSignals = false;
 };
 
 }  // namespace camhook

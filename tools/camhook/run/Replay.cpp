@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <algorithm>
+#include <array>
 #include <concepts>
 #include <cstddef>
 #include <fstream>
@@ -14,25 +15,41 @@
 #include "common/updater/UpdaterInspector.h"
 #include "host/CameraMetadata.h"
 #include "host/ImageStream.h"
-#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/JsonLine.h"
 
 namespace camhook {
 namespace {
 
-Json stateOf(HeskParameterUpdater& updater) {
-  const HeskParameterUpdaterInspector fields{updater};
-  Json frames = Json::array();
-  for (const auto& [requestNo, index] : fields.nonZslFrames()) {
-    frames.push_back(Json::array({requestNo, index}));
+std::string lineOf(const auto& value) {
+  JsonLine line;
+  line.add(value);
+  return line.line();
+}
+
+std::string lineOfFrames(const auto& indexByRequest) {
+  JsonLine line;
+  line.open('[');
+  for (const auto& [requestNo, index] : indexByRequest) {
+    line.open('[');
+    line.add(requestNo);
+    line.add(index);
+    line.close(']');
   }
-  return {{"mInstanceId", fields.instanceId()},
-          {"mHasVideoStream", fields.hasVideoStream()},
-          {"mNonZslFrames", std::move(frames)},
-          {"mMulticamFeatureMode", fields.multicamFeatureMode()},
-          {"mPreviewSize", Json::array({fields.previewSize().w, fields.previewSize().h})},
-          {"mCaptureCount", fields.captureCount()},
-          {"mStreamIds", Json(fields.streamIds())},
-          {"mPrimaryCameraDiagonalFov", fields.diagonalFovDegrees()}};
+  line.close(']');
+  return line.line();
+}
+
+std::vector<StateField> stateOf(HeskParameterUpdater& updater) {
+  const HeskParameterUpdaterInspector fields{updater};
+  const NSCam::MSize preview = fields.previewSize();
+  return {{"mInstanceId", lineOf(fields.instanceId())},
+          {"mHasVideoStream", lineOf(fields.hasVideoStream())},
+          {"mNonZslFrames", lineOfFrames(fields.nonZslFrames())},
+          {"mMulticamFeatureMode", lineOf(fields.multicamFeatureMode())},
+          {"mPreviewSize", lineOf(std::array{preview.w, preview.h})},
+          {"mCaptureCount", lineOf(fields.captureCount())},
+          {"mStreamIds", lineOf(fields.streamIds())},
+          {"mPrimaryCameraDiagonalFov", lineOf(fields.diagonalFovDegrees())}};
 }
 
 constexpr std::size_t kMostContainers = 3;  // of a call; none moves while the call runs
@@ -229,12 +246,13 @@ CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
           updater = mUpdaters(concrete.sensor);
         }
         const auto state = [&] {
-          return detail == Detail::all && updater != nullptr ? stateOf(*updater) : Json();
+          return detail == Detail::all && updater != nullptr ? stateOf(*updater)
+                                                             : std::vector<StateField>();
         };
-        const Json before = state();
+        std::vector<StateField> before = state();
         Runner{trace, mPhone, updater}(concrete);
         if constexpr (UpdaterCall<CallType>) {
-          if (detail == Detail::all) trace.state = StateTrace{before, state()};
+          if (detail == Detail::all) trace.state = StateTrace{std::move(before), state()};
         }
       },
       scenarioCall.call);

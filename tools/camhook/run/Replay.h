@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -24,10 +25,16 @@ struct ContainerTrace {
   MetadataArgument after;
 };
 
-/// An updater's fields around a call; null: there was no updater.
+/// A field of an updater, its value as JSON on one line.
+struct StateField {
+  std::string_view name;
+  std::string value;
+};
+
+/// An updater's fields around a call; none: there was no updater.
 struct StateTrace {
-  Json before;
-  Json after;
+  std::vector<StateField> before;
+  std::vector<StateField> after;
 };
 
 /// An access of the library to the phone, and the step that made it.
@@ -39,6 +46,7 @@ struct StepAccess {
 
 /// What one call did.
 struct CallTrace {
+  std::size_t number = 0;  // in the scenario, from 1
   std::string_view call;
   std::optional<std::int32_t> sensor;
   Json arguments = Json::object();  // but the sensor and the containers

@@ -1,5 +1,6 @@
 #include "tools/camhook/show/JsonTrace.h"
 
+#include <array>
 #include <ostream>
 
 #include "tools/camhook/input/MetadataJson.h"
@@ -7,76 +8,110 @@
 namespace camhook {
 namespace {
 
-template <typename T>
-Json jsonFrom(const T& value) {
-  return Json(value);
-}
+void addField(JsonLine& line, const auto& value) { line.add(value); }
 
-Json jsonFrom(float value) { return jsonFromFloat(value); }
-
-Json jsonFrom(const std::vector<host::Effect::Region>& regions) {
-  Json list = Json::array();
+void addField(JsonLine& line, const std::vector<host::Effect::Region>& regions) {
+  line.open('[');
   for (const auto& [kind, rect] : regions) {
-    list.push_back({{"kind", kind}, {"rect", Json::array({rect.x, rect.y, rect.w, rect.h})}});
+    line.open('{');
+    line.member("kind", kind);
+    line.member("rect", std::array{rect.x, rect.y, rect.w, rect.h});
+    line.close('}');
   }
-  return list;
+  line.close(']');
 }
 
-Json jsonFromRecord(const host::LogRecord& record) {
-  return {{"level", std::string(1, record.level)},
-          {"tag", record.tag},
-          {"file", record.file},
-          {"function", record.function},
-          {"message", record.message}};
+void addEffect(JsonLine& line, const host::Effect& effect) {
+  line.open('{');
+  line.member("op", effect.op);
+  for (const auto& [name, value] : effect.fields) {
+    line.key(name);
+    addEffectValue(line, value);
+  }
+  line.close('}');
 }
 
-/// What was written to the containers that the call was handed.
-Json jsonFromWrites(const std::vector<StepAccess>& accesses) {
-  Json writes = Json::array();
-  for (const auto& [access, container, step] : accesses) {
-    const auto* write = std::get_if<host::MetadataWrite>(&access);
-    if (write == nullptr || container.empty()) continue;
-    writes.push_back({{"container", container},
-                      {"tag", tagText(write->tag)},
-                      {"value", write->entry.isEmpty() ? Json() : jsonFromEntry(write->entry)},
-                      {"step", step.name},
-                      {"file", step.file},
-                      {"line", step.line}});
-  }
-  return writes;
+void addRecord(JsonLine& line, const host::LogRecord& record) {
+  line.open('{');
+  line.member("level", std::string_view(&record.level, 1));
+  line.member("tag", record.tag);
+  line.member("file", record.file);
+  line.member("function", record.function);
+  line.member("message", record.message);
+  line.close('}');
 }
 
-Json jsonFromCall(const CallTrace& trace) {
-  Json json;
-  json["call"] = trace.call;
-  if (trace.sensor) json["sensor"] = *trace.sensor;
-  json["args"] = trace.arguments;
-  json["return"] = trace.result;
-  for (const auto& [name, value] : trace.extras) json[std::string(name)] = value;
-  for (const ContainerTrace& container : trace.containers) {
-    json[std::string(container.name)] =
-        container.after ? jsonFromMetadata(*container.after) : Json();
+/// What was written to a container that the call was handed.
+void addWrite(JsonLine& line, const StepAccess& made) {
+  const auto* write = std::get_if<host::MetadataWrite>(&made.access);
+  if (write == nullptr || made.container.empty()) return;
+  line.open('{');
+  line.member("container", made.container);
+  line.member("tag", tagText(write->tag));
+  line.key("value");
+  if (write->entry.isEmpty()) {
+    line.add(Json());
+  } else {
+    addEntry(line, write->entry);
   }
-  if (trace.state) json["state"] = trace.state->after;
-  json["effects"] = Json::array();
-  for (const host::Effect& effect : trace.effects)
-    json["effects"].push_back(jsonFromEffect(effect));
-  json["logs"] = Json::array();
-  for (const host::LogRecord& record : trace.logs) json["logs"].push_back(jsonFromRecord(record));
-  if (trace.accesses) json["writes"] = jsonFromWrites(*trace.accesses);
-  return json;
+  line.member("step", made.step.name);
+  line.member("file", made.step.file);
+  line.member("line", made.step.line);
+  line.close('}');
+}
+
+void addContainer(JsonLine& line, const ContainerTrace& container) {
+  line.key(container.name);
+  if (container.after) {
+    addMetadata(line, *container.after);
+  } else {
+    line.add(Json());
+  }
+}
+
+void addState(JsonLine& line, const std::vector<StateField>& fields) {
+  line.key("state");
+  if (fields.empty()) return line.add(Json());
+  line.open('{');
+  for (const auto& [name, value] : fields) {
+    line.key(name);
+    line.addLine(value);
+  }
+  line.close('}');
+}
+
+void addList(JsonLine& line, std::string_view name, const auto& list, auto addItem) {
+  line.key(name);
+  line.open('[');
+  for (const auto& item : list) addItem(line, item);
+  line.close(']');
+}
+
+void addCall(JsonLine& line, const CallTrace& trace) {
+  line.open('{');
+  line.member("call", trace.call);
+  if (trace.sensor) line.member("sensor", *trace.sensor);
+  line.member("args", trace.arguments);
+  line.member("return", trace.result);
+  for (const auto& [name, value] : trace.extras) line.member(name, value);
+  for (const ContainerTrace& container : trace.containers) addContainer(line, container);
+  if (trace.state) addState(line, trace.state->after);
+  addList(line, "effects", trace.effects, addEffect);
+  addList(line, "logs", trace.logs, addRecord);
+  if (trace.accesses) addList(line, "writes", *trace.accesses, addWrite);
+  line.close('}');
 }
 
 }  // namespace
 
-Json jsonFromEffect(const host::Effect& effect) {
-  Json json;
-  json["op"] = effect.op;
-  for (const auto& [name, value] : effect.fields) {
-    std::visit([&json, &key = name](const auto& concrete) { json[key] = jsonFrom(concrete); },
-               value);
-  }
-  return json;
+void addEffectValue(JsonLine& line, const host::Effect::Value& value) {
+  std::visit([&line](const auto& concrete) { addField(line, concrete); }, value);
+}
+
+std::string lineOfEffect(const host::Effect& effect) {
+  JsonLine line;
+  addEffect(line, effect);
+  return line.line();
 }
 
 JsonTrace::JsonTrace(std::ostream& out) : mOut(out) { mOut << "{\n  \"calls\": ["; }
@@ -84,15 +119,18 @@ JsonTrace::JsonTrace(std::ostream& out) : mOut(out) { mOut << "{\n  \"calls\": [
 void JsonTrace::write(const CallTrace& trace) {
   mOut << (mHasCall ? ",\n    " : "\n    ");
   mHasCall = true;
-  writeJson(mOut, jsonFromCall(trace), 4);
+  JsonLine line;
+  addCall(line, trace);
+  mOut << brokenJson(line.line(), 4);
 }
 
 void JsonTrace::finish(const host::TextMap& eventStore) {
   mOut << (mHasCall ? "\n  ],\n" : "],\n") << "  \"eventStore\": ";
-  Json json = Json::object();
-  for (const auto& [key, value] : eventStore) json[key] = value;
-  writeJson(mOut, json, 2);
-  mOut << "\n}\n";
+  JsonLine line;
+  line.open('{');
+  for (const auto& [key, value] : eventStore) line.member(key, value);
+  line.close('}');
+  mOut << brokenJson(line.line(), 2) << "\n}\n";
 }
 
 }  // namespace camhook

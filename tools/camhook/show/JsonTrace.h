@@ -3,13 +3,18 @@
 #pragma once
 
 #include <iosfwd>
+#include <string>
 
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/show/TraceWriter.h"
 
 namespace camhook {
 
-/// The long form of an effect: its op, then what belongs to it.
-Json jsonFromEffect(const host::Effect& effect);
+/// What belongs to an effect, as the trace has it.
+void addEffectValue(JsonLine& line, const host::Effect::Value& value);
+
+/// An effect: its op, then what belongs to it.
+std::string lineOfEffect(const host::Effect& effect);
 
 class JsonTrace final : public TraceWriter {
  public:

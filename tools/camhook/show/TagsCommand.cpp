@@ -74,10 +74,11 @@ void writeMarkdown(std::ostream& out, const std::vector<TagDescription>& tags) {
 
 void listTags(std::ostream& out, std::string_view filter, TagsFormat format, Style style) {
   std::vector<TagDescription> tags;
-  std::ranges::copy_if(hesk::kTagCatalogue, std::back_inserter(tags),
-                       [&](const TagDescription& tag) {
-                         return holdsIgnoringCase(tag.name, filter) || isValue(filter, tag.value);
-                       });
+  std::ranges::copy_if(
+      hesk::kTagCatalogue, std::back_inserter(tags), [&](const TagDescription& tag) {
+        return holdsIgnoringCase(tag.name, filter) || holdsIgnoringCase(tag.meaning, filter) ||
+               isValue(filter, tag.value);
+      });
   switch (format) {
     case TagsFormat::text: writeText(out, tags, style); break;
     case TagsFormat::json: writeJsonList(out, tags); break;

@@ -36,7 +36,7 @@ std::size_t displayWidth(std::string_view text) {
 }
 
 std::string wrapped(const std::string& line, std::size_t width, std::size_t hang) {
-  if (displayWidth(line) <= width) return line;
+  if (line.size() <= width || displayWidth(line) <= width) return line;
   std::string text;
   std::size_t column = 0;
   for (std::size_t at = 0; at < line.size();) {
@@ -84,11 +84,11 @@ ProgressLine::ProgressLine(std::size_t total)
       mEnabled(isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0),
       mNext(Clock::now() + std::chrono::milliseconds(200)) {}
 
-ProgressLine::ProgressLine(std::size_t total, const char* what, std::chrono::milliseconds delay)
+ProgressLine::ProgressLine(std::size_t total, const char* what)
     : mTotal(total),
       mWhat(what),
       mEnabled(isatty(STDERR_FILENO) != 0),
-      mNext(Clock::now() + delay) {}
+      mNext(Clock::now() + std::chrono::seconds(1)) {}
 
 ProgressLine::~ProgressLine() {
   if (mShown) std::cerr << "\r\x1b[K" << std::flush;

@@ -72,8 +72,8 @@ class ProgressLine {
   /// Shows from a moment after the start, and only where standard output is not the same person's
   /// terminal.
   explicit ProgressLine(std::size_t total);
-  /// Shows `delay` after the start, in front of what is then printed all at once.
-  ProgressLine(std::size_t total, const char* what, std::chrono::milliseconds delay);
+  /// Shows a second after the start, in front of what is then printed all at once.
+  ProgressLine(std::size_t total, const char* what);
   ~ProgressLine();
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;

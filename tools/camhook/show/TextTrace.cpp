@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <ostream>
-#include <set>
 #include <sstream>
 #include <utility>
 #include <variant>
 
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/MetadataJson.h"
-#include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/SensorScenarioName.h"
 #include "tools/camhook/show/TraceText.h"
 
@@ -25,17 +23,26 @@ constexpr std::size_t kTagWidth = 34;
 constexpr std::size_t kNameWidth = 20;  // of fields, effects and events
 constexpr const char* kArrow = "\u2192";
 
-Json longForm(const Entry& entry) { return entry.isEmpty() ? Json() : jsonFromEntry(entry); }
+EntryItems itemsOf(const Entry& entry) {
+  return {.type = host::typeName(host::MetadataAccess::itemsOf(entry)),
+          .items = jsonFromItems(entry)};
+}
 
-/// The tags that a call may have changed: those that hold items before or after it.
-std::set<std::uint32_t> tagsOf(const ContainerTrace& container) {
-  std::set<std::uint32_t> tags;
+std::string textOf(std::uint32_t tag, const EntryItems& entry) {
+  return entry.items.empty() ? "absent" : entryText(hesk::findTag(tag), entry);
+}
+
+/// The tags that a call may have changed, ordered: those that hold items before or after it.
+std::vector<std::uint32_t> tagsOf(const ContainerTrace& container) {
+  std::vector<std::uint32_t> tags;
   for (const MetadataArgument* metadata : {&container.before, &container.after}) {
     if (!*metadata) continue;
     for (const Entry* entry : host::MetadataAccess::entriesByTag(**metadata)) {
-      tags.insert(entry->tag());
+      tags.push_back(entry->tag());
     }
   }
+  std::ranges::sort(tags);
+  tags.erase(std::unique(tags.begin(), tags.end()), tags.end());
   return tags;
 }
 
@@ -106,7 +113,6 @@ void TextTrace::writeLines(const Columns& columns, std::size_t hang) {
 }
 
 void TextTrace::write(const CallTrace& trace) {
-  ++mCallNumber;
   writeTitle(trace);
   for (const ContainerTrace& container : trace.containers) writeContainer(trace, container);
   if (trace.state) writeState(*trace.state);
@@ -117,7 +123,7 @@ void TextTrace::write(const CallTrace& trace) {
 
 void TextTrace::writeTitle(const CallTrace& trace) {
   const Json sensor = trace.sensor ? Json(*trace.sensor) : Json();
-  std::string line = mStyle.title(std::to_string(mCallNumber) + "  " +
+  std::string line = mStyle.title(std::to_string(trace.number) + "  " +
                                   callTitle(trace.call, sensor, trace.arguments));
   if (!trace.result.is_null()) {
     line.append("  ").append(kArrow).append("  ") += lineOfJson(trace.result);
@@ -151,11 +157,11 @@ void TextTrace::addWrites(std::vector<Change>& changes, const CallTrace& trace,
   changes.back().step = {last.name, mStyle.faint(placeText(last))};
   for (std::size_t i = 1; i < writes.size(); ++i) {
     const auto& [entry, step] = writes[i];
-    changes.push_back({.cells = {mStyle.faint("  overwritten"),
-                                 mStyle.faint(std::string(kArrow) + ' ' +
-                                              entryText(tagText(tag), longForm(*entry)))},
-                       .step = {mStyle.faint(step->name), mStyle.faint(placeText(*step))},
-                       .decoded = {}});
+    changes.push_back(
+        {.cells = {mStyle.faint("  overwritten"),
+                   mStyle.faint(std::string(kArrow) + ' ' + textOf(tag, itemsOf(*entry)))},
+         .step = {mStyle.faint(step->name), mStyle.faint(placeText(*step))},
+         .decoded = {}});
   }
 }
 
@@ -168,17 +174,18 @@ void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& con
   std::vector<Change> changes;
   std::size_t unchanged = 0;
   for (const std::uint32_t tag : tagsOf(container)) {
-    const Json before = longForm(container.before->entryFor(tag));
-    const Json after = longForm(container.after->entryFor(tag));
-    if (lineOfJson(before) == lineOfJson(after)) {
+    const Entry& old = container.before->entryFor(tag);
+    const Entry& fresh = container.after->entryFor(tag);
+    if (areSame(old, fresh)) {
       ++unchanged;
       continue;
     }
     const std::string name = tagText(tag);
-    changes.push_back({.cells = {name, mStyle.faint(entryText(name, before)) + ' ' + kArrow + ' ' +
-                                           mStyle.fresh(entryText(name, after))},
+    const EntryItems items = itemsOf(fresh);
+    changes.push_back({.cells = {name, mStyle.faint(textOf(tag, itemsOf(old))) + ' ' + kArrow +
+                                           ' ' + mStyle.fresh(textOf(tag, items))},
                        .step = {},
-                       .decoded = decodedLines(name, after)});
+                       .decoded = decodedLines(name, items)});
     if (trace.accesses) addWrites(changes, trace, container.name, tag);
   }
   if (unchanged > 0) mOut << mStyle.faint("  " + std::to_string(unchanged) + " unchanged");
@@ -218,16 +225,16 @@ void TextTrace::writeChanges(const std::vector<Change>& changes) {
 }
 
 void TextTrace::writeState(const StateTrace& state) {
-  if (state.after.is_null()) {
+  if (state.after.empty()) {
     mOut << "  " << mStyle.alarming("no updater for this sensor") << '\n';
     return;
   }
   Columns columns(kNameWidth);
-  for (const auto& [field, after] : state.after.items()) {
-    const std::string old = lineOfJson(state.before[field]);
-    const std::string fresh = lineOfJson(after);
+  for (std::size_t i = 0; i < state.after.size(); ++i) {
+    const auto& [field, fresh] = state.after[i];
+    const std::string& old = state.before[i].value;
     if (old == fresh) continue;
-    columns.add({field, mStyle.faint(old) + ' ' + kArrow + ' ' + mStyle.fresh(fresh)});
+    columns.add({std::string(field), mStyle.faint(old) + ' ' + kArrow + ' ' + mStyle.fresh(fresh)});
   }
   if (columns.isEmpty()) return;
   mOut << "  " << mStyle.heading("state") << '\n';
@@ -239,7 +246,7 @@ void TextTrace::writeEffects(const std::vector<host::Effect>& effects) {
   mOut << "  " << mStyle.heading("effects") << '\n';
   Columns columns(kNameWidth);
   for (const host::Effect& effect : effects) {
-    columns.add({effect.op, effectFields(jsonFromEffect(effect))});
+    columns.add({effect.op, effectFields(effect)});
   }
   writeLines(columns, 2);
 }

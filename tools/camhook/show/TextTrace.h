@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <cstddef>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -49,7 +48,6 @@ class TextTrace final : public TraceWriter {
   std::ostream& mOut;
   Style mStyle;
   Records mRecords;
-  std::size_t mCallNumber = 0;
 };
 
 }  // namespace camhook

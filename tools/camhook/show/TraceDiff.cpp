@@ -10,7 +10,7 @@
 namespace camhook {
 namespace {
 
-constexpr std::string_view kArrow = " \u2192 ";
+constexpr std::string_view kTurnsInto = " \u2192 ";
 
 /// A member of an object, null where it is absent.
 const Json* find(const Json& object, std::string_view key) {
@@ -27,7 +27,10 @@ bool isEntry(const Json& value) {
 
 std::string textOf(const std::string& key, const Json* value) {
   if (value == nullptr) return "absent";
-  if (isEntry(*value)) return entryText(key, *value);
+  if (isEntry(*value)) {
+    const std::string type = valueText((*value)["type"]);
+    return entryText(hesk::findTag(key), {.type = type, .items = (*value)["items"]});
+  }
   return value->is_object() ? std::to_string(value->size()) + " entries" : valueText(*value);
 }
 
@@ -46,7 +49,7 @@ std::string placeInList(const Json& old, const Json& fresh) {
     if (item == other) continue;
     if (++count == 1) {
       first.append("[").append(std::to_string(i)).append("] on: ").append(item);
-      first.append(kArrow).append(other);
+      first.append(kTurnsInto).append(other);
     }
   }
   return "; " + std::to_string(count) + " of " + std::to_string(before.size()) + " items, from " +
@@ -121,7 +124,7 @@ class CallComparison {
     const bool areBoth = old != nullptr && fresh != nullptr;
     if (areBoth && lineOfJson(*old) == lineOfJson(*fresh)) return;
     mDifferences.push_back(
-        {around + printable(key), textOf(key, old) + std::string(kArrow) + textOf(key, fresh) +
+        {around + printable(key), textOf(key, old) + std::string(kTurnsInto) + textOf(key, fresh) +
                                       (areBoth ? placeInList(*old, *fresh) : "")});
   }
 

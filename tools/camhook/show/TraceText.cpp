@@ -4,13 +4,15 @@
 #include <cstdint>
 #include <sstream>
 #include <utility>
+#include <variant>
 
 #include "common/math/AeResult.h"
-#include "common/tags/TagCatalogue.h"
 #include "common/updater/PdafRecord.h"
+#include "host/AndroidTags.h"
 #include "platform/Hal3A.h"
 #include "platform/HalSensor.h"
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/show/JsonTrace.h"
 
 namespace camhook {
 namespace {
@@ -40,7 +42,7 @@ std::string streamsText(const Json& streams) {
 }
 
 /// The name of a command to a part of the phone, empty where it has none.
-std::string_view commandName(std::string_view op, const Json& command) {
+std::string_view commandName(std::string_view op, std::string_view command) {
   using NS3Av3::IHal3A;
   using NSCam::IHalSensor;
   constexpr std::pair<std::string_view, std::pair<std::int32_t, std::string_view>> kCommands[] = {
@@ -50,9 +52,30 @@ std::string_view commandName(std::string_view op, const Json& command) {
       {"sensor.command", {IHalSensor::kGetPdBlock, "getPdBlock"}},
   };
   for (const auto& [of, known] : kCommands) {
-    if (op == of && command == known.first) return known.second;
+    if (op == of && command == std::to_string(known.first)) return known.second;
   }
   return {};
+}
+
+void appendField(std::string& fields, std::string_view op, std::string_view key,
+                 const std::string& value) {
+  if (!fields.empty()) fields += ' ';
+  fields.append(key).append("=").append(value);
+  if (key != "command") return;
+  const std::string_view name = commandName(op, value);
+  if (!name.empty()) fields.append(" (").append(name).append(")");
+}
+
+std::string textOrQuotes(const std::string& text) {
+  return text.empty() ? "\"\"" : printable(text);
+}
+
+std::string fieldText(const host::Effect::Value& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) return textOrQuotes(*text);
+  if (const auto* number = std::get_if<float>(&value)) return valueText(jsonFromFloat(*number));
+  JsonLine line;
+  addEffectValue(line, value);
+  return line.line();
 }
 
 /// FNV-1a of a text, in eight digits.
@@ -65,12 +88,22 @@ std::string checksum(std::string_view text) {
   return hexadecimal(sum).substr(2);
 }
 
+/// "2", or "2 (STILL_CAPTURE)" where the tag names its values.
+std::string itemText(const host::AndroidTag* known, const Json& item) {
+  std::string text = valueText(item);
+  if (known == nullptr || !item.is_number_integer()) return text;
+  const std::string_view name = known->nameOf(item.get<std::int64_t>());
+  if (!name.empty()) text.append(" (").append(name).append(")");
+  return text;
+}
+
 /// "1", "[15, 60]", "[50, 48, ... 15 items, sum 1f00beef]".
-std::string itemsText(const Json& items) {
-  if (items.size() == 1) return valueText(items.front());
+std::string itemsText(const hesk::TagDescription* tag, const Json& items) {
+  const host::AndroidTag* known = tag != nullptr ? host::findAndroidTag(tag->value) : nullptr;
+  if (items.size() == 1) return itemText(known, items.front());
   std::string text = "[";
   for (std::size_t i = 0; i < std::min(items.size(), kMostItems); ++i) {
-    text += (i > 0 ? ", " : "") + valueText(items[i]);
+    text += (i > 0 ? ", " : "") + itemText(known, items[i]);
   }
   if (items.size() > kMostItems) {
     text += ", ... " + std::to_string(items.size()) + " items, sum " + checksum(lineOfJson(items));
@@ -138,9 +171,7 @@ std::vector<std::string> pdafLines(const Json& bytes) {
 }  // namespace
 
 std::string valueText(const Json& value) {
-  if (!value.is_string()) return lineOfJson(value);
-  const auto& text = value.get_ref<const std::string&>();
-  return text.empty() ? "\"\"" : printable(text);
+  return value.is_string() ? textOrQuotes(value.get_ref<const std::string&>()) : lineOfJson(value);
 }
 
 std::string memberText(const Json& object, std::string_view key) {
@@ -158,32 +189,34 @@ std::string callTitle(std::string_view call, const Json& sensor, const Json& arg
 }
 
 std::string effectFields(const Json& effect) {
+  const std::string op = memberText(effect, "op");
   std::string fields;
   for (const auto& [key, value] : effect.items()) {
-    if (key == "op") continue;
-    fields += (fields.empty() ? "" : " ") + key + "=" + valueText(value);
-    if (key != "command") continue;
-    const std::string_view name = commandName(memberText(effect, "op"), value);
-    if (!name.empty()) fields.append(" (").append(name).append(")");
+    if (key != "op") appendField(fields, op, key, valueText(value));
   }
   return fields;
 }
 
-std::string entryText(std::string_view tag, const Json& entry) {
-  if (entry.is_null()) return "absent";
-  const std::string type = valueText(entry["type"]);
-  const hesk::TagDescription* info = hesk::findTag(tag);
-  const bool isUsual = info != nullptr && info->type == type;
-  return itemsText(entry["items"]) + (isUsual ? "" : " (" + type + ")");
+std::string effectFields(const host::Effect& effect) {
+  std::string fields;
+  for (const auto& [name, value] : effect.fields) {
+    appendField(fields, effect.op, name, fieldText(value));
+  }
+  return fields;
 }
 
-std::vector<std::string> decodedLines(std::string_view tag, const Json& entry) {
-  if (entry.is_null()) return {};
-  const Json& items = entry["items"];
+std::string entryText(const hesk::TagDescription* tag, const EntryItems& entry) {
+  std::string text = itemsText(tag, entry.items);
+  if (tag == nullptr || tag->type != entry.type) text.append(" (").append(entry.type).append(")");
+  return text;
+}
+
+std::vector<std::string> decodedLines(std::string_view tag, const EntryItems& entry) {
+  const auto& [type, items] = entry;
   if (tag == "HESK_CONTROL_AE_RESULT" && items.size() == sizeof(hesk::AeResult) / sizeof(float)) {
     return aeLines(items);
   }
-  if (entry["type"] != "uint8") return {};
+  if (type != "uint8") return {};
   if (tag == "MTK_RAW_ALGO_PDAF_INFO" && items.size() == hesk::PDAF_STATS_DATA_SIZE) {
     return pdafLines(items);
   }

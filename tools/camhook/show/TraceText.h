@@ -1,5 +1,5 @@
-// The words that readable traces and differences of traces have in common. They are made from the
-// members of the JSON trace.
+// The words that readable traces and differences of traces have in common. What is JSON here is a
+// member of the JSON trace.
 
 #pragma once
 
@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "common/tags/TagCatalogue.h"
+#include "host/Effect.h"
 #include "tools/camhook/input/Json.h"
 
 namespace camhook {
@@ -16,15 +18,22 @@ std::string callTitle(std::string_view call, const Json& sensor, const Json& arg
 
 /// "sensor=0 command=8 (getShadingTable) grid=[17, 13]".
 std::string effectFields(const Json& effect);
+std::string effectFields(const host::Effect& effect);
 
-/// A tag's entry in its long form: its items, and their type where the catalogue would have
-/// another. Of a long list the first items, their count and a checksum of them all. "absent" for
-/// null.
-std::string entryText(std::string_view tag, const Json& entry);
+/// An entry that holds items, taken from its long form or to become one.
+struct EntryItems {
+  std::string_view type;
+  Json items;
+};
+
+/// The items of a tag's entry, and their type where the catalogue would have another. Of a long
+/// list the first items, their count and a checksum of them all. `tag` is null for one that the
+/// catalogue does not list.
+std::string entryText(const hesk::TagDescription* tag, const EntryItems& entry);
 
 /// What the items mean, where they are a text in bytes or one of the records that the raw
 /// algorithms take. No line where they are neither.
-std::vector<std::string> decodedLines(std::string_view tag, const Json& entry);
+std::vector<std::string> decodedLines(std::string_view tag, const EntryItems& entry);
 
 /// A value of JSON for a person: a text stands without quotes, unless it is empty.
 std::string valueText(const Json& value);

@@ -1,0 +1,64 @@
+// Fuzzes the readers of scenarios and of dumps: they take a text or say what is wrong in a few
+// lines that any terminal can take. What is made of a dump is a scenario.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tools/camhook/input/DumpScenario.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/show/ScenarioText.h"
+
+namespace {
+
+void check(std::string_view line) {
+  const bool isFit =
+      camhook::printable(line) == line && camhook::columnsOf(line) <= camhook::Faults::kMostColumns;
+  if (!isFit) std::abort();
+}
+
+void check(const camhook::InputError& error) {
+  std::string_view lines = error.what();
+  for (std::size_t count = 0; !lines.empty(); ++count) {
+    const std::string_view line = lines.substr(0, lines.find('\n'));
+    lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+    check(line);
+    if (count > camhook::Faults::kMostShown) std::abort();
+  }
+}
+
+std::string scenarioOf(std::string_view text) {
+  std::vector<camhook::DumpFile> files;
+  files.push_back(camhook::dumpFile("-", text));
+  const camhook::DumpScenario made = camhook::scenarioOfDumps(std::move(files), {});
+  for (const std::string& note : made.notes) check(note);
+  std::ostringstream scenario;
+  camhook::writeScenario(scenario, made);
+  return scenario.str();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  try {
+    (void)camhook::readScenario(text);
+  } catch (const camhook::InputError& error) {
+    check(error);
+  }
+  std::string scenario;
+  try {
+    scenario = scenarioOf(text);
+  } catch (const camhook::InputError& error) {
+    check(error);
+    return 0;
+  }
+  (void)camhook::readScenario(scenario);
+  return 0;
+}

@@ -1,0 +1,222 @@
+// The rules of sensor scenarios as an open book: every case that they tell apart is decided as the
+// library does, what is proved of them is so, and what changes is told in few lines.
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "tests/support/CamhookProcess.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/rules/DecideText.h"
+#include "tools/camhook/rules/Proof.h"
+#include "tools/camhook/rules/RulesCommand.h"
+#include "tools/camhook/rules/Want.h"
+
+namespace {
+
+using namespace camhook;
+
+/// What is wrong with the tool's decision, the library's being right; empty where nothing is.
+std::string disagreement(Library& library, const RuleSet& rules, const Inputs& inputs) {
+  const Decision decision = decide(rules, inputs);
+  const std::int32_t scenario = library.decide(inputs);
+  const auto taken = Library::takenRule();
+  const bool isSameRow = decision.selection.has_value() == taken.has_value() &&
+                         (!taken || decision.rules()[decision.selection->row] == *taken);
+  if (scenario == decision.scenario && isSameRow) return "";
+  return "the library decides " + std::to_string(scenario) + " for " +
+         jsonFromInputs(inputs).dump() + ", not " + resultText(rules, decision);
+}
+
+TEST(Rules, AreDecidedAsTheLibraryDecidesInEveryCase) {
+  const RuleSet rules = rulesOfLibrary();
+  Library library;
+  std::size_t count = 0;
+  std::string problem;
+  const auto compare = [&](const Inputs& inputs, const Case& /*values*/) {
+    ++count;
+    if (problem.empty()) problem = disagreement(library, rules, inputs);
+  };
+  const std::clock_t start = std::clock();
+  for (const SensorModeTable& table : rules.tables) {
+    for (const RuleList& list : kRuleLists) {
+      Axes axes = axesOfRules({table.*list.rules});
+      for (Axis& axis : axes) {
+        // The mark of no condition, too: it matches.
+        if (axis.input != kAppType) axis.values.emplace_back(axis.input == kFps ? "15,-1" : "-1");
+      }
+      forEachCase(axes,
+                  plainInputs(std::string(table.productName) + "-EU", list.sensor, list.video),
+                  compare);
+    }
+  }
+  forEachCase(axesOfOverrides({rules.overrides}), plainInputs("KX0105", 0, false), compare);
+  EXPECT_EQ(problem, "");
+  EXPECT_GT(count, 80000U);
+  EXPECT_LT(std::clock() - start, 10 * CLOCKS_PER_SEC);
+}
+
+TEST(Rules, CanAllDecideAsTheirWitnessesShow) {
+  const RuleSet rules = rulesOfLibrary();
+  Library library;
+  std::size_t rowCount = 0;
+  for (const ListProof& proof : proveRules(rules, {})) {
+    for (std::size_t row = 0; row < proof.rows.size(); ++row) {
+      SCOPED_TRACE((proof.list != nullptr ? proof.list->name : "overrides") + std::string(" row ") +
+                   std::to_string(row + 1));
+      ASSERT_TRUE(proof.rows[row].witness);
+      EXPECT_FALSE(proof.rows[row].isRedundant);
+      const Inputs& witness = *proof.rows[row].witness;
+      EXPECT_EQ(disagreement(library, rules, witness), "");
+      const Decision decision = decide(rules, witness);
+      if (proof.list != nullptr) {
+        ASSERT_TRUE(decision.selection);
+        EXPECT_EQ(decision.selection->row, row);
+        ++rowCount;
+      } else {
+        EXPECT_EQ(decision.override, row);
+      }
+    }
+  }
+  EXPECT_EQ(rowCount, 121U);
+}
+
+TEST(Rules, AreRedundantWhereAnAppTypeIsAlwaysSet) {
+  const RuleSet rules = rulesOfLibrary();
+  std::vector<std::string> redundant;
+  for (const ListProof& proof : proveRules(rules, {.isAppTypeSet = true})) {
+    for (std::size_t row = 0; row < proof.rows.size(); ++row) {
+      if (!proof.rows[row].isRedundant) continue;
+      redundant.push_back(std::string(proof.table->productName) + " " + proof.list->name + " " +
+                          std::to_string(row + 1));
+    }
+  }
+  EXPECT_EQ(redundant, std::vector<std::string>{"KX0104 sensor0Video 1"});
+}
+
+constexpr std::int32_t any = SensorModeCfg::kNoCondition;
+
+/// One product, whose sensor 0 has these rules for video.
+RuleSet ruleSetOf(Rules rules) {
+  RuleSet set = rulesOfLibrary();
+  set.tables = {{"X", {}, std::move(rules), {}, {}}};
+  return set;
+}
+
+TEST(Rules, AreFoundThatNeverDecideOrAreRedundant) {
+  const RuleSet rules = ruleSetOf({{any, "", any, 1, any, any, 5, 1},
+                                   {any, "", any, 1, any, any, 6, 1},      // row 1 has its cases
+                                   {any, "QQ", any, any, any, any, 2, 1},  // what video gets anyway
+                                   {2, "CTS", any, any, any, any, 7, 1},
+                                   {any, "CTS", any, any, any, any, 8, 1},
+                                   {any, "", any, 2, any, 7, 8, 3}});  // has two conditions
+  std::ostringstream out;
+  EXPECT_EQ(checkRules(out, rules, {}, Style(false)), 1);
+  const std::string text = out.str();
+  const std::string list = text.substr(text.find("X sensor0Video"));
+  EXPECT_EQ(list.substr(0, list.find("X sensor1")), R"(X sensor0Video  768 cases
+   1  nothing is given
+   2  never decides: rows 1, 6 before it
+   3  redundant  --app-type QQ
+   4  --app-type CTS
+   5  never decides: rows 1, 4 before it
+   6  --eis 2 --ui-module 7
+)");
+}
+
+std::string comparison(const RuleSet& old, const RuleSet& fresh) {
+  std::ostringstream out;
+  const int status = compareRules(out, old, fresh, Style(false));
+  EXPECT_EQ(status, out.str().empty() ? 0 : 1);
+  return out.str();
+}
+
+TEST(Rules, AreComparedInFewLines) {
+  const RuleSet old = rulesOfLibrary();
+  RuleSet fresh = rulesFromJson(jsonFromRules(old));
+  EXPECT_EQ(comparison(old, fresh), "");
+
+  // KX0102
+  fresh.tables.back().sensor1Video.front().sensorMode = 6;
+  EXPECT_EQ(comparison(old, fresh),
+            "KX0102, sensor 1, video, app-type absent: 6 CUSTOM2, was 5 CUSTOM1\n"
+            "KX0102, sensor 1, video, hfps 1: 6 CUSTOM2, was 5 CUSTOM1\n");
+
+  fresh = rulesFromJson(jsonFromRules(old));
+  Library library;
+  for (std::size_t i = 0; i < old.tables.size(); ++i) {
+    Rules& rules = fresh.tables[i].sensor0Preview;
+    rules.push_back({any, "New", any, any, any, any, 8, 1});
+    forEachCase(axesOfRules({old.tables[i].sensor0Preview, rules}),
+                plainInputs(old.tables[i].productName, 0, false),
+                [&](const Inputs& inputs, const Case& /*values*/) {
+                  ASSERT_EQ(disagreement(library, old, inputs), "");
+                });
+  }
+  fresh.overrides[8].scenario = hesk::CUSTOM4;
+  const std::string was = "8 CUSTOM4, was 2 NORMAL_VIDEO or 5 CUSTOM1 or 255 no decision";
+  EXPECT_EQ(comparison(old, fresh),
+            "KX0105, KX0107, KX0106, sensor 0, no video, app-type New: " + was +
+                ", unless ui-module 53\n"
+                "KX0105, KX0107, KX0106, sensor 0, no video, app-type New: " +
+                was + ", unless eis 1\nKX0104, KX0102, sensor 0, no video, app-type New: " + was +
+                "\noverrides, video yes, app-type heskCamera, size 640x480: 8 CUSTOM4, was 5 "
+                "CUSTOM1\n");
+}
+
+TEST(Rules, CannotBeReadFromWhatIsNone) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"[]", "must be an object"},
+      {R"({"tables": 1})", "tables: must be a list"},
+      {R"({"tables": [], "overrides": [{"when": 1}]})", "overrides[0].when: must be a text"},
+      {R"({"tables": [{"product": "X", "sensor0Preview": [{}]}]})",
+       "tables[0].sensor0Preview[0].isHfpsMode: missing"},
+  };
+  for (const auto& [text, problem] : rows) {
+    try {
+      rulesFromJson(parseJson(text));
+      ADD_FAILURE() << text;
+    } catch (const InputError& error) {
+      EXPECT_STREQ(error.what(), problem);
+    }
+  }
+}
+
+TEST(Rules, TellTheSmallestChangesThatGiveAScenario) {
+  const RuleSet rules = rulesOfLibrary();
+  Library library;
+  for (const RuleList& list : kRuleLists) {
+    Inputs inputs = plainInputs("KX0105", list.sensor, list.video);
+    inputs.appType = "QQ";
+    inputs.appName = "Instagram";
+    for (const std::int32_t scenario : {0, 1, 2, 5, 6, 7, 8, 255}) {
+      const std::vector<Inputs> found = smallestChanges(rules, inputs, scenario);
+      EXPECT_EQ(found.empty(), !isReachable(rules, inputs, scenario)) << list.name << scenario;
+      std::set<std::size_t> sizes;
+      for (const Inputs& changed : found) {
+        EXPECT_EQ(library.decide(changed), scenario);
+        sizes.insert(changesText(inputs, changed).size());
+      }
+      EXPECT_LE(sizes.size(), 1U);
+    }
+  }
+  Inputs video = plainInputs("KX0105", 0, true);
+  EXPECT_FALSE(isReachable(rules, video, 8));
+  video.appType = "a";
+  std::vector<std::string> changes;
+  for (const Inputs& changed : smallestChanges(rules, video, 6)) {
+    for (const std::string& text : changesText(video, changed)) changes.push_back(text);
+  }
+  EXPECT_EQ(changes, (std::vector<std::string>{"MTK_STREAMING_FEATURE_HFPS_MODE absent → 1",
+                                               "APP_TYPE a → absent"}));
+}
+
+TEST(Rules, PageIsTheLibrarys) {
+  EXPECT_EQ(contentOf(kSourceRoot / "docs/rules.md"), camhookWith("rules --markdown").output)
+      << "make it anew: ./camhook rules --markdown > docs/rules.md";
+}
+
+}  // namespace

@@ -1,0 +1,45 @@
+// The commands of the tool: each adds itself with its options to the command line, and runs when it
+// has been asked for.
+
+#pragma once
+
+#include <string>
+#include <variant>
+
+#include <CLI/CLI.hpp>
+
+#include "tools/camhook/commands/CommandLine.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/InputFile.h"
+#include "tools/camhook/input/Scenario.h"
+
+namespace camhook {
+
+/// Each leaves its exit status in `status`, which must outlive `app`. They throw InputError while
+/// the command line is parsed.
+void addReplay(CLI::App& app, int& status);
+void addDiff(CLI::App& app, int& status);
+void addWhy(CLI::App& app, int& status);
+void addDecide(CLI::App& app, int& status);
+void addRules(CLI::App& app, int& status);
+void addScenario(CLI::App& app, int& status);
+void addSchema(CLI::App& app, int& status);
+void addTags(CLI::App& app, int& status);
+void addHooks(CLI::App& app, int& status);
+
+/// What `read` makes of the content of a file. Throws InputError, which names the file.
+template <typename Read>
+auto readFile(const std::string& file, Read read) {
+  try {
+    return read(readInput(file));
+  } catch (const InputError& error) {
+    throw InputError(error.faults(), nameOfInput(file));
+  }
+}
+
+/// Whether the call needs a data root.
+inline bool opensFiles(const ScenarioCall& call) {
+  return std::holds_alternative<DumpMetadata>(call.call);
+}
+
+}  // namespace camhook

@@ -1,0 +1,128 @@
+#include "tools/camhook/commands/Commands.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/rules/DecideCommand.h"
+#include "tools/camhook/run/DataRoot.h"
+#include "tools/camhook/show/Terminal.h"
+#include "tools/camhook/show/TraceFilter.h"
+
+namespace camhook {
+namespace {
+
+struct DecideArguments {
+  DecideOptions options;
+  std::optional<std::int32_t> sensor;
+  std::string fps;
+  std::string size;
+  std::string scenario;
+  std::string call;
+};
+
+/// Two integers around `separator`.
+std::optional<std::array<std::int32_t, 2>> pairFrom(const std::string& text, char separator) {
+  std::array<std::int32_t, 2> numbers{};
+  const char* const end = text.data() + text.size();
+  const auto first = std::from_chars(text.data(), end, numbers[0]);
+  if (first.ec != std::errc() || first.ptr == end || *first.ptr != separator) return {};
+  const auto second = std::from_chars(first.ptr + 1, end, numbers[1]);
+  if (second.ec != std::errc() || second.ptr != end) return {};
+  return numbers;
+}
+
+CLI::Validator isPair(char separator, const std::string& expected) {
+  const auto check = [=](const std::string& text) {
+    if (pairFrom(text, separator)) return std::string();
+    return "must be " + expected + ", not " + jsonText(text);
+  };
+  return {check, ""};
+}
+
+/// The inputs of a call of the scenario that is named.
+Inputs decideInputs(const DecideArguments& arguments) {
+  DataRoot dataRoot("");
+  dataRoot.removeOnSignals();
+  return readFile(arguments.scenario, [&](const std::string& text) {
+    Scenario scenario = readScenario(text);
+    const std::size_t index = callFromText(arguments.call, scenario.calls.size());
+    if (std::ranges::any_of(scenario.calls, opensFiles)) {
+      scenario.platform.dataRoot = dataRoot.path().string();
+    }
+    return inputsOfCall(std::move(scenario), index);
+  });
+}
+
+int decide(DecideArguments arguments) {
+  Inputs& inputs = arguments.options.inputs;
+  if (!arguments.scenario.empty()) {
+    inputs = decideInputs(arguments);
+  } else {
+    if (inputs.product.empty()) throw InputError("camhook: --product is required");
+    if (!arguments.sensor) throw InputError("camhook: --sensor is required");
+    inputs.sensor = *arguments.sensor;
+  }
+  if (const auto fps = pairFrom(arguments.fps, ',')) inputs.fps = {(*fps)[0], (*fps)[1]};
+  if (const auto size = pairFrom(arguments.size, 'x')) inputs.size = {(*size)[0], (*size)[1]};
+  return camhook::decide(std::cout, arguments.options, Style::forStandardOutput());
+}
+
+}  // namespace
+
+void addDecide(CLI::App& app, int& status) {
+  const auto arguments = std::make_shared<DecideArguments>();
+  CLI::App* command =
+      app.add_subcommand("decide", "Decide on a sensor scenario and show the way to it");
+  Inputs& inputs = arguments->options.inputs;
+  CLI::Option* const scenario =
+      command->add_option("--scenario", arguments->scenario, "Take all that from a scenario")
+          ->type_name("FILE");
+  scenario->needs(
+      command->add_option("--call", arguments->call, "Number of its call, from 1, or last")
+          ->type_name("CALL"));
+  const auto input = [&](const char* name, auto& target, const char* meaning) {
+    return command->add_option(name, target, meaning)->excludes(scenario);
+  };
+  input("--product", inputs.product, "Product model, as ro.product.model.zdm has it");
+  input("--sensor", arguments->sensor, "Sensor; 1 is the front camera");
+  command->add_flag("--video", inputs.video, "The configuration has a video stream")
+      ->excludes(scenario);
+  input("--app-type", inputs.appType, "\"APP_TYPE\" of the event store");
+  input("--app-name", inputs.appName, "\"APP_NAME\" of the event store");
+  input("--eis", inputs.eis, "HESK_CONTROL_EISENABLE");
+  input("--hfps", inputs.hfps, "MTK_STREAMING_FEATURE_HFPS_MODE");
+  input("--fps", arguments->fps, "MTK_CONTROL_AE_TARGET_FPS_RANGE")
+      ->check(isPair(',', "LO,HI"))
+      ->type_name("LO,HI");
+  input("--video-algo", inputs.videoAlgo, "HESK_CONTROL_VIDEOALGOTYPE");
+  input("--ui-module", inputs.uiModule, "COM_HESK_CURRENTUIMODULE");
+  input("--hdr", inputs.hdr, "MTK_HDR_FEATURE_HDR_MODE");
+  input("--night", inputs.night, "HESK_CONTROL_NIGHTMODE");
+  input("--size", arguments->size, "Size of the app's main output in pixels")
+      ->check(isPair('x', "WxH"))
+      ->type_name("WxH");
+  command
+      ->add_option("--what-if", arguments->options.changes,
+                   "Show beside it the decision with an input changed; may be given again")
+      ->allow_extra_args(false)
+      ->type_name("NAME=VALUE");
+  command
+      ->add_option("--want", arguments->options.want,
+                   "Find the smallest changes that give this sensor scenario")
+      ->type_name("MODE");
+  command->add_flag("--json", arguments->options.json, "Write the decision as JSON");
+  command->footer(
+      "What is not given is absent. With --want the exit status is 1 where nothing gives that.\n\n"
+      "Example:\n  camhook decide --product KX0105 --sensor 0 --video --eis 1 --video-algo 0");
+  command->callback([arguments, &status] { status = decide(*arguments); });
+}
+
+}  // namespace camhook

@@ -1,0 +1,145 @@
+#include "tools/camhook/commands/Commands.h"
+
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/tags/TagCatalogue.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/run/DataRoot.h"
+#include "tools/camhook/run/Replay.h"
+#include "tools/camhook/run/StepFinder.h"
+#include "tools/camhook/show/JsonTrace.h"
+#include "tools/camhook/show/Terminal.h"
+#include "tools/camhook/show/TextTrace.h"
+#include "tools/camhook/show/TraceFilter.h"
+
+namespace camhook {
+namespace {
+
+struct ReplayOptions {
+  std::string file;
+  bool json = false;
+  bool steps = false;
+  std::vector<std::string> calls;
+  std::vector<std::string> hooks;
+  std::vector<std::string> tags;
+  std::string logs;
+  std::string dataRoot;
+  bool noWarnings = false;
+};
+
+TextTrace::Records recordsFromName(const std::string& level) {
+  if (level == "debug") return TextTrace::Records::debug;
+  if (level == "info") return TextTrace::Records::info;
+  if (level == "error") return TextTrace::Records::error;
+  return TextTrace::Records::none;
+}
+
+TraceFilter filterOf(const ReplayOptions& options, std::size_t callCount) {
+  TraceFilter filter;
+  const auto addAll = [](const char* option, const std::vector<std::string>& words, auto add) {
+    try {
+      for (const std::string& word : words) add(word);
+    } catch (const InputError& error) {
+      throw InputError("camhook: " + std::string(option) + ": " + error.what());
+    }
+  };
+  addAll("--call", options.calls, [&](const auto& word) { filter.addCall(word, callCount); });
+  addAll("--hook", options.hooks, [&](const auto& word) { filter.addHook(word); });
+  addAll("--tag", options.tags, [&](const auto& word) { filter.addTag(word); });
+  return filter;
+}
+
+int replay(const ReplayOptions& options) {
+  const ScenarioText scenario =
+      readFile(options.file, [](std::string text) { return ScenarioText(std::move(text)); });
+  const Faults& warnings = scenario.warnings();
+  if (!options.noWarnings && !warnings.isEmpty()) {
+    std::cerr << warnings.lines(nameOfInput(options.file), "warning: ") << '\n';
+  }
+  const TraceFilter filter = filterOf(options, scenario.callCount());
+  DataRoot dataRoot(options.dataRoot);
+  dataRoot.removeOnSignals();
+  host::PhoneConfig platform = scenario.platform();
+  platform.tagName = [](std::uint32_t tag) {
+    const hesk::TagDescription* info = hesk::findTag(tag);
+    return info != nullptr ? info->name : std::string_view();
+  };
+
+  std::unique_ptr<TraceWriter> writer;
+  if (options.json) {
+    writer = std::make_unique<JsonTrace>(std::cout);
+  } else {
+    writer = std::make_unique<TextTrace>(std::cout, Style::forStandardOutput(),
+                                         recordsFromName(options.logs), scenario.about());
+  }
+  Replay run(std::move(platform));
+  if (!options.json && options.logs.empty()) host::LogSink::openLevels({});  // nobody sees records
+  std::optional<StepFinder> steps;
+  if (options.steps) run.followSteps(&steps.emplace(), Replay::StepsOf::writes);
+  ProgressLine progress(scenario.callCount());
+  bool isAnyShown = false;
+  for (std::size_t i = 0; i < scenario.callCount(); ++i) {
+    const ScenarioCall call = scenario.call(i);
+    if (opensFiles(call)) run.phone().config.dataRoot = dataRoot.path().string();
+    CallTrace trace = run.run(call);
+    trace.number = i + 1;
+    if (filter.shows(i, trace)) {
+      filter.trim(trace);
+      writer->write(trace);
+      isAnyShown = true;
+    }
+    progress.advance(i + 1);
+  }
+  if (options.json || filter.isWhole()) {
+    writer->finish(run.phone().eventStore.all());
+  } else if (!isAnyShown) {
+    std::cout << "no call matches\n";
+  }
+  return 0;
+}
+
+}  // namespace
+
+void addReplay(CLI::App& app, int& status) {
+  const auto options = std::make_shared<ReplayOptions>();
+  CLI::App* command = app.add_subcommand("replay", "Run a scenario and show what each hook did");
+  command->add_option("FILE", options->file, "The scenario; - reads it from standard input")
+      ->required();
+  command->add_flag("--json", options->json, "Write the trace as JSON");
+  const auto addNarrowing = [command](const char* name, std::vector<std::string>& words,
+                                      const char* word, const char* meaning) {
+    command->add_option(name, words, meaning)->allow_extra_args(false)->type_name(word);
+  };
+  addNarrowing("--call", options->calls, "CALL",
+               "Show only this call, by its number, from 1, or last; may be given again");
+  addNarrowing("--hook", options->hooks, "HOOK",
+               "Show only the calls of this hook: request, result, session, capture or the call's "
+               "own name; likewise");
+  addNarrowing("--tag", options->tags, "TAG",
+               "Show only where this tag changes, and nothing else of the call; likewise");
+  command->add_flag("--steps", options->steps, "Show which step of the library wrote each tag");
+  command->add_flag("--no-warnings", options->noWarnings,
+                    "Say nothing of what the scenario probably does not mean");
+  command->add_option("--logs", options->logs, "Show log records of this level and above")
+      ->check(oneOf({"debug", "info", "error"}))
+      ->type_name("LEVEL");
+  command
+      ->add_option("--data-root", options->dataRoot,
+                   "Folder that stands for the root of the phone's file system; by default a fresh "
+                   "one that goes when the scenario has run")
+      ->check([](const std::string& folder) {
+        return folder.empty() ? std::string("must name a folder") : std::string();
+      })
+      ->type_name("DIR");
+  command->footer("Example:\n  camhook replay scenarios/still_burst.json --logs info");
+  command->callback([options, &status] { status = replay(*options); });
+}
+
+}  // namespace camhook

@@ -1,0 +1,80 @@
+#include "tools/camhook/commands/Commands.h"
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/camhook/input/Json.h"
+#include "tools/camhook/rules/RulesCommand.h"
+#include "tools/camhook/show/Terminal.h"
+
+namespace camhook {
+namespace {
+
+struct RulesArguments {
+  std::string product;
+  bool json = false;
+  bool markdown = false;
+  bool check = false;
+  std::string assume;
+  std::string matrix;
+  std::vector<std::string> compare;
+};
+
+int rules(const RulesArguments& arguments) {
+  const Style style = Style::forStandardOutput();
+  if (!arguments.compare.empty()) {
+    const auto read = [](const std::string& file) {
+      return readFile(file, [](const std::string& text) { return rulesFromJson(parseJson(text)); });
+    };
+    return compareRules(std::cout, read(arguments.compare[0]), read(arguments.compare[1]), style);
+  }
+  const RuleSet all = rulesOfLibrary();
+  if (arguments.check) {
+    return checkRules(std::cout, all, {.isAppTypeSet = !arguments.assume.empty()}, style);
+  }
+  if (!arguments.matrix.empty()) {
+    writeMatrix(std::cout, all, arguments.matrix, style);
+  } else if (arguments.json) {
+    writeJson(std::cout, jsonFromRules(all));
+    std::cout << '\n';
+  } else if (arguments.markdown) {
+    writeRulesMarkdown(std::cout, all);
+  } else {
+    writeRulesText(std::cout, all, arguments.product, style);
+  }
+  return 0;
+}
+
+}  // namespace
+
+void addRules(CLI::App& app, int& status) {
+  const auto arguments = std::make_shared<RulesArguments>();
+  CLI::App* command =
+      app.add_subcommand("rules", "Show, prove or compare the rules of sensor scenarios");
+  command->add_option("PRODUCT", arguments->product, "Show the table of this product alone");
+  auto* ways = command->add_option_group("ways", "What to do instead of showing tables");
+  ways->add_flag("--json", arguments->json, "Write all tables as JSON");
+  ways->add_flag("--markdown", arguments->markdown, "Write all tables as a page of Markdown");
+  CLI::Option* const check = ways->add_flag("--check", arguments->check,
+                                            "Prove of each row that it can decide, or cannot");
+  ways->add_option("--matrix", arguments->matrix, "Show what each app and module gets on a product")
+      ->type_name("PRODUCT");
+  ways->add_option("--compare", arguments->compare,
+                   "Tell for which inputs two of --json decide differently")
+      ->expected(2)
+      ->type_name("OLD NEW");
+  ways->require_option(0, 1);
+  command->add_option("--assume", arguments->assume, "Prove it for phones of which this holds")
+      ->check(oneOf({"app-type-set"}))
+      ->needs(check)
+      ->type_name("WHAT");
+  command->footer(
+      "With --check the exit status is 1 where a row can never decide, with --compare where\n"
+      "something differs.\n\n"
+      "Example:\n  camhook rules KX0105");
+  command->callback([arguments, &status] { status = rules(*arguments); });
+}
+
+}  // namespace camhook

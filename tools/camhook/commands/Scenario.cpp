@@ -1,0 +1,131 @@
+#include "tools/camhook/commands/Commands.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tools/camhook/input/DumpScenario.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Json.h"
+#include "tools/camhook/show/ScenarioText.h"
+
+namespace camhook {
+namespace {
+
+struct ScenarioArguments {
+  std::vector<std::string> files;
+  std::string output;
+  std::string hook;
+  std::optional<std::int32_t> sensor;
+  std::string product;
+  std::string appType;
+  std::string appName;
+  std::vector<std::string> properties;
+  std::vector<std::string> events;
+  std::string statics;
+};
+
+/// Adds texts under their names from words such as "NAME=VALUE" to `texts`. Throws InputError.
+void addTexts(host::TextMap& texts, const std::vector<std::string>& words, const char* option,
+              const char* expected) {
+  const std::string place = "camhook: " + std::string(option) + ": ";
+  for (const std::string& word : words) {
+    const std::size_t equals = word.find('=');
+    if (equals == std::string::npos || equals == 0) {
+      throw InputError(place + "must be " + expected + ", not " + jsonText(word));
+    }
+    if (!texts.emplace(word.substr(0, equals), word.substr(equals + 1)).second) {
+      throw InputError(place + jsonText(word.substr(0, equals)) + " is given twice");
+    }
+  }
+}
+
+DumpOptions dumpOptions(const ScenarioArguments& arguments) {
+  DumpOptions options;
+  options.hook = findDumpHook(arguments.hook);
+  options.sensor = arguments.sensor;
+  const auto addIfGiven = [](host::TextMap& texts, const char* name, const std::string& value) {
+    if (!value.empty()) texts.emplace(name, value);
+  };
+  addIfGiven(options.properties, "ro.product.model.zdm", arguments.product);
+  addIfGiven(options.eventStore, "APP_TYPE", arguments.appType);
+  addIfGiven(options.eventStore, "APP_NAME", arguments.appName);
+  addTexts(options.properties, arguments.properties, "--property", "NAME=VALUE");
+  addTexts(options.eventStore, arguments.events, "--event", "KEY=VALUE");
+  return options;
+}
+
+int scenario(const ScenarioArguments& arguments) {
+  DumpOptions options = dumpOptions(arguments);
+  const auto readDumps = [](const std::string& file) {
+    return readFile(file, [&](const std::string& text) { return dumpFile(file, text); });
+  };
+  std::vector<DumpFile> files;
+  for (const std::string& file : arguments.files) files.push_back(readDumps(file));
+  if (!arguments.statics.empty()) options.statics = readDumps(arguments.statics);
+
+  const DumpScenario made = scenarioOfDumps(std::move(files), std::move(options));
+  for (const std::string& note : made.notes) std::cerr << note << '\n';
+  if (arguments.output.empty()) {
+    writeScenario(std::cout, made);
+    return 0;
+  }
+  std::ofstream out(arguments.output, std::ios::binary);
+  writeScenario(out, made);
+  out.close();
+  if (!out) {
+    throw InputError(printable(arguments.output) + ": cannot be written: " + std::strerror(errno));
+  }
+  return 0;
+}
+
+}  // namespace
+
+void addScenario(CLI::App& app, int& status) {
+  const auto arguments = std::make_shared<ScenarioArguments>();
+  CLI::App* command = app.add_subcommand(
+      "scenario", "Make a scenario of metadata dumps from a phone, wherever they stand in a text");
+  command
+      ->add_option("DUMP", arguments->files,
+                   "Dumps, bug reports, logs; each dump becomes a call; - reads standard input")
+      ->required();
+  command->add_option("-o", arguments->output, "Write the scenario to this file")
+      ->type_name("FILE");
+  std::vector<std::string> hooks;
+  for (const DumpHook& hook : dumpHooks()) hooks.emplace_back(hook.word);
+  for (const DumpHook& hook : dumpHooks()) hooks.emplace_back(hook.call);
+  command
+      ->add_option("--hook", arguments->hook,
+                   "What is called: request (unless given), result, session or capture, which "
+                   "takes three dumps a call; or the call's own name")
+      ->check(oneOf(std::move(hooks)))
+      ->type_name("HOOK");
+  command->add_option("--sensor", arguments->sensor, "Sensor that is called, 0 unless given");
+  command->add_option("--product", arguments->product,
+                      "Product model, as ro.product.model.zdm has it");
+  command->add_option("--app-type", arguments->appType, "\"APP_TYPE\" of the event store");
+  command->add_option("--app-name", arguments->appName, "\"APP_NAME\" of the event store");
+  command->add_option("--property", arguments->properties, "A property; may be given again")
+      ->allow_extra_args(false)
+      ->type_name("NAME=VALUE");
+  command->add_option("--event", arguments->events, "A value of the event store; likewise")
+      ->allow_extra_args(false)
+      ->type_name("KEY=VALUE");
+  command
+      ->add_option("--static", arguments->statics,
+                   "A dump of the device's static metadata, the first in this file")
+      ->type_name("FILE");
+  command->footer(
+      "What was assumed, left out or doubtful is said on standard error.\n\n"
+      "Example:\n  camhook scenario tests/support/phone_dump.txt --product KX0107 -o my.json\n"
+      "  camhook replay my.json");
+  command->callback([arguments, &status] { status = scenario(*arguments); });
+}
+
+}  // namespace camhook

@@ -1,0 +1,189 @@
+#include "tools/camhook/input/MetadataReader.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <type_traits>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "common/tags/TagCatalogue.h"
+#include "host/AndroidTags.h"
+#include "tools/camhook/input/NearNames.h"
+#include "tools/camhook/input/ValueReader.h"
+
+namespace camhook {
+namespace {
+
+using NSCam::IMetadata;
+using NSCam::MRational;
+using NSCam::MRect;
+using NSCam::Type2Type;
+
+/// A rectangle or a fraction is a list of numbers by itself.
+template <typename T>
+constexpr bool kIsTuple = std::is_same_v<T, MRect> || std::is_same_v<T, MRational>;
+
+/// Reads a text that names a value of the tag's enumeration, and says whether it does.
+template <typename T>
+bool readName(const Value& value, std::uint32_t tag, T& item) {
+  const host::AndroidTag* known = host::findAndroidTag(tag);
+  if (known == nullptr || known->values.empty()) return false;
+  if (const auto number = known->numberOf(value.text())) {
+    item = static_cast<T>(*number);
+    return true;
+  }
+  if (numberFromHexadecimal(value.text())) return false;
+  std::vector<std::string_view> names;
+  for (const host::AndroidTag::Value& each : known->values) names.push_back(each.name);
+  value.fail("no value of " + std::string(known->name) + nearNames(value.text(), names));
+  return true;
+}
+
+template <typename T>
+void readItem(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
+  T item{};
+  bool isRead = false;
+  if constexpr (std::is_same_v<T, std::uint8_t> || std::is_same_v<T, std::int32_t>) {
+    isRead = value.isText() && readName(value, tag, item);
+  }
+  if (!isRead) readValue(value, item);
+  if (target != nullptr) target->push_back(item, Type2Type<T>{});
+}
+
+template <typename T>
+void readItems(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
+  const bool isSingleItem =
+      !value.isList() || (kIsTuple<T> && value.size() > 0 && !value.front().isList());
+  if (std::is_same_v<T, std::uint8_t> && value.isText()) {
+    if (target == nullptr) return;
+    for (const char byte : value.text()) {
+      target->push_back(static_cast<std::uint8_t>(byte), Type2Type<std::uint8_t>{});
+    }
+  } else if (isSingleItem) {
+    readItem<T>(value, tag, target);
+  } else {
+    value.forEachItem([tag, target](const Value& item) { readItem<T>(item, tag, target); });
+  }
+}
+
+/// How items of a type are read.
+struct ItemType {
+  std::string_view name;
+  void (*read)(const Value& value, std::uint32_t tag, IMetadata::IEntry* target);
+};
+
+constexpr ItemType kItemTypes[] = {
+    {"int32", readItems<std::int32_t>}, {"int64", readItems<std::int64_t>},
+    {"uint8", readItems<std::uint8_t>}, {"float", readItems<float>},
+    {"rect", readItems<MRect>},         {"rational", readItems<MRational>},
+};
+
+const ItemType* findType(std::string_view name) {
+  const auto* found = std::ranges::find(kItemTypes, name, &ItemType::name);
+  return found != std::end(kItemTypes) ? found : nullptr;
+}
+
+/// The long form: {"type": ..., "items": ...}.
+void readTypedItems(const Value& value, std::uint32_t tag, const hesk::TagDescription* info,
+                    IMetadata::IEntry* target) {
+  constexpr std::array<std::string_view, 2> kKeys{"type", "items"};
+  value.forEachMember([&](const Value& key, const Value&) {
+    if (std::ranges::find(kKeys, key.text()) != kKeys.end()) return;
+    key.fail("unknown key" + nearNames(key.text(), kKeys));
+  });
+  const std::optional<Value> type = value.find("type");
+  const std::optional<Value> items = value.find("items");
+  if (!type) value.failAt("type", "missing");
+  if (!items) value.failAt("items", "missing");
+  if (!type || !items) return;
+  if (!type->isText()) return type->failUnless("a text");
+  const ItemType* known = findType(type->text());
+  if (known == nullptr) {
+    return type->failUnless("a type: int32, int64, uint8, float, rect or rational");
+  }
+  const bool isText = known->name == "uint8" && items->isText();
+  if (!items->isList() && !isText) return items->failUnless("a list");
+  if (info != nullptr && info->type != known->name) {
+    type->warn([&] {
+      return "the catalogue has " + std::string(info->type) + ", not " + std::string(known->name);
+    });
+  }
+  known->read(*items, tag, target);
+}
+
+const hesk::TagDescription* findTag(std::string_view name) {
+  static const auto kByName = [] {
+    std::unordered_map<std::string_view, const hesk::TagDescription*> byName;
+    for (const hesk::TagDescription& tag : hesk::kTagCatalogue) byName.emplace(tag.name, &tag);
+    return byName;
+  }();
+  const auto found = kByName.find(name);
+  return found != kByName.end() ? found->second : nullptr;
+}
+
+void readEntryOf(const Value& value, std::uint32_t tag, const hesk::TagDescription* info,
+                 IMetadata::IEntry* target) {
+  if (value.isObject()) {
+    readTypedItems(value, tag, info, target);
+  } else if (value.isList() && value.size() == 0) {
+    return;
+  } else if (info == nullptr) {
+    value.fail(R"(the catalogue does not list this tag: give {"type": ..., "items": [...]})");
+  } else {
+    findType(info->type)->read(value, tag, target);
+  }
+}
+
+/// Keys that differ may stand for one tag.
+void failRepeated(std::vector<std::pair<std::uint32_t, Value>>& keys) {
+  std::ranges::stable_sort(keys, {}, [](const auto& key) { return key.first; });
+  for (std::size_t i = 1; i < keys.size(); ++i) {
+    const auto& [tag, key] = keys[i];
+    if (tag == keys[i - 1].first && key.text() != keys[i - 1].second.text()) {
+      key.fail("this tag is given twice");
+    }
+  }
+}
+
+}  // namespace
+
+std::optional<std::uint64_t> wideTagFrom(std::string_view text) {
+  if (const hesk::TagDescription* info = findTag(text)) return info->value;
+  return numberFromHexadecimal(text);
+}
+
+std::optional<std::uint32_t> tagFrom(std::string_view text) {
+  const auto tag = wideTagFrom(text);
+  if (!tag || !std::in_range<std::uint32_t>(*tag)) return {};
+  return static_cast<std::uint32_t>(*tag);
+}
+
+void readEntry(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
+  readEntryOf(value, tag, hesk::findTag(tag), target);
+}
+
+void readMetadata(const Value& value, IMetadata* target) {
+  if (!value.isObject()) return value.failUnless("an object from tag to value");
+  bool hasNumbers = false;
+  std::vector<std::pair<std::uint32_t, Value>> keys;
+  keys.reserve(value.size());
+  value.forEachMember([&](const Value& key, const Value& member) {
+    const hesk::TagDescription* info = findTag(key.text());
+    const auto tag = info != nullptr ? info->value : tagFrom(key.text());
+    if (!tag) {
+      return key.fail(key.isHeard() ? "unknown tag" + nearTags(key.text()) : std::string());
+    }
+    hasNumbers = hasNumbers || info == nullptr;
+    if (info == nullptr) info = hesk::findTag(*tag);
+    keys.emplace_back(*tag, key);
+    if (target == nullptr) return readEntryOf(member, *tag, info, nullptr);
+    IMetadata::IEntry entry(*tag);
+    readEntryOf(member, *tag, info, &entry);
+    if (!entry.isEmpty()) target->update(*tag, entry);
+  });
+  if (hasNumbers) failRepeated(keys);
+}
+
+}  // namespace camhook

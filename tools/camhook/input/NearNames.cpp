@@ -1,0 +1,61 @@
+#include "tools/camhook/input/NearNames.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+#include "common/tags/TagCatalogue.h"
+
+namespace camhook {
+
+std::size_t editDistance(std::string_view left, std::string_view right) {
+  const std::size_t width = right.size() + 1;
+  std::vector<std::size_t> table((left.size() + 1) * width);
+  // Between the first i letters of one and the first j of the other.
+  const auto at = [&](std::size_t i, std::size_t j) -> std::size_t& {
+    return table[i * width + j];
+  };
+  for (std::size_t i = 0; i <= left.size(); ++i) at(i, 0) = i;
+  for (std::size_t j = 0; j <= right.size(); ++j) at(0, j) = j;
+  for (std::size_t i = 1; i <= left.size(); ++i) {
+    for (std::size_t j = 1; j <= right.size(); ++j) {
+      const std::size_t replaced = at(i - 1, j - 1) + (left[i - 1] != right[j - 1] ? 1 : 0);
+      at(i, j) = std::min({replaced, at(i - 1, j) + 1, at(i, j - 1) + 1});
+      const bool isSwapped =
+          i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1];
+      if (isSwapped) at(i, j) = std::min(at(i, j), at(i - 2, j - 2) + 1);
+    }
+  }
+  return at(left.size(), right.size());
+}
+
+std::string nearNames(std::string_view text, std::span<const std::string_view> names) {
+  constexpr std::size_t kMostNames = 3;
+  constexpr std::size_t kLongest = 100;  // of a name that anybody would mistype
+  constexpr std::size_t kLongPart = 4;
+  if (text.size() > kLongest) return {};
+  std::vector<std::pair<std::size_t, std::string_view>> near;
+  for (const std::string_view name : names) {
+    // A part of a name is as good as a slip in it.
+    const bool isPart = text.size() >= kLongPart && name.find(text) != std::string_view::npos;
+    const std::size_t distance = isPart ? 0 : editDistance(text, name);
+    if (distance <= (name.size() + 2) / 4) near.emplace_back(distance, name);
+  }
+  std::ranges::stable_sort(near, {}, [](const auto& name) { return name.first; });
+  near.resize(std::min(near.size(), kMostNames));
+  std::string list;
+  for (const auto& [distance, name] : near) {
+    list += (list.empty() ? "; near: " : ", ") + std::string(name);
+  }
+  return list;
+}
+
+std::string nearTags(std::string_view text) {
+  std::vector<std::string_view> names;
+  names.reserve(hesk::kTagCatalogue.size());
+  for (const hesk::TagDescription& tag : hesk::kTagCatalogue) names.push_back(tag.name);
+  return nearNames(text, names);
+}
+
+}  // namespace camhook

@@ -1,0 +1,118 @@
+#include "tools/camhook/input/ValueReader.h"
+
+#include <charconv>
+#include <cmath>
+#include <system_error>
+#include <utility>
+
+namespace camhook {
+namespace {
+
+template <typename T>
+std::optional<T> numberFromDigits(std::string_view digits) {
+  T number = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, number);
+  if (error != std::errc() || stop != end) return {};
+  return number;
+}
+
+template <typename T>
+std::optional<T> integerFrom(const Value& value) {
+  if (value.isText()) {
+    const auto number = numberFromHexadecimal(value.text());
+    if (!number || !std::in_range<T>(*number)) return {};
+    return static_cast<T>(*number);
+  }
+  if (!value.isNumber()) return {};
+  // An unsigned one may stand as -0, too.
+  if (value.text().starts_with('-') && value.text() != "-0") {
+    if (!std::is_signed_v<T>) return {};
+  } else if (value.text() == "-0") {
+    return T{0};
+  }
+  return numberFromDigits<T>(value.text());
+}
+
+template <typename T>
+void readInteger(const Value& value, T& target) {
+  if (const auto number = integerFrom<T>(value)) {
+    target = *number;
+  } else {
+    value.failUnless("an integer of " + std::string(kIntegerName<T>) + ", " +
+                     std::to_string(std::numeric_limits<T>::min()) + " to " +
+                     std::to_string(std::numeric_limits<T>::max()));
+  }
+}
+
+/// Hands each number of a list to one of `targets`.
+template <typename... Numbers>
+void readTuple(const Value& value, const char* shape, Numbers&... targets) {
+  std::array<std::int32_t*, sizeof...(targets)> numbers{&targets...};
+  if (!value.isList() || value.size() != numbers.size()) return value.failUnless(shape);
+  std::size_t index = 0;
+  value.forEachItem([&](const Value& item) { readInteger(item, *numbers[index++]); });
+}
+
+}  // namespace
+
+std::optional<std::uint64_t> numberFromHexadecimal(std::string_view text) {
+  if (!text.starts_with("0x")) return {};
+  std::uint64_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data() + 2, end, number, 16);
+  if (error != std::errc() || stop != end) return {};
+  return number;
+}
+
+void readValue(const Value& value, bool& target) {
+  if (!value.isBoolean()) return value.failUnless("true or false");
+  target = value.isTrue();
+}
+
+void readValue(const Value& value, std::string& target) {
+  if (!value.isText()) return value.failUnless("a text");
+  target = value.text();
+}
+
+void readValue(const Value& value, std::int32_t& target) { readInteger(value, target); }
+void readValue(const Value& value, std::int64_t& target) { readInteger(value, target); }
+void readValue(const Value& value, std::uint8_t& target) { readInteger(value, target); }
+void readValue(const Value& value, std::uint32_t& target) { readInteger(value, target); }
+void readValue(const Value& value, std::uint64_t& target) { readInteger(value, target); }
+
+void readValue(const Value& value, float& target) {
+  if (value.isNumber()) {
+    const double number = value.number();
+    if (std::abs(number) >= kFirstBeyondFloats) {
+      return value.fail("does not fit a float: " + value.shown());
+    }
+    target = static_cast<float>(number);
+  } else if (value.isText() && value.text() == "nan") {
+    target = std::numeric_limits<float>::quiet_NaN();
+  } else if (value.isText() && value.text() == "inf") {
+    target = std::numeric_limits<float>::infinity();
+  } else if (value.isText() && value.text() == "-inf") {
+    target = -std::numeric_limits<float>::infinity();
+  } else {
+    value.failUnless(R"(a number, or "inf", "-inf", "nan")");
+  }
+}
+
+void readValue(const Value& value, NSCam::MSize& target) {
+  readTuple(value, "[width, height]", target.w, target.h);
+}
+
+void readValue(const Value& value, NSCam::MRect& target) {
+  readTuple(value, "[x, y, width, height]", target.x, target.y, target.w, target.h);
+}
+
+void readValue(const Value& value, NSCam::MRational& target) {
+  readTuple(value, "[numerator, denominator]", target.numerator, target.denominator);
+}
+
+void readValue(const Value& value, std::array<std::int32_t, 2>& target) {
+  readTuple(value, "a pair [a, b]", target[0], target[1]);
+}
+
+}  // namespace camhook

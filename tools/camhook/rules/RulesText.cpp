@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <ostream>
+#include <utility>
+
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/rules/RulesCommand.h"
+
+namespace camhook {
+namespace {
+
+using Cells = std::vector<std::string>;
+
+std::vector<const RuleColumn*> usedColumns(const Rules& rules) {
+  std::vector<const RuleColumn*> columns;
+  for (const RuleColumn& column : ruleColumns()) {
+    if (std::ranges::any_of(rules, [&](const auto& rule) { return column.isCondition(rule); })) {
+      columns.push_back(&column);
+    }
+  }
+  return columns;
+}
+
+std::string conditionText(const RuleColumn& column, const SensorModeCfg& rule) {
+  if (!column.isCondition(rule)) return "";
+  const RuleColumn::Value wanted = column.wanted(rule);
+  if (const auto* number = std::get_if<std::int32_t>(&wanted)) return std::to_string(*number);
+  return std::string(std::get<std::string_view>(wanted));
+}
+
+/// A list as a table: its head, then a row for each rule.
+std::vector<Cells> tableOf(const Rules& rules) {
+  const std::vector<const RuleColumn*> columns = usedColumns(rules);
+  const bool hasSeveral = std::ranges::any_of(rules, isOfSeveral);
+  std::vector<Cells> table{{"row"}};
+  for (const RuleColumn* column : columns) table.front().emplace_back(column->title);
+  if (hasSeveral) table.front().emplace_back("must meet");
+  table.front().emplace_back("scenario");
+  for (std::size_t i = 0; i < rules.size(); ++i) {
+    Cells& row = table.emplace_back(Cells{std::to_string(i + 1)});
+    for (const RuleColumn* column : columns) row.push_back(conditionText(*column, rules[i]));
+    if (hasSeveral) {
+      row.push_back(isOfSeveral(rules[i]) ? std::to_string(rules[i].conditionCount) : "");
+    }
+    row.push_back(scenarioText(rules[i].sensorMode));
+  }
+  return table;
+}
+
+std::vector<Cells> tableOf(const std::vector<hesk::Override>& overrides) {
+  std::vector<Cells> table{{"override", "when", "scenario"}};
+  for (std::size_t i = 0; i < overrides.size(); ++i) {
+    table.push_back(
+        {std::to_string(i + 1), overrides[i].when, scenarioText(overrides[i].scenario)});
+  }
+  return table;
+}
+
+void writeTable(std::ostream& out, const std::vector<Cells>& table, Style style) {
+  Columns columns;
+  for (const Cells& row : table) {
+    Cells cells = row;
+    if (&row == &table.front()) {
+      for (std::string& cell : cells) cell = style.faint(cell);
+    }
+    columns.add(std::move(cells));
+  }
+  columns.write(out, 4);
+}
+
+void writeMarkdownTable(std::ostream& out, const std::vector<Cells>& table) {
+  for (const Cells& row : table) {
+    out << '|';
+    for (const std::string& cell : row) out << (cell.empty() ? " " : " " + cell + " ") << '|';
+    out << '\n';
+    if (&row != &table.front()) continue;
+    for (std::size_t i = 0; i < row.size(); ++i) out << "|---";
+    out << "|\n";
+  }
+}
+
+}  // namespace
+
+void writeRulesText(std::ostream& out, const RuleSet& rules, const std::string& product,
+                    Style style) {
+  const SensorModeTable* const wanted = product.empty() ? nullptr : rules.tableFor(product);
+  if (wanted == nullptr && !product.empty()) {
+    throw InputError("camhook: no table is for product " + jsonText(product));
+  }
+  for (const SensorModeTable& table : rules.tables) {
+    if (wanted != nullptr && wanted != &table) continue;
+    out << style.title(table.productName) << '\n';
+    for (const RuleList& list : kRuleLists) {
+      out << "  " << style.heading(list.name) << '\n';
+      writeTable(out, tableOf(table.*list.rules), style);
+    }
+    out << '\n';
+  }
+  out << style.title("overrides") << '\n';
+  writeTable(out, tableOf(rules.overrides), style);
+}
+
+void writeRulesMarkdown(std::ostream& out, const RuleSet& rules) {
+  out << "# Rules of sensor scenarios\n\n"
+         "By which each product's sensors are read out. Made by `./camhook rules --markdown`.\n\n"
+         "A row is met by what its columns ask for:\n\n"
+         "| column | what a configuration has |\n|---|---|\n";
+  for (const RuleColumn& column : ruleColumns()) {
+    out << "| " << column.title << " | `" << inputField(column.input).name << "` |\n";
+  }
+  out << "\nRows of several conditions are asked first, from the last to the first: one is taken "
+         "as\n"
+         "soon as it meets as many as it must. Then those of one condition are asked, from the "
+         "first\n"
+         "to the last, by ";
+  for (const RuleColumn* column : filterOrder()) {
+    out << (column == filterOrder().front()  ? ""
+            : column == filterOrder().back() ? " and "
+                                             : ", ")
+        << column->title;
+  }
+  out << ". An empty `APP_TYPE` meets every row\nwithout an app type.\n";
+  for (const SensorModeTable& table : rules.tables) {
+    out << "\n## " << table.productName << '\n';
+    for (const RuleList& list : kRuleLists) {
+      out << "\n`" << list.name << "`\n\n";
+      writeMarkdownTable(out, tableOf(table.*list.rules));
+    }
+  }
+  out << "\n## Overrides\n\nThey go before the rules, on every product; the last that fires "
+         "holds.\n\n";
+  writeMarkdownTable(out, tableOf(rules.overrides));
+}
+
+}  // namespace camhook

@@ -1,0 +1,98 @@
+#include "tools/camhook/show/TraceFilter.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "tools/camhook/input/DumpScenario.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/MetadataReader.h"
+#include "tools/camhook/input/NearNames.h"
+#include "tools/camhook/input/ScenarioReader.h"
+
+namespace camhook {
+namespace {
+
+bool differs(const ContainerTrace& container, std::uint32_t tag) {
+  if (!container.after) return false;  // null was handed in
+  return !areSame(container.before->entryFor(tag), container.after->entryFor(tag));
+}
+
+}  // namespace
+
+std::size_t callFromText(const std::string& text, std::size_t count) {
+  if (text == "last" && count > 0) return count - 1;
+  std::size_t number = 0;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  const bool isNumber = error == std::errc() && stop == text.data() + text.size();
+  if (text != "last" && !isNumber) {
+    throw InputError("CALL must be a number from 1, or last, not " + jsonText(text));
+  }
+  if (number < 1 || number > count) {
+    throw InputError("there is no call " + text + ": the scenario has " + std::to_string(count));
+  }
+  return number - 1;
+}
+
+void TraceFilter::addCall(const std::string& text, std::size_t count) {
+  mCalls.insert(callFromText(text, count));
+}
+
+void TraceFilter::addHook(const std::string& name) {
+  const DumpHook* hook = findDumpHook(name);
+  std::vector<std::string_view> names = callNames();
+  const auto found = std::ranges::find(names, hook != nullptr ? hook->call : name);
+  if (found == names.end()) {
+    for (const DumpHook& known : dumpHooks()) names.push_back(known.word);
+    throw InputError("unknown call " + jsonText(name) + nearNames(name, names));
+  }
+  mHooks.insert(*found);
+}
+
+void TraceFilter::addTag(const std::string& text) {
+  const auto tag = tagFrom(text);
+  if (!tag) throw InputError("unknown tag " + jsonText(text) + nearTags(text));
+  mTags.insert(*tag);
+}
+
+bool TraceFilter::shows(std::size_t index, const CallTrace& trace) const {
+  return (mCalls.empty() || mCalls.contains(index)) &&
+         (mHooks.empty() || mHooks.contains(trace.call)) && (mTags.empty() || changesTag(trace));
+}
+
+bool TraceFilter::changesTag(const CallTrace& trace) const {
+  return std::ranges::any_of(trace.containers, [&](const ContainerTrace& container) {
+    return std::ranges::any_of(mTags, [&](std::uint32_t tag) { return differs(container, tag); });
+  });
+}
+
+void TraceFilter::trim(CallTrace& trace) const {
+  if (mTags.empty()) return;
+  std::erase_if(trace.containers, [&](const ContainerTrace& container) {
+    return std::ranges::none_of(mTags, [&](std::uint32_t tag) { return differs(container, tag); });
+  });
+  for (ContainerTrace& container : trace.containers) {
+    keepTags(container.before);
+    keepTags(container.after);
+  }
+  if (trace.accesses) {
+    std::erase_if(*trace.accesses, [&](const StepAccess& access) {
+      const auto* write = std::get_if<host::MetadataWrite>(&access.access);
+      return write == nullptr || !mTags.contains(write->tag);
+    });
+  }
+  trace.state.reset();
+  trace.effects.clear();
+  trace.logs.clear();
+}
+
+void TraceFilter::keepTags(MetadataArgument& container) const {
+  NSCam::IMetadata kept;
+  for (const std::uint32_t tag : mTags) {
+    const NSCam::IMetadata::IEntry& entry = container->entryFor(tag);
+    if (!entry.isEmpty()) kept.update(tag, entry);
+  }
+  container = std::move(kept);
+}
+
+}  // namespace camhook
