@@ -31,7 +31,7 @@
 
   const announcedOf = (call) => {
     const frames = page.items(call, "meta", "HESK_CONTROL_HISFRAME");
-    return frames ? `${frames[0]} with history, ${frames[1] ?? 0} without` : "–";
+    return frames ? `${frames[0]} + ${frames[1] ?? 0}` : "–";
   };
 
   const writtenOf = (index, count) => (index === null ? "–" : `frame ${index} of ${count}`);
@@ -61,7 +61,7 @@
     );
   };
 
-  const heads = ["call", "sensor", "request", "ZSL", "announced frames", "book: request and index", "capture count", "written"];
+  const heads = ["call", "sensor", "request", "ZSL", "announced: past + new", "book: request and index", "capture count", "written"];
 
   page.views.push({
     name: "burst",

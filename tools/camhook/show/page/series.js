@@ -45,7 +45,11 @@
     return [...all.values()];
   };
 
-  const rank = ({ name, place }) => (first.includes(name) ? first.indexOf(name) : place === "state" ? 9 : 8);
+  // Then those of the catalogue, the state, and tags without a name.
+  const rank = ({ name, place }) => {
+    if (first.includes(name)) return first.indexOf(name) - first.length;
+    return name.startsWith("0x") ? 2 : place === "state" ? 1 : 0;
+  };
   const inOrder = (one, other) => rank(one) - rank(other) || one.key.localeCompare(other.key, "en", { numeric: true });
 
   const isLine = ({ name, runs }) =>

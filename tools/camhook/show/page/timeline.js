@@ -3,6 +3,7 @@
 {
   const { element } = page;
   const step = 32; // pixels from call to call, as views.css has them
+  const mostTags = 6; // that are told by name
   const margin = 5; // calls drawn besides those in sight, on both sides
 
   const laneOf = ({ sensor, call }) => (sensor === undefined ? `phone · ${call}` : `sensor ${sensor} · ${call}`);
@@ -24,7 +25,7 @@
     const tags = new Set([...section.querySelectorAll("tr[data-tag]")].map((row) => row.dataset.tag));
     const { errors, effects, differences } = section.dataset;
     const facts = [
-      tags.size ? `changes ${[...tags].slice(0, 8).join(", ")}${tags.size > 8 ? ` and ${tags.size - 8} more` : ""}` : "changes no tag",
+      tags.size ? `changes ${[...tags].slice(0, mostTags).join(", ")}${tags.size > mostTags ? ` and ${tags.size - mostTags} more` : ""}` : "changes no tag",
       effects > 0 ? `• ${effects} effects` : "",
       errors > 0 ? `! ${errors} error records` : "",
       differences > 0 ? `≠ ${differences} differences` : "",
@@ -32,7 +33,7 @@
     told.replaceChildren(element("b", {}, section.querySelector("h3").textContent), ` ${facts.filter(Boolean).join("; ")}`);
   };
 
-  const markOf = (number, place, { call: open }) => {
+  const markOf = (number, place, { call: open, other }) => {
     const call = page.calls[number - 1];
     const errors = page.errors(call);
     const effects = call.effects.length;
@@ -51,7 +52,7 @@
         "data-call": number,
         tabindex: place === focused ? 0 : -1,
         "aria-label": words.filter(Boolean).join(", "),
-        "aria-current": number === open ? "true" : null,
+        "aria-current": number === open && !other ? "true" : null,
       },
       element("small", {}, `${number}`),
       `${errors ? "!" : ""}${effects ? "•" : ""}${differs ? "≠" : ""}`,
