@@ -2,6 +2,7 @@
 {
   const { shape } = page;
   const colours = 6; // of bands, as views.css has them
+  const textHeight = 13;
   const narrow = 2; // pixels: bands that are narrower are drawn as one
 
   // What one line or list of bands is drawn by: the runs in sight, and where each begins and ends, up to the
@@ -31,7 +32,7 @@
     return shape("path", { class: `line line-${item}`, d: path });
   };
 
-  // The numbers beside the line, where they change and have room.
+  // The numbers of the line, where they change and have room; those of a lower line stand below it.
   const numbersOf = ({ runs, spanOf }, item, yOf) =>
     runs.flatMap((run, index) => {
       const [from, to] = spanOf(run);
@@ -39,8 +40,8 @@
       const text = page.text([value]);
       const known = value === undefined || value === runs[index - 1]?.items[item];
       if (known || to - from < 7 * text.length + 8) return [];
-      const y = yOf(value);
-      return [shape("text", { class: "plot-text", x: from + 4, y: y < 18 ? y + 13 : y - 4 }, text)];
+      const y = yOf(value) + (item === 0 && run.items.length > 1 ? textHeight : -4);
+      return [shape("text", { class: "plot-text", x: from + 4, y }, text)];
     });
 
   // A call has only so many arguments.
@@ -49,7 +50,8 @@
 
   const drawLine = (seen, height) => {
     const [low, high] = extremes(seen.runs.flatMap(({ items }) => items));
-    const yOf = (value) => (high === low ? height / 2 : height - 5 - ((value - low) / (high - low)) * (height - 10));
+    const room = height - 2 * (textHeight + 3);
+    const yOf = (value) => textHeight + 3 + room * (high === low ? 0.5 : (high - value) / (high - low));
     const items = [0, 1].filter((item) => seen.runs.some((run) => item in run.items));
     return items.flatMap((item) => [lineOf(seen, item, yOf), ...numbersOf(seen, item, yOf)]);
   };

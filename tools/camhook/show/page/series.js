@@ -4,8 +4,8 @@
   const first = ["MTK_CONTROL_AE_TARGET_FPS_RANGE", "MTK_HESK_CAPTURE_COUNT", "mCaptureCount", "readout mode"];
   const quantity = /RANGE|COUNT|INDEX|GAIN|RATIO|SENSITIVITY|_ISO$|_EV$|TIME|PAIR|FOV|TEMPERATURE|frames/i;
 
-  // One sensor's values of a name: runs of calls with the same items. A call that could hold it and does
-  // not ends a run, one of another hook or sensor does not.
+  // One sensor's values of a name in one hook's container: runs of calls with the same items. A call of that
+  // hook without it ends a run, one of another hook or sensor does not.
   const addTo = (all, name, place, sensor, call, items, occasion) => {
     const key = `${name} ${place} ${sensor}`;
     let series = all.get(key);
@@ -32,14 +32,14 @@
     page.calls.forEach((call, index) => {
       for (const container of page.containers) {
         const entries = Object.entries(call[container] ?? {}).map(([tag, { items }]) => [tag, items]);
-        if (call[container]) addAll(container, call.sensor, index + 1, entries);
+        if (call[container]) addAll(`${call.call} ${container}`, call.sensor, index + 1, entries);
       }
       if (call.state) {
         const entries = Object.entries(call.state).map(([field, value]) => [field, listOf(value)]);
         addAll("state", call.sensor, index + 1, entries);
       }
       if (call.call === "decideSensorScenario") {
-        addAll("return", call.sensor, index + 1, [["readout mode", [page.modeName(call.return)]]]);
+        addAll(call.call, call.sensor, index + 1, [["readout mode", [page.modeName(call.return)]]]);
       }
     });
     return [...all.values()];
@@ -67,6 +67,6 @@
   // Whether a call changed it: of tags the calls' tables tell.
   page.isChanged = ({ name, place, runs }) => {
     changed ??= new Set([...document.querySelectorAll("#calls tr[data-tag]")].map((row) => row.dataset.tag));
-    return place === "state" || place === "return" ? runs.length > 1 : changed.has(name);
+    return changed.has(name) || (runs.length > 1 && (place === "state" || name === "readout mode"));
   };
 }

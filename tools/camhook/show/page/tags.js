@@ -1,7 +1,8 @@
 // Tags over time: a row for each tag of each sensor, drawn where in sight, and the values of one of them.
 {
   const { element } = page;
-  const rowHeight = 76; // pixels, as views.css has them
+  const rowHeight = 104;
+  const labelHeight = 44; // pixels, as views.css has them
   const margin = 3; // rows drawn besides those in sight
   const mostRuns = 200;
   const near = 50; // calls on either side of the open one, where not all are drawn
@@ -71,7 +72,7 @@
         element("small", {}, where),
         value,
       );
-      const picture = page.plot(series, range, pictureWidth(), rowHeight - 28, state.call);
+      const picture = page.plot(series, range, pictureWidth(), rowHeight - labelHeight - 4, state.call);
       picture.addEventListener("pointermove", ({ offsetX }) => {
         const [from, to] = range;
         const call = Math.min(from + Math.floor((offsetX / pictureWidth()) * (to - from + 1)), to);

@@ -3,7 +3,7 @@
 {
   const { element } = page;
   const step = 32; // pixels from call to call, as views.css has them
-  const mostTags = 6; // that are told by name
+  const mostTags = 4; // that are told by name
   const margin = 5; // calls drawn besides those in sight, on both sides
 
   const laneOf = ({ sensor, call }) => (sensor === undefined ? `phone · ${call}` : `sensor ${sensor} · ${call}`);
@@ -19,6 +19,8 @@
     });
   };
 
+  const countOf = (sign, count, what) => (count > 0 ? `${sign}${count} ${what}${count > 1 ? "s" : ""}` : "");
+
   const told = element("p", { class: "told", "aria-live": "polite" });
   const tell = (number) => {
     const section = document.getElementById(`call-${number}`);
@@ -26,9 +28,9 @@
     const { errors, effects, differences } = section.dataset;
     const facts = [
       tags.size ? `changes ${[...tags].slice(0, mostTags).join(", ")}${tags.size > mostTags ? ` and ${tags.size - mostTags} more` : ""}` : "changes no tag",
-      effects > 0 ? `• ${effects} effects` : "",
-      errors > 0 ? `! ${errors} error records` : "",
-      differences > 0 ? `≠ ${differences} differences` : "",
+      countOf("• ", Number(effects), "effect"),
+      countOf("! ", Number(errors), "error record"),
+      countOf("≠ ", Number(differences ?? 0), "difference"),
     ];
     told.replaceChildren(element("b", {}, section.querySelector("h3").textContent), ` ${facts.filter(Boolean).join("; ")}`);
   };
@@ -40,9 +42,9 @@
     const differs = page.data.scenario ? 0 : page.differences(number);
     const words = [
       `call ${number} ${laneOf(call)}`,
-      errors ? `${errors} error records` : "",
-      effects ? `${effects} effects` : "",
-      differs ? `${differs} differences` : "",
+      countOf("", errors, "error record"),
+      countOf("", effects, "effect"),
+      countOf("", differs, "difference"),
     ];
     const mark = element(
       "a",
