@@ -65,7 +65,7 @@ int replay(const ReplayOptions& options) {
   }
   const TraceFilter filter = filterOf(options, scenario.callCount());
   DataRoot dataRoot(options.dataRoot);
-  dataRoot.removeOnSignals();
+  dataRoot.removeAtAnyEnd();
   host::PhoneConfig platform = scenario.platform();
   platform.tagName = [](std::uint32_t tag) {
     const hesk::TagDescription* info = hesk::findTag(tag);
