@@ -1,0 +1,53 @@
+// One call at a time. The document has them all, so that they can be read without scripts, too.
+{
+  let open = [];
+
+  // What is open besides the calls of the trace: the event store at the end, calls that are gone.
+  page.otherCalls = { end: "#end", gone: "#calls > .gone" };
+
+  const sectionsOf = (call) =>
+    call in page.otherCalls
+      ? [...document.querySelectorAll(page.otherCalls[call])]
+      : [document.getElementById(`call-${call}`)];
+
+  const goTo = ({ target }) => {
+    if (target.checkValidity()) location.hash = page.address({ call: target.value });
+  };
+
+  page.views.push({
+    name: "calls",
+    title: "Calls",
+    offered: () => true,
+    open(section) {
+      const last = page.calls.length;
+      const link = (text) => page.element("a", { href: "#" }, text);
+      const previous = link("‹ previous");
+      const next = link("next ›");
+      const end = page.element("a", { href: "#" }, "end");
+      const number = page.element("input", { type: "number", min: 1, max: last, required: true, change: goTo });
+      const label = page.element("label", {}, "call ", number, ` of ${last}`);
+      section
+        .querySelector("h2")
+        .after(page.element("nav", { class: "picker", "aria-label": "call" }, previous, label, next, end));
+
+      const lead = (element, call) => {
+        if (call) element.href = page.address({ call });
+        else element.removeAttribute("href");
+      };
+      return ({ call, only }) => {
+        const shown = page.shownCalls(only);
+        lead(previous, shown.findLast((other) => other < call) ?? (call === "end" ? shown.at(-1) : undefined));
+        lead(next, shown.find((other) => other > call));
+        lead(end, "end");
+        number.value = call in page.otherCalls ? "" : call;
+
+        for (const old of open) old.classList.remove("open");
+        open = sectionsOf(call);
+        for (const opened of open) {
+          opened.classList.add("open");
+          opened.tabIndex = 0; // it scrolls where a table is wider
+        }
+      };
+    },
+  });
+}

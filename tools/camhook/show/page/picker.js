@@ -1,0 +1,38 @@
+// Views of one call each lead from one of their calls to the next.
+{
+  // Of the calls that a view has, the open one, else the next behind it, else the last.
+  const chosen = (numbers, call) => numbers.find((number) => number >= call) ?? numbers.at(-1);
+
+  const link = (text, call) =>
+    page.element("a", call === undefined ? { "aria-disabled": "true" } : { href: page.address({ call }) }, text);
+
+  // A view that draws one call at a time; `draw` gives the elements for a call's number.
+  page.viewOfCalls = (name, title, holds, draw) => {
+    let numbers;
+    page.views.push({
+      name,
+      title,
+      offered: () => page.calls.some(holds),
+      open(section) {
+        numbers = page.callsWith(holds);
+        const content = page.element("div", { class: "picked" });
+        section.append(content);
+        return ({ call }) => {
+          const number = chosen(numbers, call);
+          const place = numbers.indexOf(number);
+          const { sensor, call: hook } = page.calls[number - 1];
+          content.replaceChildren(
+            page.element(
+              "nav",
+              { class: "picker", "aria-label": `calls of ${title}` },
+              link("‹ previous", numbers[place - 1]),
+              page.element("span", {}, page.callLink(number), ` ${hook}, sensor ${sensor} (${place + 1} of ${numbers.length})`),
+              link("next ›", numbers[place + 1]),
+            ),
+            ...draw(number),
+          );
+        };
+      },
+    });
+  };
+}

@@ -1,0 +1,2 @@
+// All views are known.
+page.start();

@@ -1,0 +1,112 @@
+// Tags over time: a row for each tag of each sensor, drawn where in sight, and the values of one of them.
+{
+  const { element } = page;
+  const rowHeight = 76; // pixels, as views.css has them
+  const margin = 3; // rows drawn besides those in sight
+  const mostRuns = 200;
+
+  const severalSensors = () => new Set(page.calls.map(({ sensor }) => sensor)).size > 1;
+
+  const wordsOf = (run) => (run.first === run.last ? "" : ` to ${run.last}`);
+
+  // The values in words, those around the open call where there are many.
+  const valuesOf = ({ key, runs }, call) => {
+    const here = Math.max(runs.findLastIndex(({ first }) => first <= call), 0);
+    const from = Math.max(Math.min(here - mostRuns / 2, runs.length - mostRuns), 0);
+    const rows = runs
+      .slice(from, from + mostRuns)
+      .map((run) => [element("span", {}, page.callLink(run.first), wordsOf(run)), page.text(run.items)]);
+    const among = runs.length > mostRuns ? ` (${from + 1} to ${from + rows.length} of ${runs.length})` : "";
+    return page.table(`${key}${among}`, ["from", "value"], rows, "values");
+  };
+
+  const open = (section) => {
+    const several = severalSensors();
+    let state;
+    let rows = [];
+
+    const find = element("input", {
+      type: "search",
+      input: () => page.replace({ find: find.value || null }),
+    });
+    const changed = element("input", {
+      type: "checkbox",
+      change: () => page.replace({ changed: changed.checked ? "1" : null }),
+    });
+    const count = element("span", { role: "status" });
+    const controls = element(
+      "p",
+      { class: "controls" },
+      element("label", {}, "name ", find),
+      element("label", {}, changed, " only changed"),
+      count,
+    );
+    const values = element("div", { class: "chosen" });
+    const list = element("div", { class: "rows" });
+    const box = element("div", { class: "tags", tabindex: "0", role: "region", "aria-label": "tags" }, list);
+    section.append(controls, values, box);
+
+    const rowOf = (series, place) => {
+      const now = page.runAt(series, state.call);
+      const where = `${series.place}${several ? `, sensor ${series.sensor}` : ""}`;
+      const value = element("output", { class: "value" }, now ? page.text(now.items) : "–");
+      const label = element(
+        "div",
+        { class: "label" },
+        element(
+          "a",
+          {
+            href: page.address({ tag: series.key }),
+            "aria-current": series.key === state.tag ? "true" : null,
+          },
+          series.name,
+        ),
+        element("small", {}, where),
+        value,
+      );
+      const picture = page.plot(series, pictureWidth(), rowHeight - 28, state.call);
+      picture.addEventListener("pointermove", ({ offsetX }) => {
+        const call = Math.min(Math.floor((offsetX / pictureWidth()) * page.calls.length) + 1, page.calls.length);
+        const run = page.runAt(series, call);
+        value.textContent = `call ${call}: ${run ? page.text(run.items) : "–"}`;
+      });
+      const row = element("div", { class: "row", "data-key": series.key }, label, picture);
+      row.style.top = `${place * rowHeight}px`;
+      return row;
+    };
+
+    const pictureWidth = () => Math.max(list.clientWidth - 16, 100);
+
+    const drawRows = () => {
+      const first = Math.max(Math.floor(box.scrollTop / rowHeight) - margin, 0);
+      const last = first + Math.ceil(box.clientHeight / rowHeight) + 2 * margin;
+      const focused = list.contains(document.activeElement) && document.activeElement.closest(".row").dataset.key;
+      list.replaceChildren(...rows.slice(first, last).map((series, place) => rowOf(series, first + place)));
+      if (focused) list.querySelector(`[data-key="${CSS.escape(focused)}"] a`)?.focus({ preventScroll: true });
+    };
+    box.addEventListener("scroll", () => requestAnimationFrame(drawRows));
+    addEventListener("resize", () => state && !section.hidden && drawRows());
+
+    return (now) => {
+      state = now;
+      if (find.value !== state.find) find.value = state.find;
+      changed.checked = state.changed;
+      const words = state.find.toLowerCase();
+      rows = page
+        .series()
+        .filter((series) => series.key.toLowerCase().includes(words) && (!state.changed || page.isChanged(series)));
+      count.textContent = `${rows.length} of ${page.series().length}`;
+      list.style.height = `${rows.length * rowHeight}px`;
+      const series = page.series().find(({ key, name }) => key === state.tag || name === state.tag);
+      values.replaceChildren(...(series ? [valuesOf(series, state.call)] : []));
+      drawRows();
+    };
+  };
+
+  page.views.push({
+    name: "tags",
+    title: "Tags over time",
+    offered: () => page.calls.some((call) => call.state || page.containers.some((container) => call[container])),
+    open,
+  });
+}
