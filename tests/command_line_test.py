@@ -94,7 +94,7 @@ def leaves_nothing(temporary):
     environment = {**os.environ, "TMPDIR": str(temporary)}
     dump = '{"call": "dumpMetadata", "sensor": 0, "meta": {}, "name": "a", "frame": 1}, '
     dumps = '{"calls": [%s]}' % (dump * 40_000)[:-2]
-    for ending in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, None):
+    for ending in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGKILL, None):
         process = subprocess.Popen(
             [*CAMHOOK, "replay", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
             stderr=subprocess.PIPE, env=environment)

@@ -3,6 +3,10 @@
 
 #pragma once
 
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <variant>
 
@@ -34,6 +38,22 @@ auto readFile(const std::string& file, Read read) {
     return read(readInput(file));
   } catch (const InputError& error) {
     throw InputError(error.faults(), nameOfInput(file));
+  }
+}
+
+/// What a page about a file is called: "still_burst" for "scenarios/still_burst.json".
+inline std::string titleOfPage(const std::string& file) {
+  return printable(std::filesystem::path(nameOfInput(file)).stem().string());
+}
+
+/// Has `write` fill a file. Throws InputError where it cannot be written.
+template <typename Write>
+void writeFile(const std::string& file, Write write) {
+  std::ofstream out(file, std::ios::binary);
+  if (out) write(out);
+  out.close();
+  if (!out) {
+    throw InputError(printable(file) + ": cannot be written: " + std::strerror(errno));
   }
 }
 

@@ -50,7 +50,7 @@ CLI::Validator isPair(char separator, const std::string& expected) {
 /// The inputs of a call of the scenario that is named.
 Inputs decideInputs(const DecideArguments& arguments) {
   DataRoot dataRoot("");
-  dataRoot.removeOnSignals();
+  dataRoot.removeAtAnyEnd();
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
     const std::size_t index = callFromText(arguments.call, scenario.calls.size());

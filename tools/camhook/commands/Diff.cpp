@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tools/camhook/show/DiffCommand.h"
+#include "tools/camhook/show/Page.h"
 #include "tools/camhook/show/Terminal.h"
 #include "tools/camhook/show/TraceDiff.h"
 
@@ -15,6 +16,7 @@ namespace {
 struct DiffOptions {
   std::string old;
   std::string fresh;
+  std::string page;
   bool logs = false;
 };
 
@@ -22,6 +24,15 @@ int diff(const DiffOptions& options) {
   const auto read = [](const std::filesystem::path& file) {
     return readFile(file.string(), traceFromText);
   };
+  if (!options.page.empty()) {
+    const Json old = read(options.old);
+    const Json fresh = read(options.fresh);
+    writeFile(options.page, [&](std::ostream& out) {
+      const std::string title = titleOfPage(options.old) + " \u2192 " + titleOfPage(options.fresh);
+      writeDifferencePage(out, {.title = title, .about = ""}, old, fresh, options.logs);
+    });
+    return compareTraces(old, fresh, options.logs).empty() ? 0 : 1;
+  }
   const Style style = Style::forStandardOutput();
   if (std::filesystem::is_directory(options.old) && std::filesystem::is_directory(options.fresh)) {
     return diffFolders(std::cout, options.old, options.fresh, read, options.logs, style);
@@ -37,6 +48,11 @@ void addDiff(CLI::App& app, int& status) {
   command->add_option("OLD", options->old, "The trace, or a folder of traces")->required();
   command->add_option("NEW", options->fresh, "Another, or a folder with traces of the same names")
       ->required();
+  command
+      ->add_option("--html", options->page,
+                   "Write the new trace into this file, a page for any browser, with what differs "
+                   "marked; of two traces, not of folders")
+      ->type_name("PAGE");
   command->add_flag("--logs", options->logs, "Compare the log records, too");
   command->footer(
       "Of folders it tells what differs by hook and tag.\n"

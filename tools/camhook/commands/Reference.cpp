@@ -33,7 +33,7 @@ int tags(const TagsOptions& options) {
 
 int hooks(const std::vector<std::string>& files) {
   DataRoot dataRoot("");
-  dataRoot.removeOnSignals();
+  dataRoot.removeAtAnyEnd();
   std::vector<Scenario> scenarios;
   for (const std::string& file : files) {
     if (file.ends_with(".trace.json")) continue;  // an expected trace beside its scenario

@@ -11,10 +11,12 @@
 #include "common/tags/TagCatalogue.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/rules/DecideText.h"
 #include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"
 #include "tools/camhook/show/JsonTrace.h"
+#include "tools/camhook/show/Page.h"
 #include "tools/camhook/show/Terminal.h"
 #include "tools/camhook/show/TextTrace.h"
 #include "tools/camhook/show/TraceFilter.h"
@@ -25,6 +27,7 @@ namespace {
 struct ReplayOptions {
   std::string file;
   bool json = false;
+  std::string page;
   bool steps = false;
   std::vector<std::string> calls;
   std::vector<std::string> hooks;
@@ -56,22 +59,36 @@ TraceFilter filterOf(const ReplayOptions& options, std::size_t callCount) {
   return filter;
 }
 
-int replay(const ReplayOptions& options) {
-  const ScenarioText scenario =
-      readFile(options.file, [](std::string text) { return ScenarioText(std::move(text)); });
-  const Faults& warnings = scenario.warnings();
-  if (!options.noWarnings && !warnings.isEmpty()) {
-    std::cerr << warnings.lines(nameOfInput(options.file), "warning: ") << '\n';
-  }
-  const TraceFilter filter = filterOf(options, scenario.callCount());
-  DataRoot dataRoot(options.dataRoot);
-  dataRoot.removeOnSignals();
+/// A phone of this scenario, which names the catalogue's tags.
+host::PhoneConfig platformOf(const ScenarioText& scenario) {
   host::PhoneConfig platform = scenario.platform();
   platform.tagName = [](std::uint32_t tag) {
     const hesk::TagDescription* info = hesk::findTag(tag);
     return info != nullptr ? info->name : std::string_view();
   };
+  return platform;
+}
 
+/// Runs the calls one by one: `before` sees each as it is about to run, `after` what it did.
+template <typename Before, typename After>
+void runCalls(Replay& run, const ScenarioText& scenario, const std::string& dataRootFolder,
+              Before before, After after) {
+  DataRoot dataRoot(dataRootFolder);
+  dataRoot.removeAtAnyEnd();
+  ProgressLine progress(scenario.callCount());
+  for (std::size_t i = 0; i < scenario.callCount(); ++i) {
+    const ScenarioCall call = scenario.call(i);
+    if (opensFiles(call)) run.phone().config.dataRoot = dataRoot.path().string();
+    before(i, call);
+    CallTrace trace = run.run(call);
+    trace.number = i + 1;
+    after(i, trace);
+    progress.advance(i + 1);
+  }
+}
+
+void writeTrace(const ReplayOptions& options, const ScenarioText& scenario) {
+  const TraceFilter filter = filterOf(options, scenario.callCount());
   std::unique_ptr<TraceWriter> writer;
   if (options.json) {
     writer = std::make_unique<JsonTrace>(std::cout);
@@ -79,28 +96,53 @@ int replay(const ReplayOptions& options) {
     writer = std::make_unique<TextTrace>(std::cout, Style::forStandardOutput(),
                                          recordsFromName(options.logs), scenario.about());
   }
-  Replay run(std::move(platform));
+  Replay run(platformOf(scenario));
   if (!options.json && options.logs.empty()) host::LogSink::openLevels({});  // nobody sees records
   std::optional<StepFinder> steps;
   if (options.steps) run.followSteps(&steps.emplace(), Replay::StepsOf::writes);
-  ProgressLine progress(scenario.callCount());
   bool isAnyShown = false;
-  for (std::size_t i = 0; i < scenario.callCount(); ++i) {
-    const ScenarioCall call = scenario.call(i);
-    if (opensFiles(call)) run.phone().config.dataRoot = dataRoot.path().string();
-    CallTrace trace = run.run(call);
-    trace.number = i + 1;
-    if (filter.shows(i, trace)) {
-      filter.trim(trace);
-      writer->write(trace);
-      isAnyShown = true;
-    }
-    progress.advance(i + 1);
-  }
+  const auto show = [&](std::size_t index, CallTrace& trace) {
+    if (!filter.shows(index, trace)) return;
+    filter.trim(trace);
+    writer->write(trace);
+    isAnyShown = true;
+  };
+  runCalls(
+      run, scenario, options.dataRoot, [](std::size_t, const ScenarioCall&) {}, show);
   if (options.json || filter.isWhole()) {
     writer->finish(run.phone().eventStore.all());
   } else if (!isAnyShown) {
     std::cout << "no call matches\n";
+  }
+}
+
+void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario) {
+  Page page(out, {titleOfPage(options.file), scenario.about()}, scenario.text());
+  Replay run(platformOf(scenario));
+  StepFinder steps;
+  run.followSteps(&steps, Replay::StepsOf::writes);
+  const RuleSet rules = rulesOfLibrary();
+  const auto addDecision = [&](std::size_t index, const ScenarioCall& call) {
+    const auto* decision = std::get_if<DecideSensorScenario>(&call.call);
+    if (decision == nullptr) return;
+    page.addDecision(index + 1, jsonFromDecision(rules, inputsOf(*decision)));
+  };
+  runCalls(run, scenario, options.dataRoot, addDecision,
+           [&](std::size_t /*index*/, const CallTrace& trace) { page.write(trace); });
+  page.finish(run.phone().eventStore.all());
+}
+
+int replay(const ReplayOptions& options) {
+  const ScenarioText scenario =
+      readFile(options.file, [](std::string text) { return ScenarioText(std::move(text)); });
+  const Faults& warnings = scenario.warnings();
+  if (!options.noWarnings && !warnings.isEmpty()) {
+    std::cerr << warnings.lines(nameOfInput(options.file), "warning: ") << '\n';
+  }
+  if (options.page.empty()) {
+    writeTrace(options, scenario);
+  } else {
+    writeFile(options.page, [&](std::ostream& out) { writePage(out, options, scenario); });
   }
   return 0;
 }
@@ -112,10 +154,19 @@ void addReplay(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("replay", "Run a scenario and show what each hook did");
   command->add_option("FILE", options->file, "The scenario; - reads it from standard input")
       ->required();
-  command->add_flag("--json", options->json, "Write the trace as JSON");
-  const auto addNarrowing = [command](const char* name, std::vector<std::string>& words,
-                                      const char* word, const char* meaning) {
-    command->add_option(name, words, meaning)->allow_extra_args(false)->type_name(word);
+  CLI::Option* json = command->add_flag("--json", options->json, "Write the trace as JSON");
+  CLI::Option* page = command
+                          ->add_option("--html", options->page,
+                                       "Write the whole trace, its steps and its records into this "
+                                       "file, a page for any browser")
+                          ->type_name("PAGE")
+                          ->excludes(json);
+  const auto addNarrowing = [command, page](const char* name, std::vector<std::string>& words,
+                                            const char* word, const char* meaning) {
+    command->add_option(name, words, meaning)
+        ->allow_extra_args(false)
+        ->type_name(word)
+        ->excludes(page);
   };
   addNarrowing("--call", options->calls, "CALL",
                "Show only this call, by its number, from 1, or last; may be given again");
@@ -129,7 +180,8 @@ void addReplay(CLI::App& app, int& status) {
                     "Say nothing of what the scenario probably does not mean");
   command->add_option("--logs", options->logs, "Show log records of this level and above")
       ->check(oneOf({"debug", "info", "error"}))
-      ->type_name("LEVEL");
+      ->type_name("LEVEL")
+      ->excludes(page);
   command
       ->add_option("--data-root", options->dataRoot,
                    "Folder that stands for the root of the phone's file system; by default a fresh "

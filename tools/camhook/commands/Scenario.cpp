@@ -1,8 +1,5 @@
 #include "tools/camhook/commands/Commands.h"
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -76,12 +73,7 @@ int scenario(const ScenarioArguments& arguments) {
     writeScenario(std::cout, made);
     return 0;
   }
-  std::ofstream out(arguments.output, std::ios::binary);
-  writeScenario(out, made);
-  out.close();
-  if (!out) {
-    throw InputError(printable(arguments.output) + ": cannot be written: " + std::strerror(errno));
-  }
+  writeFile(arguments.output, [&](std::ostream& out) { writeScenario(out, made); });
   return 0;
 }
 

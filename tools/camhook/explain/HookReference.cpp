@@ -1,8 +1,5 @@
 #include "tools/camhook/explain/HookReference.h"
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <ostream>
@@ -10,7 +7,7 @@
 #include <utility>
 #include <variant>
 
-#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/explain/Children.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"
@@ -87,36 +84,6 @@ std::string linesOf(const Scenario& scenario) {
   return lines;
 }
 
-/// What `make` returns in a process of its own. Throws InputError where that fails.
-template <typename Make>
-std::string fromOtherProcess(Make make) {
-  std::array<int, 2> ends{};
-  if (pipe(ends.data()) != 0) throw InputError("camhook: no pipe can be had");
-  const pid_t process = fork();
-  if (process == 0) {
-    const std::string text = make();
-    std::size_t written = 0;
-    while (written < text.size()) {
-      const ssize_t size = ::write(ends[1], text.data() + written, text.size() - written);
-      if (size <= 0) _exit(1);
-      written += static_cast<std::size_t>(size);
-    }
-    _exit(0);
-  }
-  close(ends[1]);
-  std::string text;
-  std::array<char, 4096> block{};
-  for (ssize_t size = 0; (size = read(ends[0], block.data(), block.size())) > 0;) {
-    text.append(block.data(), static_cast<std::size_t>(size));
-  }
-  close(ends[0]);
-  int status = -1;
-  if (process < 0 || waitpid(process, &status, 0) != process || status != 0) {
-    throw InputError("camhook: a scenario could not be run");
-  }
-  return text;
-}
-
 /// What stands before the separator, which is taken off with it.
 std::string_view takeWord(std::string_view& line) {
   const std::size_t end = line.find(kSeparator);
@@ -186,8 +153,8 @@ std::string HookReference::Cell::text() const {
 }
 
 void HookReference::add(const Scenario& scenario) {
-  const std::string lines = fromOtherProcess([&] { return linesOf(scenario); });
-  std::string_view rest = lines;
+  const Json lines = inChild([&] { return Json(linesOf(scenario)); });
+  std::string_view rest = lines.get_ref<const std::string&>();
   while (!rest.empty()) {
     const std::size_t end = rest.find('\n');
     if (end == 0) {

@@ -23,6 +23,7 @@ class ScenarioText {
   ScenarioText(const ScenarioText&) = delete;
   ScenarioText& operator=(const ScenarioText&) = delete;
 
+  [[nodiscard]] const std::string& text() const { return mText; }
   [[nodiscard]] const std::string& about() const { return mAbout; }
   [[nodiscard]] const host::PhoneConfig& platform() const { return mPlatform; }
 

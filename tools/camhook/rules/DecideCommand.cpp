@@ -73,8 +73,7 @@ Inputs inputsOfCall(Scenario scenario, std::size_t index) {
   for (std::size_t i = 0; i < index; ++i) {
     replay.run(scenario.calls[i], Replay::Detail::containers);
   }
-  return inputsOf(call->sensor, call->video, {.w = call->width, .h = call->height},
-                  call->meta ? &*call->meta : nullptr);
+  return inputsOf(*call);
 }
 
 int decide(std::ostream& out, const DecideOptions& options, Style style) {

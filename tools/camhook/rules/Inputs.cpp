@@ -217,11 +217,12 @@ NSCam::IMetadata Inputs::metadata() const {
   return meta;
 }
 
-Inputs inputsOf(std::int32_t sensor, bool video, NSCam::MSize size, const NSCam::IMetadata* meta) {
+Inputs inputsOf(const DecideSensorScenario& call) {
   using namespace hesk;
+  const NSCam::IMetadata* const meta = call.meta ? &*call.meta : nullptr;
   Inputs inputs{.product = productModel("").data(),
-                .sensor = sensor,
-                .video = video,
+                .sensor = call.sensor,
+                .video = call.video,
                 .appType = eventValue("APP_TYPE"),
                 .appName = eventValue("APP_NAME"),
                 .hfps = readIfPresent(meta, tags::MTK_STREAMING_FEATURE_HFPS_MODE),
@@ -231,7 +232,7 @@ Inputs inputsOf(std::int32_t sensor, bool video, NSCam::MSize size, const NSCam:
                 .uiModule = readIfPresent(meta, tags::COM_HESK_CURRENTUIMODULE),
                 .hdr = readIfPresent(meta, tags::MTK_HDR_FEATURE_HDR_MODE),
                 .night = readIfPresent(meta, tags::HESK_CONTROL_NIGHTMODE),
-                .size = size};
+                .size = {.w = call.width, .h = call.height}};
   if (has(meta, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE)) {
     const FrameRateRange range = readFrameRateRange(meta);
     inputs.fps = {.lower = range.lower, .upper = range.upper};

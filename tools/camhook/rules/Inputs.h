@@ -13,6 +13,7 @@
 #include "platform/Geometry.h"
 #include "platform/IMetadata.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/Scenario.h"
 
 namespace camhook {
 
@@ -44,8 +45,8 @@ struct Inputs {
   [[nodiscard]] NSCam::IMetadata metadata() const;
 };
 
-/// Those of a call that is about to be made with these on the current phone.
-Inputs inputsOf(std::int32_t sensor, bool video, NSCam::MSize size, const NSCam::IMetadata* meta);
+/// Those of a call that is about to be made on the current phone.
+Inputs inputsOf(const DecideSensorScenario& call);
 
 /// One of the inputs by itself. Its values are texts: "KX0105", "yes", "15,30", "640x480".
 struct InputField {

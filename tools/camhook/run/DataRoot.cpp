@@ -1,22 +1,19 @@
 #include "tools/camhook/run/DataRoot.h"
 
-#include <pthread.h>
+#include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <mutex>
-#include <thread>
 
 #include "tools/camhook/input/InputError.h"
 
 namespace camhook {
 namespace {
-
-/// Held by whoever removes a folder. After a signal nobody else ends the process.
-std::mutex sRemoval;
 
 void makeDataFolder(const std::filesystem::path& root) {
   constexpr std::size_t kMostOfName = 100;
@@ -27,37 +24,11 @@ void makeDataFolder(const std::filesystem::path& root) {
                    " cannot be made: " + error.message());
 }
 
-/// The signals by which users end the process, but for those that it was started to ignore.
-sigset_t endingSignals() {
-  sigset_t signals{};
-  sigemptyset(&signals);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    struct sigaction before {};
-    sigaction(signal, nullptr, &before);
-    if (before.sa_handler != SIG_IGN) sigaddset(&signals, signal);
+/// Returns when nobody has the other end of the pipe open any longer.
+void waitForEnd(int pipe) {
+  char nothing = 0;
+  while (read(pipe, &nothing, 1) < 0 && errno == EINTR) {
   }
-  return signals;
-}
-
-/// Waits for a signal in place of everybody else, who may be anywhere in a call: a handler could
-/// not remove files.
-void removeWhenSignalled(const std::filesystem::path& folder, const sigset_t& signals) {
-  int signal = 0;
-  if (sigwait(&signals, &signal) != 0) return;
-  const std::scoped_lock lock(sRemoval);
-  // Under another name the library opens no further file in it.
-  std::error_code error;
-  const std::filesystem::path gone = folder.string() + "-gone";
-  std::filesystem::rename(folder, gone, error);
-  // It may have been about to make one.
-  constexpr int kMostTrials = 3;
-  for (int i = 0; i < kMostTrials && std::filesystem::exists(gone, error); ++i) {
-    std::filesystem::remove_all(gone, error);
-  }
-  std::signal(signal, SIG_DFL);
-  pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
-  kill(getpid(), signal);
-  pause();
 }
 
 std::filesystem::path makeTemporaryFolder() {
@@ -78,19 +49,42 @@ DataRoot::DataRoot(const std::string& folder) : mPath(folder), mIsTemporary(fold
 
 DataRoot::~DataRoot() {
   if (!mIsTemporary || mPath.empty()) return;
-  const std::scoped_lock lock(sRemoval);
   std::error_code ignored;
   std::filesystem::remove_all(mPath, ignored);
+  if (mWatcher.process < 0) return;
+  close(mWatcher.pipe);
+  waitpid(mWatcher.process, nullptr, 0);
 }
 
 const std::filesystem::path& DataRoot::path() const {
   if (!mPath.empty()) return mPath;
-  const sigset_t signals = endingSignals();
-  if (mRemovesOnSignals) pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   mPath = makeTemporaryFolder();
-  if (mRemovesOnSignals) std::thread(removeWhenSignalled, mPath, signals).detach();
+  if (mIsWatched) mWatcher = startWatcher();
   makeDataFolder(mPath);
   return mPath;
+}
+
+/// Children that are forked later have the pipe open, too: they may be about to make a file.
+DataRoot::Watcher DataRoot::startWatcher() const {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw InputError("camhook: no pipe can be made");
+  // What a terminal sends to end the process reaches the watcher, too.
+  sigset_t all{};
+  sigset_t before{};
+  sigfillset(&all);
+  sigprocmask(SIG_SETMASK, &all, &before);
+  const pid_t process = fork();
+  if (process == 0) {
+    close(ends[1]);
+    waitForEnd(ends[0]);
+    std::error_code ignored;
+    std::filesystem::remove_all(mPath, ignored);
+    _exit(0);
+  }
+  sigprocmask(SIG_SETMASK, &before, nullptr);
+  close(ends[0]);
+  if (process < 0) throw InputError("camhook: no process can be started");
+  return {.process = process, .pipe = ends[1]};
 }
 
 }  // namespace camhook

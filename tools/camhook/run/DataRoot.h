@@ -19,14 +19,23 @@ class DataRoot {
   /// A fresh folder is made when this is first asked for. Throws InputError.
   [[nodiscard]] const std::filesystem::path& path() const;
 
-  /// Has a fresh folder go, too, when SIGINT, SIGTERM or SIGHUP ends the process. Called once, and
-  /// before there are other threads: they must not take the signal.
-  void removeOnSignals() { mRemovesOnSignals = true; }
+  /// Has a fresh folder go, too, when the process ends in any other way: a signal, an abort. For
+  /// this a process is forked when the folder is made; there must be no thread but this one.
+  void removeAtAnyEnd() { mIsWatched = true; }
 
  private:
+  /// Removes the folder when the process that started it has ended.
+  struct Watcher {
+    int process = -1;
+    int pipe = -1;  // whose other end tells the watcher
+  };
+
+  [[nodiscard]] Watcher startWatcher() const;
+
   mutable std::filesystem::path mPath;  // empty until it is made
+  mutable Watcher mWatcher;
   bool mIsTemporary;
-  bool mRemovesOnSignals = false;
+  bool mIsWatched = false;
 };
 
 }  // namespace camhook

@@ -87,21 +87,6 @@ void addList(JsonLine& line, std::string_view name, const auto& list, auto addIt
   line.close(']');
 }
 
-void addCall(JsonLine& line, const CallTrace& trace) {
-  line.open('{');
-  line.member("call", trace.call);
-  if (trace.sensor) line.member("sensor", *trace.sensor);
-  line.member("args", trace.arguments);
-  line.member("return", trace.result);
-  for (const auto& [name, value] : trace.extras) line.member(name, value);
-  for (const ContainerTrace& container : trace.containers) addContainer(line, container);
-  if (trace.state) addState(line, trace.state->after);
-  addList(line, "effects", trace.effects, addEffect);
-  addList(line, "logs", trace.logs, addRecord);
-  if (trace.accesses) addList(line, "writes", *trace.accesses, addWrite);
-  line.close('}');
-}
-
 }  // namespace
 
 void addEffectValue(JsonLine& line, const host::Effect::Value& value) {
@@ -114,23 +99,42 @@ std::string lineOfEffect(const host::Effect& effect) {
   return line.line();
 }
 
+std::string lineOfCall(const CallTrace& trace) {
+  JsonLine line;
+  line.open('{');
+  line.member("call", trace.call);
+  if (trace.sensor) line.member("sensor", *trace.sensor);
+  line.member("args", trace.arguments);
+  line.member("return", trace.result);
+  for (const auto& [name, value] : trace.extras) line.member(name, value);
+  for (const ContainerTrace& container : trace.containers) addContainer(line, container);
+  if (trace.state) addState(line, trace.state->after);
+  addList(line, "effects", trace.effects, addEffect);
+  addList(line, "logs", trace.logs, addRecord);
+  if (trace.accesses) addList(line, "writes", *trace.accesses, addWrite);
+  line.close('}');
+  return line.line();
+}
+
+std::string lineOfEventStore(const host::TextMap& eventStore) {
+  JsonLine line;
+  line.open('{');
+  for (const auto& [key, value] : eventStore) line.member(key, value);
+  line.close('}');
+  return line.line();
+}
+
 JsonTrace::JsonTrace(std::ostream& out) : mOut(out) { mOut << "{\n  \"calls\": ["; }
 
 void JsonTrace::write(const CallTrace& trace) {
   mOut << (mHasCall ? ",\n    " : "\n    ");
   mHasCall = true;
-  JsonLine line;
-  addCall(line, trace);
-  mOut << brokenJson(line.line(), 4);
+  mOut << brokenJson(lineOfCall(trace), 4);
 }
 
 void JsonTrace::finish(const host::TextMap& eventStore) {
   mOut << (mHasCall ? "\n  ],\n" : "],\n") << "  \"eventStore\": ";
-  JsonLine line;
-  line.open('{');
-  for (const auto& [key, value] : eventStore) line.member(key, value);
-  line.close('}');
-  mOut << brokenJson(line.line(), 2) << "\n}\n";
+  mOut << brokenJson(lineOfEventStore(eventStore), 2) << "\n}\n";
 }
 
 }  // namespace camhook

@@ -16,6 +16,10 @@ void addEffectValue(JsonLine& line, const host::Effect::Value& value);
 /// An effect: its op, then what belongs to it.
 std::string lineOfEffect(const host::Effect& effect);
 
+/// What the trace has of a call, and of the event store at the end.
+std::string lineOfCall(const CallTrace& trace);
+std::string lineOfEventStore(const host::TextMap& eventStore);
+
 class JsonTrace final : public TraceWriter {
  public:
   explicit JsonTrace(std::ostream& out);

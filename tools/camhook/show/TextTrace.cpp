@@ -4,17 +4,13 @@
 #include <ostream>
 #include <sstream>
 #include <utility>
-#include <variant>
 
-#include "host/MetadataAccess.h"
-#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/show/SensorScenarioName.h"
 #include "tools/camhook/show/TraceText.h"
 
 namespace camhook {
 namespace {
-
-using Entry = NSCam::IMetadata::IEntry;
 
 constexpr std::size_t kMargin = 4;
 constexpr std::size_t kDeeper = 6;
@@ -22,51 +18,6 @@ constexpr std::size_t kLineWidth = 120;  // that changes with their steps keep t
 constexpr std::size_t kTagWidth = 34;
 constexpr std::size_t kNameWidth = 20;  // of fields, effects and events
 constexpr const char* kArrow = "\u2192";
-
-EntryItems itemsOf(const Entry& entry) {
-  return {.type = host::typeName(host::MetadataAccess::itemsOf(entry)),
-          .items = jsonFromItems(entry)};
-}
-
-std::string textOf(std::uint32_t tag, const EntryItems& entry) {
-  return entry.items.empty() ? "absent" : entryText(hesk::findTag(tag), entry);
-}
-
-/// The tags that a call may have changed, ordered: those that hold items before or after it.
-std::vector<std::uint32_t> tagsOf(const ContainerTrace& container) {
-  std::vector<std::uint32_t> tags;
-  for (const MetadataArgument* metadata : {&container.before, &container.after}) {
-    if (!*metadata) continue;
-    for (const Entry* entry : host::MetadataAccess::entriesByTag(**metadata)) {
-      tags.push_back(entry->tag());
-    }
-  }
-  std::ranges::sort(tags);
-  tags.erase(std::unique(tags.begin(), tags.end()), tags.end());
-  return tags;
-}
-
-struct Write {
-  const Entry* entry;
-  const Step* step;
-};
-
-/// What a call wrote to a tag of a container, the latest first.
-std::vector<Write> writesTo(const CallTrace& trace, std::string_view container, std::uint32_t tag) {
-  std::vector<Write> writes;
-  for (const auto& [access, name, step] : *trace.accesses) {
-    const auto* write = std::get_if<host::MetadataWrite>(&access);
-    if (write == nullptr || write->tag != tag || name != container) continue;
-    writes.push_back({&write->entry, &step});
-  }
-  std::ranges::reverse(writes);
-  return writes;
-}
-
-/// "FrameRate.cpp:56": no two sources of the library have one name.
-std::string placeText(const Step& step) {
-  return step.file.substr(step.file.rfind('/') + 1) + ":" + std::to_string(step.line);
-}
 
 std::size_t widest(const std::vector<std::string>& texts) {
   std::size_t width = 0;
@@ -104,6 +55,11 @@ TextTrace::TextTrace(std::ostream& out, Style style, Records records, std::strin
 
 void TextTrace::writeLine(const std::string& line, std::size_t hang) {
   mOut << wrapped(line, mStyle.width(), hang) << '\n';
+}
+
+/// "15 → 24".
+std::string TextTrace::turned(const ValueChange& change) const {
+  return mStyle.faint(change.before) + ' ' + kArrow + ' ' + mStyle.fresh(change.after);
 }
 
 /// Each row behind the margin; what a row has too much for a line stands `hang` further.
@@ -150,17 +106,14 @@ void TextTrace::writeExtra(std::string_view name, const Json& value) {
 }
 
 /// Behind the latest change of a tag the step that made it, below it what it overwrote.
-void TextTrace::addWrites(std::vector<Change>& changes, const CallTrace& trace,
-                          std::string_view container, std::uint32_t tag) const {
-  const std::vector<Write> writes = writesTo(trace, container, tag);
-  const Step last = writes.empty() ? Step() : *writes.front().step;
-  changes.back().step = {last.name, mStyle.faint(placeText(last))};
-  for (std::size_t i = 1; i < writes.size(); ++i) {
-    const auto& [entry, step] = writes[i];
-    changes.push_back(
-        {.cells = {mStyle.faint("  overwritten"),
-                   mStyle.faint(std::string(kArrow) + ' ' + textOf(tag, itemsOf(*entry)))},
-         .step = {mStyle.faint(step->name), mStyle.faint(placeText(*step))},
+void TextTrace::addWrites(std::vector<Line>& lines, const ValueChange& change) const {
+  const Step last = change.writes.empty() ? Step() : change.writes.front().step;
+  lines.back().step = {last.name, mStyle.faint(placeText(last))};
+  for (std::size_t i = 1; i < change.writes.size(); ++i) {
+    const auto& [value, step] = change.writes[i];
+    lines.push_back(
+        {.cells = {mStyle.faint("  overwritten"), mStyle.faint(std::string(kArrow) + ' ' + value)},
+         .step = {mStyle.faint(step.name), mStyle.faint(placeText(step))},
          .decoded = {}});
   }
 }
@@ -171,36 +124,26 @@ void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& con
     mOut << "  null\n";
     return;
   }
-  std::vector<Change> changes;
-  std::size_t unchanged = 0;
-  for (const std::uint32_t tag : tagsOf(container)) {
-    const Entry& old = container.before->entryFor(tag);
-    const Entry& fresh = container.after->entryFor(tag);
-    if (areSame(old, fresh)) {
-      ++unchanged;
-      continue;
-    }
-    const std::string name = tagText(tag);
-    const EntryItems items = itemsOf(fresh);
-    changes.push_back({.cells = {name, mStyle.faint(textOf(tag, itemsOf(old))) + ' ' + kArrow +
-                                           ' ' + mStyle.fresh(textOf(tag, items))},
-                       .step = {},
-                       .decoded = decodedLines(name, items)});
-    if (trace.accesses) addWrites(changes, trace, container.name, tag);
+  const auto [changes, unchanged] = changesOf(trace, container);
+  std::vector<Line> lines;
+  for (const ValueChange& change : changes) {
+    lines.push_back(
+        {.cells = {change.name, turned(change)}, .step = {}, .decoded = change.decoded});
+    if (trace.accesses) addWrites(lines, change);
   }
   if (unchanged > 0) mOut << mStyle.faint("  " + std::to_string(unchanged) + " unchanged");
   if (unchanged == 0 && changes.empty()) mOut << mStyle.faint("  empty");
   mOut << '\n';
-  writeChanges(changes);
+  writeChanges(lines);
 }
 
 /// Each change on a line, and its step behind it; on the next line where a change is too long.
-void TextTrace::writeChanges(const std::vector<Change>& changes) {
+void TextTrace::writeChanges(const std::vector<Line>& lines) {
   Columns cells(kTagWidth);
   Columns steps;
-  for (const Change& change : changes) {
-    cells.add(change.cells);
-    steps.add(change.step);
+  for (const Line& line : lines) {
+    cells.add(line.cells);
+    steps.add(line.step);
   }
   const std::vector<std::string> texts = cells.lines();
   const std::vector<std::string> places = steps.lines();
@@ -208,8 +151,8 @@ void TextTrace::writeChanges(const std::vector<Change>& changes) {
   const std::size_t column =
       kMargin + columnBehind(texts, width - std::min(width, kMargin + widest(places)));
   const std::string margin(kMargin, ' ');
-  for (std::size_t i = 0; i < changes.size(); ++i) {
-    if (changes[i].step.empty()) {
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (lines[i].step.empty()) {
       writeLine(margin + texts[i], kDeeper);
     } else if (kMargin + displayWidth(texts[i]) + 2 > column) {
       writeLine(margin + texts[i], kDeeper);
@@ -218,8 +161,8 @@ void TextTrace::writeChanges(const std::vector<Change>& changes) {
       mOut << margin << texts[i] << std::string(column - kMargin - displayWidth(texts[i]), ' ')
            << places[i] << '\n';
     }
-    for (const std::string& line : changes[i].decoded) {
-      writeLine(std::string(kDeeper, ' ') + mStyle.faint(line), kDeeper + 2);
+    for (const std::string& meaning : lines[i].decoded) {
+      writeLine(std::string(kDeeper, ' ') + mStyle.faint(meaning), kDeeper + 2);
     }
   }
 }
@@ -230,12 +173,7 @@ void TextTrace::writeState(const StateTrace& state) {
     return;
   }
   Columns columns(kNameWidth);
-  for (std::size_t i = 0; i < state.after.size(); ++i) {
-    const auto& [field, fresh] = state.after[i];
-    const std::string& old = state.before[i].value;
-    if (old == fresh) continue;
-    columns.add({std::string(field), mStyle.faint(old) + ' ' + kArrow + ' ' + mStyle.fresh(fresh)});
-  }
+  for (const ValueChange& change : changesOf(state)) columns.add({change.name, turned(change)});
   if (columns.isEmpty()) return;
   mOut << "  " << mStyle.heading("state") << '\n';
   writeLines(columns, 2);

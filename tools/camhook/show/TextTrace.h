@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/camhook/show/Changes.h"
 #include "tools/camhook/show/Terminal.h"
 #include "tools/camhook/show/TraceWriter.h"
 
@@ -27,7 +28,7 @@ class TextTrace final : public TraceWriter {
 
  private:
   /// A line of what changed, the step behind it, and what its items mean.
-  struct Change {
+  struct Line {
     std::vector<std::string> cells;
     std::vector<std::string> step;  // empty: not asked for
     std::vector<std::string> decoded;
@@ -37,10 +38,10 @@ class TextTrace final : public TraceWriter {
   void writeLines(const Columns& columns, std::size_t hang);
   void writeTitle(const CallTrace& trace);
   void writeExtra(std::string_view name, const Json& value);
-  void addWrites(std::vector<Change>& changes, const CallTrace& trace, std::string_view container,
-                 std::uint32_t tag) const;
+  [[nodiscard]] std::string turned(const ValueChange& change) const;
+  void addWrites(std::vector<Line>& lines, const ValueChange& change) const;
   void writeContainer(const CallTrace& trace, const ContainerTrace& container);
-  void writeChanges(const std::vector<Change>& changes);
+  void writeChanges(const std::vector<Line>& lines);
   void writeState(const StateTrace& state);
   void writeEffects(const std::vector<host::Effect>& effects);
   void writeRecords(const CallTrace& trace);

@@ -18,28 +18,18 @@ const Json* find(const Json& object, std::string_view key) {
   return found != object.end() ? &*found : nullptr;
 }
 
-bool isEntry(const Json& value) {
-  if (!value.is_object()) return false;
-  const Json* type = find(value, "type");
-  const Json* items = find(value, "items");
-  return type != nullptr && type->is_string() && items != nullptr && items->is_array();
-}
-
 std::string textOf(const std::string& key, const Json* value) {
-  if (value == nullptr) return "absent";
-  if (isEntry(*value)) {
-    const std::string type = valueText((*value)["type"]);
-    return entryText(hesk::findTag(key), {.type = type, .items = (*value)["items"]});
-  }
-  return value->is_object() ? std::to_string(value->size()) + " entries" : valueText(*value);
+  return value != nullptr ? memberValueText(key, *value) : "absent";
 }
 
 /// Where two long lists of one length differ: "; 2 of 884 items, from [13] on: 5 → 6".
 std::string placeInList(const Json& old, const Json& fresh) {
   constexpr std::size_t kShort = 12;
-  if (!isEntry(old) || !isEntry(fresh)) return "";
-  const Json& before = old["items"];
-  const Json& after = fresh["items"];
+  const std::optional<EntryItems> oldEntry = entryFromTrace(old);
+  const std::optional<EntryItems> freshEntry = entryFromTrace(fresh);
+  if (!oldEntry || !freshEntry) return "";
+  const Json& before = oldEntry->items;
+  const Json& after = freshEntry->items;
   if (before.size() != after.size() || before.size() <= kShort) return "";
   std::string first;
   std::size_t count = 0;
@@ -164,13 +154,13 @@ class TraceComparison {
       if (line.mark == '-') mGone.push_back(i);
       if (line.mark == '+') mAdded.push_back(j);
       if (line.mark == ' ') {
-        pairRest();
+        pairRest(j);
         compareCalls(i, j);
       }
       i += line.mark != '+' ? 1 : 0;
       j += line.mark != '-' ? 1 : 0;
     }
-    pairRest();
+    pairRest(j);
     return std::move(mDifferences);
   }
 
@@ -181,9 +171,9 @@ class TraceComparison {
     return identities;
   }
 
-  /// Between calls in common: those of one hook and sensor have other arguments, the rest is gone
-  /// or new.
-  void pairRest() {
+  /// Between calls in common, in front of the new one that is `end`: those of one hook and sensor
+  /// have other arguments, the rest is gone or new.
+  void pairRest(std::size_t end) {
     std::size_t next = 0;
     for (const std::size_t gone : mGone) {
       const std::string identity = identityOf(mOld[gone], false);
@@ -193,6 +183,7 @@ class TraceComparison {
       });
       if (found == mAdded.end()) {
         add(mOld[gone], gone, {{"call", "gone"}});
+        mDifferences.back().goneBefore = end + 1;
         continue;
       }
       for (auto added = rest; added != found; ++added) addWhole(*added);
@@ -212,9 +203,11 @@ class TraceComparison {
 
   void add(const Json& call, std::size_t number, std::vector<Difference> differences) {
     if (differences.empty()) return;
-    mDifferences.push_back({memberText(call, "call"), number + 1,
+    mDifferences.push_back({memberText(call, "call"),
+                            number + 1,
                             std::to_string(number + 1) + "  " + identityOf(call, true),
-                            std::move(differences)});
+                            std::move(differences),
+                            {}});
   }
 
   const Json& mOld;
@@ -262,7 +255,7 @@ std::vector<CallDifference> compareTraces(const Json& old, const Json& fresh, bo
   std::vector<CallDifference> calls = TraceComparison(old, fresh, withRecords).compare();
   std::vector<Difference> events =
       CallComparison(withRecords).compareEventStores(old["eventStore"], fresh["eventStore"]);
-  if (!events.empty()) calls.push_back({"", 0, "event store at the end", std::move(events)});
+  if (!events.empty()) calls.push_back({"", 0, "event store at the end", std::move(events), {}});
   return calls;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,8 @@ struct CallDifference {
   std::size_t number = 0;  // of the call in the new trace, in the old one where only that has it
   std::string title;
   std::vector<Difference> differences;
+  /// Of a call that only the old trace has: the number in the new one of the call that follows.
+  std::optional<std::size_t> goneBefore;
 };
 
 /// Reads a JSON trace. Throws InputError where the text is none.

@@ -207,8 +207,23 @@ std::string effectFields(const host::Effect& effect) {
 
 std::string entryText(const hesk::TagDescription* tag, const EntryItems& entry) {
   std::string text = itemsText(tag, entry.items);
-  if (tag == nullptr || tag->type != entry.type) text.append(" (").append(entry.type).append(")");
+  if (tag == nullptr || tag->type != entry.type)
+    text.append(" (").append(printable(entry.type)).append(")");
   return text;
+}
+
+std::optional<EntryItems> entryFromTrace(const Json& value) {
+  if (!value.is_object()) return {};
+  const auto type = value.find("type");
+  const auto items = value.find("items");
+  if (type == value.end() || items == value.end()) return {};
+  if (!type->is_string() || !items->is_array()) return {};
+  return EntryItems{.type = type->get_ref<const std::string&>(), .items = *items};
+}
+
+std::string memberValueText(std::string_view key, const Json& value) {
+  if (const auto entry = entryFromTrace(value)) return entryText(hesk::findTag(key), *entry);
+  return value.is_object() ? std::to_string(value.size()) + " entries" : valueText(value);
 }
 
 std::vector<std::string> decodedLines(std::string_view tag, const EntryItems& entry) {
@@ -216,7 +231,7 @@ std::vector<std::string> decodedLines(std::string_view tag, const EntryItems& en
   if (tag == "HESK_CONTROL_AE_RESULT" && items.size() == sizeof(hesk::AeResult) / sizeof(float)) {
     return aeLines(items);
   }
-  if (type != "uint8") return {};
+  if (type != "uint8" || !std::ranges::all_of(items, &Json::is_number_integer)) return {};
   if (tag == "MTK_RAW_ALGO_PDAF_INFO" && items.size() == hesk::PDAF_STATS_DATA_SIZE) {
     return pdafLines(items);
   }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,12 @@ struct EntryItems {
 /// list the first items, their count and a checksum of them all. `tag` is null for one that the
 /// catalogue does not list.
 std::string entryText(const hesk::TagDescription* tag, const EntryItems& entry);
+
+/// None where a member of a call in a trace is no entry.
+std::optional<EntryItems> entryFromTrace(const Json& value);
+
+/// What a call in a trace has under a key: an entry, or any other value.
+std::string memberValueText(std::string_view key, const Json& value);
 
 /// What the items mean, where they are a text in bytes or one of the records that the raw
 /// algorithms take. No line where they are neither.
