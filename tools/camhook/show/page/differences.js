@@ -22,19 +22,23 @@
       change: () => page.replace({ only: box.checked ? "1" : null }),
     });
     const gone = document.querySelectorAll("#calls > .gone").length;
-    const link = element("a", { href: "#" }, `${gone} gone`);
+    const links = new Map();
+    if (gone) links.set("gone", element("a", { href: "#" }, `${gone} gone`));
+    if (document.querySelector("#end > .differences")) {
+      links.set("end", element("a", { href: "#" }, "the event store at the end differs"));
+    }
     const bar = element(
       "p",
       { class: "controls" },
       element("label", {}, box, " only what differs"),
-      ` ${page.shownCalls(true).length} calls differ`,
-      ...(gone ? [", ", link] : []),
+      element("span", {}, `${page.shownCalls(true).length} calls differ`),
+      ...links.values(),
     );
     return {
       bar,
       draw({ only }) {
         box.checked = only;
-        link.href = page.address({ call: "gone", view: "calls" });
+        for (const [call, link] of links) link.href = page.address({ call, view: "calls" });
         document.documentElement.classList.toggle("only-differences", only);
       },
     };

@@ -64,8 +64,9 @@
   page.isLine = isLine;
 
   let changed;
-  // Whether a call changed it: of tags the calls' tables tell.
+  // Whether a call changed it. The calls' tables tell it of tags; those of two traces have all tags.
   page.isChanged = ({ name, place, runs }) => {
+    if (!page.data.scenario) return runs.length > 1;
     changed ??= new Set([...document.querySelectorAll("#calls tr[data-tag]")].map((row) => row.dataset.tag));
     return changed.has(name) || (runs.length > 1 && (place === "state" || name === "readout mode"));
   };

@@ -3,7 +3,7 @@
 {
   const { element } = page;
   const step = 32; // pixels from call to call, as views.css has them
-  const mostTags = 4; // that are told by name
+  const mostNames = 4; // that are told
   const margin = 5; // calls drawn besides those in sight, on both sides
 
   const laneOf = ({ sensor, call }) => (sensor === undefined ? `phone · ${call}` : `sensor ${sensor} · ${call}`);
@@ -19,18 +19,25 @@
     });
   };
 
-  const countOf = (sign, count, what) => (count > 0 ? `${sign}${count} ${what}${count > 1 ? "s" : ""}` : "");
+  const countOf = (sign, count, what) => (count > 0 ? `${sign}${count} ${what}${Number(count) === 1 ? "" : "s"}` : "");
 
   const told = element("p", { class: "told", "aria-live": "polite" });
+  // The tables of one trace have the tags that changed, those of two the places that differ.
+  const changesOf = (section) => {
+    const rows = section.querySelectorAll(page.data.scenario ? "tr[data-tag]" : ".differences tr");
+    const names = [...new Set([...rows].map((row) => row.cells[0].textContent))];
+    if (!names.length) return page.data.scenario ? "changes no tag" : "does not differ";
+    const more = names.length > mostNames ? ` and ${names.length - mostNames} more` : "";
+    return `${page.data.scenario ? "changes" : "differs in"} ${names.slice(0, mostNames).join(", ")}${more}`;
+  };
+
   const tell = (number) => {
     const section = document.getElementById(`call-${number}`);
-    const tags = new Set([...section.querySelectorAll("tr[data-tag]")].map((row) => row.dataset.tag));
-    const { errors, effects, differences } = section.dataset;
+    const { errors, effects } = section.dataset;
     const facts = [
-      tags.size ? `changes ${[...tags].slice(0, mostTags).join(", ")}${tags.size > mostTags ? ` and ${tags.size - mostTags} more` : ""}` : "changes no tag",
-      countOf("• ", Number(effects), "effect"),
-      countOf("! ", Number(errors), "error record"),
-      countOf("≠ ", Number(differences ?? 0), "difference"),
+      changesOf(section),
+      countOf("• ", effects, "effect"),
+      countOf("! ", errors, "error record"),
     ];
     told.replaceChildren(element("b", {}, section.querySelector("h3").textContent), ` ${facts.filter(Boolean).join("; ")}`);
   };
