@@ -23,7 +23,7 @@
     });
     const gone = document.querySelectorAll("#calls > .gone").length;
     const links = new Map();
-    if (gone) links.set("gone", element("a", { href: "#" }, `${gone} gone`));
+    if (gone) links.set("gone", element("a", { href: "#" }, `calls that are gone: ${gone}`));
     if (document.querySelector("#end > .differences")) {
       links.set("end", element("a", { href: "#" }, "the event store at the end differs"));
     }
@@ -31,7 +31,7 @@
       "p",
       { class: "controls" },
       element("label", {}, box, " only what differs"),
-      element("span", {}, `${page.shownCalls(true).length} calls differ`),
+      element("span", {}, `calls that differ: ${page.shownCalls(true).length}`),
       ...links.values(),
     );
     return {

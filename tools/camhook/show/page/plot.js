@@ -17,6 +17,9 @@
     };
   };
 
+  // The first of two items is the lower bound of a range.
+  const isLower = (run, item) => item === 0 && run.items.length > 1;
+
   const lineOf = ({ runs, spanOf }, item, yOf) => {
     let path = "";
     let joined = false;
@@ -29,7 +32,7 @@
       path += `${joined ? "L" : "M"}${from} ${yOf(run.items[item])}H${to}`;
       joined = run.end !== null;
     }
-    return shape("path", { class: `line line-${item}`, d: path });
+    return shape("path", { class: isLower(runs[0], item) ? "line lower" : "line", d: path });
   };
 
   // The numbers of the line, where they change and have room; those of a lower line stand below it.
@@ -40,7 +43,7 @@
       const text = page.text([value]);
       const known = value === undefined || value === runs[index - 1]?.items[item];
       if (known || to - from < 7 * text.length + 8) return [];
-      const y = yOf(value) + (item === 0 && run.items.length > 1 ? textHeight : -4);
+      const y = yOf(value) + (isLower(run, item) ? textHeight : -4);
       return [shape("text", { class: "plot-text", x: from + 4, y }, text)];
     });
 

@@ -73,9 +73,10 @@
         value,
       );
       const picture = page.plot(series, range, pictureWidth(), rowHeight - labelHeight - 4, state.call);
-      picture.addEventListener("pointermove", ({ offsetX }) => {
+      picture.addEventListener("pointermove", ({ clientX }) => {
         const [from, to] = range;
-        const call = Math.min(from + Math.floor((offsetX / pictureWidth()) * (to - from + 1)), to);
+        const { left, width } = picture.getBoundingClientRect();
+        const call = Math.min(from + Math.floor(((clientX - left) / width) * (to - from + 1)), to);
         const run = page.runAt(series, call);
         value.textContent = `call ${call}: ${run ? page.text(run.items) : "–"}`;
       });
@@ -86,15 +87,20 @@
 
     const pictureWidth = () => Math.max(list.clientWidth - 16, 100);
 
-    const drawRows = () => {
+    const drawInSight = () => {
       const first = Math.max(Math.floor(box.scrollTop / rowHeight) - margin, 0);
-      const last = first + Math.ceil(box.clientHeight / rowHeight) + 2 * margin;
+      drawRows(first, first + Math.ceil(box.clientHeight / rowHeight) + 2 * margin);
+    };
+
+    const drawRows = (first, last) => {
       const focused = list.contains(document.activeElement) && document.activeElement.closest(".row").dataset.key;
       list.replaceChildren(...rows.slice(first, last).map((series, place) => rowOf(series, first + place)));
       if (focused) list.querySelector(`[data-key="${CSS.escape(focused)}"] a`)?.focus({ preventScroll: true });
     };
-    box.addEventListener("scroll", () => requestAnimationFrame(drawRows));
-    addEventListener("resize", () => state && !section.hidden && drawRows());
+    box.addEventListener("scroll", () => requestAnimationFrame(drawInSight));
+    addEventListener("resize", () => section.hidden || drawInSight());
+    addEventListener("beforeprint", () => section.hidden || drawRows(0, rows.length));
+    addEventListener("afterprint", () => section.hidden || drawInSight());
 
     return (now) => {
       state = now;
@@ -111,7 +117,7 @@
       list.style.height = `${rows.length * rowHeight}px`;
       const series = page.series().find(({ key, name }) => key === state.tag || name === state.tag);
       values.replaceChildren(...(series ? [valuesOf(series, state.call)] : []));
-      drawRows();
+      drawInSight();
     };
   };
 

@@ -131,7 +131,8 @@
       differences?.draw(state);
       shown = page.shownCalls(state.only);
       scroller.style.width = `${shown.length * step}px`;
-      const place = shown.indexOf(state.call);
+      const place = state.other ? -1 : shown.indexOf(state.call);
+      told.replaceChildren();
       focused = place < 0 ? Math.min(focused, Math.max(shown.length - 1, 0)) : place;
       if (place >= 0) {
         bringIntoSight(place);
