@@ -18,7 +18,10 @@
   // The frames around this request's own.
   const bookOf = (frames, own, written) => {
     if (!frames.length) return "empty";
-    const place = Math.max(frames.findIndex(([request]) => request === own), 0);
+    const place = Math.max(
+      frames.findIndex(([request]) => request === own),
+      0,
+    );
     const from = Math.max(Math.min(place - mostFrames / 2, frames.length - mostFrames), 0);
     const shown = frames.slice(from, from + mostFrames);
     return element(
@@ -36,10 +39,10 @@
 
   const writtenOf = (index, count) => (index === null ? "–" : `frame ${index} of ${count}`);
 
-  const zslNames = new Map([
-    [null, "–"],
-    [0, "off"],
-  ]);
+  const zslOf = (enabled) => {
+    if (enabled === null) return "–";
+    return enabled ? "on" : "off";
+  };
 
   const rowOf = (number, open) => {
     const call = page.calls[number - 1];
@@ -56,12 +59,21 @@
       element("td", {}, before === after ? `${after}` : `${before} → ${after}`),
       element("td", {}, writtenOf(index, first(call, "MTK_HESK_FRAME_COUNT"))),
       element("td", {}, announcedOf(call)),
-      element("td", {}, zslNames.get(first(call, "ANDROID_CONTROL_ENABLE_ZSL")) ?? "on"),
+      element("td", {}, zslOf(first(call, "ANDROID_CONTROL_ENABLE_ZSL"))),
       element("td", {}, `${call.sensor}`),
     );
   };
 
-  const heads = ["call", "request", "book: request and index", "capture count", "written", "announced: past + new", "ZSL", "sensor"];
+  const heads = [
+    "call",
+    "request",
+    "book: request and index",
+    "capture count",
+    "written",
+    "announced: past + new",
+    "ZSL",
+    "sensor",
+  ];
 
   page.views.push({
     name: "burst",
@@ -71,15 +83,23 @@
       const captures = page.callsWith(isCapture);
       const content = element("div");
       section.append(
-        element("p", { class: "hint" }, "◂ this request's own frame in the book, ✓ where its index and the book's size are written"),
+        element(
+          "p",
+          { class: "hint" },
+          "◂ this request's own frame in the book, ✓ where its index and the book's size are written",
+        ),
         content,
       );
       return ({ call }) => {
         // Of many those from the open call on.
-        const place = Math.max(captures.findLastIndex((number) => number <= call), 0);
+        const place = Math.max(
+          captures.findLastIndex((number) => number <= call),
+          0,
+        );
         const from = place - (place % mostRows);
         const shown = captures.slice(from, from + mostRows);
-        const lead = (text, number) => (number ? element("a", { href: page.address({ call: number }) }, text) : null);
+        const lead = (text, number) =>
+          number ? element("a", { href: page.address({ call: number }) }, text) : null;
         content.replaceChildren(
           page.table(
             `still captures ${from + 1} to ${from + shown.length} of ${captures.length}`,
@@ -87,7 +107,12 @@
             shown.map((number) => rowOf(number, call)),
             "burst",
           ),
-          element("p", { class: "controls" }, lead("earlier", captures[from - mostRows]), lead("later", captures[from + mostRows])),
+          element(
+            "p",
+            { class: "controls" },
+            lead("earlier", captures[from - mostRows]),
+            lead("later", captures[from + mostRows]),
+          ),
         );
       };
     },

@@ -22,7 +22,13 @@
       const previous = link("‹ previous");
       const next = link("next ›");
       const end = link("end");
-      const number = page.element("input", { type: "number", min: 1, max: last, required: true, change: goTo });
+      const number = page.element("input", {
+        type: "number",
+        min: 1,
+        max: last,
+        required: true,
+        change: goTo,
+      });
       const label = page.element("label", {}, "call ", number, ` of ${last}`);
       section
         .querySelector("h2")

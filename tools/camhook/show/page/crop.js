@@ -2,7 +2,8 @@
 {
   const isCrop = (call) =>
     call.call === "updateCaptureRawParameter" &&
-    (page.items(call, "hal", "MTK_P1NODE_SCALAR_CROP_REGION") || page.items(call, "out", "MTK_RAW_ALGO_SAT_CROP_REGION"));
+    (page.items(call, "hal", "MTK_P1NODE_SCALAR_CROP_REGION") ||
+      page.items(call, "out", "MTK_RAW_ALGO_SAT_CROP_REGION"));
 
   // The size that a size of another shape has room for, as the library reckons it.
   const fitted = ([width, height], [shapeWidth, shapeHeight]) => {
@@ -27,7 +28,13 @@
         const [width, height] = fitted(size, preview);
         origin = [Math.trunc((size[0] - width) / 2), Math.trunc((size[1] - height) / 2)];
         const note = `of ${preview.join(" × ")}`;
-        shapes.push({ name: "preview's shape", sign: "P", kind: "preview", rect: [...origin, width, height], note });
+        shapes.push({
+          name: "preview's shape",
+          sign: "P",
+          kind: "preview",
+          rect: [...origin, width, height],
+          note,
+        });
       }
     }
     const crop = page.items(call, "hal", "MTK_P1NODE_SCALAR_CROP_REGION")?.[0];
@@ -37,10 +44,19 @@
       const [x, y, ...size] = transition;
       const note = array ? "from the corner of the preview's shape" : "";
       const at = [x + origin[0], y + origin[1], ...size];
-      shapes.push({ name: "crop for the zoom transition", sign: "Z", kind: "transition", rect: transition, at, note });
+      shapes.push({
+        name: "crop for the zoom transition",
+        sign: "Z",
+        kind: "transition",
+        rect: transition,
+        at,
+        note,
+      });
     }
     const faces = page.items(call, "out", "MTK_RAW_ALGO_FACE_RECTS") ?? [];
-    faces.forEach((rect, index) => shapes.push({ name: `face ${index + 1}`, sign: `${index + 1}`, kind: "face", rect }));
+    faces.forEach((rect, index) =>
+      shapes.push({ name: `face ${index + 1}`, sign: `${index + 1}`, kind: "face", rect }),
+    );
     return shapes;
   };
 

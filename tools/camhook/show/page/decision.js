@@ -45,13 +45,20 @@
         { class: rule.taken ? "taken" : null },
         page.rowHead(`${rule.taken ? "▸ " : ""}row ${index + 1}`),
         ...used.map(([field]) =>
-          field in rule.met ? verdictCell(rule.met[field], rule[field] === "" ? "none" : `${rule[field]}`) : element("td"),
+          field in rule.met
+            ? verdictCell(rule.met[field], rule[field] === "" ? "none" : `${rule[field]}`)
+            : element("td"),
         ),
         element("td", {}, page.modeName(rule.sensorMode)),
         element("td", {}, rule.why),
       ),
     );
-    return page.table(`rules of ${product} ${list}`, ["", ...used.map(([, name]) => name), "mode", "why"], [given, ...rows], "rules");
+    return page.table(
+      `rules of ${product} ${list}`,
+      ["", ...used.map(([, name]) => name), "mode", "why"],
+      [given, ...rows],
+      "rules",
+    );
   };
 
   const conditionText = ({ found, must, met }) => (met ? `= ${found}` : `≠ ${found}, must ${must}`);
@@ -92,7 +99,13 @@
     page.viewOfCalls("decision", "Decision", isDecided, (number) => {
       const decision = page.data.decisions[number];
       return [
-        element("p", { class: "result" }, "Result: ", element("b", {}, decision.decidedBy), `. Base: ${baseOf(decision)}.`),
+        element(
+          "p",
+          { class: "result" },
+          "Result: ",
+          element("b", {}, decision.decidedBy),
+          `. Base: ${baseOf(decision)}.`,
+        ),
         ...(decision.rules.length ? [rulesTable(decision)] : []),
         overridesTable(decision),
         inputsTable(decision),

@@ -19,7 +19,8 @@
   // A table in a box that scrolls where the table is wider; cells that are no elements become them.
   page.table = (caption, heads, rows, name = "") => {
     const { element } = page;
-    const cell = (content) => (content instanceof HTMLTableCellElement ? content : element("td", {}, content));
+    const cell = (content) =>
+      content instanceof HTMLTableCellElement ? content : element("td", {}, content);
     return element(
       "div",
       { class: "scroll", tabindex: "0", role: "region", "aria-label": caption },
@@ -27,7 +28,11 @@
         "table",
         { class: name },
         element("caption", {}, caption),
-        element("thead", {}, element("tr", {}, ...heads.map((head) => element("th", { scope: "col" }, head)))),
+        element(
+          "thead",
+          {},
+          element("tr", {}, ...heads.map((head) => element("th", { scope: "col" }, head))),
+        ),
         element(
           "tbody",
           {},
@@ -41,5 +46,6 @@
 
   page.rowHead = (...content) => page.element("th", { scope: "row" }, ...content);
 
-  page.callLink = (call) => page.element("a", { href: page.address({ call, view: "calls" }) }, `call ${call}`);
+  page.callLink = (call) =>
+    page.element("a", { href: page.address({ call, view: "calls" }) }, `call ${call}`);
 }

@@ -24,7 +24,7 @@ page.calls = page.data.trace.calls; // call 1 of the page comes first
       find: address.get("find") ?? "",
       changed: address.has("changed"),
       near: address.has("near"),
-      only: address.has("only"),
+      only: !page.data.scenario && address.has("only"),
     };
   };
 
@@ -81,7 +81,9 @@ page.calls = page.data.trace.calls; // call 1 of the page comes first
       page.element("li", {}, page.element("a", { "data-view": name, href: "#" }, title)),
     );
     const main = document.querySelector("main");
-    main.before(page.element("nav", { id: "views", "aria-label": "views" }, page.element("ul", {}, ...links)));
+    main.before(
+      page.element("nav", { id: "views", "aria-label": "views" }, page.element("ul", {}, ...links)),
+    );
     main.prepend(page.timeline.section);
     // Until a view is opened the calls are the one in sight.
     document.getElementById("calls").hidden = page.state().view !== "calls";

@@ -4,7 +4,11 @@
   const chosen = (numbers, call) => numbers.find((number) => number >= call) ?? numbers.at(-1);
 
   const link = (text, call) =>
-    page.element("a", call === undefined ? { "aria-disabled": "true" } : { href: page.address({ call }) }, text);
+    page.element(
+      "a",
+      call === undefined ? { "aria-disabled": "true" } : { href: page.address({ call }) },
+      text,
+    );
 
   // A view that draws one call at a time; `draw` gives the elements for a call's number.
   page.viewOfCalls = (name, title, holds, draw) => {
@@ -15,7 +19,7 @@
       offered: () => page.calls.some(holds),
       open(section) {
         numbers = page.callsWith(holds);
-        const content = page.element("div", { class: "picked" });
+        const content = page.element("div");
         section.append(content);
         return ({ call }) => {
           const number = chosen(numbers, call);
@@ -27,7 +31,12 @@
               { class: "picker", "aria-label": `calls of ${title}` },
               link("‹ previous", numbers[place - 1]),
               link("next ›", numbers[place + 1]),
-              page.element("span", {}, page.callLink(number), ` ${hook}, sensor ${sensor} (${place + 1} of ${numbers.length})`),
+              page.element(
+                "span",
+                {},
+                page.callLink(number),
+                ` ${hook}, sensor ${sensor} (${place + 1} of ${numbers.length})`,
+              ),
             ),
             ...draw(number),
           );

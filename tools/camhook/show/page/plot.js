@@ -1,7 +1,7 @@
 // A series over the calls: numbers as a line, anything else as bands.
 {
   const { shape } = page;
-  const colours = 6; // of bands, as views.css has them
+  const colours = 6; // of bands, as tags.css has them
   const textHeight = 13;
   const narrow = 2; // pixels: bands that are narrower are drawn as one
 
@@ -49,7 +49,10 @@
 
   // A call has only so many arguments.
   const extremes = (values) =>
-    values.reduce(([low, high], value) => [Math.min(low, value), Math.max(high, value)], [Infinity, -Infinity]);
+    values.reduce(
+      ([low, high], value) => [Math.min(low, value), Math.max(high, value)],
+      [Infinity, -Infinity],
+    );
 
   const drawLine = (seen, height) => {
     const [low, high] = extremes(seen.runs.flatMap(({ items }) => items));
@@ -92,7 +95,8 @@
     return shapes;
   };
 
-  page.runAt = ({ runs }, call) => runs.find(({ first, last, end }) => call >= first && (call <= last || call < end));
+  page.runAt = ({ runs }, call) =>
+    runs.find(({ first, last, end }) => call >= first && (call <= last || call < end));
 
   // The calls of the range, the open one marked. The picture is not read out: what it shows stands beside it
   // in words.

@@ -6,7 +6,8 @@
     [5, "body"],
   ]);
 
-  const translationOf = (call) => call.effects.find(({ op, regions }) => op === "sat.translate" && regions.length);
+  const translationOf = (call) =>
+    call.effects.find(({ op, regions }) => op === "sat.translate" && regions.length);
 
   const rectOf = ([left, top, right, bottom]) => [left, top, right - left, bottom - top];
 

@@ -1,7 +1,12 @@
 // The values of tags, of the updater's state and of readout modes over the calls.
 {
   // Those that are asked for most come first.
-  const first = ["MTK_CONTROL_AE_TARGET_FPS_RANGE", "MTK_HESK_CAPTURE_COUNT", "mCaptureCount", "readout mode"];
+  const first = [
+    "MTK_CONTROL_AE_TARGET_FPS_RANGE",
+    "MTK_HESK_CAPTURE_COUNT",
+    "mCaptureCount",
+    "readout mode",
+  ];
   const quantity = /RANGE|COUNT|INDEX|GAIN|RATIO|SENSITIVITY|_ISO$|_EV$|TIME|PAIR|FOV|TEMPERATURE|frames/i;
 
   // One sensor's values of a name in one hook's container: runs of calls with the same items. A call of that
@@ -50,10 +55,12 @@
     if (first.includes(name)) return first.indexOf(name) - first.length;
     return name.startsWith("0x") ? 2 : place === "state" ? 1 : 0;
   };
-  const inOrder = (one, other) => rank(one) - rank(other) || one.key.localeCompare(other.key, "en", { numeric: true });
+  const inOrder = (one, other) =>
+    rank(one) - rank(other) || one.key.localeCompare(other.key, "en", { numeric: true });
 
   const isLine = ({ name, runs }) =>
-    (quantity.test(name) || runs[0].items.some((item) => !Number.isInteger(item) && typeof item === "number")) &&
+    (quantity.test(name) ||
+      runs[0].items.some((item) => !Number.isInteger(item) && typeof item === "number")) &&
     runs.every(({ items }) => items.length <= 2 && items.every((item) => Number.isFinite(item)));
 
   let known;

@@ -2,7 +2,7 @@
 {
   const { element } = page;
   const rowHeight = 104;
-  const labelHeight = 44; // pixels, as views.css has them
+  const labelHeight = 44; // pixels, as tags.css has them
   const margin = 3; // rows drawn besides those in sight
   const mostRuns = 200;
   const near = 50; // calls on either side of the open one, where not all are drawn
@@ -13,7 +13,10 @@
 
   // The values in words, those around the open call where there are many.
   const valuesOf = ({ name, place, sensor, runs }, call) => {
-    const here = Math.max(runs.findLastIndex(({ first }) => first <= call), 0);
+    const here = Math.max(
+      runs.findLastIndex(({ first }) => first <= call),
+      0,
+    );
     const from = Math.max(Math.min(here - mostRuns / 2, runs.length - mostRuns), 0);
     const rows = runs
       .slice(from, from + mostRuns)
@@ -93,9 +96,11 @@
     };
 
     const drawRows = (first, last) => {
-      const focused = list.contains(document.activeElement) && document.activeElement.closest(".row").dataset.key;
+      const focused =
+        list.contains(document.activeElement) && document.activeElement.closest(".row").dataset.key;
       list.replaceChildren(...rows.slice(first, last).map((series, place) => rowOf(series, first + place)));
-      if (focused) list.querySelector(`[data-key="${CSS.escape(focused)}"] a`)?.focus({ preventScroll: true });
+      if (focused)
+        list.querySelector(`[data-key="${CSS.escape(focused)}"] a`)?.focus({ preventScroll: true });
     };
     box.addEventListener("scroll", () => requestAnimationFrame(drawInSight));
     addEventListener("resize", () => section.hidden || drawInSight());
@@ -112,7 +117,9 @@
       const words = state.find.toLowerCase();
       rows = page
         .series()
-        .filter((series) => series.key.toLowerCase().includes(words) && (!state.changed || page.isChanged(series)));
+        .filter(
+          (series) => series.key.toLowerCase().includes(words) && (!state.changed || page.isChanged(series)),
+        );
       count.textContent = `${rows.length} of ${page.series().length}`;
       list.style.height = `${rows.length * rowHeight}px`;
       const series = page.series().find(({ key, name }) => key === state.tag || name === state.tag);
@@ -124,7 +131,8 @@
   page.views.push({
     name: "tags",
     title: "Tags over time",
-    offered: () => page.calls.some((call) => call.state || page.containers.some((container) => call[container])),
+    offered: () =>
+      page.calls.some((call) => call.state || page.containers.some((container) => call[container])),
     open,
   });
 }

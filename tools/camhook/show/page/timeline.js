@@ -2,44 +2,23 @@
 // and the one that the keyboard is on.
 {
   const { element } = page;
-  const step = 32; // pixels from call to call, as views.css has them
-  const mostNames = 4; // that are told
+  const step = 32; // pixels from call to call, as timeline.css has them
   const margin = 5; // calls drawn besides those in sight, on both sides
 
-  const laneOf = ({ sensor, call }) => (sensor === undefined ? `phone · ${call}` : `sensor ${sensor} · ${call}`);
+  const laneOf = ({ sensor, call }) =>
+    sensor === undefined ? `phone · ${call}` : `sensor ${sensor} · ${call}`;
 
   const laneTracks = new Map();
   const makeLanes = () => {
     for (const call of page.calls) laneTracks.set(laneOf(call), null);
-    const names = [...laneTracks.keys()].sort((one, other) => one.localeCompare(other, "en", { numeric: true }));
+    const names = [...laneTracks.keys()].sort((one, other) =>
+      one.localeCompare(other, "en", { numeric: true }),
+    );
     return names.map((name) => {
       const track = element("div", { class: "track" });
       laneTracks.set(name, track);
       return element("div", { class: "lane" }, element("span", { class: "name" }, name), track);
     });
-  };
-
-  const countOf = (sign, count, what) => (count > 0 ? `${sign}${count} ${what}${Number(count) === 1 ? "" : "s"}` : "");
-
-  const told = element("p", { class: "told", "aria-live": "polite" });
-  // The tables of one trace have the tags that changed, those of two the places that differ.
-  const changesOf = (section) => {
-    const rows = section.querySelectorAll(page.data.scenario ? "tr[data-tag]" : ".differences tr");
-    const names = [...new Set([...rows].map((row) => row.cells[0].textContent))];
-    if (!names.length) return page.data.scenario ? "changes no tag" : "does not differ";
-    const more = names.length > mostNames ? ` and ${names.length - mostNames} more` : "";
-    return `${page.data.scenario ? "changes" : "differs in"} ${names.slice(0, mostNames).join(", ")}${more}`;
-  };
-
-  const tell = (number) => {
-    const section = document.getElementById(`call-${number}`);
-    const { errors, effects } = section.dataset;
-    const facts = [
-      changesOf(section),
-      countOf("• ", effects, "effect"),
-      countOf("! ", errors, "error record"),
-    ];
-    told.replaceChildren(element("b", {}, section.querySelector("h3").textContent), ` ${facts.filter(Boolean).join("; ")}`);
   };
 
   const markOf = (number, place, { call: open, other }) => {
@@ -49,9 +28,9 @@
     const differs = page.data.scenario ? 0 : page.differences(number);
     const words = [
       `call ${number} ${laneOf(call)}`,
-      countOf("", errors, "error record"),
-      countOf("", effects, "effect"),
-      countOf("", differs, "difference"),
+      page.count(errors, "error record"),
+      page.count(effects, "effect"),
+      page.count(differs, "difference"),
     ];
     const mark = element(
       "a",
@@ -80,7 +59,8 @@
     const last = Math.min(first + Math.ceil(box.clientWidth / step) + 2 * margin, shown.length);
     const hadFocus = box.contains(document.activeElement);
     for (const track of laneTracks.values()) track.replaceChildren();
-    const add = (place) => laneTracks.get(laneOf(page.calls[shown[place] - 1])).append(markOf(shown[place], place, state));
+    const add = (place) =>
+      laneTracks.get(laneOf(page.calls[shown[place] - 1])).append(markOf(shown[place], place, state));
     for (let place = first; place < last; ++place) add(place);
     if (shown.length && (focused < first || focused >= last)) add(focused);
     if (hadFocus) box.querySelector("[tabindex='0']")?.focus({ preventScroll: true });
@@ -89,7 +69,8 @@
   const bringIntoSight = (place) => {
     const left = place * step;
     if (left < box.scrollLeft) box.scrollLeft = left;
-    else if (left + 2 * step > box.scrollLeft + box.clientWidth) box.scrollLeft = left + 2 * step - box.clientWidth;
+    else if (left + 2 * step > box.scrollLeft + box.clientWidth)
+      box.scrollLeft = left + 2 * step - box.clientWidth;
   };
 
   const moves = { ArrowLeft: -1, ArrowRight: 1, PageUp: -20, PageDown: 20, Home: -Infinity, End: Infinity };
@@ -102,7 +83,7 @@
   };
 
   const tellOf = ({ target }) => {
-    if (target.dataset.call) tell(target.dataset.call);
+    if (target.dataset.call) page.told.tell(target.dataset.call);
   };
 
   const lanes = makeLanes();
@@ -123,7 +104,7 @@
       element("h2", { id: "timeline-heading" }, "Timeline"),
       differences?.bar ?? null,
       box,
-      told,
+      page.told.element,
       element("p", { class: "hint" }, signs),
     ),
     draw(now) {
@@ -132,11 +113,11 @@
       shown = page.shownCalls(state.only);
       scroller.style.width = `${shown.length * step}px`;
       const place = state.other ? -1 : shown.indexOf(state.call);
-      told.replaceChildren();
+      page.told.clear();
       focused = place < 0 ? Math.min(focused, Math.max(shown.length - 1, 0)) : place;
       if (place >= 0) {
         bringIntoSight(place);
-        tell(state.call);
+        page.told.tell(state.call);
       }
       drawMarks();
     },
