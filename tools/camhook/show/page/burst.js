@@ -31,7 +31,7 @@
 
   const announcedOf = (call) => {
     const frames = page.items(call, "meta", "HESK_CONTROL_HISFRAME");
-    return frames ? `${frames[0]} with history, ${frames[1] ?? 0} without` : "–";
+    return frames ? `${frames[0]} + ${frames[1] ?? 0}` : "–";
   };
 
   const writtenOf = (index, count) => (index === null ? "–" : `frame ${index} of ${count}`);
@@ -51,17 +51,17 @@
       "tr",
       { "data-call": number, class: number === open ? "here" : null },
       page.rowHead(page.callLink(number)),
-      element("td", {}, `${call.sensor}`),
       element("td", {}, `${request}`),
-      element("td", {}, zslNames.get(first(call, "ANDROID_CONTROL_ENABLE_ZSL")) ?? "on"),
-      element("td", {}, announcedOf(call)),
       element("td", {}, bookOf(call.state.mNonZslFrames, request, index !== null)),
-      element("td", { class: "count" }, before === after ? `${after}` : `${before} → ${after}`),
-      element("td", { class: "written" }, writtenOf(index, first(call, "MTK_HESK_FRAME_COUNT"))),
+      element("td", {}, before === after ? `${after}` : `${before} → ${after}`),
+      element("td", {}, writtenOf(index, first(call, "MTK_HESK_FRAME_COUNT"))),
+      element("td", {}, announcedOf(call)),
+      element("td", {}, zslNames.get(first(call, "ANDROID_CONTROL_ENABLE_ZSL")) ?? "on"),
+      element("td", {}, `${call.sensor}`),
     );
   };
 
-  const heads = ["call", "sensor", "request", "ZSL", "announced frames", "book: request and index", "capture count", "written"];
+  const heads = ["call", "request", "book: request and index", "capture count", "written", "announced: past + new", "ZSL", "sensor"];
 
   page.views.push({
     name: "burst",

@@ -5,10 +5,8 @@
   // What is open besides the calls of the trace: the event store at the end, calls that are gone.
   page.otherCalls = { end: "#end", gone: "#calls > .gone" };
 
-  const sectionsOf = (call) =>
-    call in page.otherCalls
-      ? [...document.querySelectorAll(page.otherCalls[call])]
-      : [document.getElementById(`call-${call}`)];
+  const sectionsOf = ({ call, other }) =>
+    document.querySelectorAll(other ? page.otherCalls[other] : `#call-${call}`);
 
   const goTo = ({ target }) => {
     if (target.checkValidity()) location.hash = page.address({ call: target.value });
@@ -23,7 +21,7 @@
       const link = (text) => page.element("a", { href: "#" }, text);
       const previous = link("‹ previous");
       const next = link("next ›");
-      const end = page.element("a", { href: "#" }, "end");
+      const end = link("end");
       const number = page.element("input", { type: "number", min: 1, max: last, required: true, change: goTo });
       const label = page.element("label", {}, "call ", number, ` of ${last}`);
       section
@@ -34,15 +32,16 @@
         if (call) element.href = page.address({ call });
         else element.removeAttribute("href");
       };
-      return ({ call, only }) => {
-        const shown = page.shownCalls(only);
-        lead(previous, shown.findLast((other) => other < call) ?? (call === "end" ? shown.at(-1) : undefined));
-        lead(next, shown.find((other) => other > call));
+      return (state) => {
+        const { call, other } = state;
+        const shown = page.shownCalls(state.only);
+        lead(previous, other ? shown.at(-1) : shown.findLast((shownCall) => shownCall < call));
+        lead(next, other ? undefined : shown.find((shownCall) => shownCall > call));
         lead(end, "end");
-        number.value = call in page.otherCalls ? "" : call;
+        number.value = other ? "" : call;
 
         for (const old of open) old.classList.remove("open");
-        open = sectionsOf(call);
+        open = sectionsOf(state);
         for (const opened of open) {
           opened.classList.add("open");
           opened.tabIndex = 0; // it scrolls where a table is wider

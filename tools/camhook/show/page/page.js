@@ -17,11 +17,13 @@ page.calls = page.data.trace.calls; // call 1 of the page comes first
     const address = new URLSearchParams(location.hash.slice(1));
     const call = address.get("call") ?? "1";
     return {
-      call: call in page.otherCalls ? call : Math.min(Math.max(parseInt(call) || 1, 1), page.calls.length),
+      call: Math.min(Math.max(parseInt(call) || 1, 1), page.calls.length),
+      other: Object.hasOwn(page.otherCalls, call) ? call : null,
       view: page.offered.find(({ name }) => name === address.get("view"))?.name ?? "calls",
       tag: address.get("tag") ?? "",
       find: address.get("find") ?? "",
       changed: address.has("changed"),
+      near: address.has("near"),
       only: address.has("only"),
     };
   };

@@ -26,8 +26,8 @@
               "nav",
               { class: "picker", "aria-label": `calls of ${title}` },
               link("‹ previous", numbers[place - 1]),
-              page.element("span", {}, page.callLink(number), ` ${hook}, sensor ${sensor} (${place + 1} of ${numbers.length})`),
               link("next ›", numbers[place + 1]),
+              page.element("span", {}, page.callLink(number), ` ${hook}, sensor ${sensor} (${place + 1} of ${numbers.length})`),
             ),
             ...draw(number),
           );

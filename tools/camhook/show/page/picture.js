@@ -26,7 +26,7 @@
         shape("rect", { class: `outline ${kind}`, x, y, width: (x1 - x0) * scale, height: (y1 - y0) * scale }),
         shape(
           "text",
-          { class: `sign ${kind}`, x: small ? x + (x1 - x0) * scale + 2 : x + 5 + (place % 6) * 16, y: small ? y + 8 : y + 14 },
+          { class: `sign ${kind}`, x: small ? x + (x1 - x0) * scale + 2 : x + 5 + (place % 6) * 16, y: small ? y + 8 : y + (y1 - y0) * scale - 5 },
           sign,
         ),
       ];

@@ -2,16 +2,26 @@
 {
   const { shape } = page;
   const colours = 6; // of bands, as views.css has them
+  const textHeight = 13;
   const narrow = 2; // pixels: bands that are narrower are drawn as one
 
-  // Where a run begins and ends, up to the next one where nothing lies between.
-  const spanOf = ({ first, last, end }, scale) => [(first - 1) * scale, (end ? end - 1 : last) * scale];
+  // What one line or list of bands is drawn by: the runs in sight, and where each begins and ends, up to the
+  // next one where nothing lies between.
+  const sight = (series, [from, to], width) => {
+    const scale = width / (to - from + 1);
+    const xOf = (call) => Math.min(Math.max((call - from) * scale, 0), width);
+    return {
+      runs: series.runs.filter(({ first, last, end }) => first <= to && (end ?? last) >= from),
+      spanOf: ({ first, last, end }) => [xOf(first), xOf(end ?? last + 1)],
+      here: (call) => ({ x: xOf(call), width: Math.max(scale, 1) }),
+    };
+  };
 
-  const lineOf = (runs, item, scale, yOf) => {
+  const lineOf = ({ runs, spanOf }, item, yOf) => {
     let path = "";
     let joined = false;
     for (const run of runs) {
-      const [from, to] = spanOf(run, scale);
+      const [from, to] = spanOf(run);
       if (!(item in run.items)) {
         joined = false;
         continue;
@@ -22,25 +32,28 @@
     return shape("path", { class: `line line-${item}`, d: path });
   };
 
-  // The numbers beside the line, where they have room.
-  const numbersOf = (runs, item, scale, yOf) =>
-    runs.flatMap((run) => {
-      const [from, to] = spanOf(run, scale);
-      const text = item in run.items ? page.text([run.items[item]]) : "";
-      if (to - from < 7 * text.length + 8) return [];
-      const y = yOf(run.items[item]);
-      return [shape("text", { class: "plot-text", x: from + 4, y: y < 18 ? y + 13 : y - 4 }, text)];
+  // The numbers of the line, where they change and have room; those of a lower line stand below it.
+  const numbersOf = ({ runs, spanOf }, item, yOf) =>
+    runs.flatMap((run, index) => {
+      const [from, to] = spanOf(run);
+      const value = run.items[item];
+      const text = page.text([value]);
+      const known = value === undefined || value === runs[index - 1]?.items[item];
+      if (known || to - from < 7 * text.length + 8) return [];
+      const y = yOf(value) + (item === 0 && run.items.length > 1 ? textHeight : -4);
+      return [shape("text", { class: "plot-text", x: from + 4, y }, text)];
     });
 
   // A call has only so many arguments.
   const extremes = (values) =>
     values.reduce(([low, high], value) => [Math.min(low, value), Math.max(high, value)], [Infinity, -Infinity]);
 
-  const drawLine = ({ runs }, scale, height) => {
-    const [low, high] = extremes(runs.flatMap(({ items }) => items));
-    const yOf = (value) => (high === low ? height / 2 : height - 5 - ((value - low) / (high - low)) * (height - 10));
-    const items = [0, 1].filter((item) => runs.some((run) => item in run.items));
-    return items.flatMap((item) => [lineOf(runs, item, scale, yOf), ...numbersOf(runs, item, scale, yOf)]);
+  const drawLine = (seen, height) => {
+    const [low, high] = extremes(seen.runs.flatMap(({ items }) => items));
+    const room = height - 2 * (textHeight + 3);
+    const yOf = (value) => textHeight + 3 + room * (high === low ? 0.5 : (high - value) / (high - low));
+    const items = [0, 1].filter((item) => seen.runs.some((run) => item in run.items));
+    return items.flatMap((item) => [lineOf(seen, item, yOf), ...numbersOf(seen, item, yOf)]);
   };
 
   const bandOf = (from, to, height, colour, text) => {
@@ -50,7 +63,7 @@
     return [band, shape("text", { class: "plot-text", x: from + 4, y: height / 2 + 4 }, text)];
   };
 
-  const drawBands = ({ runs }, scale, height) => {
+  const drawBands = ({ runs, spanOf }, height) => {
     const colourOf = new Map();
     const shapes = [];
     let mixedFrom = null; // where narrow bands began
@@ -60,7 +73,7 @@
       mixedFrom = null;
     };
     for (const run of runs) {
-      const [from, to] = spanOf(run, scale);
+      const [from, to] = spanOf(run);
       if (to - from < narrow) {
         if (mixedFrom !== null && from - mixedTo > narrow) endMixed();
         mixedFrom ??= from;
@@ -78,11 +91,12 @@
 
   page.runAt = ({ runs }, call) => runs.find(({ first, last, end }) => call >= first && (call <= last || call < end));
 
-  // The picture is not read out: what it shows stands beside it in words.
-  page.plot = (series, width, height, call) => {
-    const scale = width / page.calls.length;
-    const shapes = page.isLine(series) ? drawLine(series, scale, height) : drawBands(series, scale, height);
-    const here = shape("rect", { class: "here", x: (call - 1) * scale, y: 0, width: Math.max(scale, 1), height });
+  // The calls of the range, the open one marked. The picture is not read out: what it shows stands beside it
+  // in words.
+  page.plot = (series, range, width, height, call) => {
+    const seen = sight(series, range, width);
+    const shapes = page.isLine(series) ? drawLine(seen, height) : drawBands(seen, height);
+    const here = shape("rect", { class: "here", y: 0, height, ...seen.here(call) });
     return shape("svg", { class: "plot", width, height, "aria-hidden": "true" }, here, ...shapes);
   };
 }

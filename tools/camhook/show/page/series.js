@@ -4,8 +4,8 @@
   const first = ["MTK_CONTROL_AE_TARGET_FPS_RANGE", "MTK_HESK_CAPTURE_COUNT", "mCaptureCount", "readout mode"];
   const quantity = /RANGE|COUNT|INDEX|GAIN|RATIO|SENSITIVITY|_ISO$|_EV$|TIME|PAIR|FOV|TEMPERATURE|frames/i;
 
-  // One sensor's values of a name: runs of calls with the same items. A call that could hold it and does
-  // not ends a run, one of another hook or sensor does not.
+  // One sensor's values of a name in one hook's container: runs of calls with the same items. A call of that
+  // hook without it ends a run, one of another hook or sensor does not.
   const addTo = (all, name, place, sensor, call, items, occasion) => {
     const key = `${name} ${place} ${sensor}`;
     let series = all.get(key);
@@ -32,20 +32,24 @@
     page.calls.forEach((call, index) => {
       for (const container of page.containers) {
         const entries = Object.entries(call[container] ?? {}).map(([tag, { items }]) => [tag, items]);
-        if (call[container]) addAll(container, call.sensor, index + 1, entries);
+        if (call[container]) addAll(`${call.call} ${container}`, call.sensor, index + 1, entries);
       }
       if (call.state) {
         const entries = Object.entries(call.state).map(([field, value]) => [field, listOf(value)]);
         addAll("state", call.sensor, index + 1, entries);
       }
       if (call.call === "decideSensorScenario") {
-        addAll("return", call.sensor, index + 1, [["readout mode", [page.modeName(call.return)]]]);
+        addAll(call.call, call.sensor, index + 1, [["readout mode", [page.modeName(call.return)]]]);
       }
     });
     return [...all.values()];
   };
 
-  const rank = ({ name, place }) => (first.includes(name) ? first.indexOf(name) : place === "state" ? 9 : 8);
+  // Then those of the catalogue, the state, and tags without a name.
+  const rank = ({ name, place }) => {
+    if (first.includes(name)) return first.indexOf(name) - first.length;
+    return name.startsWith("0x") ? 2 : place === "state" ? 1 : 0;
+  };
   const inOrder = (one, other) => rank(one) - rank(other) || one.key.localeCompare(other.key, "en", { numeric: true });
 
   const isLine = ({ name, runs }) =>
@@ -63,6 +67,6 @@
   // Whether a call changed it: of tags the calls' tables tell.
   page.isChanged = ({ name, place, runs }) => {
     changed ??= new Set([...document.querySelectorAll("#calls tr[data-tag]")].map((row) => row.dataset.tag));
-    return place === "state" || place === "return" ? runs.length > 1 : changed.has(name);
+    return changed.has(name) || (runs.length > 1 && (place === "state" || name === "readout mode"));
   };
 }

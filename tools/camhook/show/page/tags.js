@@ -1,29 +1,32 @@
 // Tags over time: a row for each tag of each sensor, drawn where in sight, and the values of one of them.
 {
   const { element } = page;
-  const rowHeight = 76; // pixels, as views.css has them
+  const rowHeight = 104;
+  const labelHeight = 44; // pixels, as views.css has them
   const margin = 3; // rows drawn besides those in sight
   const mostRuns = 200;
+  const near = 50; // calls on either side of the open one, where not all are drawn
 
   const severalSensors = () => new Set(page.calls.map(({ sensor }) => sensor)).size > 1;
 
   const wordsOf = (run) => (run.first === run.last ? "" : ` to ${run.last}`);
 
   // The values in words, those around the open call where there are many.
-  const valuesOf = ({ key, runs }, call) => {
+  const valuesOf = ({ name, place, sensor, runs }, call) => {
     const here = Math.max(runs.findLastIndex(({ first }) => first <= call), 0);
     const from = Math.max(Math.min(here - mostRuns / 2, runs.length - mostRuns), 0);
     const rows = runs
       .slice(from, from + mostRuns)
       .map((run) => [element("span", {}, page.callLink(run.first), wordsOf(run)), page.text(run.items)]);
     const among = runs.length > mostRuns ? ` (${from + 1} to ${from + rows.length} of ${runs.length})` : "";
-    return page.table(`${key}${among}`, ["from", "value"], rows, "values");
+    return page.table(`${name}, ${place}, sensor ${sensor}${among}`, ["from", "value"], rows, "values");
   };
 
   const open = (section) => {
     const several = severalSensors();
     let state;
     let rows = [];
+    let range;
 
     const find = element("input", {
       type: "search",
@@ -33,12 +36,17 @@
       type: "checkbox",
       change: () => page.replace({ changed: changed.checked ? "1" : null }),
     });
+    const zoom = element("input", {
+      type: "checkbox",
+      change: () => page.replace({ near: zoom.checked ? "1" : null }),
+    });
     const count = element("span", { role: "status" });
     const controls = element(
       "p",
       { class: "controls" },
       element("label", {}, "name ", find),
       element("label", {}, changed, " only changed"),
+      page.calls.length > 2 * near ? element("label", {}, zoom, ` ${near} calls around the open one`) : null,
       count,
     );
     const values = element("div", { class: "chosen" });
@@ -64,9 +72,10 @@
         element("small", {}, where),
         value,
       );
-      const picture = page.plot(series, pictureWidth(), rowHeight - 28, state.call);
+      const picture = page.plot(series, range, pictureWidth(), rowHeight - labelHeight - 4, state.call);
       picture.addEventListener("pointermove", ({ offsetX }) => {
-        const call = Math.min(Math.floor((offsetX / pictureWidth()) * page.calls.length) + 1, page.calls.length);
+        const [from, to] = range;
+        const call = Math.min(from + Math.floor((offsetX / pictureWidth()) * (to - from + 1)), to);
         const run = page.runAt(series, call);
         value.textContent = `call ${call}: ${run ? page.text(run.items) : "–"}`;
       });
@@ -91,6 +100,9 @@
       state = now;
       if (find.value !== state.find) find.value = state.find;
       changed.checked = state.changed;
+      zoom.checked = state.near;
+      const last = page.calls.length;
+      range = state.near ? [Math.max(state.call - near, 1), Math.min(state.call + near, last)] : [1, last];
       const words = state.find.toLowerCase();
       rows = page
         .series()

@@ -3,6 +3,7 @@
 {
   const { element } = page;
   const step = 32; // pixels from call to call, as views.css has them
+  const mostTags = 4; // that are told by name
   const margin = 5; // calls drawn besides those in sight, on both sides
 
   const laneOf = ({ sensor, call }) => (sensor === undefined ? `phone · ${call}` : `sensor ${sensor} · ${call}`);
@@ -18,30 +19,32 @@
     });
   };
 
+  const countOf = (sign, count, what) => (count > 0 ? `${sign}${count} ${what}${count > 1 ? "s" : ""}` : "");
+
   const told = element("p", { class: "told", "aria-live": "polite" });
   const tell = (number) => {
     const section = document.getElementById(`call-${number}`);
     const tags = new Set([...section.querySelectorAll("tr[data-tag]")].map((row) => row.dataset.tag));
     const { errors, effects, differences } = section.dataset;
     const facts = [
-      tags.size ? `changes ${[...tags].slice(0, 8).join(", ")}${tags.size > 8 ? ` and ${tags.size - 8} more` : ""}` : "changes no tag",
-      effects > 0 ? `• ${effects} effects` : "",
-      errors > 0 ? `! ${errors} error records` : "",
-      differences > 0 ? `≠ ${differences} differences` : "",
+      tags.size ? `changes ${[...tags].slice(0, mostTags).join(", ")}${tags.size > mostTags ? ` and ${tags.size - mostTags} more` : ""}` : "changes no tag",
+      countOf("• ", Number(effects), "effect"),
+      countOf("! ", Number(errors), "error record"),
+      countOf("≠ ", Number(differences ?? 0), "difference"),
     ];
     told.replaceChildren(element("b", {}, section.querySelector("h3").textContent), ` ${facts.filter(Boolean).join("; ")}`);
   };
 
-  const markOf = (number, place, { call: open }) => {
+  const markOf = (number, place, { call: open, other }) => {
     const call = page.calls[number - 1];
     const errors = page.errors(call);
     const effects = call.effects.length;
     const differs = page.data.scenario ? 0 : page.differences(number);
     const words = [
       `call ${number} ${laneOf(call)}`,
-      errors ? `${errors} error records` : "",
-      effects ? `${effects} effects` : "",
-      differs ? `${differs} differences` : "",
+      countOf("", errors, "error record"),
+      countOf("", effects, "effect"),
+      countOf("", differs, "difference"),
     ];
     const mark = element(
       "a",
@@ -51,7 +54,7 @@
         "data-call": number,
         tabindex: place === focused ? 0 : -1,
         "aria-label": words.filter(Boolean).join(", "),
-        "aria-current": number === open ? "true" : null,
+        "aria-current": number === open && !other ? "true" : null,
       },
       element("small", {}, `${number}`),
       `${errors ? "!" : ""}${effects ? "•" : ""}${differs ? "≠" : ""}`,
