@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <limits>
 #include <system_error>
-#include <type_traits>
 #include <utility>
 #include <variant>
 
@@ -15,6 +14,7 @@
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
@@ -29,16 +29,6 @@ constexpr std::size_t kNone = std::string_view::npos;
 std::string shortened(std::string_view text) {
   constexpr std::size_t kMost = 60;
   return text.size() <= kMost ? printable(text) : printable(text.substr(0, kMost)) + "...";
-}
-
-/// The number that the whole text is.
-template <typename T>
-std::optional<T> wholeNumber(std::string_view text, int base = 10) {
-  T number{};
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number, base);
-  if (error != std::errc() || stop != end) return {};
-  return number;
 }
 
 /// Without what is no text at its end.
