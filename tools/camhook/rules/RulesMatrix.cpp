@@ -3,7 +3,6 @@
 #include <ostream>
 
 #include "common/sensormode/SensorScenario.h"
-#include "tools/camhook/input/InputError.h"
 #include "tools/camhook/rules/RulesCommand.h"
 #include "tools/camhook/show/SensorScenarioName.h"
 
@@ -75,16 +74,15 @@ class Matrix {
 
 }  // namespace
 
-void writeMatrix(std::ostream& out, const RuleSet& rules, const std::string& product, Style style) {
-  const SensorModeTable* const table = rules.tableFor(product);
-  if (table == nullptr) throw InputError("camhook: no table is for product " + jsonText(product));
-  const Axes axes = axesOf(rules, {table->sensor0Preview, table->sensor0Video,
-                                   table->sensor1Preview, table->sensor1Video});
+void writeMatrix(std::ostream& out, const RuleSet& rules, const SensorModeTable& table,
+                 Style style) {
+  const Axes axes = axesOf(
+      rules, {table.sensor0Preview, table.sensor0Video, table.sensor1Preview, table.sensor1Video});
   const auto axisOf = [&](InputIndex input) {
     return *std::ranges::find(axes, input, &Axis::input);
   };
-  Matrix matrix(rules, *table);
-  out << style.title(table->productName) << '\n';
+  Matrix matrix(rules, table);
+  out << style.title(table.productName) << '\n';
   matrix.addRows(style.heading("APP_TYPE"), axisOf(kAppType), {});
   matrix.addRows(style.heading("APP_NAME"), axisOf(kAppName), {{kAppType, "another"}});
   matrix.addRows(style.heading("UI module"), axisOf(kUiModule), {{kAppType, "another"}});

@@ -2,7 +2,6 @@
 #include <ostream>
 #include <utility>
 
-#include "tools/camhook/input/InputError.h"
 #include "tools/camhook/rules/RulesCommand.h"
 
 namespace camhook {
@@ -80,14 +79,8 @@ void writeMarkdownTable(std::ostream& out, const std::vector<Cells>& table) {
 
 }  // namespace
 
-void writeRulesText(std::ostream& out, const RuleSet& rules, const std::string& product,
-                    Style style) {
-  const SensorModeTable* const wanted = product.empty() ? nullptr : rules.tableFor(product);
-  if (wanted == nullptr && !product.empty()) {
-    throw InputError("camhook: no table is for product " + jsonText(product));
-  }
+void writeRulesText(std::ostream& out, const RuleSet& rules, Style style) {
   for (const SensorModeTable& table : rules.tables) {
-    if (wanted != nullptr && wanted != &table) continue;
     out << style.title(table.productName) << '\n';
     for (const RuleList& list : kRuleLists) {
       out << "  " << style.heading(list.name) << '\n';
