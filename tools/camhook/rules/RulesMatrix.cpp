@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "common/sensormode/SensorScenario.h"
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/rules/RulesCommand.h"
 #include "tools/camhook/show/SensorScenarioName.h"
 
@@ -39,9 +40,7 @@ class Matrix {
   void writeNotes(std::ostream& out) const {
     out << "- no decision. By name and by module: with an app type that no rule knows.\n";
     for (const auto& [what, names] : mNotes) {
-      std::string line;
-      for (const std::string& name : names) line += (line.empty() ? "" : ", ") + name;
-      out << "* " << line << ' ' << what << '\n';
+      out << "* " << joined(names, ", ") << ' ' << what << '\n';
     }
   }
 
