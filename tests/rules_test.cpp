@@ -4,26 +4,36 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <string>
 
+#include "common/HeskSensorModeControl.h"
+#include "common/sensormode/SensorModeInspector.h"
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/InputError.h"
-#include "tools/camhook/rules/DecideText.h"
 #include "tools/camhook/rules/Proof.h"
 #include "tools/camhook/rules/RulesCommand.h"
+#include "tools/camhook/rules/Verdicts.h"
 #include "tools/camhook/rules/Want.h"
 
 namespace {
 
 using namespace camhook;
 
+/// The rule that the library's latest decision took; none where no rule was.
+std::optional<SensorModeCfg> takenRule() {
+  const HeskSensorModeControlInspector fields{*HeskSensorModeControl::createInstance(0)};
+  const Rules& selected = fields.selectedSensorModeCfgs();
+  return selected.empty() ? std::nullopt : std::optional(selected.back());
+}
+
 /// What is wrong with the tool's decision, the library's being right; empty where nothing is.
 std::string disagreement(Library& library, const RuleSet& rules, const Inputs& inputs) {
   const Decision decision = decide(rules, inputs);
   const std::int32_t scenario = library.decide(inputs);
-  const auto taken = Library::takenRule();
+  const auto taken = takenRule();
   const bool isSameRow = decision.selection.has_value() == taken.has_value() &&
                          (!taken || decision.rules()[decision.selection->row] == *taken);
   if (scenario == decision.scenario && isSameRow) return "";
