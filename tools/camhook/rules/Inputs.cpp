@@ -150,16 +150,17 @@ void writeIfGiven(NSCam::IMetadata& meta, hesk::Tag<T> tag, const std::optional<
   if (value) hesk::write(&meta, tag, *value);
 }
 
-}  // namespace
-
-std::span<const InputField> inputFields() { return kFields; }
-
+/// Null where no input has this name, nor its option.
 const InputField* findInput(std::string_view name) {
   const auto* const found = std::ranges::find_if(kFields, [name](const InputField& field) {
     return field.name == name || field.option == name;
   });
   return found != std::end(kFields) ? found : nullptr;
 }
+
+}  // namespace
+
+std::span<const InputField> inputFields() { return kFields; }
 
 Inputs changedBy(Inputs inputs, const std::string& word) {
   const std::size_t equals = word.find('=');

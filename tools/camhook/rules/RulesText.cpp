@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "tools/camhook/rules/RulesCommand.h"
+#include "tools/camhook/rules/Verdicts.h"
 
 namespace camhook {
 namespace {
@@ -19,13 +20,6 @@ std::vector<const RuleColumn*> usedColumns(const Rules& rules) {
   return columns;
 }
 
-std::string conditionText(const RuleColumn& column, const SensorModeCfg& rule) {
-  if (!column.isCondition(rule)) return "";
-  const RuleColumn::Value wanted = column.wanted(rule);
-  if (const auto* number = std::get_if<std::int32_t>(&wanted)) return std::to_string(*number);
-  return std::string(std::get<std::string_view>(wanted));
-}
-
 /// A list as a table: its head, then a row for each rule.
 std::vector<Cells> tableOf(const Rules& rules) {
   const std::vector<const RuleColumn*> columns = usedColumns(rules);
@@ -36,7 +30,9 @@ std::vector<Cells> tableOf(const Rules& rules) {
   table.front().emplace_back("scenario");
   for (std::size_t i = 0; i < rules.size(); ++i) {
     Cells& row = table.emplace_back(Cells{std::to_string(i + 1)});
-    for (const RuleColumn* column : columns) row.push_back(conditionText(*column, rules[i]));
+    for (const RuleColumn* column : columns) {
+      row.push_back(column->isCondition(rules[i]) ? wantedText(*column, rules[i]) : "");
+    }
     if (hasSeveral) {
       row.push_back(isOfSeveral(rules[i]) ? std::to_string(rules[i].conditionCount) : "");
     }
