@@ -10,6 +10,7 @@
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/rules/DecideText.h"
 #include "tools/camhook/rules/Want.h"
+#include "tools/camhook/run/Replay.h"
 
 namespace camhook {
 namespace {

@@ -1,6 +1,7 @@
 #include "tools/camhook/show/TraceFilter.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
