@@ -258,9 +258,14 @@ TEST(Camhook, ListsTheCatalogue) {
   EXPECT_EQ(camhookWith("tags nothing_has_this_name").output, "no tag matches\n");
 }
 
-TEST(Camhook, ReferencePageIsTheCatalogue) {
-  EXPECT_EQ(contentOf(kSourceRoot / "docs/tags.md"), camhookWith("tags --markdown").output)
-      << "make it anew: ./camhook tags --markdown > docs/tags.md";
+TEST(Camhook, WritesThePagesOfTheDocumentation) {
+  const std::pair<const char*, const char*> rows[] = {{"docs/tags.md", "tags --markdown"},
+                                                      {"docs/rules.md", "rules --markdown"},
+                                                      {"docs/scenario.schema.json", "schema"}};
+  for (const auto& [page, words] : rows) {
+    EXPECT_EQ(contentOf(kSourceRoot / page), camhookWith(words).output)
+        << "make it anew: ./camhook " << words << " > " << page;
+  }
 }
 
 }  // namespace

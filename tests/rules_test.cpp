@@ -11,7 +11,6 @@
 
 #include "common/HeskSensorModeControl.h"
 #include "common/sensormode/SensorModeInspector.h"
-#include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/rules/Proof.h"
 #include "tools/camhook/rules/RulesCommand.h"
@@ -156,15 +155,8 @@ TEST(Rules, AreComparedInFewLines) {
             "KX0102, sensor 1, video, hfps 1: 6 CUSTOM2, was 5 CUSTOM1\n");
 
   fresh = rulesFromJson(jsonFromRules(old));
-  Library library;
-  for (std::size_t i = 0; i < old.tables.size(); ++i) {
-    Rules& rules = fresh.tables[i].sensor0Preview;
-    rules.push_back({any, "New", any, any, any, any, 8, 1});
-    forEachCase(axesOfRules({old.tables[i].sensor0Preview, rules}),
-                plainInputs(old.tables[i].productName, 0, false),
-                [&](const Inputs& inputs, const Case& /*values*/) {
-                  ASSERT_EQ(disagreement(library, old, inputs), "");
-                });
+  for (SensorModeTable& table : fresh.tables) {
+    table.sensor0Preview.push_back({any, "New", any, any, any, any, 8, 1});
   }
   fresh.overrides[8].scenario = hesk::CUSTOM4;
   const std::string was = "8 CUSTOM4, was 2 NORMAL_VIDEO or 5 CUSTOM1 or 255 no decision";
@@ -222,11 +214,6 @@ TEST(Rules, TellTheSmallestChangesThatGiveAScenario) {
   }
   EXPECT_EQ(changes, (std::vector<std::string>{"MTK_STREAMING_FEATURE_HFPS_MODE absent → 1",
                                                "APP_TYPE a → absent"}));
-}
-
-TEST(Rules, PageIsTheLibrarys) {
-  EXPECT_EQ(contentOf(kSourceRoot / "docs/rules.md"), camhookWith("rules --markdown").output)
-      << "make it anew: ./camhook rules --markdown > docs/rules.md";
 }
 
 }  // namespace
