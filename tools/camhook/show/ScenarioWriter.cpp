@@ -1,4 +1,4 @@
-#include "tools/camhook/show/ScenarioText.h"
+#include "tools/camhook/show/ScenarioWriter.h"
 
 #include <array>
 #include <charconv>
