@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdio>
-#include <memory>
 #include <ostream>
 #include <streambuf>
 #include <string>

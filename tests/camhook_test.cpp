@@ -37,6 +37,7 @@ TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
       {"decide --product X --sensor 0 --fps 15", "camhook: --fps: must be LO,HI, not \"15\"\n"},
       {"decide --product X --sensor 0 --size 640x480p",
        "camhook: --size: must be WxH, not \"640x480p\"\n"},
+      {"rules KX0105 --matrix KX0104", "camhook: PRODUCT excludes --matrix\n"},
       {"scenario raw_capture.json",
        "raw_capture.json: no dump of metadata: no line has \"Dumping camera metadata array: "
        "13 / 40 entries\", nor an entry such as \"android.control.captureIntent (1000d): "
@@ -238,6 +239,12 @@ TEST(Camhook, GivesADecisionAsData) {
   EXPECT_EQ(decision.at("overrides").at(1).at("scenario"), 0);
 }
 
+TEST(Camhook, GivesTheRulesOfOneProduct) {
+  const Json rules = Json::parse(camhookWith("rules KX0104-EU --json").output);
+  EXPECT_EQ(rules.at("tables").size(), 1U);
+  EXPECT_EQ(rules.at("tables").at(0).at("product"), "KX0104");
+}
+
 TEST(Camhook, ListsTheCatalogue) {
   const Outcome byName = camhookWith("tags --json frame_count");
   EXPECT_EQ(Json::parse(byName.output), Json::parse(R"([{"name": "MTK_HESK_FRAME_COUNT",
@@ -251,9 +258,14 @@ TEST(Camhook, ListsTheCatalogue) {
   EXPECT_EQ(camhookWith("tags nothing_has_this_name").output, "no tag matches\n");
 }
 
-TEST(Camhook, ReferencePageIsTheCatalogue) {
-  EXPECT_EQ(contentOf(kSourceRoot / "docs/tags.md"), camhookWith("tags --markdown").output)
-      << "make it anew: ./camhook tags --markdown > docs/tags.md";
+TEST(Camhook, WritesThePagesOfTheDocumentation) {
+  const std::pair<const char*, const char*> rows[] = {{"docs/tags.md", "tags --markdown"},
+                                                      {"docs/rules.md", "rules --markdown"},
+                                                      {"docs/scenario.schema.json", "schema"}};
+  for (const auto& [page, words] : rows) {
+    EXPECT_EQ(contentOf(kSourceRoot / page), camhookWith(words).output)
+        << "make it anew: ./camhook " << words << " > " << page;
+  }
 }
 
 }  // namespace

@@ -6,6 +6,8 @@ command_line_test.py CHECKOUT CAMHOOK...
 CAMHOOK is the command that runs the tool.
 """
 
+import html.parser
+import json
 import os
 import pathlib
 import re
@@ -133,6 +135,57 @@ def examples(folder):
             problems.append(f"{command}: {done}")
 
 
+class Elements(html.parser.HTMLParser):
+    """The elements of a page, and the text of the last script that holds data."""
+
+    def __init__(self, page):
+        super().__init__()
+        self.elements, self.data = [], ""
+        self.feed(page.read_text())
+        self.close()
+
+    def handle_starttag(self, tag, attributes):
+        self.elements.append((tag, *attributes))
+
+    def handle_data(self, text):
+        if self.elements and self.elements[-1] == ("script", ("type", "application/json"), ("id", "data")):
+            self.data += text
+
+
+def pages(folder):
+    """A page has each call as a section and holds the trace; no text becomes an element."""
+    page, trace = folder / "page.html", folder / "trace.json"
+    hostile = "</script><script>alert(1)</script><!--\"'&<b>"
+    calls = [{"call": "setEvent", "key": hostile, "value": hostile},
+             {"call": "decideSensorScenario", "sensor": 0, "meta": {}, "video": True, "width": 4, "height": 3}]
+    scenario = json.dumps({"about": hostile, "calls": calls})
+    if run("replay", "--html", str(page), "-", text=scenario) != (b"", [], 0):
+        problems.append("a page is not written in silence")
+    trace.write_bytes(run("replay", "--json", "--steps", "-", text=scenario)[0])
+    decision = folder / "scenario.json"
+    decision.write_text(scenario)
+    decided = run("decide", "--json", "--scenario", str(decision), "--call", "2")[0]
+    made = Elements(page)
+    if json.loads(made.data) != {"trace": json.loads(trace.read_text()), "scenario": json.loads(scenario),
+                                 "decisions": {"2": json.loads(decided)}}:
+        problems.append(f"a page's data: {made.data[:500]}")
+    names = [element[0] for element in made.elements]
+    sections = [dict(element[1:])["id"] for element in made.elements if element[0] == "section"]
+    if names.count("script") != 2 or "b" in names or sections != ["calls", "call-1", "call-2", "end"]:
+        problems.append(f"a page's elements: {names} {sections}")
+    (folder / "old.json").write_text(trace.read_text().replace('"setEvent"', '"setProperty"'))
+    if run("diff", "--html", str(page), str(folder / "old.json"), str(trace))[2] != 1:
+        problems.append("two traces differ, but not on their page")
+    marked = [dict(element[1:]) for element in Elements(page).elements if element[0] == "section"]
+    if [section.get("data-differences") for section in marked] != [None, "1", "1", None, None]:
+        problems.append(f"a page of differences: {marked}")
+    refuses("cannot be written: No such file", "replay", "--html", "/nowhere/page", "-", text=EMPTY)
+    refuses("is a folder", "diff", "--html", str(page), str(folder), str(folder))
+    refuses("--json excludes --html", "replay", "--html", str(page), "--json", "-", text=EMPTY)
+
+
+with tempfile.TemporaryDirectory() as folder:
+    pages(pathlib.Path(folder))
 with tempfile.TemporaryDirectory() as folder:
     examples(pathlib.Path(folder))
 with tempfile.TemporaryDirectory() as folder:

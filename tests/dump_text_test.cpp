@@ -2,29 +2,25 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/support/CamhookProcess.h"
 #include "tests/support/TestMetadata.h"
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/DumpText.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/show/ScenarioText.h"
+#include "tools/camhook/show/ScenarioWriter.h"
 
 namespace {
 
 using namespace std::string_literals;
 using NSCam::IMetadata;
 
-std::string sample() {
-  std::ostringstream text;
-  text << std::ifstream(CAM_SOURCE_DIR "/tests/support/phone_dump.txt").rdbuf();
-  return text.str();
-}
+std::string sample() { return contentOf(kSourceRoot / "tests/support/phone_dump.txt"); }
 
 /// The metadata that the sample dumps.
 IMetadata sampleMetadata() {

@@ -19,6 +19,7 @@
 #include "common/tags/Metadata.h"
 #include "host/CameraMetadata.h"
 #include "host/Phone.h"
+#include "tests/support/CamhookProcess.h"
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
 #include "tools/camhook/input/DumpText.h"
@@ -182,14 +183,13 @@ std::map<std::string, std::string> entriesOf(const std::string& dump) {
 }
 
 TEST(MetadataDumpText, IsThatOfAPhone) {
-  std::ostringstream phones;
-  phones << std::ifstream(CAM_SOURCE_DIR "/tests/support/phone_dump.txt").rdbuf();
+  const std::string phones = contentOf(kSourceRoot / "tests/support/phone_dump.txt");
   NSCam::IMetadata metadata;
-  const camhook::Dump dump = camhook::dumpsIn(phones.str()).dumps.at(0);
+  const camhook::Dump dump = camhook::dumpsIn(phones).dumps.at(0);
   for (const auto& entry : dump.entries) metadata.update(entry.tag(), entry);
   const camera_metadata buffer(metadata);
 
-  auto expected = entriesOf(phones.str());
+  auto expected = entriesOf(phones);
   // A phone knows which numbers of its own are tags.
   expected[" (c0999999"] = " (c0999999): int32[3]\n    [65549 917506 74565 ]\n";
   EXPECT_EQ(entriesOf(dumpOf(&buffer)), expected);

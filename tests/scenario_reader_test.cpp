@@ -120,8 +120,7 @@ TEST(ScenarioReader, NamesThePlaceInMetadata) {
        R"({"type": ..., "items": [...]})"},
       {R"({"0xc008000e": {"type": "byte", "items": [6]}})",
        "calls[0].meta.0xc008000e.type: must be a type: int32, int64, uint8, float, rect or "
-       "rational, "
-       "not \"byte\""},
+       "rational, not \"byte\""},
       {R"({"HESK_CONTROL_ISO": {"items": [6]}})", "calls[0].meta.HESK_CONTROL_ISO.type: missing"},
       {R"({"HESK_CONTROL_ISO": {"type": "int32", "items": 6}})",
        "calls[0].meta.HESK_CONTROL_ISO.items: must be a list"},

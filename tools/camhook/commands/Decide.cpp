@@ -1,13 +1,10 @@
 #include "tools/camhook/commands/Commands.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include "tools/camhook/input/ScenarioReader.h"
@@ -22,26 +19,16 @@ namespace {
 struct DecideArguments {
   DecideOptions options;
   std::optional<std::int32_t> sensor;
-  std::string fps;
-  std::string size;
+  std::string fps;   // as the input's field takes it
+  std::string size;  // likewise
   std::string scenario;
   std::string call;
 };
 
-/// Two integers around `separator`.
-std::optional<std::array<std::int32_t, 2>> pairFrom(const std::string& text, char separator) {
-  std::array<std::int32_t, 2> numbers{};
-  const char* const end = text.data() + text.size();
-  const auto first = std::from_chars(text.data(), end, numbers[0]);
-  if (first.ec != std::errc() || first.ptr == end || *first.ptr != separator) return {};
-  const auto second = std::from_chars(first.ptr + 1, end, numbers[1]);
-  if (second.ec != std::errc() || second.ptr != end) return {};
-  return numbers;
-}
-
-CLI::Validator isPair(char separator, const std::string& expected) {
+CLI::Validator isValueOf(InputIndex input, const std::string& expected) {
   const auto check = [=](const std::string& text) {
-    if (pairFrom(text, separator)) return std::string();
+    Inputs any;
+    if (text != kAbsent && inputField(input).set(any, text)) return std::string();
     return "must be " + expected + ", not " + jsonText(text);
   };
   return {check, ""};
@@ -70,8 +57,9 @@ int decide(DecideArguments arguments) {
     if (!arguments.sensor) throw InputError("camhook: --sensor is required");
     inputs.sensor = *arguments.sensor;
   }
-  if (const auto fps = pairFrom(arguments.fps, ',')) inputs.fps = {(*fps)[0], (*fps)[1]};
-  if (const auto size = pairFrom(arguments.size, 'x')) inputs.size = {(*size)[0], (*size)[1]};
+  // Those that are not given are no values, and change nothing.
+  inputField(kFps).set(inputs, arguments.fps);
+  inputField(kSize).set(inputs, arguments.size);
   return camhook::decide(std::cout, arguments.options, Style::forStandardOutput());
 }
 
@@ -100,14 +88,14 @@ void addDecide(CLI::App& app, int& status) {
   input("--eis", inputs.eis, "HESK_CONTROL_EISENABLE");
   input("--hfps", inputs.hfps, "MTK_STREAMING_FEATURE_HFPS_MODE");
   input("--fps", arguments->fps, "MTK_CONTROL_AE_TARGET_FPS_RANGE")
-      ->check(isPair(',', "LO,HI"))
+      ->check(isValueOf(kFps, "LO,HI"))
       ->type_name("LO,HI");
   input("--video-algo", inputs.videoAlgo, "HESK_CONTROL_VIDEOALGOTYPE");
   input("--ui-module", inputs.uiModule, "COM_HESK_CURRENTUIMODULE");
   input("--hdr", inputs.hdr, "MTK_HDR_FEATURE_HDR_MODE");
   input("--night", inputs.night, "HESK_CONTROL_NIGHTMODE");
   input("--size", arguments->size, "Size of the app's main output in pixels")
-      ->check(isPair('x', "WxH"))
+      ->check(isValueOf(kSize, "WxH"))
       ->type_name("WxH");
   command
       ->add_option("--what-if", arguments->options.changes,

@@ -121,14 +121,18 @@ void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioTe
   Replay run(platformOf(scenario));
   StepFinder steps;
   run.followSteps(&steps, Replay::StepsOf::writes);
-  const RuleSet rules = rulesOfLibrary();
-  const auto addDecision = [&](std::size_t index, const ScenarioCall& call) {
+  std::vector<std::pair<std::size_t, Inputs>> decisions;
+  const auto noteDecision = [&](std::size_t index, const ScenarioCall& call) {
     const auto* decision = std::get_if<DecideSensorScenario>(&call.call);
-    if (decision == nullptr) return;
-    page.addDecision(index + 1, jsonFromDecision(rules, inputsOf(*decision)));
+    if (decision != nullptr) decisions.emplace_back(index + 1, inputsOf(*decision));
   };
-  runCalls(run, scenario, options.dataRoot, addDecision,
+  runCalls(run, scenario, options.dataRoot, noteDecision,
            [&](std::size_t /*index*/, const CallTrace& trace) { page.write(trace); });
+  // Not before: the library logs what it does when it is first asked for its rules.
+  const RuleSet rules = rulesOfLibrary();
+  for (const auto& [number, inputs] : decisions) {
+    page.addDecision(number, jsonFromDecision(rules, inputs));
+  }
   page.finish(run.phone().eventStore.all());
 }
 

@@ -22,6 +22,12 @@ struct RulesArguments {
   std::vector<std::string> compare;
 };
 
+/// Throws InputError where no table is for the product.
+const SensorModeTable& tableOf(const RuleSet& rules, const std::string& product) {
+  if (const SensorModeTable* const table = rules.tableFor(product)) return *table;
+  throw InputError("camhook: no table is for product " + jsonText(product));
+}
+
 int rules(const RulesArguments& arguments) {
   const Style style = Style::forStandardOutput();
   if (!arguments.compare.empty()) {
@@ -30,19 +36,20 @@ int rules(const RulesArguments& arguments) {
     };
     return compareRules(std::cout, read(arguments.compare[0]), read(arguments.compare[1]), style);
   }
-  const RuleSet all = rulesOfLibrary();
+  RuleSet shown = rulesOfLibrary();
+  if (!arguments.product.empty()) shown.tables = {tableOf(shown, arguments.product)};
   if (arguments.check) {
-    return checkRules(std::cout, all, {.isAppTypeSet = !arguments.assume.empty()}, style);
+    return checkRules(std::cout, shown, {.isAppTypeSet = !arguments.assume.empty()}, style);
   }
   if (!arguments.matrix.empty()) {
-    writeMatrix(std::cout, all, arguments.matrix, style);
+    writeMatrix(std::cout, shown, tableOf(shown, arguments.matrix), style);
   } else if (arguments.json) {
-    writeJson(std::cout, jsonFromRules(all));
+    writeJson(std::cout, jsonFromRules(shown));
     std::cout << '\n';
   } else if (arguments.markdown) {
-    writeRulesMarkdown(std::cout, all);
+    writeRulesMarkdown(std::cout, shown);
   } else {
-    writeRulesText(std::cout, all, arguments.product, style);
+    writeRulesText(std::cout, shown, style);
   }
   return 0;
 }
@@ -53,17 +60,20 @@ void addRules(CLI::App& app, int& status) {
   const auto arguments = std::make_shared<RulesArguments>();
   CLI::App* command =
       app.add_subcommand("rules", "Show, prove or compare the rules of sensor scenarios");
-  command->add_option("PRODUCT", arguments->product, "Show the table of this product alone");
+  CLI::Option* const product = command->add_option("PRODUCT", arguments->product,
+                                                   "Show or prove the table of this product alone");
   auto* ways = command->add_option_group("ways", "What to do instead of showing tables");
-  ways->add_flag("--json", arguments->json, "Write all tables as JSON");
-  ways->add_flag("--markdown", arguments->markdown, "Write all tables as a page of Markdown");
+  ways->add_flag("--json", arguments->json, "Write the tables as JSON");
+  ways->add_flag("--markdown", arguments->markdown, "Write the tables as a page of Markdown");
   CLI::Option* const check = ways->add_flag("--check", arguments->check,
                                             "Prove of each row that it can decide, or cannot");
   ways->add_option("--matrix", arguments->matrix, "Show what each app and module gets on a product")
+      ->excludes(product)
       ->type_name("PRODUCT");
   ways->add_option("--compare", arguments->compare,
                    "Tell for which inputs two of --json decide differently")
       ->expected(2)
+      ->excludes(product)
       ->type_name("OLD NEW");
   ways->require_option(0, 1);
   command->add_option("--assume", arguments->assume, "Prove it for phones of which this holds")

@@ -7,7 +7,6 @@
 
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/MetadataJson.h"
-#include "tools/camhook/input/PlatformReader.h"
 #include "tools/camhook/input/ScenarioReader.h"
 
 namespace camhook {

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <optional>
 #include <ostream>
-#include <utility>
 #include <vector>
 
 #include "tools/camhook/explain/Why.h"

@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <limits>
 #include <system_error>
-#include <type_traits>
 #include <utility>
 #include <variant>
 
@@ -15,6 +14,7 @@
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
@@ -29,16 +29,6 @@ constexpr std::size_t kNone = std::string_view::npos;
 std::string shortened(std::string_view text) {
   constexpr std::size_t kMost = 60;
   return text.size() <= kMost ? printable(text) : printable(text.substr(0, kMost)) + "...";
-}
-
-/// The number that the whole text is.
-template <typename T>
-std::optional<T> wholeNumber(std::string_view text, int base = 10) {
-  T number{};
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number, base);
-  if (error != std::errc() || stop != end) return {};
-  return number;
 }
 
 /// Without what is no text at its end.
@@ -66,17 +56,14 @@ std::optional<Bracketed> bracketedEnd(std::string_view line) {
   return Bracketed{line.substr(0, open), line.substr(open + 1, line.size() - open - 2)};
 }
 
-/// The types of a dump in the types of a scenario.
-host::ItemList itemsOfType(std::string_view type) {
+/// No items yet, of a dump's type in the types of a scenario. None where a scenario has none such.
+std::optional<host::ItemList> itemsOfType(std::string_view type) {
   if (type == "byte") return std::vector<std::uint8_t>();
+  if (type == "int32") return std::vector<std::int32_t>();
   if (type == "int64") return std::vector<std::int64_t>();
   if (type == "float") return std::vector<float>();
   if (type == "rational") return std::vector<MRational>();
-  return std::vector<std::int32_t>();
-}
-
-bool isKnownType(std::string_view type) {
-  return type == "int32" || itemsOfType(type).index() != itemsOfType("int32").index();
+  return {};
 }
 
 // Each reads one value and returns what is wrong with it, null where nothing is.
@@ -168,12 +155,12 @@ std::optional<std::string_view> dumpRowOf(std::string_view line) {
 }
 
 DumpEntry::DumpEntry(const DumpHead& head)
-    : mName(shortened(head.name)),
-      mTag(head.tag),
-      mType(shortened(head.type)),
-      mCount(head.count),
-      mItems(itemsOfType(head.type)) {
-  if (!isKnownType(head.type)) mProblem = "a scenario has no values of type " + mType;
+    : mName(shortened(head.name)), mTag(head.tag), mType(shortened(head.type)), mCount(head.count) {
+  if (auto items = itemsOfType(head.type)) {
+    mItems = *std::move(items);
+  } else {
+    mProblem = "a scenario has no values of type " + mType;
+  }
 }
 
 void DumpEntry::addRow(std::string_view row) {

@@ -10,6 +10,7 @@
 
 #include "common/tags/TagCatalogue.h"
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Joined.h"
 
 namespace camhook {
 namespace {
@@ -75,15 +76,6 @@ std::string clockOfName(std::string_view time) {
 
 std::string counted(std::size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
-std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
-  std::string all;
-  for (const std::string& text : texts) {
-    if (!all.empty()) all += separator;
-    all += text;
-  }
-  return all;
 }
 
 /// Gathers what is to be said, the same of many dumps once.
@@ -243,9 +235,8 @@ DumpFile dumpFile(std::string name, std::string_view text) {
   DumpFile file{.name = name == "-" ? "standard input" : std::move(name), .found = dumpsIn(text)};
   if (file.found.dumps.empty()) {
     throw InputError(
-        "no dump of metadata: no line has \"Dumping camera metadata array: 13 / 40 entries\", nor "
-        "an "
-        "entry such as \"android.control.captureIntent (1000d): byte[1]\"");
+        "no dump of metadata: no line has \"Dumping camera metadata array: 13 / 40 entries\", "
+        "nor an entry such as \"android.control.captureIntent (1000d): byte[1]\"");
   }
   return file;
 }

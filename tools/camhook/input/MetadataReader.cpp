@@ -113,6 +113,8 @@ void readTypedItems(const Value& value, std::uint32_t tag, const hesk::TagDescri
   known->read(*items, tag, target);
 }
 
+/// As `hesk::findTag` does, but without a look at every tag: each key of a scenario's metadata is
+/// one.
 const hesk::TagDescription* findTag(std::string_view name) {
   static const auto kByName = [] {
     std::unordered_map<std::string_view, const hesk::TagDescription*> byName;

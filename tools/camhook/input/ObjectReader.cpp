@@ -1,10 +1,10 @@
 #include "tools/camhook/input/ObjectReader.h"
 
-#include <charconv>
 #include <ctime>
 #include <iomanip>
 #include <sstream>
-#include <system_error>
+
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 
@@ -51,12 +51,8 @@ void ObjectReader::read(const Value& value,
                         std::map<std::int32_t, host::DeviceConfig>& target) const {
   if (!value.isObject()) return value.failUnless("an object from device number to device");
   value.forEachMember([&](const Value& key, const Value& device) {
-    std::int32_t id = 0;
-    const char* const end = key.text().data() + key.text().size();
-    const auto [stop, error] = std::from_chars(key.text().data(), end, id);
-    if (error != std::errc() || stop != end || std::to_string(id) != key.text()) {
-      key.fail("a device's key is its number");
-    }
+    const std::int32_t id = wholeNumber<std::int32_t>(key.text()).value_or(0);
+    if (std::to_string(id) != key.text()) key.fail("a device's key is its number");
     read(device, target[id]);
   });
 }

@@ -2,7 +2,10 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <ctime>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>

@@ -8,7 +8,6 @@
 #include "common/updater/MetadataDump.h"
 #include "tools/camhook/input/Doubts.h"
 #include "tools/camhook/input/ObjectReader.h"
-#include "tools/camhook/input/PlatformReader.h"
 
 namespace camhook {
 namespace {

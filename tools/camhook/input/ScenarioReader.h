@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/PhoneConfig.h"
 #include "tools/camhook/input/Document.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
@@ -53,5 +54,8 @@ Scenario readScenario(std::string_view text);
 
 /// Reads one call of a scenario. Throws InputError.
 ScenarioCall callFromJson(const Json& json, const Place& place);
+
+/// Reads the phone of a scenario, the object "platform". Throws InputError.
+host::PhoneConfig platformFromJson(const Json& json, const Place& place);
 
 }  // namespace camhook

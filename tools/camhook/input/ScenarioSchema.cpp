@@ -7,7 +7,6 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <type_traits>
 #include <utility>
 
 #include "common/tags/TagCatalogue.h"

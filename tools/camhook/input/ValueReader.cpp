@@ -1,21 +1,14 @@
 #include "tools/camhook/input/ValueReader.h"
 
-#include <charconv>
 #include <cmath>
-#include <system_error>
+#include <limits>
+#include <type_traits>
 #include <utility>
+
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
-
-template <typename T>
-std::optional<T> numberFromDigits(std::string_view digits) {
-  T number = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, number);
-  if (error != std::errc() || stop != end) return {};
-  return number;
-}
 
 template <typename T>
 std::optional<T> integerFrom(const Value& value) {
@@ -25,13 +18,8 @@ std::optional<T> integerFrom(const Value& value) {
     return static_cast<T>(*number);
   }
   if (!value.isNumber()) return {};
-  // An unsigned one may stand as -0, too.
-  if (value.text().starts_with('-') && value.text() != "-0") {
-    if (!std::is_signed_v<T>) return {};
-  } else if (value.text() == "-0") {
-    return T{0};
-  }
-  return numberFromDigits<T>(value.text());
+  if (value.text() == "-0") return T{0};  // an unsigned one, too
+  return wholeNumber<T>(value.text());
 }
 
 template <typename T>
@@ -58,11 +46,7 @@ void readTuple(const Value& value, const char* shape, Numbers&... targets) {
 
 std::optional<std::uint64_t> numberFromHexadecimal(std::string_view text) {
   if (!text.starts_with("0x")) return {};
-  std::uint64_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data() + 2, end, number, 16);
-  if (error != std::errc() || stop != end) return {};
-  return number;
+  return wholeNumber<std::uint64_t>(text.substr(2), 16);
 }
 
 void readValue(const Value& value, bool& target) {

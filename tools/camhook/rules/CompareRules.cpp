@@ -6,6 +6,7 @@
 
 #include "common/sensormode/SensorScenario.h"
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/rules/Boxes.h"
 #include "tools/camhook/rules/RulesCommand.h"
@@ -124,9 +125,8 @@ int compareRules(std::ostream& out, const RuleSet& old, const RuleSet& fresh, St
     found.push_back({std::move(line), {"overrides"}});
   }
   for (const auto& [text, names] : found) {
-    std::string line;
-    for (const std::string& name : names) line += (line.empty() ? "" : ", ") + name;
-    out << wrapped(style.heading(printable(line)) + printable(text), style.width(), 2) << '\n';
+    const std::string line = style.heading(printable(joined(names, ", "))) + printable(text);
+    out << wrapped(line, style.width(), 2) << '\n';
   }
   return found.empty() ? 0 : 1;
 }

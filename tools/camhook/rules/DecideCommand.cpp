@@ -6,9 +6,11 @@
 #include <variant>
 
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/rules/DecideText.h"
 #include "tools/camhook/rules/Want.h"
+#include "tools/camhook/run/Replay.h"
 
 namespace camhook {
 namespace {
@@ -35,12 +37,10 @@ void writeWanted(std::ostream& out, const RuleSet& rules, const Inputs& inputs,
     out << style.alarming("unreachable") << " for " << printable(whereText(inputs)) << '\n';
   }
   for (const Inputs& changed : found) {
-    std::string line;
-    for (const std::string& text : changesText(inputs, changed)) {
-      line += (line.empty() ? "  " : ", and ") + text;
-    }
-    if (line.empty()) line = "  it is that already";
-    out << wrapped(printable(line), style.width(), 4) << '\n';
+    const std::string changes = joined(changesText(inputs, changed), ", and ");
+    out << wrapped("  " + (changes.empty() ? "it is that already" : printable(changes)),
+                   style.width(), 4)
+        << '\n';
     const std::string result = resultText(rules, decide(rules, changed));
     out << wrapped("    " + style.faint(result), style.width(), 6) << '\n';
   }

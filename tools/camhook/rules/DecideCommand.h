@@ -3,12 +3,11 @@
 #pragma once
 
 #include <iosfwd>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "tools/camhook/input/Scenario.h"
 #include "tools/camhook/rules/Inputs.h"
-#include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/Terminal.h"
 
 namespace camhook {

@@ -1,10 +1,8 @@
 #include "tools/camhook/rules/Decision.h"
 
-#include <algorithm>
 #include <memory>
 
 #include "common/HeskSensorModeControl.h"
-#include "common/sensormode/SensorModeInspector.h"
 #include "common/sensormode/SensorScenario.h"
 #include "tools/camhook/show/SensorScenarioName.h"
 
@@ -125,13 +123,6 @@ std::int32_t Library::decide(const Inputs& inputs) {
   const auto info = std::make_shared<HeskSensorModeControl::StreamInfo>();
   *info = {.hasVideoConsumer = inputs.video, .mainOutputSize = inputs.size};
   return HeskSensorModeControl::createInstance(inputs.sensor)->decideSensorScenario(&meta, info);
-}
-
-std::optional<SensorModeCfg> Library::takenRule() {
-  const HeskSensorModeControlInspector fields{*HeskSensorModeControl::createInstance(0)};
-  const Rules& selected = fields.selectedSensorModeCfgs();
-  if (selected.empty()) return {};
-  return selected.back();
 }
 
 std::string scenarioText(std::int32_t scenario) {

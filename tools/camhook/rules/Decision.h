@@ -10,7 +10,6 @@
 #include <string>
 #include <string_view>
 #include <variant>
-#include <vector>
 
 #include "host/Phone.h"
 #include "tools/camhook/rules/Inputs.h"
@@ -97,9 +96,6 @@ class Library {
   Library() { host::LogSink::openLevels({}); }
 
   std::int32_t decide(const Inputs& inputs);
-
-  /// The rule that the latest decision took; none where no rule was.
-  [[nodiscard]] static std::optional<SensorModeCfg> takenRule();
 
  private:
   host::Phone mPhone;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 #include "common/Events.h"
 #include "common/Product.h"
@@ -10,23 +9,16 @@
 #include "common/tags/Metadata.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/NearNames.h"
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
 
-std::optional<std::int32_t> numberFrom(std::string_view text) {
-  std::int32_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || stop != end) return {};
-  return number;
-}
-
 std::optional<std::array<std::int32_t, 2>> numbersFrom(std::string_view text, char separator) {
   const std::size_t at = text.find(separator);
   if (at == std::string_view::npos) return {};
-  const auto first = numberFrom(text.substr(0, at));
-  const auto second = numberFrom(text.substr(at + 1));
+  const auto first = wholeNumber<std::int32_t>(text.substr(0, at));
+  const auto second = wholeNumber<std::int32_t>(text.substr(at + 1));
   if (!first || !second) return {};
   return std::array{*first, *second};
 }
@@ -66,7 +58,7 @@ constexpr InputField numberField(std::string_view name, std::string_view option)
               },
           .set =
               [](Inputs& inputs, std::string_view text) {
-                const auto number = numberFrom(text);
+                const auto number = wholeNumber<std::int32_t>(text);
                 if (!number && text != kAbsent) return false;
                 inputs.*kMember = number;
                 return true;
@@ -80,7 +72,7 @@ constexpr InputField kSensorField{
     .json = [](const Inputs& inputs) { return Json(inputs.sensor); },
     .set =
         [](Inputs& inputs, std::string_view text) {
-          const auto number = numberFrom(text);
+          const auto number = wholeNumber<std::int32_t>(text);
           inputs.sensor = number.value_or(inputs.sensor);
           return number.has_value();
         }};
@@ -158,16 +150,17 @@ void writeIfGiven(NSCam::IMetadata& meta, hesk::Tag<T> tag, const std::optional<
   if (value) hesk::write(&meta, tag, *value);
 }
 
-}  // namespace
-
-std::span<const InputField> inputFields() { return kFields; }
-
+/// Null where no input has this name, nor its option.
 const InputField* findInput(std::string_view name) {
   const auto* const found = std::ranges::find_if(kFields, [name](const InputField& field) {
     return field.name == name || field.option == name;
   });
   return found != std::end(kFields) ? found : nullptr;
 }
+
+}  // namespace
+
+std::span<const InputField> inputFields() { return kFields; }
 
 Inputs changedBy(Inputs inputs, const std::string& word) {
   const std::size_t equals = word.find('=');

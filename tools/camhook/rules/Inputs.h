@@ -81,9 +81,6 @@ std::span<const InputField> inputFields();
 
 inline const InputField& inputField(InputIndex index) { return inputFields()[index]; }
 
-/// Null where no input has this name, nor its option.
-const InputField* findInput(std::string_view name);
-
 /// The changed inputs, from "NAME=VALUE". Throws InputError.
 Inputs changedBy(Inputs inputs, const std::string& word);
 

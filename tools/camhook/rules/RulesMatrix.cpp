@@ -3,7 +3,7 @@
 #include <ostream>
 
 #include "common/sensormode/SensorScenario.h"
-#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/rules/RulesCommand.h"
 #include "tools/camhook/show/SensorScenarioName.h"
 
@@ -40,9 +40,7 @@ class Matrix {
   void writeNotes(std::ostream& out) const {
     out << "- no decision. By name and by module: with an app type that no rule knows.\n";
     for (const auto& [what, names] : mNotes) {
-      std::string line;
-      for (const std::string& name : names) line += (line.empty() ? "" : ", ") + name;
-      out << "* " << line << ' ' << what << '\n';
+      out << "* " << joined(names, ", ") << ' ' << what << '\n';
     }
   }
 
@@ -75,16 +73,15 @@ class Matrix {
 
 }  // namespace
 
-void writeMatrix(std::ostream& out, const RuleSet& rules, const std::string& product, Style style) {
-  const SensorModeTable* const table = rules.tableFor(product);
-  if (table == nullptr) throw InputError("camhook: no table is for product " + jsonText(product));
-  const Axes axes = axesOf(rules, {table->sensor0Preview, table->sensor0Video,
-                                   table->sensor1Preview, table->sensor1Video});
+void writeMatrix(std::ostream& out, const RuleSet& rules, const SensorModeTable& table,
+                 Style style) {
+  const Axes axes = axesOf(
+      rules, {table.sensor0Preview, table.sensor0Video, table.sensor1Preview, table.sensor1Video});
   const auto axisOf = [&](InputIndex input) {
     return *std::ranges::find(axes, input, &Axis::input);
   };
-  Matrix matrix(rules, *table);
-  out << style.title(table->productName) << '\n';
+  Matrix matrix(rules, table);
+  out << style.title(table.productName) << '\n';
   matrix.addRows(style.heading("APP_TYPE"), axisOf(kAppType), {});
   matrix.addRows(style.heading("APP_NAME"), axisOf(kAppName), {{kAppType, "another"}});
   matrix.addRows(style.heading("UI module"), axisOf(kUiModule), {{kAppType, "another"}});

@@ -2,8 +2,8 @@
 #include <ostream>
 #include <utility>
 
-#include "tools/camhook/input/InputError.h"
 #include "tools/camhook/rules/RulesCommand.h"
+#include "tools/camhook/rules/Verdicts.h"
 
 namespace camhook {
 namespace {
@@ -20,13 +20,6 @@ std::vector<const RuleColumn*> usedColumns(const Rules& rules) {
   return columns;
 }
 
-std::string conditionText(const RuleColumn& column, const SensorModeCfg& rule) {
-  if (!column.isCondition(rule)) return "";
-  const RuleColumn::Value wanted = column.wanted(rule);
-  if (const auto* number = std::get_if<std::int32_t>(&wanted)) return std::to_string(*number);
-  return std::string(std::get<std::string_view>(wanted));
-}
-
 /// A list as a table: its head, then a row for each rule.
 std::vector<Cells> tableOf(const Rules& rules) {
   const std::vector<const RuleColumn*> columns = usedColumns(rules);
@@ -37,7 +30,9 @@ std::vector<Cells> tableOf(const Rules& rules) {
   table.front().emplace_back("scenario");
   for (std::size_t i = 0; i < rules.size(); ++i) {
     Cells& row = table.emplace_back(Cells{std::to_string(i + 1)});
-    for (const RuleColumn* column : columns) row.push_back(conditionText(*column, rules[i]));
+    for (const RuleColumn* column : columns) {
+      row.push_back(column->isCondition(rules[i]) ? wantedText(*column, rules[i]) : "");
+    }
     if (hasSeveral) {
       row.push_back(isOfSeveral(rules[i]) ? std::to_string(rules[i].conditionCount) : "");
     }
@@ -80,14 +75,8 @@ void writeMarkdownTable(std::ostream& out, const std::vector<Cells>& table) {
 
 }  // namespace
 
-void writeRulesText(std::ostream& out, const RuleSet& rules, const std::string& product,
-                    Style style) {
-  const SensorModeTable* const wanted = product.empty() ? nullptr : rules.tableFor(product);
-  if (wanted == nullptr && !product.empty()) {
-    throw InputError("camhook: no table is for product " + jsonText(product));
-  }
+void writeRulesText(std::ostream& out, const RuleSet& rules, Style style) {
   for (const SensorModeTable& table : rules.tables) {
-    if (wanted != nullptr && wanted != &table) continue;
     out << style.title(table.productName) << '\n';
     for (const RuleList& list : kRuleLists) {
       out << "  " << style.heading(list.name) << '\n';

@@ -17,13 +17,6 @@ namespace {
 
 using hesk::Override;
 
-std::string wantedText(const RuleColumn& column, const SensorModeCfg& rule) {
-  const RuleColumn::Value wanted = column.wanted(rule);
-  if (const auto* number = std::get_if<std::int32_t>(&wanted)) return std::to_string(*number);
-  const std::string_view text = std::get<std::string_view>(wanted);
-  return text.empty() ? "none" : std::string(text);
-}
-
 std::string rowName(std::size_t row) { return "row " + std::to_string(row + 1); }
 
 /// The conditions that a rule asks for and the inputs do not meet: "ui is absent".
@@ -153,6 +146,13 @@ const char* OverrideVerdict::word() const {
   if (holds) return "holds";
   if (fires) return "overwritten";
   return isNearMiss ? "near miss" : "no";
+}
+
+std::string wantedText(const RuleColumn& column, const SensorModeCfg& rule) {
+  const RuleColumn::Value wanted = column.wanted(rule);
+  if (const auto* number = std::get_if<std::int32_t>(&wanted)) return std::to_string(*number);
+  const std::string_view text = std::get<std::string_view>(wanted);
+  return text.empty() ? "none" : std::string(text);
 }
 
 std::string foundText(const RuleColumn& column, const Inputs& inputs) {

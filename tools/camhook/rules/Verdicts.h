@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -55,7 +54,10 @@ struct InputWarning {
 
 std::vector<InputWarning> inputWarnings(const RuleSet& rules, const Inputs& inputs);
 
-/// The value that a column's input has: "16", "none" for the empty app type.
+/// The value that a rule has in a column: "16", "none" for the empty app type.
+std::string wantedText(const RuleColumn& column, const SensorModeCfg& rule);
+
+/// The input of a column as its field has it: "16", "15,30", "absent".
 std::string foundText(const RuleColumn& column, const Inputs& inputs);
 
 std::string baseText(const Decision& decision);

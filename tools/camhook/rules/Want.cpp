@@ -1,8 +1,9 @@
 #include "tools/camhook/rules/Want.h"
 
 #include <algorithm>
-#include <charconv>
+#include <utility>
 
+#include "tools/camhook/input/WholeNumber.h"
 #include "tools/camhook/rules/Cases.h"
 #include "tools/camhook/show/SensorScenarioName.h"
 
@@ -49,13 +50,10 @@ class Search {
 }  // namespace
 
 std::optional<std::int32_t> scenarioFromText(std::string_view text) {
-  std::int32_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  const bool isNumber = error == std::errc() && stop == end;
+  const auto number = wholeNumber<std::int32_t>(text);
   for (std::int32_t scenario = 0; scenario <= hesk::NO_DECISION; ++scenario) {
     const std::string_view name = scenarioName(scenario);
-    if (!name.empty() && (isNumber ? number == scenario : name == text)) return scenario;
+    if (!name.empty() && (number ? number == scenario : name == text)) return scenario;
   }
   return {};
 }

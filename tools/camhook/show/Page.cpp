@@ -47,7 +47,7 @@ void begin(std::ostream& out, const Page::Heading& heading) {
 }
 
 PageTable eventTable() {
-  return {.kind = "container", .caption = "event store at the end", .head = {"key", "value"}};
+  return {.kind = "events", .caption = "event store at the end", .head = {"key", "value"}};
 }
 
 void writeEnd(Html& html, const PageTable& differences, PageTable events) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/show/Changes.h"
 #include "tools/camhook/show/SensorScenarioName.h"
@@ -46,9 +47,8 @@ std::string shownLines(const Json& value) {
 }
 
 void addDecoded(std::vector<PageRow>& rows, const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
-  if (!text.empty()) rows.push_back({.cells = {{text, ""}}, .attribute = {"class", "decoded"}});
+  if (lines.empty()) return;
+  rows.push_back({.cells = {{joined(lines, "\n"), ""}}, .attribute = {"class", "decoded"}});
 }
 
 PageCell stepCell(const Step& step) { return {step.name, placeText(step)}; }
@@ -224,7 +224,9 @@ PageCall pageCallFrom(const Json& call, std::size_t number, const CallDifference
 }
 
 void writePageTable(Html& html, const PageTable& table) {
-  html.open("table", {{"class", std::string(table.kind)}});
+  const bool isContainer = table.kind == "container";
+  html.open("table", {{"class", std::string(table.kind)},
+                      {"data-container", isContainer ? table.caption : ""}});
   writeCell(html, "caption", {table.caption, table.note}, {});
   if (!table.head.empty() && !table.rows.empty()) {
     html.open("thead");

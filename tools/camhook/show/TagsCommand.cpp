@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "common/tags/TagCatalogue.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
@@ -26,10 +26,7 @@ bool holdsIgnoringCase(std::string_view text, std::string_view part) {
 bool isValue(std::string_view text, std::uint32_t value) {
   const bool isHexadecimal = text.starts_with("0x");
   if (isHexadecimal) text.remove_prefix(2);
-  std::uint32_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number, isHexadecimal ? 16 : 10);
-  return error == std::errc() && stop == end && number == value;
+  return wholeNumber<std::uint32_t>(text, isHexadecimal ? 16 : 10) == value;
 }
 
 std::string countText(const TagDescription& tag) {

@@ -1,7 +1,7 @@
 #include "tools/camhook/show/TraceFilter.h"
 
 #include <algorithm>
-#include <charconv>
+#include <vector>
 
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
@@ -9,6 +9,7 @@
 #include "tools/camhook/input/MetadataReader.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
@@ -22,16 +23,14 @@ bool differs(const ContainerTrace& container, std::uint32_t tag) {
 
 std::size_t callFromText(const std::string& text, std::size_t count) {
   if (text == "last" && count > 0) return count - 1;
-  std::size_t number = 0;
-  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  const bool isNumber = error == std::errc() && stop == text.data() + text.size();
-  if (text != "last" && !isNumber) {
+  const auto number = wholeNumber<std::size_t>(text);
+  if (text != "last" && !number) {
     throw InputError("CALL must be a number from 1, or last, not " + jsonText(text));
   }
-  if (number < 1 || number > count) {
+  if (!number || *number < 1 || *number > count) {
     throw InputError("there is no call " + text + ": the scenario has " + std::to_string(count));
   }
-  return number - 1;
+  return *number - 1;
 }
 
 void TraceFilter::addCall(const std::string& text, std::size_t count) {

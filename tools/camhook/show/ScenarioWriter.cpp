@@ -1,4 +1,4 @@
-#include "tools/camhook/show/ScenarioText.h"
+#include "tools/camhook/show/ScenarioWriter.h"
 
 #include <array>
 #include <charconv>
@@ -13,6 +13,7 @@
 #include "common/tags/TagCatalogue.h"
 #include "host/AndroidTags.h"
 #include "host/MetadataAccess.h"
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/MetadataJson.h"
 
@@ -21,15 +22,6 @@ namespace {
 
 using NSCam::IMetadata;
 using Members = std::vector<std::string>;
-
-std::string joined(const Members& members, std::string_view separator) {
-  std::string text;
-  for (const std::string& member : members) {
-    if (&member != &members.front()) text += separator;
-    text += member;
-  }
-  return text;
-}
 
 /// Members between brackets, each on lines of its own; `indent` is the column of the brackets.
 std::string block(const Members& members, std::size_t indent, std::string_view brackets = "{}") {
