@@ -12,6 +12,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import types
 import unittest
 
 from selenium import webdriver
@@ -30,10 +31,6 @@ OPTIONS = ("--headless --no-sandbox --disable-gpu --no-first-run --disable-backg
 
 def run(*words):
     return subprocess.run([*CAMHOOK, *map(str, words)], capture_output=True, check=True, timeout=60).stdout
-
-
-def trace_of(scenario):
-    return json.loads(run("replay", "--json", "--steps", scenario))
 
 
 def items(call, container, tag):
@@ -111,46 +108,52 @@ class PageTest(unittest.TestCase):
         self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {
             "features": [{"name": "prefers-color-scheme", "value": scheme}]})
 
-    # What the page shows and what the trace says.
+    # What the page shows and what the trace says, of all calls or of one.
 
-    def check_calls(self, calls, scenario):
+    def check_calls(self, replay):
         shown = self.script(
             "[...document.querySelectorAll('#calls > .call')].map((call) =>"
             " [...call.querySelectorAll('tr[data-tag]')].map((row) =>"
-            "  [row.closest('table').caption.firstChild.data.trim(), row.dataset.tag]))")
-        self.assertEqual(len(shown), len(calls))
-        for rows, call, given in zip(shown, calls, scenario["calls"]):
+            "  [row.closest('table').dataset.container, row.dataset.tag]))")
+        self.assertEqual(len(shown), len(replay.calls))
+        for rows, call, given in zip(shown, replay.calls, replay.scenario["calls"]):
+            rows = list(map(tuple, rows))
             written = {(write["container"], write["tag"]) for write in call["writes"]}
             appeared = {(container, tag) for container, tag in written
                         if items(call, container, tag) and tag not in (given[container] or {})}
-            rows = list(map(tuple, rows))
             self.assertEqual(len(rows), len(set(rows)))
             self.assertLessEqual(appeared, set(rows))
             self.assertLessEqual(set(rows), written)
 
-    def check_timeline(self, calls):
+    def check_timeline(self, replay):
         marks = self.script("[...document.querySelectorAll('.mark')].map((mark) =>"
                             " [Number(mark.dataset.call), mark.textContent]).sort(([a], [b]) => a - b)")
         said = [[number, f"{number}{'!' * any(log['level'] == 'E' for log in call['logs'])}"
-                 f"{'•' * bool(call['effects'])}"] for number, call in enumerate(calls, 1)]
+                 f"{'•' * bool(call['effects'])}"] for number, call in enumerate(replay.calls, 1)]
         self.assertEqual(marks, said)
 
-    def check_tags(self, calls):
-        """The first tag of the list: the runs of its values, one sensor's."""
-        key = self.script("document.querySelector('.row')?.dataset.key")
-        tag, *hook, place, sensor = key.split(" ")
-        if place not in CONTAINERS:
-            return
-        self.go(f"view=tags&tag={key}")
-        said = {f"call {number}": str(items(call, place, tag)) for number, call in enumerate(calls, 1)
-                if [call["call"]] == hook and str(call["sensor"]) == sensor and items(call, place, tag)}
-        for run, value in self.cells(".values tbody tr"):
-            self.assertEqual(said[" ".join(run.split()[:2])].strip("[]"), value.strip("[]"))
+    def check_tags(self, replay, _):
+        """The values of a tag of each container of each hook."""
+        tags = {}
+        for call in replay.calls:
+            for container in CONTAINERS:
+                whole = [tag for tag, entry in (call.get(container) or {}).items()
+                         if entry["type"] == "int32" and len(entry["items"]) <= 12]
+                if whole:
+                    tags[call["call"], call["sensor"], container] = whole[-1]
+        for (hook, sensor, container), tag in tags.items():
+            self.go(f"view=tags&tag={tag}+{hook}+{container}+{sensor}")
+            runs = {int(first.split()[1]): value for first, value in self.cells(".values tbody tr")}
+            for number, call in enumerate(replay.calls, 1):
+                said = items(call, container, tag)
+                if said and (call["call"], call["sensor"]) == (hook, sensor):
+                    shown = runs[max(first for first in runs if first <= number)]
+                    self.assertEqual(shown, str(said if len(said) > 1 else said[0]))
 
-    def check_burst(self, calls):
+    def check_burst(self, replay, _):
         said = [[f"call {number}", str(call["args"]["requestNo"]), len(call["state"]["mNonZslFrames"]),
                  str(call["state"]["mCaptureCount"]), items(call, "meta", "MTK_HESK_FRAME_INDEX")]
-                for number, call in enumerate(calls, 1) if is_capture(call)]
+                for number, call in enumerate(replay.calls, 1) if is_capture(call)]
         frames = self.script("[...document.querySelectorAll('.burst tbody tr')].map("
                              "(row) => row.querySelectorAll('.frame').length)")
         shown = [[cells[0], cells[1], count, cells[3].split()[-1],
@@ -159,62 +162,64 @@ class PageTest(unittest.TestCase):
         self.assertEqual(shown, said)
 
     def rects(self):
-        return {cells[0].split(maxsplit=1)[1]: list(map(int, cells[1:5])) for cells in self.cells(".rects tbody tr")}
+        """The numbers of the rectangles that are drawn, by their names."""
+        return {name: list(map(int, sides)) for name, sides in self.script(
+            "[...document.querySelectorAll('[data-shape]')].map((row) =>"
+            " [row.dataset.shape, [1, 2, 3, 4].map((cell) => row.cells[cell].innerText)])")}
 
-    def check_crop(self, call):
+    def check_crop(self, replay, number):
         rects = self.rects()
         for name, container, tag in (("frame's crop", "hal", "MTK_P1NODE_SCALAR_CROP_REGION"),
+                                     ("crop for the zoom transition", "out", "MTK_RAW_ALGO_SAT_CROP_REGION"),
                                      ("face 1", "out", "MTK_RAW_ALGO_FACE_RECTS")):
-            self.assertEqual(rects.get(name), (items(call, container, tag) or [None])[0])
-        crop = next((rect for name, rect in rects.items() if name.startswith("crop for")), None)
-        self.assertEqual(crop, (items(call, "out", "MTK_RAW_ALGO_SAT_CROP_REGION") or [None])[0])
+            said = items(replay.calls[number - 1], container, tag)
+            self.assertEqual(rects.get(name), said and said[0])
 
-    def check_regions(self, call):
+    def check_regions(self, replay, number):
         rects = self.rects()
-        before = [rect for name, rect in rects.items() if name.endswith("before")]
-        self.assertEqual(before, [region["rect"] for region in translation(call)])
-        after = next(rect for name, rect in rects.items() if name.endswith("after"))
-        self.assertIn(after[0], items(call, "meta", call["args"]["tag"]))
+        before = [region["rect"] for region in translation(replay.calls[number - 1])]
+        move = replay.scenario["platform"]["sat"]["translate"]
+        after = [[x * move["scale"] + move["dx"], y * move["scale"] + move["dy"],
+                  width * move["scale"], height * move["scale"]] for x, y, width, height in before]
+        for when, said in (("before", before), ("after", after)):
+            self.assertEqual([rect for name, rect in rects.items() if name.endswith(when)], said)
 
-    def check_decision(self, scenario, number):
-        decision = json.loads(run("decide", "--json", "--scenario", scenario, "--call", number))
-        taken = [cells[0] for cells in self.cells(".rules tbody tr.taken")]
+    def check_decision(self, replay, number):
+        decision = json.loads(run("decide", "--json", "--scenario", replay.path, "--call", number))
         row = decision["base"]["row"]
+        taken = [cells[0] for cells in self.cells(".rules tbody tr.taken")]
         self.assertEqual(taken, [f"▸ row {row}"] if row else [])
         self.assertIn(decision["decidedBy"], self.texts(".result")[0])
         unmet = sum(not met for rule in decision["rules"] for met in rule["met"].values())
-        self.assertEqual(len(self.script("document.querySelectorAll('.rules .unmet')")), unmet)
-        self.assertEqual(len(self.cells(".overrides tbody tr")), len(decision["overrideVerdicts"]))
+        self.assertEqual(len(self.texts(".rules .unmet")), unmet)
+        self.assertEqual([cells[3] for cells in self.cells(".overrides tbody tr")],
+                         [override["verdict"] for override in decision["overrideVerdicts"]])
 
     def test_every_view_shows_what_the_trace_says(self):
+        holds = {
+            "tags": lambda call: call.get("state") or any(call.get(name) for name in CONTAINERS),
+            "burst": is_capture,
+            "crop": lambda call: items(call, "hal", "MTK_P1NODE_SCALAR_CROP_REGION")
+            or items(call, "out", "MTK_RAW_ALGO_SAT_CROP_REGION"),
+            "regions": translation,
+            "decision": lambda call: call["call"] == "decideSensorScenario",
+        }
         self.size(1600)
         for path in SCENARIOS:
             with self.subTest(path.stem):
-                calls = trace_of(path)["calls"]
-                scenario = json.loads(path.read_text())
+                calls = json.loads(run("replay", "--json", "--steps", path))["calls"]
+                replay = types.SimpleNamespace(path=path, scenario=json.loads(path.read_text()), calls=calls)
                 self.open(self.page(path))
-                views = self.views()
-                self.check_calls(calls, scenario)
-                self.check_timeline(calls)
-                holds = {
-                    "tags": lambda call: call.get("state") or any(call.get(name) for name in CONTAINERS),
-                    "burst": is_capture,
-                    "crop": lambda call: items(call, "hal", "MTK_P1NODE_SCALAR_CROP_REGION")
-                    or items(call, "out", "MTK_RAW_ALGO_SAT_CROP_REGION"),
-                    "regions": translation,
-                    "decision": lambda call: call["call"] == "decideSensorScenario",
-                }
-                self.assertEqual(views, ["calls", *(view for view in holds if any(map(holds[view], calls)))])
-                for view in views[1:]:
-                    numbers = [number for number, call in enumerate(calls, 1) if holds[view](call)]
-                    for number in numbers if view in ("crop", "regions", "decision") else numbers[:1]:
+                self.check_calls(replay)
+                self.check_timeline(replay)
+                offered = [view for view, holds_for in holds.items() if any(map(holds_for, calls))]
+                self.assertEqual(self.views(), ["calls", *offered])
+                for view in offered:
+                    for number in [place for place, call in enumerate(calls, 1) if holds[view](call)]:
                         self.go(f"view={view}&call={number}")
-                        if view in ("tags", "burst"):
-                            getattr(self, f"check_{view}")(calls)
-                        elif view == "decision":
-                            self.check_decision(path, number)
-                        else:
-                            getattr(self, f"check_{view}")(calls[number - 1])
+                        getattr(self, f"check_{view}")(replay, number)
+                        if view in ("tags", "burst"):  # they have all calls
+                            break
 
     # How it is used.
 
@@ -234,10 +239,10 @@ class PageTest(unittest.TestCase):
 
     def test_keyboard(self):
         self.open(self.stored("video_4k60"))
-        for view, heading in (("Tags over time", "Tags over time"), ("Decision", "Decision"), ("Calls", "Calls")):
+        for view in ("Tags over time", "Decision", "Calls"):
             self.tab_to(view)
             self.press(Keys.ENTER)
-            self.wait_for("document.querySelector('main > section:not([hidden]):not(#timeline) h2').innerText", heading)
+            self.wait_for("document.querySelector('#timeline ~ :not([hidden]) h2').innerText", view)
             self.script("document.activeElement.blur()")
         self.tab_to("1")
         self.press(Keys.ARROW_RIGHT, Keys.ARROW_RIGHT)
@@ -274,10 +279,13 @@ class PageTest(unittest.TestCase):
                             ".map(({id, nodes}) => [id, nodes[0].html, nodes[0].failureSummary])))")
                         self.assertEqual(found, [])
 
+    def switch_scripts(self, off):
+        self.browser.execute_cdp_cmd("Emulation.setScriptExecutionDisabled", {"value": off})
+
     def test_without_scripts_all_calls_are_read(self):
         path = self.stored("still_burst")
-        self.browser.execute_cdp_cmd("Emulation.setScriptExecutionDisabled", {"value": True})
-        self.addCleanup(self.browser.execute_cdp_cmd, "Emulation.setScriptExecutionDisabled", {"value": False})
+        self.switch_scripts(off=True)
+        self.addCleanup(self.switch_scripts, off=False)
         self.open(path)
         text = self.browser.find_element("tag name", "body").text
         for number in range(1, 7):
@@ -290,7 +298,8 @@ class PageTest(unittest.TestCase):
         scenario = pathlib.Path(self.folder.name, "hostile.json")
         scenario.write_text(json.dumps({
             "about": HOSTILE,
-            "platform": {"properties": {HOSTILE: HOSTILE}, "eventStore": {"APP_NAME": HOSTILE, "APP_TYPE": HOSTILE}},
+            "platform": {"properties": {HOSTILE: HOSTILE},
+                         "eventStore": {"APP_NAME": HOSTILE, "APP_TYPE": HOSTILE}},
             "calls": [
                 {"call": "setEvent", "key": HOSTILE, "value": HOSTILE},
                 {"call": "setProperty", "name": "ro.product.model.zdm", "value": HOSTILE},
@@ -298,15 +307,16 @@ class PageTest(unittest.TestCase):
                  "meta": {"HESK_CONTROL_DUMPPATH": HOSTILE, "MTK_RAW_ALGO_STATIC_INFO": HOSTILE}},
                 {"call": "dumpMetadata", "sensor": 0, "frame": 1, "name": "<b id=hacked>",
                  "meta": {"HESK_CONTROL_DUMPPATH": HOSTILE}},
-                {"call": "decideSensorScenario", "sensor": 0, "meta": {}, "video": True, "width": 1, "height": 1},
+                {"call": "decideSensorScenario", "sensor": 0, "meta": {}, "video": True,
+                 "width": 1, "height": 1},
             ]}))
         self.open(self.page(scenario))
         self.assertIn(HOSTILE, self.texts("header")[0])
         for view in self.views():
             for call in (1, 2, 3, 4, 5, "end", "%3Cimg src=x%3E"):
                 self.go(f"view={view}&call={call}&tag=__proto__&find=%3Cb%3E")
-                self.assertEqual(self.script("[typeof hacked, document.querySelectorAll('img, #hacked').length]"),
-                                 ["undefined", 0])
+                harm = self.script("[typeof hacked, document.querySelectorAll('img, #hacked').length]")
+                self.assertEqual(harm, ["undefined", 0])
         self.assertIn(HOSTILE, "".join(self.texts("table.inputs")))
 
     def test_differences(self):
