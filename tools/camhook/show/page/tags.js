@@ -13,10 +13,7 @@
 
   // The values in words, those around the open call where there are many.
   const valuesOf = ({ name, place, sensor, runs }, call) => {
-    const here = Math.max(
-      runs.findLastIndex(({ first }) => first <= call),
-      0,
-    );
+    const here = runs.findLastIndex(({ first }) => first <= call);
     const from = Math.max(Math.min(here - mostRuns / 2, runs.length - mostRuns), 0);
     const rows = runs
       .slice(from, from + mostRuns)

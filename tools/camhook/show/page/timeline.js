@@ -69,8 +69,8 @@
   const bringIntoSight = (place) => {
     const left = place * step;
     if (left < box.scrollLeft) box.scrollLeft = left;
-    else if (left + 2 * step > box.scrollLeft + box.clientWidth)
-      box.scrollLeft = left + 2 * step - box.clientWidth;
+    const right = left + 2 * step - box.clientWidth;
+    if (right > box.scrollLeft) box.scrollLeft = right;
   };
 
   const moves = { ArrowLeft: -1, ArrowRight: 1, PageUp: -20, PageDown: 20, Home: -Infinity, End: Infinity };
