@@ -11,7 +11,7 @@
     const scale = width / (to - from + 1);
     const xOf = (call) => Math.min(Math.max((call - from) * scale, 0), width);
     return {
-      runs: series.runs.filter(({ first, last, end }) => first <= to && (end ?? last) >= from),
+      runs: series.runs.filter(({ first, last, end }) => first <= to && (end ? end - 1 : last) >= from),
       spanOf: ({ first, last, end }) => [xOf(first), xOf(end ?? last + 1)],
       here: (call) => ({ x: xOf(call), width: Math.max(scale, 1) }),
     };
@@ -47,7 +47,7 @@
       return [shape("text", { class: "plot-text", x: from + 4, y }, text)];
     });
 
-  // A call has only so many arguments.
+  // Math.min does not take as many arguments as a trace may have values.
   const extremes = (values) =>
     values.reduce(
       ([low, high], value) => [Math.min(low, value), Math.max(high, value)],

@@ -7,7 +7,7 @@
     "mCaptureCount",
     "readout mode",
   ];
-  const quantity = /RANGE|COUNT|INDEX|GAIN|RATIO|SENSITIVITY|_ISO$|_EV$|TIME|PAIR|FOV|TEMPERATURE|frames/i;
+  const quantity = /RANGE|COUNT|INDEX|GAIN|RATIO|SENSITIVITY|_ISO$|_EV$|TIME|PAIR|FOV|TEMPERATURE/i;
 
   // One sensor's values of a name in one hook's container: runs of calls with the same items. A call of that
   // hook without it ends a run, one of another hook or sensor does not.
