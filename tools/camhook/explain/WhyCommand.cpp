@@ -252,7 +252,6 @@ int why(std::ostream& out, const WhyQuestion& asking, const WhyOptions& options,
     Json documents = Json::array();
     for (const Explanation& explanation : explanations) documents.push_back(explanation.document);
     writeJson(out, documents.size() == 1 ? documents.front() : documents);
-    out << '\n';
   } else {
     for (const Explanation& explanation : explanations) {
       if (&explanation != &explanations.front()) out << '\n';
