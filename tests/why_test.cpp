@@ -48,7 +48,7 @@ NSCam::IMetadata containerAfter(const Json& document, const std::string& contain
 
 /// A tag in it, as an explanation has it.
 std::string textOf(const NSCam::IMetadata& container, const std::string& tag) {
-  const auto& entry = container.entryFor(camhook::tagFromText(tag, {}));
+  const auto& entry = container.entryFor(camhook::tagFromText(tag));
   return entry.isEmpty() ? "null" : camhook::jsonFromEntry(entry).dump();
 }
 

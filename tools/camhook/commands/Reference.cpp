@@ -51,7 +51,6 @@ int hooks(const std::vector<std::string>& files) {
 
 int schema() {
   writeJson(std::cout, scenarioSchema());
-  std::cout << '\n';
   return 0;
 }
 

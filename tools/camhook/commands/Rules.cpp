@@ -45,7 +45,6 @@ int rules(const RulesArguments& arguments) {
     writeMatrix(std::cout, shown, tableOf(shown, arguments.matrix), style);
   } else if (arguments.json) {
     writeJson(std::cout, jsonFromRules(shown));
-    std::cout << '\n';
   } else if (arguments.markdown) {
     writeRulesMarkdown(std::cout, shown);
   } else {

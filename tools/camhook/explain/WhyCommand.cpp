@@ -9,7 +9,6 @@
 #include "tools/camhook/explain/Why.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
-#include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/show/TraceFilter.h"
 
@@ -228,11 +227,7 @@ WhyQuestion readQuestion(std::string_view text, const WhyOptions& options) {
       continue;
     }
     const std::string container = containerFromText(options.container, question.scenarioCall());
-    try {
-      asking.asked.push_back({container, tagFromText(tag, Place())});
-    } catch (const InputError&) {
-      throw InputError("unknown tag " + jsonText(tag) + nearTags(tag));
-    }
+    asking.asked.push_back({container, tagFromText(tag)});
   }
   return asking;
 }
@@ -252,7 +247,6 @@ int why(std::ostream& out, const WhyQuestion& asking, const WhyOptions& options,
     Json documents = Json::array();
     for (const Explanation& explanation : explanations) documents.push_back(explanation.document);
     writeJson(out, documents.size() == 1 ? documents.front() : documents);
-    out << '\n';
   } else {
     for (const Explanation& explanation : explanations) {
       if (&explanation != &explanations.front()) out << '\n';

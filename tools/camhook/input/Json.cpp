@@ -178,8 +178,8 @@ std::string brokenJson(std::string_view line, std::size_t indent) {
   return Layout(line).broken(indent);
 }
 
-void writeJson(std::ostream& out, const Json& value, std::size_t indent) {
-  out << brokenJson(lineOfJson(value), indent);
+void writeJson(std::ostream& out, const Json& value) {
+  out << brokenJson(lineOfJson(value), 0) << '\n';
 }
 
 std::string lineOfJson(const Json& value) {

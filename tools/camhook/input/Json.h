@@ -17,12 +17,12 @@ using Json = nlohmann::ordered_json;
 /// object has twice, numbers beyond all types and nesting beyond sense.
 Json parseJson(std::string_view text);
 
-/// Writes a value so that people can read it: what fits stands on one line, what does not is broken
-/// into its members, a list of numbers into full lines. `indent` is the column at which the value
-/// begins.
-void writeJson(std::ostream& out, const Json& value, std::size_t indent = 0);
+/// Writes a value so that people can read it, on lines of its own: what fits stands on one line,
+/// what does not is broken into its members, a list of numbers into full lines.
+void writeJson(std::ostream& out, const Json& value);
 
-/// The same of a value that stands on one line.
+/// The same of a value that stands on one line, without the end of the last line. `indent` is the
+/// column at which the value begins.
 std::string brokenJson(std::string_view line, std::size_t indent);
 
 /// A value on one line, with a blank behind every comma and colon.

@@ -9,6 +9,7 @@
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/Document.h"
 #include "tools/camhook/input/MetadataReader.h"
+#include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
@@ -41,9 +42,9 @@ float floatFromJson(const Json& json, const Place& place) {
                          [](const Value& value, float& target) { readValue(value, target); });
 }
 
-std::uint32_t tagFromText(const std::string& text, const Place& place) {
+std::uint32_t tagFromText(std::string_view text) {
   const auto tag = tagFrom(text);
-  if (!tag) place.fail("unknown tag");
+  if (!tag) throw InputError("unknown tag " + jsonText(text) + nearTags(text));
   return *tag;
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/IMetadata.h"
 #include "tools/camhook/input/InputError.h"
@@ -18,8 +19,9 @@ NSCam::IMetadata metadataFromJson(const Json& json, const Place& place);
 /// Reads the entry of a tag, one without items where the list is empty. Throws InputError.
 NSCam::IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place& place);
 
-/// Reads a tag: a catalogue name or a hexadecimal text. Throws InputError.
-std::uint32_t tagFromText(const std::string& text, const Place& place);
+/// Reads a tag: a catalogue name or a hexadecimal text. Throws InputError, which names those that
+/// are like it.
+std::uint32_t tagFromText(std::string_view text);
 
 /// Every entry that holds an item in its long form, ordered by tag.
 void addMetadata(JsonLine& line, const NSCam::IMetadata& metadata);

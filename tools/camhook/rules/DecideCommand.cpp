@@ -103,7 +103,6 @@ int decide(std::ostream& out, const DecideOptions& options, Style style) {
     if (!options.changes.empty()) json["whatIf"] = jsonFromDecision(rules, changed);
     if (wanted) json["want"] = wantedJson(rules, inputs, found, *wanted);
     writeJson(out, json);
-    out << '\n';
   } else {
     if (options.changes.empty()) {
       writeDecision(out, rules, inputs, style);

@@ -54,7 +54,6 @@ void writeJsonList(std::ostream& out, const std::vector<TagDescription>& tags) {
                     {"meaning", tag.meaning}});
   }
   writeJson(out, list);
-  out << '\n';
 }
 
 void writeMarkdown(std::ostream& out, const std::vector<TagDescription>& tags) {
