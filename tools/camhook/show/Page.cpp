@@ -18,10 +18,12 @@ void writeParts(std::ostream& out, std::string_view element, const PageParts& pa
   out << "</" << element << ">\n";
 }
 
-/// What the page may do: run these scripts, look like these styles, and nothing else.
+/// What the page may do: run these scripts, look like these styles, and nothing else; no text of a
+/// script becomes markup.
 std::string contentPolicy() {
   return "default-src 'none'; script-src '" + std::string(pageScripts().hash) + "'; style-src '" +
-         std::string(pageStyles().hash) + "'; base-uri 'none'; form-action 'none'";
+         std::string(pageStyles().hash) +
+         "'; base-uri 'none'; form-action 'none'; require-trusted-types-for 'script'";
 }
 
 void begin(std::ostream& out, const Page::Heading& heading) {
