@@ -10,12 +10,14 @@ import html.parser
 import json
 import os
 import pathlib
+import pty
 import re
 import shlex
 import signal
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 
 CHECKOUT = pathlib.Path(sys.argv[1]).resolve()
@@ -135,21 +137,74 @@ def examples(folder):
             problems.append(f"{command}: {done}")
 
 
+def on_terminal(columns, *words, **environment):
+    """What the tool writes to a terminal of that many columns."""
+    screen, own = pty.openpty()
+    termios.tcsetwinsize(own, (24, columns))
+    with subprocess.Popen([*CAMHOOK, *words], stdout=own, env={**os.environ, **environment}):
+        os.close(own)
+        written = b""
+        try:
+            while block := os.read(screen, 65536):
+                written += block
+        except OSError:  # the terminal is gone with the tool
+            pass
+    os.close(screen)
+    return written.decode().replace("\r\n", "\n")
+
+
+def terminals():
+    """On a terminal there is colour unless it is not wanted, and no line is longer than it."""
+    scenario = str(CHECKOUT / "scenarios" / "still_burst.json")
+    plain = run("replay", scenario)[0].decode()
+    for columns in (60, 400):
+        coloured = on_terminal(columns, "replay", scenario, NO_COLOR="")
+        without = on_terminal(columns, "replay", scenario, NO_COLOR="1")
+        if "\x1b[" not in coloured or re.sub("\x1b\\[\\d+m", "", coloured) != without:
+            problems.append(f"colours on {columns} columns")
+        if " ".join(without.split()) != " ".join(plain.split()):
+            problems.append(f"what {columns} columns show is something else")
+    if (widest := max(map(len, on_terminal(60, "replay", scenario, NO_COLOR="1").split("\n")))) > 60:
+        problems.append(f"{widest} letters on 60 columns")
+
+
 class Elements(html.parser.HTMLParser):
-    """The elements of a page, and the text of the last script that holds data."""
+    """The elements of a page, the text of the script that holds data, and by call and tag the steps that
+    the page shows, the latest first."""
 
     def __init__(self, page):
         super().__init__()
-        self.elements, self.data = [], ""
+        self.elements, self.data, self.steps, self.call, self.tag = [], "", {}, 0, ""
         self.feed(page.read_text())
         self.close()
 
     def handle_starttag(self, tag, attributes):
         self.elements.append((tag, *attributes))
+        attributes = dict(attributes)
+        if tag == "section":
+            self.call += 1
+        if tag == "table":
+            self.container, self.tag = attributes.get("data-container"), ""
+        if tag == "tr" and attributes.get("class") not in ("overwritten", "decoded"):
+            self.tag = attributes.get("data-tag")
 
     def handle_data(self, text):
         if self.elements and self.elements[-1] == ("script", ("type", "application/json"), ("id", "data")):
             self.data += text
+        if self.tag and self.elements[-1] == ("small",) and text.strip():
+            self.steps.setdefault((self.call - 2, self.container, self.tag), []).insert(0, text)
+
+
+def check_steps(page):
+    """Behind a change stand the writes to the tag that the trace has, and no others."""
+    made = Elements(page)
+    said = {}
+    for number, call in enumerate(json.loads(made.data)["trace"]["calls"]):
+        for write in call["writes"]:
+            place = f"{write['file'].rpartition('/')[2]}:{write['line']}"
+            said.setdefault((number, write["container"], write["tag"]), []).append(place)
+    if not made.steps or made.steps != {place: said[place] for place in made.steps}:
+        problems.append(f"the steps on {page.name}")
 
 
 def pages(folder):
@@ -179,11 +234,15 @@ def pages(folder):
     marked = [dict(element[1:]) for element in Elements(page).elements if element[0] == "section"]
     if [section.get("data-differences") for section in marked] != [None, "1", "1", None, None]:
         problems.append(f"a page of differences: {marked}")
+    for scenario in ("still_burst", "raw_capture", "tuning_data"):
+        run("replay", "--html", str(page), str(CHECKOUT / "scenarios" / f"{scenario}.json"))
+        check_steps(page)
     refuses("cannot be written: No such file", "replay", "--html", "/nowhere/page", "-", text=EMPTY)
     refuses("is a folder", "diff", "--html", str(page), str(folder), str(folder))
     refuses("--json excludes --html", "replay", "--html", str(page), "--json", "-", text=EMPTY)
 
 
+terminals()
 with tempfile.TemporaryDirectory() as folder:
     pages(pathlib.Path(folder))
 with tempfile.TemporaryDirectory() as folder:

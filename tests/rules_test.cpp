@@ -16,6 +16,7 @@
 #include "tools/camhook/rules/RulesCommand.h"
 #include "tools/camhook/rules/Verdicts.h"
 #include "tools/camhook/rules/Want.h"
+#include "tools/camhook/show/SensorScenarioName.h"
 
 namespace {
 
@@ -183,6 +184,47 @@ TEST(Rules, CannotBeReadFromWhatIsNone) {
       ADD_FAILURE() << text;
     } catch (const InputError& error) {
       EXPECT_STREQ(error.what(), problem);
+    }
+  }
+}
+
+TEST(Rules, GiveAMatrixAsTheLibraryDecides) {
+  const RuleSet rules = rulesOfLibrary();
+  Library library;
+  // What the library decides for a word of a matrix, as the matrix says it.
+  const auto cellOf = [&](Inputs inputs, const std::string& heading, const std::string& value) {
+    const bool isByAppType = heading == "APP_TYPE";
+    if (!isByAppType) inputs.appType = "another";
+    const InputIndex input = isByAppType ? kAppType : heading == "APP_NAME" ? kAppName : kUiModule;
+    const std::string text = value == "another" && input == kUiModule ? "1000" : value;
+    EXPECT_TRUE(inputField(input).set(inputs, text)) << heading << value;
+    const std::int32_t scenario = library.decide(inputs);
+    inputs.size = {.w = 640, .h = 480};
+    const char* const mark = library.decide(inputs) == scenario ? "" : "*";
+    return (scenario == 255 ? "-" : std::string(scenarioName(scenario))) + mark;
+  };
+  for (const SensorModeTable& table : rules.tables) {
+    std::ostringstream out;
+    writeMatrix(out, rules, table, Style(false));
+    std::istringstream lines(out.str());
+    std::string heading;
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_EQ(line, table.productName);
+    while (std::getline(lines, line) && !line.starts_with("- ")) {
+      std::istringstream words(line);
+      std::string value;
+      words >> value;
+      if (value.starts_with("APP_") || value == "UI") {
+        heading = value;
+        continue;
+      }
+      for (const RuleList& list : kRuleLists) {
+        std::string cell;
+        words >> cell;
+        const Inputs plain = plainInputs(table.productName, list.sensor, list.video);
+        EXPECT_EQ(cell, cellOf(plain, heading, value)) << table.productName << ' ' << line;
+      }
     }
   }
 }

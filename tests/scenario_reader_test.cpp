@@ -102,6 +102,28 @@ TEST(ScenarioReader, NamesThePlaceOfWhatItRefuses) {
   for (const Row& row : rows) expectBeginning(problemOf(row.input), row);
 }
 
+TEST(ScenarioReader, TellsWhatIsNoJson) {
+  const Row rows[] = {
+      {R"({"calls": []} x)", R"(nothing may follow the document, not "x")"},
+      {"{calls: []}", R"(a key in quotes must stand here, not "c")"},
+      {R"({"calls" []})", R"(a colon must stand behind a key, not "[")"},
+      {R"({"calls": [] "a": 1})", R"(a comma or } must stand behind a member, not """)"},
+      {R"({"calls": [1 2]})", R"(a comma or ] must stand behind an item, not "2")"},
+      {R"({"calls": [], "about": "\u12g4"})", R"(\u takes four hexadecimal digits)"},
+      {R"({"calls": [], "about": "\ud800 "})", R"(half of a pair of \u)"},
+      {R"({"calls": [], "about": "\q"})", "neither an escape nor a letter that needs none"},
+      {R"({"calls": [], "about": "a)", "the text has no end"},
+      {"{\"calls\": [], \"about\": \"\xc3(\"}",
+       "a byte that cannot stand in a text, which is UTF-8"},
+      {R"({"calls": [1.]})", "digits must stand behind the point"},
+      {R"({"calls": [1e]})", "digits must stand in the exponent"},
+      {R"({"calls": nul})", "a value must stand here"},
+  };
+  for (const Row& row : rows) {
+    expectBeginning(problemOf(row.input), {row.input, "not JSON: " + row.problem});
+  }
+}
+
 TEST(ScenarioReader, RefusesBottomlessNesting) {
   const std::string problem = problemOf(std::string(1'000'000, '['));
   EXPECT_TRUE(problem.ends_with("[0][0]: nested too deep")) << problem;

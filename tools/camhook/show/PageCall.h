@@ -29,7 +29,7 @@ struct PageRow {
 struct PageTable {
   std::string_view kind;  // "container", "state", "effects", ...
   std::string caption;
-  std::string note = "";  // behind the caption
+  std::string note = {};  // behind the caption
   std::vector<std::string_view> head = {};
   std::vector<PageRow> rows = {};
 };
