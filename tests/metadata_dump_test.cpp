@@ -116,15 +116,17 @@ TEST_F(MetadataDump, EndsTheProcessWhereALabelHasNoRoom) {
 }
 
 TEST_F(MetadataDump, LeavesStandardInputAlone) {
-  const int standardInput = dup(STDIN_FILENO);
-  close(STDIN_FILENO);  // its number goes to the next file that is opened
-  const Files files = dump(kStill);
-  const int next = dup(standardInput);
-  dup2(standardInput, STDIN_FILENO);
-  close(standardInput);
-  EXPECT_EQ(files, Files{kFile});
-  EXPECT_EQ(std::filesystem::file_size(onHost(kFile)), 0U);
-  EXPECT_EQ(next, STDIN_FILENO);  // the dump has given the number back
+  for (const int number : {STDIN_FILENO, STDOUT_FILENO}) {
+    const int kept = dup(number);
+    close(number);  // it goes to the next file that is opened
+    const Files files = dump(kStill);
+    const int next = dup(kept);
+    dup2(kept, number);
+    close(kept);
+    EXPECT_EQ(files, Files{kFile});
+    EXPECT_EQ(std::filesystem::file_size(onHost(kFile)) == 0, number == STDIN_FILENO);
+    EXPECT_EQ(next, number);  // the dump has given the number back
+  }
 }
 
 TEST_F(MetadataDump, TimeStampIsCutWhereYearsGrowLong) {

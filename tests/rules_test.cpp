@@ -50,7 +50,7 @@ TEST(Rules, AreDecidedAsTheLibraryDecidesInEveryCase) {
     ++count;
     if (problem.empty()) problem = disagreement(library, rules, inputs);
   };
-  const std::clock_t start = std::clock();
+  [[maybe_unused]] const std::clock_t start = std::clock();
   for (const SensorModeTable& table : rules.tables) {
     for (const RuleList& list : kRuleLists) {
       Axes axes = axesOfRules({table.*list.rules});
@@ -66,7 +66,9 @@ TEST(Rules, AreDecidedAsTheLibraryDecidesInEveryCase) {
   forEachCase(axesOfOverrides({rules.overrides}), plainInputs("KX0105", 0, false), compare);
   EXPECT_EQ(problem, "");
   EXPECT_GT(count, 80000U);
+#ifndef CAM_COUNTS_LINES
   EXPECT_LT(std::clock() - start, 10 * CLOCKS_PER_SEC);
+#endif
 }
 
 TEST(Rules, CanAllDecideAsTheirWitnessesShow) {

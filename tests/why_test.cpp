@@ -276,13 +276,17 @@ TEST(Why, FindsWhatRulesAskFor) {
 }
 
 TEST(Why, FindsTwoChangesWhereNoSingleOneIsEnough) {
-  if (isSlow()) GTEST_SKIP() << "the search ends after ten seconds";
+  constexpr const char* kTooSlow = "the search ends after ten seconds";
+#ifdef CAM_COUNTS_LINES
+  GTEST_SKIP() << kTooSlow;
+#endif
+  if (isSlow()) GTEST_SKIP() << kTooSlow;
   const Json moved = explanationOf(
       "- 1 0xc00e0017 --want '{\"type\":\"int32\",\"items\":[11,21,111,221]}'", R"({"calls": [
     {"call": "translateResultRegionForHesk", "sensor": 0,
      "meta": {"0xc00e0017": {"type": "int32", "items": [10, 20, 110, 220]}},
      "value": 160.0, "cameraId": 0, "tag": "0xc00e0017"}]})");
-  ASSERT_TRUE(moved.contains("together"));
+  ASSERT_FALSE(moved.value("together", Json::array()).empty());
   EXPECT_EQ(moved["together"][0]["changes"], Json::parse(R"([
     {"kind": "platform", "key": "sat.translate.dx", "to": 1},
     {"kind": "platform", "key": "sat.translate.dy", "to": 1}])"));
