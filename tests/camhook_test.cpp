@@ -38,6 +38,7 @@ TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
       {"decide --product X --sensor 0 --size 640x480p",
        "camhook: --size: must be WxH, not \"640x480p\"\n"},
       {"rules KX0105 --matrix KX0104", "camhook: PRODUCT excludes --matrix\n"},
+      {"rules KX015", "camhook: no table is for product \"KX015\"; near: KX0105, KX0107, KX0106\n"},
       {"scenario raw_capture.json",
        "raw_capture.json: no dump of metadata: no line has \"Dumping camera metadata array: "
        "13 / 40 entries\", nor an entry such as \"android.control.captureIntent (1000d): "

@@ -195,6 +195,11 @@ class Elements(html.parser.HTMLParser):
             self.steps.setdefault((self.call - 2, self.container, self.tag), []).insert(0, text)
 
 
+def sections_of(page):
+    """The attributes of the page's sections."""
+    return [dict(element[1:]) for element in Elements(page).elements if element[0] == "section"]
+
+
 def check_steps(page):
     """Behind a change stand the writes to the tag that the trace has, and no others."""
     made = Elements(page)
@@ -225,15 +230,21 @@ def pages(folder):
                                  "decisions": {"2": json.loads(decided)}}:
         problems.append(f"a page's data: {made.data[:500]}")
     names = [element[0] for element in made.elements]
-    sections = [dict(element[1:])["id"] for element in made.elements if element[0] == "section"]
-    if names.count("script") != 2 or "b" in names or sections != ["calls", "call-1", "call-2", "end"]:
-        problems.append(f"a page's elements: {names} {sections}")
+    ids = [section["id"] for section in sections_of(page)]
+    if names.count("script") != 2 or "b" in names or ids != ["calls", "call-1", "call-2", "end"]:
+        problems.append(f"a page's elements: {names} {ids}")
     (folder / "old.json").write_text(trace.read_text().replace('"setEvent"', '"setProperty"'))
     if run("diff", "--html", str(page), str(folder / "old.json"), str(trace))[2] != 1:
         problems.append("two traces differ, but not on their page")
-    marked = [dict(element[1:]) for element in Elements(page).elements if element[0] == "section"]
-    if [section.get("data-differences") for section in marked] != [None, "1", "1", None, None]:
-        problems.append(f"a page of differences: {marked}")
+    if (marks := [section.get("data-differences") for section in sections_of(page)]) != [None, "1", "1", None, None]:
+        problems.append(f"a page of differences: {marks}")
+    whole = json.loads(run("replay", "--json", str(CHECKOUT / "scenarios" / "still_burst.json"))[0])
+    trace.write_text(json.dumps(whole))
+    (folder / "part.json").write_text(json.dumps({**whole, "calls": whole["calls"][:2] + whole["calls"][4:]}))
+    run("diff", "--html", str(page), str(trace), str(folder / "part.json"))
+    order = [section["class"] for section in sections_of(page) if "class" in section]
+    if order != ["call", "call", "call gone", "call gone", "call", "call"]:
+        problems.append(f"calls that are gone: {order}")
     for scenario in ("still_burst", "raw_capture", "tuning_data"):
         run("replay", "--html", str(page), str(CHECKOUT / "scenarios" / f"{scenario}.json"))
         check_steps(page)

@@ -3,9 +3,11 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/rules/RulesCommand.h"
 #include "tools/camhook/show/Terminal.h"
 
@@ -25,7 +27,10 @@ struct RulesArguments {
 /// Throws InputError where no table is for the product.
 const SensorModeTable& tableOf(const RuleSet& rules, const std::string& product) {
   if (const SensorModeTable* const table = rules.tableFor(product)) return *table;
-  throw InputError("camhook: no table is for product " + jsonText(product));
+  std::vector<std::string_view> known;
+  for (const SensorModeTable& table : rules.tables) known.emplace_back(table.productName);
+  throw InputError("camhook: no table is for product " + jsonText(product) +
+                   nearNames(product, known));
 }
 
 int rules(const RulesArguments& arguments) {
