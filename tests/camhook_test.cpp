@@ -163,7 +163,7 @@ TEST(Camhook, TellsWhyRowsAndOverridesDoNotDecide) {
         "  row 1  =none            ≠26  2 NORMAL_VIDEO    too late: row 9 was taken\n",
         "  row 4  ≠QQ                   5 CUSTOM1         app type is absent\n",
         "  row 9  =none       =1   =53  2 NORMAL_VIDEO    taken: meets 2 of 2\n",
-        "  2  near miss: Dingding near 4:3\n"
+        "  2  near miss: Dingding near 4:3\n",
         "     =APP_NAME Dingding; ≠aspect ratio 1.335, must be below 1.334\n",
         "result  2 NORMAL_VIDEO, decided by row 9 of KX0105 sensor0Preview\n"}) {
     EXPECT_NE(text.find(line), std::string::npos) << line << text;

@@ -125,18 +125,19 @@ updateRequestMeta
 
 TEST(Diff, RefusesWhatIsNoTrace) {
   const std::pair<const char*, const char*> rows[] = {
-      {"[]", "not as in a trace of camhook replay --json"},
-      {"{\"calls\": []}", "eventStore: not as in a trace of camhook replay --json"},
-      {"{\"calls\": [1]}", "calls[0]: not as in a trace of camhook replay --json"},
+      {"[]", " not as in a trace of camhook replay --json"},
+      {"{\"calls\": []}", " eventStore: not as in a trace of camhook replay --json"},
+      {"{\"calls\": [], \"calls\": [], \"eventStore\": {}}", "1:15: calls: given twice"},
+      {"{\"calls\": [1]}", " calls[0]: not as in a trace of camhook replay --json"},
       {"{\"calls\": [{\"call\": \"x\", \"effects\": [1]}]}",
-       "calls[0].effects[0]: not as in a trace of camhook replay --json"},
+       " calls[0].effects[0]: not as in a trace of camhook replay --json"},
       {"{\"calls\": [{\"call\": \"x\", \"args\": []}]}",
-       "calls[0].args: not as in a trace of camhook replay --json"},
+       " calls[0].args: not as in a trace of camhook replay --json"},
   };
   for (const auto& [text, problem] : rows) {
     const Outcome outcome = camhookWith("diff - " + kStored, text);
     EXPECT_EQ(outcome.status, 2) << text;
-    EXPECT_EQ(outcome.output, "standard input: " + std::string(problem) + "\n");
+    EXPECT_EQ(outcome.output, "standard input:" + std::string(problem) + "\n");
   }
   // Members that no trace has are compared as they are.
   const char* strange = R"({"calls": [{"call": "x", "sensor": {}, "args": {"streams": [1, {}]},

@@ -15,6 +15,7 @@ import unittest
 
 SCENARIOS = pathlib.Path(sys.argv[1], "scenarios").resolve()
 CAMHOOK = sys.argv[2:]
+CONTAINERS = ["meta", "app", "hal", "out"]
 HOSTILE = "</script><script>alert(1)</script><!--\"'&<b>"
 
 
@@ -30,6 +31,7 @@ class Page(html.parser.HTMLParser):
     def __init__(self, path):
         super().__init__()
         self.names, self.sections, self.data, self.where = [], [], "", None
+        self.titles = []
         self.feed(path.read_text())
         self.close()
 
@@ -48,14 +50,19 @@ class Page(html.parser.HTMLParser):
             self.where = "cell"
         elif name == "script" and attributes.get("id") == "data":
             self.where = "data"
+        elif name == "h3":
+            self.titles.append("")
+            self.where = "title"
 
     def handle_endtag(self, name):
-        if name in ("th", "td", "script"):
+        if name in ("th", "td", "script", "h3"):
             self.where = None
 
     def handle_data(self, text):
         if self.where == "cell":
             self.row[-1] += text.rstrip("\n")
+        elif self.where == "title":
+            self.titles[-1] += text
         elif self.where == "data":
             self.data += text
 
@@ -85,6 +92,8 @@ class WrittenPageTest(unittest.TestCase):
         for _, (field, before, after), _ in page.rows(number, "state"):
             self.assertEqual(json.loads(after), call["state"][field])
             self.assertNotEqual(before, after)
+        given = [cells[0] for _, cells, _ in page.rows(number, "unchanged")]
+        self.assertLessEqual(set(given), {tag for name in CONTAINERS for tag in call.get(name) or {}})
         steps = {}
         for attributes, cells, table in page.rows(number, "container"):
             tag = attributes.get("data-tag", "") or tag
@@ -107,8 +116,11 @@ class WrittenPageTest(unittest.TestCase):
             self.assertEqual([section.get("id") for section in page.sections],
                              ["calls", *(f"call-{i + 1}" for i in range(len(calls))), "end"])
             changed += sum(self.check_call(page, i + 1, call) for i, call in enumerate(calls))
-            events = {key: json.loads(value) for _, (key, value), _ in page.rows(-1, "events")}
-            self.assertEqual(events, json.loads(page.data)["trace"]["eventStore"])
+            platform = json.loads(page.data)["scenario"]["platform"]
+            for place, texts in ((0, {**platform.get("properties", {}), **platform.get("eventStore", {})}),
+                                 (-1, json.loads(page.data)["trace"]["eventStore"])):
+                shown = {key: json.loads(value) for _, (key, value), _ in page.rows(place, "events")}
+                self.assertEqual(shown, texts)
         self.assertGreater(changed, 100)
 
     def test_holds_the_data_and_no_element_of_a_text(self):
@@ -122,6 +134,7 @@ class WrittenPageTest(unittest.TestCase):
         decision = json.loads(run("decide", "--json", "--scenario", path, "--call", 2))
         self.assertEqual(json.loads(page.data), {"trace": trace, "scenario": scenario, "decisions": {"2": decision}})
         self.assertEqual((page.names.count("script"), page.names.count("b")), (2, 0))
+        self.assertEqual(page.rows(-1, "events")[0][1], [HOSTILE, json.dumps(HOSTILE)])
 
     def test_marks_what_differs_between_two_traces(self):
         old = json.loads(run("replay", "--json", SCENARIOS / "still_burst.json"))
@@ -131,6 +144,8 @@ class WrittenPageTest(unittest.TestCase):
         page = Page(self.page)
         self.assertEqual([section["class"] for section in page.sections if "class" in section],
                          ["call", "call", "call gone", "call gone", "call", "call"])
+        self.assertEqual(page.titles[2:4], ["updateRequestMeta  sensor 0  requestNo 101",
+                                            "updateRequestMeta  sensor 0  requestNo 102"])
         for number, section in enumerate(page.sections):
             rows = page.rows(number, "differences")
             self.assertEqual(section.get("data-differences"), str(len(rows)) if rows else None)

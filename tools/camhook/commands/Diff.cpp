@@ -29,7 +29,7 @@ int diff(const DiffOptions& options) {
     const Json fresh = read(options.fresh);
     writeFile(options.page, [&](std::ostream& out) {
       const std::string title = titleOfPage(options.old) + " \u2192 " + titleOfPage(options.fresh);
-      writeDifferencePage(out, {.title = title, .about = ""}, old, fresh, options.logs);
+      writeDifferencePage(out, title, old, fresh, options.logs);
     });
     return compareTraces(old, fresh, options.logs).empty() ? 0 : 1;
   }

@@ -117,7 +117,7 @@ void writeTrace(const ReplayOptions& options, const ScenarioText& scenario) {
 }
 
 void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario) {
-  Page page(out, {titleOfPage(options.file), scenario.about()}, scenario.text());
+  Page page(out, titleOfPage(options.file), scenario);
   Replay run(platformOf(scenario));
   StepFinder steps;
   run.followSteps(&steps, Replay::StepsOf::writes);

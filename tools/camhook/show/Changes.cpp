@@ -72,6 +72,15 @@ ContainerChanges changesOf(const CallTrace& trace, const ContainerTrace& contain
   return found;
 }
 
+std::vector<Unchanged> unchangedOf(const ContainerTrace& container) {
+  std::vector<Unchanged> found;
+  for (const Entry* entry : host::MetadataAccess::entriesByTag(*container.after)) {
+    if (!areSame(*entry, container.before->entryFor(entry->tag()))) continue;
+    found.push_back({tagText(entry->tag()), textOf(entry->tag(), itemsOf(*entry))});
+  }
+  return found;
+}
+
 std::vector<ValueChange> changesOf(const StateTrace& state) {
   std::vector<ValueChange> changes;
   for (std::size_t i = 0; i < state.after.size(); ++i) {

@@ -33,6 +33,15 @@ struct ContainerChanges {
 /// Of a container that is not null.
 ContainerChanges changesOf(const CallTrace& trace, const ContainerTrace& container);
 
+/// An entry that a call left as it was.
+struct Unchanged {
+  std::string name;
+  std::string value;
+};
+
+/// Of a container that is not null; ordered by tag.
+std::vector<Unchanged> unchangedOf(const ContainerTrace& container);
+
 std::vector<ValueChange> changesOf(const StateTrace& state);
 
 /// "FrameRate.cpp:56": no two sources of the library have one name.

@@ -26,7 +26,15 @@ std::string contentPolicy() {
          "'; base-uri 'none'; form-action 'none'; require-trusted-types-for 'script'";
 }
 
-void begin(std::ostream& out, const Page::Heading& heading) {
+/// The texts of a store under their names.
+void addTexts(PageTable& table, const host::TextMap& texts) {
+  for (const auto& [name, value] : texts) {
+    table.rows.push_back({.cells = {{printable(name), ""}, {jsonText(value), ""}}});
+  }
+}
+
+/// Up to the first call. `scenario` is null where only traces are known.
+void begin(std::ostream& out, std::string_view title, const ScenarioText* scenario) {
   Html html(out);
   out << "<!DOCTYPE html>\n";
   html.open("html", {{"lang", "en"}});
@@ -35,17 +43,27 @@ void begin(std::ostream& out, const Page::Heading& heading) {
   html.open("meta", {{"http-equiv", "Content-Security-Policy"}, {"content", contentPolicy()}});
   html.open("meta", {{"name", "viewport"}, {"content", "width=device-width, initial-scale=1"}});
   html.open("meta", {{"name", "color-scheme"}, {"content", "light dark"}});
-  html.element("title", heading.title);
+  html.element("title", title);
   writeParts(out, "style", pageStyles());
   html.close("head");
   html.open("body");
   html.open("header");
-  html.element("h1", heading.title);
-  if (!heading.about.empty()) html.element("p", printable(heading.about));
+  html.element("h1", title);
+  if (scenario != nullptr && !scenario->about().empty()) {
+    html.element("p", printable(scenario->about()));
+  }
   html.close("header");
   html.open("main");
   html.open("section", {{"id", "calls"}});
   html.element("h2", "Calls");
+  if (scenario == nullptr) return;
+  PageTable start{.kind = "events",
+                  .caption = "properties and event store at the start",
+                  .head = {"name", "value"},
+                  .isFolded = true};
+  addTexts(start, scenario->platform().properties);
+  addTexts(start, scenario->platform().eventStore);
+  if (!start.rows.empty()) writePageTable(html, start);
 }
 
 PageTable eventTable() {
@@ -97,9 +115,9 @@ std::string traceOf(std::string_view calls, std::string_view eventStore) {
 
 }  // namespace
 
-Page::Page(std::ostream& out, const Heading& heading, std::string_view scenario)
+Page::Page(std::ostream& out, std::string_view title, const ScenarioText& scenario)
     : mOut(out), mHtml(out), mScenario(scenario) {
-  begin(out, heading);
+  begin(out, title, &scenario);
 }
 
 void Page::write(const CallTrace& trace) {
@@ -115,16 +133,14 @@ void Page::addDecision(std::size_t number, const Json& decision) {
 
 void Page::finish(const host::TextMap& eventStore) {
   PageTable events = eventTable();
-  for (const auto& [key, value] : eventStore) {
-    events.rows.push_back({.cells = {{printable(key), ""}, {jsonText(value), ""}}});
-  }
+  addTexts(events, eventStore);
   writeEnd(mHtml, {}, std::move(events));
   finishPage(mOut, {{"trace", traceOf(mCalls, lineOfEventStore(eventStore))},
-                    {"scenario", mScenario},
+                    {"scenario", mScenario.text()},
                     {"decisions", "{" + mDecisions + "}"}});
 }
 
-void writeDifferencePage(std::ostream& out, const Page::Heading& heading, const Json& old,
+void writeDifferencePage(std::ostream& out, std::string_view title, const Json& old,
                          const Json& fresh, bool withRecords) {
   const std::vector<CallDifference> differences = compareTraces(old, fresh, withRecords);
   std::map<std::size_t, const CallDifference*> byCall;  // the event store at the end is call 0
@@ -141,7 +157,7 @@ void writeDifferencePage(std::ostream& out, const Page::Heading& heading, const 
     return found != byCall.end() ? found->second : nullptr;
   };
 
-  begin(out, heading);
+  begin(out, title, nullptr);
   Html html(out);
   const Json& calls = fresh["calls"];
   for (std::size_t number = 1; number <= calls.size() + 1; ++number) {

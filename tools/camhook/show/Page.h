@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/show/Html.h"
 #include "tools/camhook/show/TraceWriter.h"
 
@@ -17,13 +18,8 @@ namespace camhook {
 /// The calls stand in the page as they come, the data behind the last.
 class Page final : public TraceWriter {
  public:
-  struct Heading {
-    std::string title;
-    std::string about;
-  };
-
-  /// `scenario` is the text that is replayed, and must outlive this.
-  Page(std::ostream& out, const Heading& heading, std::string_view scenario);
+  /// The scenario is the one that is replayed, and must outlive this.
+  Page(std::ostream& out, std::string_view title, const ScenarioText& scenario);
 
   void write(const CallTrace& trace) override;
 
@@ -35,13 +31,13 @@ class Page final : public TraceWriter {
  private:
   std::ostream& mOut;
   Html mHtml;
-  std::string_view mScenario;
+  const ScenarioText& mScenario;
   std::string mCalls;  // of the JSON trace
   std::string mDecisions;
 };
 
 /// The same of the later of two JSON traces, with what differs from the other marked.
-void writeDifferencePage(std::ostream& out, const Page::Heading& heading, const Json& old,
+void writeDifferencePage(std::ostream& out, std::string_view title, const Json& old,
                          const Json& fresh, bool withRecords);
 
 }  // namespace camhook

@@ -78,11 +78,20 @@ PageTable tableOf(const CallTrace& trace, const ContainerTrace& container) {
     return table;
   }
   const auto [changes, unchanged] = changesOf(trace, container);
-  if (unchanged > 0) table.note = std::to_string(unchanged) + " unchanged";
-  if (unchanged == 0 && changes.empty()) table.note = "empty";
+  if (changes.empty()) table.note = unchanged > 0 ? "no change" : "empty";
   table.head = {"tag", "before", "after"};
   if (trace.accesses) table.head.emplace_back("step");
   for (const ValueChange& change : changes) addTagChange(table.rows, change);
+  return table;
+}
+
+PageTable unchangedTable(const ContainerTrace& container) {
+  PageTable table{.kind = "unchanged", .caption = "", .head = {"tag", "value"}, .isFolded = true};
+  if (!container.after) return table;
+  for (const Unchanged& entry : unchangedOf(container)) {
+    table.rows.push_back({.cells = {{entry.name, ""}, {entry.value, ""}}});
+  }
+  table.caption = std::to_string(table.rows.size()) + " unchanged";
   return table;
 }
 
@@ -170,6 +179,7 @@ PageCall pageCallFrom(const CallTrace& trace) {
   addUnlessEmpty(page, std::move(extras));
   for (const ContainerTrace& container : trace.containers) {
     addUnlessEmpty(page, tableOf(trace, container));
+    addUnlessEmpty(page, unchangedTable(container));
   }
   if (trace.state) addUnlessEmpty(page, stateTable(*trace.state));
   PageTable effects{.kind = "effects", .caption = "effects"};
@@ -224,10 +234,14 @@ PageCall pageCallFrom(const Json& call, std::size_t number, const CallDifference
 }
 
 void writePageTable(Html& html, const PageTable& table) {
+  if (table.isFolded) {
+    html.open("details");
+    html.element("summary", table.caption);
+  }
   const bool isContainer = table.kind == "container";
   html.open("table", {{"class", std::string(table.kind)},
                       {"data-container", isContainer ? table.caption : ""}});
-  writeCell(html, "caption", {table.caption, table.note}, {});
+  if (!table.isFolded) writeCell(html, "caption", {table.caption, table.note}, {});
   if (!table.head.empty() && !table.rows.empty()) {
     html.open("thead");
     html.open("tr");
@@ -242,6 +256,7 @@ void writePageTable(Html& html, const PageTable& table) {
   for (const PageRow& row : table.rows) writeRow(html, row, width);
   html.close("tbody");
   html.close("table");
+  if (table.isFolded) html.close("details");
 }
 
 void writePageCall(Html& html, const PageCall& call) {

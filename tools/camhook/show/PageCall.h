@@ -32,6 +32,7 @@ struct PageTable {
   std::string note = {};  // behind the caption
   std::vector<std::string_view> head = {};
   std::vector<PageRow> rows = {};
+  bool isFolded = false;  // to its caption, until somebody wants to see it
 };
 
 struct PageCall {

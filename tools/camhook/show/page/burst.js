@@ -12,7 +12,7 @@
       "li",
       { class: request === own ? "frame own" : "frame" },
       `${request}`,
-      element("small", {}, ` ${index}${request === own ? (written ? " ✓" : " ◂") : ""}`),
+      element("small", {}, ` ${index}${request === own ? (written ? " ✓" : "") : ""}`),
     );
 
   // The frames around this request's own.
@@ -86,7 +86,9 @@
         element(
           "p",
           { class: "hint" },
-          "◂ this request's own frame in the book, ✓ where its index and the book's size are written",
+          "The book has the frames that are taken anew, without zero shutter lag (ZSL): request and index. " +
+            "A request's own frame is framed, with ✓ where its index and the book's size are written. " +
+            "Announced are frames of the past, with ZSL, and new ones.",
         ),
         content,
       );

@@ -42,8 +42,8 @@
     const transition = page.items(call, "out", "MTK_RAW_ALGO_SAT_CROP_REGION")?.[0];
     if (transition) {
       const [x, y, ...size] = transition;
-      const note = array ? "from the corner of the preview's shape" : "";
       const at = [x + origin[0], y + origin[1], ...size];
+      const note = array ? `from the preview's corner; in the array at ${at[0]}, ${at[1]}` : "";
       shapes.push({
         name: "crop for the zoom transition",
         sign: "Z",

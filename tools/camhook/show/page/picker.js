@@ -1,7 +1,7 @@
 // Views of one call each lead from one of their calls to the next.
 {
-  // Of the calls that a view has, the open one, else the next behind it, else the last.
-  const chosen = (numbers, call) => numbers.find((number) => number >= call) ?? numbers.at(-1);
+  // Of the calls that a view has, the open one, else the latest before it, else the first.
+  const chosen = (numbers, call) => numbers.findLast((number) => number <= call) ?? numbers[0];
 
   const link = (text, call) =>
     page.element(

@@ -28,7 +28,7 @@
     const differs = page.data.scenario ? 0 : page.differences(number);
     const words = [
       `call ${number} ${laneOf(call)}`,
-      page.count(errors, "error record"),
+      page.errorCount(errors),
       page.count(effects, "effect"),
       page.count(differs, "difference"),
     ];
@@ -96,7 +96,7 @@
   addEventListener("resize", drawMarks);
 
   const differences = page.differencesBar();
-  const signs = `! error records, • effects${page.data.scenario ? "" : ", ≠ differs"}; arrow keys move, Enter opens`;
+  const signs = `! records of level E, • effects${page.data.scenario ? "" : ", ≠ differs"}; arrow keys move, Enter opens`;
   page.timeline = {
     section: element(
       "section",

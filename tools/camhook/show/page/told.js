@@ -5,6 +5,8 @@
 
   const told = element("p", { class: "told", "aria-live": "polite" });
 
+  page.errorCount = (count) => (count > 0 ? `${page.count(count, "record")} of level E` : "");
+
   page.count = (count, what) => (count > 0 ? `${count} ${what}${Number(count) === 1 ? "" : "s"}` : "");
 
   // The tables of one trace have the tags that changed, those of two the places that differ.
@@ -19,7 +21,7 @@
   const tell = (number) => {
     const section = document.getElementById(`call-${number}`);
     const { errors, effects } = section.dataset;
-    const facts = [changesOf(section), page.count(effects, "effect"), page.count(errors, "error record")];
+    const facts = [changesOf(section), page.count(effects, "effect"), page.errorCount(errors)];
     told.replaceChildren(
       element("b", {}, section.querySelector("h3").textContent),
       ` ${facts.filter(Boolean).join("; ")}`,
