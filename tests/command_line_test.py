@@ -170,6 +170,7 @@ def pages(folder):
     """A page that cannot be written or made is refused."""
     page = str(folder / "page.html")
     refuses("cannot be written: No such file", "replay", "--html", "/nowhere/page", "-", text=EMPTY)
+    refuses("must name a file", "replay", "--html", "", "-", text=EMPTY)
     refuses("is a folder", "diff", "--html", page, str(folder), str(folder))
     refuses("--json excludes --html", "replay", "--html", page, "--json", "-", text=EMPTY)
     refuses("cannot be read", "replay", "--html", page, str(folder / "none"))

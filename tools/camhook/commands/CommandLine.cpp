@@ -51,6 +51,13 @@ CLI::Validator oneOf(std::vector<std::string> words) {
   return {check, ""};
 }
 
+CLI::Validator namesOne(const std::string& what) {
+  const auto check = [what](const std::string& name) {
+    return name.empty() ? "must name " + what : std::string();
+  };
+  return {check, ""};
+}
+
 void checkNumbers(CLI::App& app) {
   const auto check = [](const std::string& word) {
     std::int32_t number = 0;

@@ -12,6 +12,9 @@ namespace camhook {
 /// Accepts these words alone.
 CLI::Validator oneOf(std::vector<std::string> words);
 
+/// Accepts no empty name of what is called "a file" or "a folder".
+CLI::Validator namesOne(const std::string& what);
+
 /// Has every option of a number, of all commands, refuse what is none.
 void checkNumbers(CLI::App& app);
 

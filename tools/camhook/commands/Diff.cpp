@@ -52,6 +52,7 @@ void addDiff(CLI::App& app, int& status) {
       ->add_option("--html", options->page,
                    "Write the new trace into this file, a page for any browser, with what differs "
                    "marked; of two traces, not of folders")
+      ->check(namesOne("a file"))
       ->type_name("PAGE");
   command->add_flag("--logs", options->logs, "Compare the log records, too");
   command->footer(

@@ -163,6 +163,7 @@ void addReplay(CLI::App& app, int& status) {
                           ->add_option("--html", options->page,
                                        "Write the whole trace, its steps and its records into this "
                                        "file, a page for any browser")
+                          ->check(namesOne("a file"))
                           ->type_name("PAGE")
                           ->excludes(json);
   const auto addNarrowing = [command, page](const char* name, std::vector<std::string>& words,
@@ -190,9 +191,7 @@ void addReplay(CLI::App& app, int& status) {
       ->add_option("--data-root", options->dataRoot,
                    "Folder that stands for the root of the phone's file system; by default a fresh "
                    "one that goes when the scenario has run")
-      ->check([](const std::string& folder) {
-        return folder.empty() ? std::string("must name a folder") : std::string();
-      })
+      ->check(namesOne("a folder"))
       ->type_name("DIR");
   command->footer("Example:\n  camhook replay scenarios/still_burst.json --logs info");
   command->callback([options, &status] { status = replay(*options); });
