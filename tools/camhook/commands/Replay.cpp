@@ -71,10 +71,8 @@ host::PhoneConfig platformOf(const ScenarioText& scenario) {
 
 /// Runs the calls one by one: `before` sees each as it is about to run, `after` what it did.
 template <typename Before, typename After>
-void runCalls(Replay& run, const ScenarioText& scenario, const std::string& dataRootFolder,
-              Before before, After after) {
-  DataRoot dataRoot(dataRootFolder);
-  dataRoot.removeAtAnyEnd();
+void runCalls(Replay& run, const ScenarioText& scenario, const DataRoot& dataRoot, Before before,
+              After after) {
   ProgressLine progress(scenario.callCount());
   for (std::size_t i = 0; i < scenario.callCount(); ++i) {
     const ScenarioCall call = scenario.call(i);
@@ -87,7 +85,8 @@ void runCalls(Replay& run, const ScenarioText& scenario, const std::string& data
   }
 }
 
-void writeTrace(const ReplayOptions& options, const ScenarioText& scenario) {
+void writeTrace(const ReplayOptions& options, const ScenarioText& scenario,
+                const DataRoot& dataRoot) {
   const TraceFilter filter = filterOf(options, scenario.callCount());
   std::unique_ptr<TraceWriter> writer;
   if (options.json) {
@@ -108,7 +107,7 @@ void writeTrace(const ReplayOptions& options, const ScenarioText& scenario) {
     isAnyShown = true;
   };
   runCalls(
-      run, scenario, options.dataRoot, [](std::size_t, const ScenarioCall&) {}, show);
+      run, scenario, dataRoot, [](std::size_t, const ScenarioCall&) {}, show);
   if (options.json || filter.isWhole()) {
     writer->finish(run.phone().eventStore.all());
   } else if (!isAnyShown) {
@@ -116,7 +115,8 @@ void writeTrace(const ReplayOptions& options, const ScenarioText& scenario) {
   }
 }
 
-void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario) {
+void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario,
+               const DataRoot& dataRoot) {
   Page page(out, titleOfPage(options.file), scenario);
   Replay run(platformOf(scenario));
   StepFinder steps;
@@ -126,7 +126,7 @@ void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioTe
     const auto* decision = std::get_if<DecideSensorScenario>(&call.call);
     if (decision != nullptr) decisions.emplace_back(index + 1, inputsOf(*decision));
   };
-  runCalls(run, scenario, options.dataRoot, noteDecision,
+  runCalls(run, scenario, dataRoot, noteDecision,
            [&](std::size_t /*index*/, const CallTrace& trace) { page.write(trace); });
   // Not before: the library logs what it does when it is first asked for its rules.
   const RuleSet rules = rulesOfLibrary();
@@ -143,10 +143,13 @@ int replay(const ReplayOptions& options) {
   if (!options.noWarnings && !warnings.isEmpty()) {
     std::cerr << warnings.lines(nameOfInput(options.file), "warning: ") << '\n';
   }
+  DataRoot dataRoot(options.dataRoot);
+  dataRoot.removeAtAnyEnd();
   if (options.page.empty()) {
-    writeTrace(options, scenario);
+    writeTrace(options, scenario, dataRoot);
   } else {
-    writeFile(options.page, [&](std::ostream& out) { writePage(out, options, scenario); });
+    writeFile(options.page,
+              [&](std::ostream& out) { writePage(out, options, scenario, dataRoot); });
   }
   return 0;
 }
