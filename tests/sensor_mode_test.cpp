@@ -36,6 +36,10 @@ int decide(const Configuration& configuration) {
   const int scenario = control->decideSensorScenario(&meta, streams);
   host::LogSink::openLevels({});
   EXPECT_EQ(control->decideSensorScenario(&meta, streams), scenario) << "with the log closed";
+  const HeskSensorModeControlInspector fields{*control};
+  const std::size_t selected = fields.selectedSensorModeCfgs().size();
+  control->getSensorModeCfgByMultiCondition(&meta);
+  EXPECT_EQ(fields.selectedSensorModeCfgs().size(), selected) << "with a filter asked again";
   return scenario;
 }
 
@@ -107,7 +111,8 @@ TEST(SensorMode, IsThatOfTheLastOverrideThatFires) {
   const DecisionRow rows[] = {
       {{"", "mtk_ims", 0, false, "", "", {1280, 720}}, 255},
       {{"", "mtk_ims", 0, false, "", "", kVga}, 0},
-      {{"", "mtk_ims", 0, false, "", "", {643, 482}}, 0},     // 160 and 160: the divisions cut
+      {{"", "mtk_ims", 0, false, "", "", {643, 482}}, 0},  // 160 and 160: the divisions cut
+      {{"", "mtk_ims", 0, false, "", "", {644, 482}}, 255},
       {{"", "", 0, false, "", "Dingding", kVga}, 0},          // 1.3333
       {{"", "", 0, false, "", "Dingding", {1334, 1000}}, 0},  // just within, in single precision
       {{"", "", 0, false, "", "Dingding", {1335, 1000}}, 255},

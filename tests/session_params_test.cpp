@@ -140,7 +140,7 @@ TEST(SessionParams, RecordAndFlipTheStreams) {
 }
 
 TEST(SessionParams, TakeANullStreamForVideoByItsModule) {
-  const host::Phone phone;
+  const host::Phone phone(phoneWith({{"APP_TYPE", "heskCamera"}}, {}));
   const TestUpdater updater;
   for (const int module : {2, 3}) {
     NSCam::IMetadata session =

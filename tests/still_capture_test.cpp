@@ -106,6 +106,9 @@ TEST_F(StillCapture, BooksAtMost1024Frames) {
   EXPECT_EQ(mPhone.log.take().size(), 3U);
   capture(1, R"({"HESK_CONTROL_HISFRAME": [0, 1024]})");
   EXPECT_EQ(mPhone.log.take().size(), 2U);  // 1,024 frames are no news
+  host::LogSink::openLevels({});
+  capture(2, R"({"HESK_CONTROL_HISFRAME": [0, 1025]})");
+  EXPECT_EQ(frames().size(), 1024U);
 }
 
 TEST_F(StillCapture, TellsOwnAppsThatNoVideoStreamIsThere) {
