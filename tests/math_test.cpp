@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <locale>
 #include <optional>
 #include <string>
 #include <vector>
@@ -107,6 +108,16 @@ TEST(NumberText, IsReadAlikeWhateverTheStandardLibrary) {
   }
   EXPECT_EQ(leadingNumber<std::int32_t>("2147483648"), none);
   EXPECT_EQ(leadingNumber<std::int64_t>("9223372036854775808"), none);
+}
+
+TEST(NumberText, HasAPointInEveryLocale) {
+  struct Comma : std::numpunct<char> {
+    [[nodiscard]] char do_decimal_point() const override { return ','; }
+  };
+  const std::locale before = std::locale::global({std::locale(), new Comma});
+  EXPECT_EQ(leadingNumber<float>("1.5"), 1.5F);
+  EXPECT_EQ(leadingNumber<float>("1,5"), 1.0F);
+  std::locale::global(before);
 }
 
 struct CropRow {
