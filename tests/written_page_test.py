@@ -16,12 +16,14 @@ import unittest
 SCENARIOS = pathlib.Path(sys.argv[1], "scenarios").resolve()
 CAMHOOK = sys.argv[2:]
 CONTAINERS = ["meta", "app", "hal", "out"]
+# Said where the library's build tells no steps.
+NO_STEPS = b"camhook: steps without debug information of the library are shown as ?\n"
 HOSTILE = "</script><script>alert(1)</script><!--\"'&<b>"
 
 
 def run(*words, status=0):
     done = subprocess.run([*CAMHOOK, *map(str, words)], capture_output=True, timeout=60)
-    assert done.returncode == status and not done.stderr, done
+    assert done.returncode == status and done.stderr in (b"", NO_STEPS), done
     return done.stdout.decode()
 
 
