@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <string_view>
 #include <variant>
 
@@ -97,7 +98,7 @@ std::vector<ValueChange> changesOf(const StateTrace& state) {
 }
 
 std::string placeText(const Step& step) {
-  return step.file.substr(step.file.rfind('/') + 1) + ":" + std::to_string(step.line);
+  return std::filesystem::path(step.file).filename().string() + ':' + std::to_string(step.line);
 }
 
 }  // namespace camhook
