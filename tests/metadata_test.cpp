@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/tags/Metadata.h"
+#include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
 #include "tests/support/TestMetadata.h"
 
@@ -89,6 +90,15 @@ TEST(Metadata, AddsTheEntriesOfAnother) {
   EXPECT_EQ(left, metadataOf(R"({"HESK_CONTROL_ISO": [1, 2], "HESK_CONTROL_EV": 0.5})"));
   EXPECT_EQ(left.entryFor(tags::HESK_CONTROL_VIDEOMODE.value).tag(),
             tags::HESK_CONTROL_VIDEOMODE.value);
+}
+
+TEST(TagCatalogue, FindsTagsByTheirWholeName) {
+  const std::string name = "HESK_CONTROL_ISO";
+  ASSERT_NE(findTag(name), nullptr);
+  EXPECT_EQ(findTag(name)->value, tags::HESK_CONTROL_ISO.value);
+  for (const char* other : {"HESK_CONTROL_IS", "HESK_CONTROL_ISO2", "hesk_control_iso", ""}) {
+    EXPECT_EQ(findTag(other), nullptr) << other;
+  }
 }
 
 TEST(MetadataVocabulary, TakesNullContainers) {

@@ -172,6 +172,25 @@ TEST(Rules, AreComparedInFewLines) {
                 "CUSTOM1\n");
 }
 
+TEST(Rules, AreComparedByEachOfTheirFields) {
+  RuleSet old = rulesOfLibrary();
+  old.tables.resize(1);
+  old.tables.front().sensor0Video = {{1, "a", 30, 1, 0, 8, 5, 6}};
+  const auto changed = [&](auto change) {
+    RuleSet fresh = old;
+    change(fresh.tables.front().sensor0Video.front());
+    return comparison(old, fresh);
+  };
+  EXPECT_NE(changed([](SensorModeCfg& rule) { rule.isHfpsMode = 0; }), "");
+  EXPECT_NE(changed([](SensorModeCfg& rule) { rule.appType = "b"; }), "");
+  EXPECT_NE(changed([](SensorModeCfg& rule) { rule.fps = 60; }), "");
+  EXPECT_NE(changed([](SensorModeCfg& rule) { rule.eisMode = 0; }), "");
+  EXPECT_NE(changed([](SensorModeCfg& rule) { rule.videoAlgoType = 1; }), "");
+  EXPECT_NE(changed([](SensorModeCfg& rule) { rule.uiMode = 9; }), "");
+  EXPECT_NE(changed([](SensorModeCfg& rule) { rule.sensorMode = 6; }), "");
+  EXPECT_NE(changed([](SensorModeCfg& rule) { rule.conditionCount = 5; }), "");
+}
+
 TEST(Rules, CannotBeReadFromWhatIsNone) {
   const std::pair<const char*, const char*> rows[] = {
       {"[]", "must be an object"},
