@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -15,7 +14,6 @@
 #include "host/LogSink.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/TextTrace.h"
@@ -67,7 +65,6 @@ void replay(const Scenario& scenario, std::size_t size) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const DataRoot root("");
   Scenario scenario;
   try {
     scenario = readScenario({reinterpret_cast<const char*>(data), size});
@@ -77,10 +74,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::erase_if(scenario.calls, std::not_fn(isMade));
   if (scenario.calls.empty()) return -1;
   limitMemory(scenario);
-  scenario.platform.dataRoot = root.path().string();
   replay(scenario, size);
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(root.path())) {
-    if (entry.is_regular_file()) std::filesystem::remove(entry);
-  }
   return 0;
 }

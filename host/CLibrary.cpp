@@ -2,11 +2,6 @@
 
 #include "platform/CLibrary.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <filesystem>
-
 #include "host/Phone.h"
 
 std::time_t cam::time(std::time_t* out) { return std::time(out); }
@@ -19,15 +14,8 @@ std::tm* cam::localtime_r(const std::time_t* time, std::tm* out) {
   return out;
 }
 
-int cam::open(const char* path, int flags, unsigned int mode) {
-  host::Phone& phone = host::Phone::current();
-  if (phone.config.dataRoot.empty()) return -1;
-  // Of an absolute path nothing is left that leads out of the root.
-  const std::filesystem::path inside = std::filesystem::path(path).lexically_normal();
-  const std::string onHost = phone.config.dataRoot + inside.string();
-  const int file = ::open(onHost.c_str(), flags, mode);
-  if (file >= 0) phone.openedFiles.add(path);
-  return file;
+int cam::open(const char* path, int /*flags*/, unsigned int /*mode*/) {
+  return host::Phone::current().files.open(path);
 }
 
-int cam::close(int file) { return ::close(file); }
+int cam::close(int file) { return host::Phone::current().files.close(file); }

@@ -8,7 +8,7 @@
 // was set on it is gone. Outside any Phone the library runs on a bare one, with nothing set and the
 // log closed.
 //
-// Threads: properties, event store, effects, opened files, tuning buffers and log records may be
+// Threads: properties, event store, effects, files, tuning buffers and log records may be
 // used from any thread while hooks run. `config` is filled before.
 
 #pragma once
@@ -17,8 +17,8 @@
 
 #include "host/EffectCollector.h"
 #include "host/LogSink.h"
-#include "host/OpenedFiles.h"
 #include "host/PhoneConfig.h"
+#include "host/PhoneFiles.h"
 #include "host/TextStore.h"
 #include "host/TuningBuffer.h"
 
@@ -47,7 +47,7 @@ class Phone {
   TextStore properties;
   TextStore eventStore;
   EffectCollector effects;
-  OpenedFiles openedFiles;
+  PhoneFiles files;
   TuningBuffer tuningBuffer;
   LogSink log;
 

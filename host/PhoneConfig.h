@@ -94,7 +94,6 @@ struct PhoneConfig {
   std::optional<TuningBufferConfig> tuningBuffer;
   std::optional<std::tm> clock;                            // absent: the wall clock
   std::function<std::string_view(std::uint32_t)> tagName;  // in dumps, where Android has no name
-  std::string dataRoot;  // folder for the root of the phone's files; none: no file opens
 
   /// The device's configuration; that of a device without provider where it is not listed.
   [[nodiscard]] const DeviceConfig& deviceOrDefault(std::int32_t id) const;

@@ -8,7 +8,6 @@
 
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/Json.h"
-#include "tools/camhook/run/DataRoot.h"
 
 namespace {
 
@@ -87,9 +86,10 @@ event store at the end
 }
 
 TEST(Diff, GroupsTheTracesOfFoldersByHookAndTag) {
-  const camhook::DataRoot folders{""};
+  const std::filesystem::path folders =
+      testing::TempDir() + "camhook_diff_" + std::to_string(::getpid());
   const auto write = [&](const char* file, const Json& trace) {
-    const std::filesystem::path path = folders.path() / file;
+    const std::filesystem::path path = folders / file;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path) << trace;
   };
@@ -98,10 +98,9 @@ TEST(Diff, GroupsTheTracesOfFoldersByHookAndTag) {
   write("old/gone.json", storedTrace());
   write("new/a.json", storedTrace());
   write("new/b.json", storedTrace());
-  const std::string words = "diff '" + (folders.path() / "old").string() + "' '" +
-                            (folders.path() / "new").string() + "'";
-  EXPECT_EQ(camhookWith(words).output,
-            "gone.json  only in " + (folders.path() / "old").string() + "\n");
+  const std::string words =
+      "diff '" + (folders / "old").string() + "' '" + (folders / "new").string() + "'";
+  EXPECT_EQ(camhookWith(words).output, "gone.json  only in " + (folders / "old").string() + "\n");
   Json trace = storedTrace();
   for (const std::size_t call : {0U, 1U}) {
     trace["calls"][call]["meta"]["HESK_CONTROL_ISO"] = entry("int32", {100});

@@ -9,8 +9,6 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
 #include <limits>
 #include <map>
 #include <sstream>
@@ -23,7 +21,6 @@
 #include "tests/support/TestMetadata.h"
 #include "tests/support/TestUpdater.h"
 #include "tools/camhook/input/DumpText.h"
-#include "tools/camhook/run/DataRoot.h"
 
 namespace {
 
@@ -34,7 +31,6 @@ using Files = std::vector<std::string>;
 class MetadataDump : public testing::Test {
  protected:
   MetadataDump() {
-    mPhone.config.dataRoot = mDataRoot.path().string();
     mPhone.properties.set("vendor.camera.dumprawhifmetadata", "1");
     setClock("2021-03-04 05:06:07");
   }
@@ -47,15 +43,12 @@ class MetadataDump : public testing::Test {
   Files dump(const std::string& metadata, const char* name = "request", int frame = 12) {
     camera_metadata buffer(metadataOf(metadata));
     mUpdater->dumpMetadata(&buffer, name, frame);
-    return mPhone.openedFiles.take();
+    return mPhone.files.takeOpened();
   }
-
-  std::filesystem::path onHost(const std::string& file) { return mDataRoot.path().string() + file; }
 
   const std::string kStill = R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2})";
   const std::string kFile = "/data/vendor/camera/request_metadata_[12]_20210304050607.txt";
 
-  camhook::DataRoot mDataRoot{""};
   host::Phone mPhone;
   TestUpdater mUpdater;
 };
@@ -85,28 +78,42 @@ TEST_F(MetadataDump, HasNoSignOfWhatIsNoNumber) {
   hesk::write(&metadata, hesk::tags::HESK_CONTROL_PAIR_INPUT, notANumber, -notANumber);
   camera_metadata buffer(metadata);
   mUpdater->dumpMetadata(&buffer, "request", 12);
-  std::ostringstream text;
-  text << std::ifstream(onHost(kFile)).rdbuf();
-  EXPECT_TRUE(text.str().ends_with("float[2]\n    [nan nan ]\n")) << text.str();
+  const std::string text = mPhone.files.content(kFile);
+  EXPECT_TRUE(text.ends_with("float[2]\n    [nan nan ]\n")) << text;
 }
 
 TEST_F(MetadataDump, OverwritesWithoutCutting) {
   dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2, "HESK_CONTROL_ISO": 1})");
-  const auto longSize = std::filesystem::file_size(onHost(kFile));
+  const std::string longText = mPhone.files.content(kFile);
   dump(kStill);
-  EXPECT_EQ(std::filesystem::file_size(onHost(kFile)), longSize);
-  std::string firstLine;
-  std::ifstream file(onHost(kFile));
-  std::getline(file, firstLine);
-  EXPECT_EQ(firstLine, "Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.");
+  const std::string text = mPhone.files.content(kFile);
+  const std::string kFirstLine =
+      "Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n";
+  EXPECT_EQ(text.size(), longText.size());
+  EXPECT_TRUE(text.starts_with(kFirstLine)) << text;
+  EXPECT_EQ(text.substr(text.size() - 20), longText.substr(text.size() - 20));
 }
 
-TEST_F(MetadataDump, StaysInThePhonesFiles) {
-  EXPECT_EQ(dump(kStill, "no/such/folder"), Files{});
-  dump(kStill, "../../../../../../out");
-  EXPECT_TRUE(std::filesystem::exists(onHost("/out_metadata_[12]_20210304050607.txt")));
-  mPhone.config.dataRoot.clear();
-  EXPECT_EQ(dump(kStill), Files{});
+TEST_F(MetadataDump, OpensOnlyPathsInTheCameraFolder) {
+  for (const char* outside : {"../x", "../../../../x", "../cameras/x", "../../../../../tmp/x"}) {
+    EXPECT_EQ(dump(kStill, outside), Files{}) << outside;
+  }
+  const Files opened = dump(kStill, "a/../../../../data/vendor/./camera/request");
+  ASSERT_EQ(opened.size(), 1U);
+  EXPECT_NE(opened.front(), kFile);
+  EXPECT_FALSE(mPhone.files.content(kFile).empty());
+  EXPECT_EQ(mPhone.files.content(opened.front()), mPhone.files.content(kFile));
+}
+
+TEST_F(MetadataDump, KeepsNoDescriptorOfAFile) {
+  const int before = dup(STDERR_FILENO);
+  close(before);
+  for (int frame = 0; frame < 2000; ++frame) {
+    ASSERT_EQ(dump(kStill, "request", frame).size(), 1U) << frame;
+  }
+  const int after = dup(STDERR_FILENO);
+  close(after);
+  EXPECT_EQ(after, before);
 }
 
 TEST_F(MetadataDump, EndsTheProcessWhereALabelHasNoRoom) {
@@ -124,7 +131,7 @@ TEST_F(MetadataDump, LeavesStandardInputAlone) {
     dup2(kept, number);
     close(kept);
     EXPECT_EQ(files, Files{kFile});
-    EXPECT_EQ(std::filesystem::file_size(onHost(kFile)) == 0, number == STDIN_FILENO);
+    EXPECT_EQ(mPhone.files.content(files.front()).empty(), number == STDIN_FILENO);
     EXPECT_EQ(next, number);  // the dump has given the number back
   }
 }

@@ -11,7 +11,6 @@
 #include "host/LogSink.h"
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/LineDiff.h"
@@ -88,9 +87,7 @@ TEST(StoredTraces, FixTheFormOfJson) {
 
 /// What a scenario does but for its records, with these log levels open.
 std::string traceWithoutRecords(const std::string& name, std::initializer_list<char> levels) {
-  const camhook::DataRoot dataRoot{""};
   auto scenario = camhook::readScenario(contentOf(kFolder / (name + ".json")));
-  scenario.platform.dataRoot = dataRoot.path().string();
   scenario.platform.clock.emplace();
   camhook::Replay replay(std::move(scenario.platform));
   host::LogSink::openLevels(levels);

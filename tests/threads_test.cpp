@@ -17,7 +17,6 @@
 #include "host/CameraMetadata.h"
 #include "host/ImageStream.h"
 #include "host/Phone.h"
-#include "tools/camhook/run/DataRoot.h"
 
 namespace {
 
@@ -119,9 +118,7 @@ void decideScenario(unsigned int round) {
 
 TEST(Threads, GiveEveryFrameItsOwn) {
   constexpr int kFrames = 50;
-  const camhook::DataRoot dataRoot("");
   host::PhoneConfig config;
-  config.dataRoot = dataRoot.path().string();
   config.properties = {{"vendor.camera.dumprawhifmetadata", "1"}};
   config.provider = host::ProviderConfig{.fpsCap = 20};
   config.tuningBuffer = {.fd = 7, .bufferSize = 8, .bufferIndex = 1};

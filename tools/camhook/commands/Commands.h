@@ -57,9 +57,4 @@ void writeFile(const std::string& file, Write write) {
   }
 }
 
-/// Whether the call needs a data root.
-inline bool opensFiles(const ScenarioCall& call) {
-  return std::holds_alternative<DumpMetadata>(call.call);
-}
-
 }  // namespace camhook

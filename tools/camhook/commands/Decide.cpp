@@ -9,7 +9,6 @@
 
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/rules/DecideCommand.h"
-#include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/show/Terminal.h"
 #include "tools/camhook/show/TraceFilter.h"
 
@@ -36,14 +35,9 @@ CLI::Validator isValueOf(InputIndex input, const std::string& expected) {
 
 /// The inputs of a call of the scenario that is named.
 Inputs decideInputs(const DecideArguments& arguments) {
-  DataRoot dataRoot("");
-  dataRoot.removeAtAnyEnd();
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
     const std::size_t index = callFromText(arguments.call, scenario.calls.size());
-    if (std::ranges::any_of(scenario.calls, opensFiles)) {
-      scenario.platform.dataRoot = dataRoot.path().string();
-    }
     return inputsOfCall(std::move(scenario), index);
   });
 }

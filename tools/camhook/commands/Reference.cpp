@@ -10,7 +10,6 @@
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/ScenarioSchema.h"
-#include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/show/TagsCommand.h"
 #include "tools/camhook/show/Terminal.h"
 
@@ -32,16 +31,10 @@ int tags(const TagsOptions& options) {
 }
 
 int hooks(const std::vector<std::string>& files) {
-  DataRoot dataRoot("");
-  dataRoot.removeAtAnyEnd();
   std::vector<Scenario> scenarios;
   for (const std::string& file : files) {
     if (file.ends_with(".trace.json")) continue;  // an expected trace beside its scenario
     scenarios.push_back(readFile(file, readScenario));
-    Scenario& scenario = scenarios.back();
-    if (std::ranges::any_of(scenario.calls, opensFiles)) {
-      scenario.platform.dataRoot = dataRoot.path().string();
-    }
   }
   HookReference reference;
   for (const Scenario& scenario : scenarios) reference.add(scenario);

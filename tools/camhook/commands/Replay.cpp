@@ -12,7 +12,6 @@
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/rules/DecideText.h"
-#include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"
 #include "tools/camhook/show/JsonTrace.h"
@@ -33,7 +32,6 @@ struct ReplayOptions {
   std::vector<std::string> hooks;
   std::vector<std::string> tags;
   std::string logs;
-  std::string dataRoot;
   bool noWarnings = false;
 };
 
@@ -71,12 +69,10 @@ host::PhoneConfig platformOf(const ScenarioText& scenario) {
 
 /// Runs the calls one by one: `before` sees each as it is about to run, `after` what it did.
 template <typename Before, typename After>
-void runCalls(Replay& run, const ScenarioText& scenario, const DataRoot& dataRoot, Before before,
-              After after) {
+void runCalls(Replay& run, const ScenarioText& scenario, Before before, After after) {
   ProgressLine progress(scenario.callCount());
   for (std::size_t i = 0; i < scenario.callCount(); ++i) {
     const ScenarioCall call = scenario.call(i);
-    if (opensFiles(call)) run.phone().config.dataRoot = dataRoot.path().string();
     before(i, call);
     CallTrace trace = run.run(call);
     trace.number = i + 1;
@@ -85,8 +81,7 @@ void runCalls(Replay& run, const ScenarioText& scenario, const DataRoot& dataRoo
   }
 }
 
-void writeTrace(const ReplayOptions& options, const ScenarioText& scenario,
-                const DataRoot& dataRoot) {
+void writeTrace(const ReplayOptions& options, const ScenarioText& scenario) {
   const TraceFilter filter = filterOf(options, scenario.callCount());
   std::unique_ptr<TraceWriter> writer;
   if (options.json) {
@@ -107,7 +102,7 @@ void writeTrace(const ReplayOptions& options, const ScenarioText& scenario,
     isAnyShown = true;
   };
   runCalls(
-      run, scenario, dataRoot, [](std::size_t, const ScenarioCall&) {}, show);
+      run, scenario, [](std::size_t, const ScenarioCall&) {}, show);
   if (options.json || filter.isWhole()) {
     writer->finish(run.phone().eventStore.all());
   } else if (!isAnyShown) {
@@ -115,8 +110,7 @@ void writeTrace(const ReplayOptions& options, const ScenarioText& scenario,
   }
 }
 
-void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario,
-               const DataRoot& dataRoot) {
+void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario) {
   Page page(out, titleOfPage(options.file), scenario);
   Replay run(platformOf(scenario));
   StepFinder steps;
@@ -126,7 +120,7 @@ void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioTe
     const auto* decision = std::get_if<DecideSensorScenario>(&call.call);
     if (decision != nullptr) decisions.emplace_back(index + 1, inputsOf(*decision));
   };
-  runCalls(run, scenario, dataRoot, noteDecision,
+  runCalls(run, scenario, noteDecision,
            [&](std::size_t /*index*/, const CallTrace& trace) { page.write(trace); });
   // Not before: the library logs what it does when it is first asked for its rules.
   const RuleSet rules = rulesOfLibrary();
@@ -143,13 +137,10 @@ int replay(const ReplayOptions& options) {
   if (!options.noWarnings && !warnings.isEmpty()) {
     std::cerr << warnings.lines(nameOfInput(options.file), "warning: ") << '\n';
   }
-  DataRoot dataRoot(options.dataRoot);
-  dataRoot.removeAtAnyEnd();
   if (options.page.empty()) {
-    writeTrace(options, scenario, dataRoot);
+    writeTrace(options, scenario);
   } else {
-    writeFile(options.page,
-              [&](std::ostream& out) { writePage(out, options, scenario, dataRoot); });
+    writeFile(options.page, [&](std::ostream& out) { writePage(out, options, scenario); });
   }
   return 0;
 }
@@ -190,12 +181,6 @@ void addReplay(CLI::App& app, int& status) {
       ->check(oneOf({"debug", "info", "error"}))
       ->type_name("LEVEL")
       ->excludes(page);
-  command
-      ->add_option("--data-root", options->dataRoot,
-                   "Folder that stands for the root of the phone's file system; by default a fresh "
-                   "one that goes when the scenario has run")
-      ->check(namesOne("a folder"))
-      ->type_name("DIR");
   command->footer("Example:\n  camhook replay scenarios/still_burst.json --logs info");
   command->callback([options, &status] { status = replay(*options); });
 }

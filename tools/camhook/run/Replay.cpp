@@ -6,9 +6,7 @@
 #include <array>
 #include <concepts>
 #include <cstddef>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 
 #include "common/HeskSensorModeControl.h"
@@ -62,13 +60,6 @@ std::vector<std::byte> tuningBlock(std::size_t size) {
   std::vector<std::byte> block(size);
   for (std::size_t i = 0; i < size; ++i) block[i] = static_cast<std::byte>(i % kPeriod);
   return block;
-}
-
-/// What a file of the phone holds.
-std::string contentOf(const host::Phone& phone, const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(phone.config.dataRoot + path, std::ios::binary).rdbuf();
-  return text.str();
 }
 
 /// In the order in which the pipeline's own map has them when it is filled in the list's order.
@@ -197,9 +188,9 @@ struct Runner {
       if (meta != nullptr) buffer.emplace(*meta);
       updater->dumpMetadata(buffer ? &*buffer : nullptr, call.name.c_str(), call.frame);
     }
-    const std::vector<std::string> files = phone.openedFiles.take();
+    const std::vector<std::string> files = phone.files.takeOpened();
     trace.extras = {{"file", files.empty() ? Json() : Json(files.front())}};
-    if (!files.empty()) trace.extras.emplace_back("text", contentOf(phone, files.front()));
+    if (!files.empty()) trace.extras.emplace_back("text", phone.files.content(files.front()));
   }
 
   void operator()(const DecideSensorScenario& call) const {

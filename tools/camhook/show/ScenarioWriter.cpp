@@ -67,7 +67,7 @@ std::string_view nameOf(const host::AndroidTag* known, const T& item) {
   return {};
 }
 
-std::string valueText(const IMetadata::IEntry& entry) {
+std::string dumpedText(const IMetadata::IEntry& entry) {
   const host::ItemList& items = host::MetadataAccess::itemsOf(entry);
   const host::AndroidTag* known = host::findAndroidTag(entry.tag());
   Members texts;
@@ -94,7 +94,7 @@ std::string valueText(const IMetadata::IEntry& entry) {
 std::string metadataText(const Dump& dump, std::size_t indent) {
   Members entries;
   for (const IMetadata::IEntry& entry : dump.entries) {
-    entries.push_back(member(tagText(entry.tag()), valueText(entry)));
+    entries.push_back(member(tagText(entry.tag()), dumpedText(entry)));
   }
   return block(entries, indent);
 }
