@@ -4,13 +4,10 @@
 #include "common/HeskSensorModeControl.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 #include "common/Product.h"
 #include "common/sensormode/CSingleton.h"
-#include "common/sensormode/DecisionObserver.h"
-#include "common/sensormode/Overrides.h"
 #include "common/sensormode/SensorModeLog.h"
 #include "common/sensormode/SensorScenario.h"
 
@@ -35,11 +32,7 @@ const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId
                                                                     bool isVideoMode) const {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
 
-  const std::string_view product(productName.data());
-  const SensorModeTable* table = nullptr;
-  for (const SensorModeTable& candidate : sensorModeTables()) {
-    if (product.starts_with(candidate.productName)) table = &candidate;
-  }
+  const SensorModeTable* const table = findSensorModeTable(productName.data());
   const std::vector<SensorModeCfg>* list = nullptr;
   if (table == nullptr) {
     HESK_LOGD(kOperation, "no suitable sensorModeTable");
@@ -76,7 +69,6 @@ int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
                                                 std::shared_ptr<StreamInfo> info) {
   constexpr log::Operation kOperation = sensorModeOperation("decideSensorScenario");
 
-  if (mObserver != nullptr) mObserver->onDecision(sensorModeTables(), overrides());
   const bool isVideoMode = info != nullptr && info->hasVideoConsumer;
   getSensorModeTable(mSensorId, isVideoMode);
   HESK_LOGD(kOperation, "sensorModeTable size %d, %d", static_cast<int>(sensorModeTable.size()),
