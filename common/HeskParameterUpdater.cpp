@@ -27,9 +27,9 @@ HeskParameterUpdater::HeskParameterUpdater(int instanceId) : mInstanceId(instanc
   const float focalLength = read(statics, tags::ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS);
   mPrimaryCameraDiagonalFov = diagonalFovDegrees(width, height, focalLength);
   HESK_LOGD(kOperation,
-            "[%s] physicalWidth: %fmm, physicalHeight:%fmm, focalLength:%fmm, "
+            "physicalWidth: %fmm, physicalHeight:%fmm, focalLength:%fmm, "
             "mPrimaryCameraDiagonalFov:%d instanceId:%d",
-            kOperation.name, width, height, focalLength, mPrimaryCameraDiagonalFov, mInstanceId);
+            width, height, focalLength, mPrimaryCameraDiagonalFov, mInstanceId);
 }
 
 template <int InstanceId>
@@ -48,7 +48,7 @@ HeskParameterUpdater* HeskParameterUpdater::createInstance(int instanceId) {
   // As unsigned a negative index is past the end, too.
   const auto index = static_cast<unsigned int>(instanceId);
   if (index > kMaxInstanceId) {
-    HESK_LOGD(kOperation, "[%s] HeskParameterUpdater createInstance failed!", kOperation.name);
+    HESK_LOGD(kOperation, "HeskParameterUpdater createInstance failed!");
     return nullptr;
   }
   return kSlots[index]();
@@ -58,7 +58,7 @@ void HeskParameterUpdater::setPreviewSize(NSCam::MSize size) {
   constexpr log::Operation kOperation = updaterOperation("setPreviewSize");
 
   mPreviewSize = size;
-  HESK_LOGD(kOperation, "[%s] setPreviewSize [%d/%d]", kOperation.name, size.w, size.h);
+  HESK_LOGD(kOperation, "setPreviewSize [%d/%d]", size.w, size.h);
 }
 
 void HeskParameterUpdater::matchAspectRatio(const NSCam::MSize* reference, NSCam::MSize* size) {

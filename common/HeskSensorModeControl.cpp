@@ -4,13 +4,10 @@
 #include "common/HeskSensorModeControl.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 #include "common/Product.h"
 #include "common/sensormode/CSingleton.h"
-#include "common/sensormode/DecisionObserver.h"
-#include "common/sensormode/Overrides.h"
 #include "common/sensormode/SensorModeLog.h"
 #include "common/sensormode/SensorScenario.h"
 
@@ -27,7 +24,7 @@ void HeskSensorModeControl::getProductName() {
 
   const auto model = productModel("default");
   std::copy_n(model.begin(), productName.size() - 1, productName.begin());  // its last stays zero
-  HESK_LOGD(kOperation, "[%s] productName %s", kOperation.name, productName.data());
+  HESK_LOGD(kOperation, "productName %s", productName.data());
 }
 
 /// The rules of the current product for such a configuration, null for none.
@@ -35,14 +32,10 @@ const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId
                                                                     bool isVideoMode) const {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
 
-  const std::string_view product(productName.data());
-  const SensorModeTable* table = nullptr;
-  for (const SensorModeTable& candidate : sensorModeTables()) {
-    if (product.starts_with(candidate.productName)) table = &candidate;
-  }
+  const SensorModeTable* const table = findSensorModeTable(productName.data());
   const std::vector<SensorModeCfg>* list = nullptr;
   if (table == nullptr) {
-    HESK_LOGD(kOperation, "[%s] no suitable sensorModeTable", kOperation.name);
+    HESK_LOGD(kOperation, "no suitable sensorModeTable");
   } else if (sensorId == 0) {
     list = isVideoMode ? &table->sensor0Video : &table->sensor0Preview;
   } else if (sensorId == 1) {
@@ -54,8 +47,7 @@ const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId
 void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
 
-  HESK_LOGD(kOperation, "[%s] mSensorId %d, isVideoMode %d", kOperation.name, sensorId,
-            isVideoMode);
+  HESK_LOGD(kOperation, "mSensorId %d, isVideoMode %d", sensorId, isVideoMode);
   sensorModeTable.clear();
   multiConditionTable.clear();
   selectedSensorModeCfgs.clear();
@@ -77,11 +69,10 @@ int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
                                                 std::shared_ptr<StreamInfo> info) {
   constexpr log::Operation kOperation = sensorModeOperation("decideSensorScenario");
 
-  if (mObserver != nullptr) mObserver->onDecision(sensorModeTables(), overrides());
   const bool isVideoMode = info != nullptr && info->hasVideoConsumer;
   getSensorModeTable(mSensorId, isVideoMode);
-  HESK_LOGD(kOperation, "[%s] sensorModeTable size %d, %d", kOperation.name,
-            static_cast<int>(sensorModeTable.size()), static_cast<int>(multiConditionTable.size()));
+  HESK_LOGD(kOperation, "sensorModeTable size %d, %d", static_cast<int>(sensorModeTable.size()),
+            static_cast<int>(multiConditionTable.size()));
 
   getSensorModeCfgByMultiCondition(meta);
   getSensorModeCfgByEisMode(meta);
@@ -90,13 +81,12 @@ int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
   getSensorModeCfgByFps(meta);
   getSensorModeCfgByVideoAlgoType(meta);
   getSensorModeCfgByUiMode(meta);
-  HESK_LOGD(kOperation, "[%s] selectedSensorModeCfgs size %d", kOperation.name,
+  HESK_LOGD(kOperation, "selectedSensorModeCfgs size %d",
             static_cast<int>(selectedSensorModeCfgs.size()));
 
   std::int32_t sensorMode = baseScenario(isVideoMode);
   const std::int32_t special = specialCustomize(meta, std::move(info));
   if (special != NO_DECISION) sensorMode = special;
-  HESK_LOGD(kOperation, "[%s] sensorMode %lld", kOperation.name,
-            static_cast<long long>(sensorMode));
+  HESK_LOGD(kOperation, "sensorMode %lld", static_cast<long long>(sensorMode));
   return sensorMode;
 }

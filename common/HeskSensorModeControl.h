@@ -27,7 +27,6 @@
 #include "platform/ParsedStreamInfo.h"
 
 namespace hesk {
-class DecisionObserver;
 struct RuleCondition;
 }  // namespace hesk
 
@@ -125,5 +124,4 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   std::vector<SensorModeCfg> multiConditionTable;     // and of several
   std::vector<SensorModeCfg> selectedSensorModeCfgs;  // what the filters selected
   std::array<char, 32> productName{};
-  hesk::DecisionObserver* mObserver = nullptr;  // the tool's; not owned
 };

@@ -79,68 +79,65 @@ namespace {
 constexpr RuleCondition kIsHfpsMode{
     wantedBy<&SensorModeCfg::isHfpsMode>, foundIn<tags::MTK_STREAMING_FEATURE_HFPS_MODE, 0>,
     [](const Match& match) {
-      HESK_LOGD(kSeveral, "[%s] selected by HfpsMode %d, [%d:%d]", kSeveral.name,
-                numberOf(match.value), match.count, match.conditionCount);
+      HESK_LOGD(kSeveral, "selected by HfpsMode %d, [%d:%d]", numberOf(match.value), match.count,
+                match.conditionCount);
     },
     [](const Match& match) {
-      HESK_LOGD(kByIsHfpsMode, "[%s] selected by hfpsMode %d", kByIsHfpsMode.name,
-                numberOf(match.value));
+      HESK_LOGD(kByIsHfpsMode, "selected by hfpsMode %d", numberOf(match.value));
     }};
 
 constexpr RuleCondition kAppType{
     wantedBy<&SensorModeCfg::appType>, appType,
     [](const Match& match) {
-      HESK_LOGD(kSeveral, "[%s] selected by apptype %s, [%d:%d]", kSeveral.name,
-                textOf(match.value), match.count, match.conditionCount);
+      HESK_LOGD(kSeveral, "selected by apptype %s, [%d:%d]", textOf(match.value), match.count,
+                match.conditionCount);
     },
     [](const Match& match) {
-      HESK_LOGD(kByApptype, "[%s] selected by appType %s", kByApptype.name, textOf(match.value));
+      HESK_LOGD(kByApptype, "selected by appType %s", textOf(match.value));
     }};
 
-constexpr RuleCondition kFps{wantedBy<&SensorModeCfg::fps>, upperFrameRate,
-                             [](const Match& match) {
-                               HESK_LOGD(kSeveral, "[%s] selected by fps %d,%d, [%d:%d]",
-                                         kSeveral.name, readFrameRateRange(match.meta).lower,
-                                         numberOf(match.value), match.count, match.conditionCount);
-                             },
-                             [](const Match& match) {
-                               HESK_LOGD(kByFps, "[%s] selected by fps %d,%d", kByFps.name,
-                                         readFrameRateRange(match.meta).lower,
-                                         numberOf(match.value));
-                             }};
+constexpr RuleCondition kFps{
+    wantedBy<&SensorModeCfg::fps>, upperFrameRate,
+    [](const Match& match) {
+      HESK_LOGD(kSeveral, "selected by fps %d,%d, [%d:%d]", readFrameRateRange(match.meta).lower,
+                numberOf(match.value), match.count, match.conditionCount);
+    },
+    [](const Match& match) {
+      HESK_LOGD(kByFps, "selected by fps %d,%d", readFrameRateRange(match.meta).lower,
+                numberOf(match.value));
+    }};
 
 constexpr RuleCondition kEisMode{
     wantedBy<&SensorModeCfg::eisMode>,
     foundIn<tags::HESK_CONTROL_EISENABLE, SensorModeCfg::kMissing>,
     [](const Match& match) {
-      HESK_LOGD(kSeveral, "[%s] selected by eisMode %d, [%d:%d]", kSeveral.name,
-                numberOf(match.value), match.count, match.conditionCount);
+      HESK_LOGD(kSeveral, "selected by eisMode %d, [%d:%d]", numberOf(match.value), match.count,
+                match.conditionCount);
     },
     [](const Match& match) {
-      HESK_LOGD(kByEisMode, "[%s] selected by eisMode %d", kByEisMode.name, numberOf(match.value));
+      HESK_LOGD(kByEisMode, "selected by eisMode %d", numberOf(match.value));
     }};
 
 constexpr RuleCondition kVideoAlgoType{
     wantedBy<&SensorModeCfg::videoAlgoType>,
     foundIn<tags::HESK_CONTROL_VIDEOALGOTYPE, SensorModeCfg::kMissing>,
     [](const Match& match) {
-      HESK_LOGD(kSeveral, "[%s] selected by videoAlgoType %d, [%d:%d]", kSeveral.name,
-                numberOf(match.value), match.count, match.conditionCount);
+      HESK_LOGD(kSeveral, "selected by videoAlgoType %d, [%d:%d]", numberOf(match.value),
+                match.count, match.conditionCount);
     },
     [](const Match& match) {
-      HESK_LOGD(kByVideoAlgoType, "[%s] selected by videoAlgoType %d", kByVideoAlgoType.name,
-                numberOf(match.value));
+      HESK_LOGD(kByVideoAlgoType, "selected by videoAlgoType %d", numberOf(match.value));
     }};
 
 constexpr RuleCondition kUiMode{
     wantedBy<&SensorModeCfg::uiMode>,
     foundIn<tags::COM_HESK_CURRENTUIMODULE, SensorModeCfg::kMissing>,
     [](const Match& match) {
-      HESK_LOGD(kSeveral, "[%s] selected by uimode %d, [%d:%d]", kSeveral.name,
-                numberOf(match.value), match.count, match.conditionCount);
+      HESK_LOGD(kSeveral, "selected by uimode %d, [%d:%d]", numberOf(match.value), match.count,
+                match.conditionCount);
     },
     [](const Match& match) {
-      HESK_LOGD(kByUiMode, "[%s] selected by uimode %d", kByUiMode.name, numberOf(match.value));
+      HESK_LOGD(kByUiMode, "selected by uimode %d", numberOf(match.value));
     }};
 
 /// Whether, counted condition by condition, as many are met as the rule counts. Each condition
@@ -157,7 +154,7 @@ bool meetsSeveral(const SensorModeCfg& rule, const IMetadata* meta) {
     // Behind the first condition the count is not looked at.
     if (condition != &kIsHfpsMode && count == rule.conditionCount) return true;
   }
-  HESK_LOGD(kSeveral, "[%s] current SensorModeCfg don't meet the requirement", kSeveral.name);
+  HESK_LOGD(kSeveral, "current SensorModeCfg don't meet the requirement");
   return false;
 }
 
@@ -184,7 +181,7 @@ void HeskSensorModeControl::getSensorModeCfgByMultiCondition(IMetadata* meta) {
                    [&](const SensorModeCfg& each) { return meetsSeveral(each, meta); });
   if (rule == multiConditionTable.rend()) return;
   selectedSensorModeCfgs.push_back(*rule);
-  HESK_LOGD(kSeveral, "[%s] selected", kSeveral.name);
+  HESK_LOGD(kSeveral, "selected");
 }
 
 void HeskSensorModeControl::getSensorModeCfgByEisMode(IMetadata* meta) {

@@ -1,5 +1,4 @@
-// The window through which the tool and the tests see the sensor mode control's fields. Nothing
-// that runs on a phone includes it.
+// Gives the tool and the tests access to the sensor mode control's fields. Not used on a phone.
 
 #pragma once
 
@@ -8,21 +7,11 @@
 struct HeskSensorModeControlInspector {
   HeskSensorModeControl& control;
 
+  [[nodiscard]] auto& sensorModeTable() const { return control.sensorModeTable; }
+  [[nodiscard]] auto& multiConditionTable() const { return control.multiConditionTable; }
   [[nodiscard]] auto& selectedSensorModeCfgs() const { return control.selectedSensorModeCfgs; }
   [[nodiscard]] const char* productName() const { return control.productName.data(); }
-
-  /// Lets an observer follow the decisions that are made as long as this lives.
-  class Observation {
-   public:
-    Observation(HeskSensorModeControl& control, hesk::DecisionObserver& observer)
-        : mControl(control) {
-      mControl.mObserver = &observer;
-    }
-    ~Observation() { mControl.mObserver = nullptr; }
-    Observation(const Observation&) = delete;
-    Observation& operator=(const Observation&) = delete;
-
-   private:
-    HeskSensorModeControl& mControl;
-  };
+  [[nodiscard]] std::int32_t baseScenario(bool isVideoMode) const {
+    return control.baseScenario(isVideoMode);
+  }
 };

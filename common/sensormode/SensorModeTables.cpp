@@ -188,3 +188,11 @@ const std::vector<SensorModeTable> kTables = {
 }  // namespace
 
 const std::vector<SensorModeTable>& hesk::sensorModeTables() { return kTables; }
+
+const SensorModeTable* hesk::findSensorModeTable(std::string_view product) {
+  const SensorModeTable* found = nullptr;
+  for (const SensorModeTable& table : kTables) {
+    if (product.starts_with(table.productName)) found = &table;
+  }
+  return found;
+}

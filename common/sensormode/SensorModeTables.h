@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// One rule: conditions on a stream configuration, and the scenario for one that meets them.
@@ -37,8 +38,10 @@ struct SensorModeTable {
 
 namespace hesk {
 
-/// The tables of all products, built when the library is loaded and never changed. Of tables whose
-/// names both begin the product's the last counts.
+/// The tables of all products, built when the library is loaded and never changed.
 const std::vector<SensorModeTable>& sensorModeTables();
+
+/// The last table whose name begins the product's; null if there is none.
+const SensorModeTable* findSensorModeTable(std::string_view product);
 
 }  // namespace hesk

@@ -30,12 +30,12 @@ void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IM
       NSCam::getMtkcamModuleFactory(NSCam::kModuleDefaultShading));
   const auto shading = create != nullptr ? create(kUpdaterUser, sensor) : nullptr;
   if (shading == nullptr) {
-    HESK_LOGE(kOperation, "[%s] no default shading for sensor %d", kOperation.name, sensor);
+    HESK_LOGE(kOperation, "no default shading for sensor %d", sensor);
     return;
   }
   const IMetadata answer = shading->query(halMeta, appMeta);
   if (outMeta != nullptr) *outMeta += answer;
-  HESK_LOGD(kOperation, "[%s] get shadingtable default", kOperation.name);
+  HESK_LOGD(kOperation, "get shadingtable default");
 }
 
 void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
@@ -44,8 +44,7 @@ void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
 
   const auto hal3A = borrowHal3A(sensor);
   if (hal3A == nullptr) {
-    HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
-              kOperation.name);
+    HESK_LOGD(kOperation, "HeskParameterUpdater create IHal3A instance failed");
     return;
   }
   std::array<float, std::size_t{kGrid.w} * kGrid.h * kChannels> table{};
@@ -53,7 +52,7 @@ void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
   hal3A->control(NS3Av3::IHal3A::kGetShadingTable, reinterpret_cast<std::intptr_t>(&grid),
                  reinterpret_cast<std::intptr_t>(table.data()));
   writeAll(outMeta, tags::ANDROID_STATISTICS_LENS_SHADING_MAP, table);
-  HESK_LOGD(kOperation, "[%s] get shadingtable from 3a", kOperation.name);
+  HESK_LOGD(kOperation, "get shadingtable from 3a");
 }
 
 bool isShadingOf3A(std::int64_t mode) {
@@ -64,8 +63,7 @@ bool isShadingOf3A(std::int64_t mode) {
 void markSlave(IMetadata* outMeta, const IMetadata* halMeta, std::int32_t cameraId) {
   const std::int32_t master = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 0);
   const std::int32_t slave = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 1);
-  HESK_LOGD(kOperation, "[%s] materID %d, slaveID %d, current camera id %d", kOperation.name,
-            master, slave, cameraId);
+  HESK_LOGD(kOperation, "materID %d, slaveID %d, current camera id %d", master, slave, cameraId);
   if (master != slave && slave == cameraId) write(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, 1);
 }
 
@@ -84,14 +82,11 @@ bool isWithoutSat(const IMetadata* appMeta, std::int64_t mode) {
 }
 
 float appZoomRatio(const IMetadata* appMeta) {
-  HESK_LOGD(kOperation, "[%s] no MTK_SENSOR_SCALER_CROP_REGION,use HESK_CONTROL_ZOOM_ZOOM_RATIO",
-            kOperation.name);
+  HESK_LOGD(kOperation, "no MTK_SENSOR_SCALER_CROP_REGION,use HESK_CONTROL_ZOOM_ZOOM_RATIO");
   if (const auto ratio = readIfPresent(appMeta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO)) return *ratio;
-  HESK_LOGE(
-      kOperation,
-      "[%s] both MTK_SENSOR_SCALER_CROP_REGION and HESK_CONTROL_ZOOM_ZOOM_RATIO not set,use 1.0f "
-      "default!",
-      kOperation.name);
+  HESK_LOGE(kOperation,
+            "both MTK_SENSOR_SCALER_CROP_REGION and HESK_CONTROL_ZOOM_ZOOM_RATIO not set,use 1.0f "
+            "default!");
   return 1.0F;
 }
 
@@ -101,10 +96,10 @@ float arrayToCropRatio(MRect crop, const IMetadata* statics, std::int32_t camera
   if (statics == nullptr) return 1.0F;
   const auto array = readIfPresent(statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION);
   if (array) {
-    HESK_LOGD(kOperation, "[%s] currentCameraId: %d, active array(%d, %d, %dx%d)", kOperation.name,
-              cameraId, array->x, array->y, array->w, array->h);
+    HESK_LOGD(kOperation, "currentCameraId: %d, active array(%d, %d, %dx%d)", cameraId, array->x,
+              array->y, array->w, array->h);
   } else {
-    HESK_LOGE(kOperation, "[%s]  Cann't get MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION", kOperation.name);
+    HESK_LOGE(kOperation, " Cann't get MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION");
   }
   return static_cast<float>(array ? array->w : 0) / static_cast<float>(crop.w);
 }
@@ -114,8 +109,8 @@ void writeZoomRatio(IMetadata* outMeta, const IMetadata* appMeta, const IMetadat
   const auto crop = readIfPresent(halMeta, tags::MTK_P1NODE_SCALAR_CROP_REGION);
   const float ratio = crop ? arrayToCropRatio(*crop, statics, cameraId) : appZoomRatio(appMeta);
   const int status = write(outMeta, tags::MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO, ratio);
-  HESK_LOGD(kOperation, "[%s] Current camera id %d, physicalZoomRatio: %f, result:%d",
-            kOperation.name, cameraId, ratio, status);
+  HESK_LOGD(kOperation, "Current camera id %d, physicalZoomRatio: %f, result:%d", cameraId, ratio,
+            status);
 }
 
 /// What a sensor's static characteristics say of its phase-detection pixels.
@@ -133,17 +128,15 @@ struct PdDescription {
 PdDescription readPdDescription(const IMetadata* statics) {
   const auto compensation = readIfPresent(statics, tags::COM_HESK_ISPDCOMPENSATION);
   if (compensation) {
-    HESK_LOGD(kOperation, "[%s] preview COM_HESK_ISPDCOMPENSATION:%d", kOperation.name,
-              *compensation);
+    HESK_LOGD(kOperation, "preview COM_HESK_ISPDCOMPENSATION:%d", *compensation);
   } else {
-    HESK_LOGE(kOperation, "[%s] preview Get Meta :COM_HESK_ISPDCOMPENSATION Error",
-              kOperation.name);
+    HESK_LOGE(kOperation, "preview Get Meta :COM_HESK_ISPDCOMPENSATION Error");
   }
   const auto bufferType = readIfPresent(statics, tags::COM_HESK_PDBUFFERTYPE);
   if (bufferType) {
-    HESK_LOGD(kOperation, "[%s] preview COM_HESK_PDBUFFERTYPE:%d", kOperation.name, *bufferType);
+    HESK_LOGD(kOperation, "preview COM_HESK_PDBUFFERTYPE:%d", *bufferType);
   } else {
-    HESK_LOGE(kOperation, "[%s] preview Get Meta :COM_HESK_PDBUFFERTYPE Error", kOperation.name);
+    HESK_LOGE(kOperation, "preview Get Meta :COM_HESK_PDBUFFERTYPE Error");
   }
   return {.compensation = compensation.value_or(0), .bufferType = bufferType.value_or(0)};
 }
@@ -154,8 +147,8 @@ void writeFaces(IMetadata* outMeta, NSCam::IFDContainer& container, std::int32_t
 
   NSCam::FaceRecord record;
   container.queryLatest(sensor, record);
-  HESK_LOGD(kOperation, "[%s] fdChunk FD num:%d, MAX_FACES: %d, sensorId %d", kOperation.name,
-            record.count, kMostFaces, sensor);
+  HESK_LOGD(kOperation, "fdChunk FD num:%d, MAX_FACES: %d, sensorId %d", record.count, kMostFaces,
+            sensor);
   std::array<MRect, kMostFaces> rects;
   const auto taken = static_cast<std::size_t>(std::clamp(record.count, 0, kMostFaces));
   for (std::size_t i = 0; i < taken; ++i) rects[i] = record.faces[i].rect;
@@ -200,7 +193,7 @@ void HeskParameterUpdater::updateCaptureRawParameter(IMetadata* appMeta, IMetada
   const IMetadata* statics = cameraCharacteristics(cameraId);
   writeZoomRatio(outMeta, appMeta, halMeta, statics, cameraId);
   if (statics == nullptr) {
-    HESK_LOGE(kOperation, "[%s] PDAF pMetadataProvider.get() == NULL", kOperation.name);
+    HESK_LOGE(kOperation, "PDAF pMetadataProvider.get() == NULL");
   } else if (const PdDescription pd = readPdDescription(statics); pd.isLayoutNeeded()) {
     updateSensorPdafInfo(cameraId, pd.compensation, pd.bufferType, outMeta);
   }

@@ -56,20 +56,19 @@ std::optional<FrameRateRange> limitFrameRate(IMetadata* request, std::string_vie
   if (!isLimitedAppOrMode(request, appName) && manual.lower == 0) return {};
   if (manual.lower >= 1 && manual.lower <= manual.upper && manual.upper <= kHighestManual) {
     writeFrameRateRange(request, manual);
-    HESK_LOGD(kAppOperation, "[%s] manul set fps range set default fps range %d ~ %d fps",
-              kAppOperation.name, manual.lower, manual.upper);
+    HESK_LOGD(kAppOperation, "manul set fps range set default fps range %d ~ %d fps", manual.lower,
+              manual.upper);
     return manual;
   }
   if (!has(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE)) {
     writeFrameRateRange(request, kLimit);
-    HESK_LOGD(kAppOperation, "[%s] set default fps range 5 ~ 24 fps", kAppOperation.name);
+    HESK_LOGD(kAppOperation, "set default fps range 5 ~ 24 fps");
     return kLimit;
   }
   const FrameRateRange asked = readFrameRateRange(request);
   if (asked.upper <= kLimit.upper) return {};
   writeFrameRateRange(request, kLimit);
-  HESK_LOGD(kAppOperation, "[%s] set fps range 5 ~ 24 fps before %d ~ %d fps", kAppOperation.name,
-            asked.lower, asked.upper);
+  HESK_LOGD(kAppOperation, "set fps range 5 ~ 24 fps before %d ~ %d fps", asked.lower, asked.upper);
   return kLimit;
 }
 
@@ -88,8 +87,7 @@ void pinFrameRate(IMetadata* request, const std::optional<FrameRateRange>& limit
   }
   if (!has(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE)) return;
   const FrameRateRange range = readFrameRateRange(request);
-  HESK_LOGD(kAppOperation, "[%s] videonr2.0 set fps range to %d ~ %d fps", kAppOperation.name,
-            range.lower, range.upper);
+  HESK_LOGD(kAppOperation, "videonr2.0 set fps range to %d ~ %d fps", range.lower, range.upper);
 }
 
 }  // namespace
@@ -132,6 +130,5 @@ void hesk::fixHighFrameRate(IMetadata* request) {
   const std::int32_t frameRate = read(request, tags::HESK_CONTROL_FPS_RANGE_MAX);
   if (frameRate < kLowestFixed) return;
   writeFrameRateRange(request, {.lower = frameRate, .upper = frameRate});
-  HESK_LOGI(kRequestOperation, "[%s] update MTK_CONTROL_AE_TARGET_FPS_RANGE:%d",
-            kRequestOperation.name, frameRate);
+  HESK_LOGI(kRequestOperation, "update MTK_CONTROL_AE_TARGET_FPS_RANGE:%d", frameRate);
 }

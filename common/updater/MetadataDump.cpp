@@ -37,7 +37,7 @@ MetadataDumpPath pathOf(const char* label, int frameNumber) {
   MetadataDumpPath path{};
   const int length = formatMetadataDumpPath(path, label, frameNumber, currentTimeStamp().data());
   if (static_cast<std::size_t>(length) >= path.size()) {
-    HESK_LOGE(kOperation, "[%s] no room for the path of the dump %s", kOperation.name, label);
+    HESK_LOGE(kOperation, "no room for the path of the dump %s", label);
     std::fprintf(stderr,
                  "dumpMetadata: the path of dump \"%s\" has %d characters, at most %zu fit\n",
                  label, length, path.size() - 1);
@@ -56,11 +56,11 @@ void HeskParameterUpdater::dumpMetadata(camera_metadata* meta, const char* name,
   std::int32_t intent = 0;
   if (!readIntent(meta, intent)) return;
   const bool isSnapshot = intent == kStillCapture;
-  HESK_LOGI(kOperation, "frameNumber %d isSnapshot %d", frameNumber, isSnapshot);
+  HESK_LOG_RECORD(kOperation, log::kInfo, "frameNumber %d isSnapshot %d", frameNumber, isSnapshot);
   if (!isSnapshot) return;
 
   const MetadataDumpPath path = pathOf(name, frameNumber);
-  HESK_LOGI(kOperation, "dump metadata name is %s", path.data());
+  HESK_LOG_RECORD(kOperation, log::kInfo, "dump metadata name is %s", path.data());
   const int file = cam::open(path.data(), O_RDWR | O_CREAT, 0666);
   if (file < 0) return;
   if (file >= 1) dump_camera_metadata(meta, file, kEveryValue);

@@ -18,7 +18,7 @@ using NSCam::IMetadata;
 int firstPhysicalCamera(int deviceId, const log::Operation& operation) {
   const std::uint8_t character =
       read(staticCharacteristics(deviceId), tags::ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS);
-  HESK_LOGD(operation, "[%s] main %d", operation.name, character);
+  HESK_LOGD(operation, "main %d", character);
   return character - '0';
 }
 
@@ -32,7 +32,7 @@ std::int32_t HeskParameterUpdater::getMulticamMasterID(int deviceId, IMetadata* 
   constexpr log::Operation kOperation = updaterOperation("getMulticamMasterID");
 
   if (const auto master = readIfPresent(halMeta, tags::MTK_MULTICAM_REAL_MASTER_ID)) {
-    HESK_LOGD(kOperation, "[%s] masterid %d", kOperation.name, *master);
+    HESK_LOGD(kOperation, "masterid %d", *master);
     if (mMulticamFeatureMode == MulticamFeatureMode::logicalMulticam) return *master;
   }
   return firstPhysicalCamera(deviceId, kOperation);
@@ -45,6 +45,6 @@ void HeskParameterUpdater::setCameraRole(IMetadata* outMeta, int cameraId) {
   const auto cameras = sat.cameras();
   const auto camera = std::ranges::find(cameras, cameraId, &TqcSat::Camera::id);
   const std::int32_t role = camera != cameras.end() ? camera->role : sat.defaultRole();
-  HESK_LOGI(kOperation, "[%s] current snapshot cameraRole %d", kOperation.name, role);
+  HESK_LOGI(kOperation, "current snapshot cameraRole %d", role);
   write(outMeta, tags::MTK_RAW_ALGO_CAMERA_ROLE, role);
 }

@@ -42,7 +42,7 @@ void copyRemosaic(IMetadata* request) {
   const auto remosaic = readIfPresent(request, tags::HESK_CONTROL_ALGO_OVERRIDE);
   if (!remosaic) return;
   write(request, tags::MTK_CONTROL_CAPTURE_REMOSAIC_EN, *remosaic);
-  HESK_LOGD(kOperation, "[%s] MTK_CONTROL_CAPTURE_REMOSAIC_EN: %d", kOperation.name, *remosaic);
+  HESK_LOGD(kOperation, "MTK_CONTROL_CAPTURE_REMOSAIC_EN: %d", *remosaic);
 }
 
 void publishWhiteBalance(const IMetadata* request) {
@@ -56,12 +56,12 @@ void publishUiModule(const IMetadata* request) {
   const auto uiModule = readIfPresent(request, tags::COM_HESK_CURRENTUIMODULE);
   if (!uiModule) return;
   publish("HESK_CURRENTUIMODE", *uiModule);
-  HESK_LOGD(kOperation, "HESK_CURRENTUIMODE: %d", *uiModule);
+  HESK_LOG_RECORD(kOperation, log::kDebug, "HESK_CURRENTUIMODE: %d", *uiModule);
 }
 
 void publishMotionLevel(const IMetadata* request) {
   const std::int32_t motionLevel = read(request, tags::HESK_CONTROL_MOTIONLEVEL, -1);
-  HESK_LOGD(kOperation, "HESK_MOTIONLEVEL : %d", motionLevel);
+  HESK_LOG_RECORD(kOperation, log::kDebug, "HESK_MOTIONLEVEL : %d", motionLevel);
   publish("HESK_MOTIONLEVEL", motionLevel);
 }
 
@@ -69,7 +69,7 @@ void publishSecondSnapshot(const IMetadata* request) {
   const auto secondSnapshot = readIfPresent(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT);
   if (!secondSnapshot) return;
   publish("HESK_ISSECONDSNAPSHOT", *secondSnapshot);
-  HESK_LOGD(kOperation, "HESK_ISSECONDSNAPSHOT : %d", *secondSnapshot);
+  HESK_LOG_RECORD(kOperation, log::kDebug, "HESK_ISSECONDSNAPSHOT : %d", *secondSnapshot);
 }
 
 }  // namespace

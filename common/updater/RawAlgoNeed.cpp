@@ -16,7 +16,7 @@ bool HeskParameterUpdater::isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta,
 
   const std::int64_t mode = read(appMeta, tags::HESK_CONTROL_CURRENTMODE);
   const std::int32_t isDualSlave = read(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, -1);
-  if (outMeta != nullptr) HESK_LOGI(kOperation, "isDualSlave %d", isDualSlave);
+  if (outMeta != nullptr) HESK_LOG_RECORD(kOperation, log::kInfo, "isDualSlave %d", isDualSlave);
 
   bool isNeeded = false;
   if (read(appMeta, tags::HESK_CONTROL_ALGO_OVERRIDE) != 0) {
@@ -26,6 +26,6 @@ bool HeskParameterUpdater::isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta,
   } else {
     isNeeded = (mode & kRawAlgoModes) != 0;
   }
-  HESK_LOGI(kOperation, "isNeedRawAlgo %d", isNeeded);
+  HESK_LOG_RECORD(kOperation, log::kInfo, "isNeedRawAlgo %d", isNeeded);
   return isNeeded;
 }

@@ -49,7 +49,7 @@ void writeMoonRawType(IMetadata* meta, std::string_view appName) {
   const bool isZoomed = read(meta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 1.0F) > 1.0F;
   if (isZoomed && appName == "SuperMoon") {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, kSuperMoonRawTypes);
-    HESK_LOGD(kOperation, "[%s] superMoon update rawtype 4+8+16+32", kOperation.name);
+    HESK_LOGD(kOperation, "superMoon update rawtype 4+8+16+32");
   } else {
     clear(meta, tags::MTK_CONTROL_RAW_TYPE);
   }

@@ -38,7 +38,7 @@ void echoVideoNoiseReduction(IMetadata* result) {
   if (eventValue("APP_NAME") != "VideoNight") return;
   const auto recommendation = eventNumber<std::int32_t>("HESK_VIDEONRRECOMMAND", 0);
   write(result, tags::HESK_FEEDBACK_VIDEONRRECOMMEND, recommendation);
-  HESK_LOGD(kOperation, "[%s] HESK_FEEDBACK_VIDEONRRECOMMEND:%d", kOperation.name, recommendation);
+  HESK_LOGD(kOperation, "HESK_FEEDBACK_VIDEONRRECOMMEND:%d", recommendation);
 }
 
 void publishPreviewScene(std::optional<std::int32_t> scene) {
@@ -79,14 +79,12 @@ void writePairAndLux(IMetadata* result, std::int32_t sensor) {
 
 void echoRequestNo(IMetadata* result, unsigned int requestNo) {
   write(result, tags::HESK_CONTROL_REQUESTNO, static_cast<std::int32_t>(requestNo));
-  HESK_LOGD(kOperation, "[%s] update frameNo %d in HESK_CONTROL_REQUESTNO", kOperation.name,
-            requestNo);
+  HESK_LOGD(kOperation, "update frameNo %d in HESK_CONTROL_REQUESTNO", requestNo);
 }
 
 void echoColourTemperatureUse(IMetadata* result) {
   const std::int32_t aeCctUseData = read(result, tags::MTK_3A_AE_CCT_USE_DATA);
-  HESK_LOGD(kOperation, "[%s] [%s]aeCctUseData: %d", kOperation.name, kOperation.name,
-            aeCctUseData);
+  HESK_LOGD(kOperation, "[%s]aeCctUseData: %d", kOperation.name, aeCctUseData);
   write(result, tags::MTK_RAW_ALGO_AE_CCT_USE_DATA, aeCctUseData);
 }
 

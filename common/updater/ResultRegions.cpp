@@ -74,8 +74,7 @@ void HeskParameterUpdater::translateResultRegionForHesk(IMetadata* result, float
     case kHumanBodies.value: translatHumanBodyRegion(result, &converter, ratio, index); break;
     case kEyes.value: translateEyeRegion(result, &converter, ratio, index); break;
     default:
-      HESK_LOGE(kOperation, "[%s] please check tag id: %d", kOperation.name,
-                static_cast<std::int32_t>(tag));
+      HESK_LOGE(kOperation, "please check tag id: %d", static_cast<std::int32_t>(tag));
       break;
   }
 }

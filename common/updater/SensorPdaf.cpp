@@ -31,12 +31,12 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
                                                NSCam::IMetadata* outMeta) {
   NSCam::IHalSensorList* const list = sensorList();
   if (list == nullptr) {
-    HESK_LOGE(kOperation, "[%s] pHalSensorList == NULL", kOperation.name);
+    HESK_LOGE(kOperation, "pHalSensorList == NULL");
     return kNothingWritten;
   }
   const Borrowed<NSCam::IHalSensor> sensor(list->createSensor(kUser, openId));
   if (sensor == nullptr) {
-    HESK_LOGE(kOperation, "[%s] pIHalSensor is NULL", kOperation.name);
+    HESK_LOGE(kOperation, "pIHalSensor is NULL");
     return kNothingWritten;
   }
 
@@ -54,15 +54,14 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
   send(NSCam::IHalSensor::kSupportsPd, pdSupport);
   if (pdSupport != 0) {
     send(NSCam::IHalSensor::kGetPdBlock, block);
-    HESK_LOGD(kOperation, "[%s] PDAF_STATS_DATA_SIZE %d.", kOperation.name,
-              static_cast<int>(PDAF_STATS_DATA_SIZE));
+    HESK_LOGD(kOperation, "PDAF_STATS_DATA_SIZE %d.", static_cast<int>(PDAF_STATS_DATA_SIZE));
     status = writeAll(outMeta, tags::MTK_RAW_ALGO_PDAF_INFO, pdafRecordOf(block, pdBufferType));
   }
   HESK_LOGD(kOperation,
-            "[%s] pdaf openid %d queryId %d isPDComp %d bSensorModeSupportPD %d PDAFInfo %d %d, %d "
+            "pdaf openid %d queryId %d isPDComp %d bSensorModeSupportPD %d PDAFInfo %d %d, %d "
             "%d, %d. "
             "ret = %d",
-            kOperation.name, openId, deviceIndex, isPDComp, pdSupport, block.words[2],
-            block.words[3], block.words[0], block.words[1], block.words[4], status);
+            openId, deviceIndex, isPDComp, pdSupport, block.words[2], block.words[3],
+            block.words[0], block.words[1], block.words[4], status);
   return status;
 }

@@ -39,14 +39,13 @@ void tellStereoSettings(const IMetadata* session) {
   const std::int32_t eisEnable = read(session, tags::HESK_CONTROL_EISENABLE, kMissing);
   StereoSettingProvider::setEisEnable(eisEnable);
   const std::int32_t videoAlgoType = read(session, tags::HESK_CONTROL_VIDEOALGOTYPE, kMissing);
-  HESK_LOGD(kOperation, "[%s] set eisEnable = %d, videoAlgoType = %d", kOperation.name, eisEnable,
-            videoAlgoType);
+  HESK_LOGD(kOperation, "set eisEnable = %d, videoAlgoType = %d", eisEnable, videoAlgoType);
   StereoSettingProvider::setVideoAlgoType(videoAlgoType);
 }
 
 std::int32_t readUiModule(const IMetadata* session) {
   const std::int32_t uiModule = read(session, tags::COM_HESK_CURRENTUIMODULE, kMissing);
-  HESK_LOGD(kOperation, "[%s] COM_HESK_CURRENTUIMODULE %d", kOperation.name, uiModule);
+  HESK_LOGD(kOperation, "COM_HESK_CURRENTUIMODULE %d", uiModule);
   return uiModule;
 }
 
@@ -54,7 +53,7 @@ std::int32_t readUiModule(const IMetadata* session) {
 std::int32_t readFrameRate(const IMetadata* session) {
   const std::int32_t lower = readOrZero(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0);
   const std::int32_t upper = readOrZero(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 1);
-  HESK_LOGD(kOperation, "[%s] aeTargetFpsRange %d, %d", kOperation.name, lower, upper);
+  HESK_LOGD(kOperation, "aeTargetFpsRange %d, %d", lower, upper);
   return upper;
 }
 
@@ -95,7 +94,7 @@ void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::s
     write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{0});
     return;
   }
-  HESK_LOGD(kOperation, "[%s] use mtk eis for 4k and 60fps video", kOperation.name);
+  HESK_LOGD(kOperation, "use mtk eis for 4k and 60fps video");
   write(session, tags::HESK_CONTROL_EISENABLE, 0);
   write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{1});
   write(session, tags::unlisted::SESSION_4K60_0, 1);
@@ -111,8 +110,7 @@ void copyPictureInPictureDevices(IMetadata* session) {
   if (!has(session, tags::unlisted::APP_PIP_DEVICES)) return;
   const std::int32_t first = read(session, tags::unlisted::APP_PIP_DEVICES, 0, 0);
   const std::int32_t second = read(session, tags::unlisted::APP_PIP_DEVICES, 0, 1);
-  HESK_LOGD(kOperation, "[%s] update MTK_STREAMING_FEATURE_PIP_DEVICES %d, %d", kOperation.name,
-            first, second);
+  HESK_LOGD(kOperation, "update MTK_STREAMING_FEATURE_PIP_DEVICES %d, %d", first, second);
   write(session, tags::MTK_STREAMING_FEATURE_PIP_DEVICES, first, second);
 }
 
@@ -159,7 +157,7 @@ void HeskParameterUpdater::chooseMulticamFeatureMode(IMetadata* session) {
       mMulticamFeatureMode = MulticamFeatureMode::logicalMulticam;
       multicamEnable = 0;
       break;
-    default: HESK_LOGD(kOperation, "[%s] multicam get wrong FeatureMode", kOperation.name); break;
+    default: HESK_LOGD(kOperation, "multicam get wrong FeatureMode"); break;
   }
   write(session, tags::MTK_HESK_MULTICAM_ENABLE, multicamEnable);
 }
@@ -178,6 +176,6 @@ void HeskParameterUpdater::recordStreams(const IMetadata* session, const ImageSt
     mHasVideoStream = true;
     if (!isFlipped || stream == nullptr) continue;
     stream->setTransform(NSCam::eTransform_FLIP_V);
-    HESK_LOGD(kOperation, "[%s] set VideoFlip to eTransform_FLIP_V", kOperation.name);
+    HESK_LOGD(kOperation, "set VideoFlip to eTransform_FLIP_V");
   }
 }

@@ -25,10 +25,10 @@ void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operati
   if (!videoHdr) return;
   if (*videoHdr == 1) {
     write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeVideoOn);
-    HESK_LOGD(operation, "[%s] set MTK_HDR_FEATURE_HDR_MODE_VIDEO_ON", operation.name);
+    HESK_LOGD(operation, "set MTK_HDR_FEATURE_HDR_MODE_VIDEO_ON");
   } else {
     write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeOff);
-    HESK_LOGD(operation, "[%s] set MTK_HDR_FEATURE_HDR_MODE_OFF", operation.name);
+    HESK_LOGD(operation, "set MTK_HDR_FEATURE_HDR_MODE_OFF");
   }
 }
 
@@ -51,9 +51,7 @@ void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::st
 
   if (sensor != kUltraWideSensor || appName != "Production") return;
   write(metadata, tags::ANDROID_CONTROL_SCENE_MODE, kScene);
-  HESK_LOGD(operation,
-            "[%s] UltraWide Camera in Production line set MTK_CONTROL_SCENE_MODE_LANDSCAPE",
-            operation.name);
+  HESK_LOGD(operation, "UltraWide Camera in Production line set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
 }
 
 }  // namespace hesk

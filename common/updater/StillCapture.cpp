@@ -47,9 +47,8 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
                                               std::string_view appType, std::int64_t currentMode) {
   const std::uint8_t enableZsl = read(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, kAbsentByte);
   const bool isZslOff = enableZsl == 0;
-  HESK_LOGE(kOperation, "[%s] cap request app enableZsl %d, currentMode %lld, requestNo %d",
-            kOperation.name, enableZsl, static_cast<long long>(currentMode),
-            static_cast<std::int32_t>(requestNo));
+  HESK_LOGE(kOperation, "cap request app enableZsl %d, currentMode %lld, requestNo %d", enableZsl,
+            static_cast<long long>(currentMode), static_cast<std::int32_t>(requestNo));
 
   const int mainId =
       isMulticam(mMulticamFeatureMode) ? getMulticamMainID(mInstanceId) : mInstanceId;
@@ -71,7 +70,7 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG1, 1);
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG0, 0);
   write(meta, tags::MTK_HESK_CAPTURE_COUNT, mCaptureCount);
-  HESK_LOGD(kOperation, "[%s] update CaptureCount:%d", kOperation.name, mCaptureCount);
+  HESK_LOGD(kOperation, "update CaptureCount:%d", mCaptureCount);
   setDumpPathForHeskDump(mInstanceId, meta);
   write(meta, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE,
         static_cast<std::int32_t>(mMulticamFeatureMode));
@@ -81,13 +80,11 @@ void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned i
                                                int mainId) {
   const std::int32_t hisFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 0);
   const std::int32_t nonHisFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 1);
-  HESK_LOGE(kOperation, "[%s] cap request hisframe %d, nonhisframe %d", kOperation.name, hisFrames,
-            nonHisFrames);
+  HESK_LOGE(kOperation, "cap request hisframe %d, nonhisframe %d", hisFrames, nonHisFrames);
 
   const auto hal3A = borrowHal3A(mainId);
   if (hal3A == nullptr) {
-    HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
-              kOperation.name);
+    HESK_LOGD(kOperation, "HeskParameterUpdater create IHal3A instance failed");
   }
 
   if (nonHisFrames >= 1) {
@@ -109,12 +106,12 @@ void HeskParameterUpdater::bookBurst(unsigned int firstRequestNo, std::int32_t f
   for (std::uint32_t index = 0; index < booked; ++index) {
     const std::uint32_t requestNo = firstRequestNo + index;  // request numbers wrap
     mNonZslFrames.emplace(requestNo, index);
-    HESK_LOGD(kOperation, "[%s] non-zsl Frames[frameNo %d/index %d]", kOperation.name,
+    HESK_LOGD(kOperation, "non-zsl Frames[frameNo %d/index %d]",
               static_cast<std::int32_t>(requestNo), static_cast<std::int32_t>(index));
   }
   if (frameCount > kMostBookedFrames) {
-    HESK_LOGE(kOperation, "[%s] non-zsl burst of %d frames, only the first %d are booked",
-              kOperation.name, frameCount, kMostBookedFrames);
+    HESK_LOGE(kOperation, "non-zsl burst of %d frames, only the first %d are booked", frameCount,
+              kMostBookedFrames);
   }
 }
 
@@ -132,5 +129,5 @@ void HeskParameterUpdater::writeBurstFrame(IMetadata* meta, unsigned int request
   const auto index = static_cast<std::int32_t>(frameIndex);
   write(meta, tags::MTK_HESK_FRAME_COUNT, count);
   write(meta, tags::MTK_HESK_FRAME_INDEX, index);
-  HESK_LOGD(kOperation, "[%s] frameCount %d, frameIndex %d", kOperation.name, count, index);
+  HESK_LOGD(kOperation, "frameCount %d, frameIndex %d", count, index);
 }

@@ -21,17 +21,15 @@ void forceFaceDetection(IMetadata* request, const std::string& appName) {
 
   if (appName != "TikTok" && appName != "TikTokExternal") return;
   if (const auto mode = readIfPresent(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE)) {
-    HESK_LOGD(kOperation, "[%s] Pack Name is: %s, FDMode is %d", kOperation.name, appName.c_str(),
-              *mode);
+    HESK_LOGD(kOperation, "Pack Name is: %s, FDMode is %d", appName.c_str(), *mode);
   }
   write(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE, kSimple);
-  HESK_LOGD(kOperation, "[%s] Pack Name is: %s, Force fd open for FaceAE", kOperation.name,
-            appName.c_str());
+  HESK_LOGD(kOperation, "Pack Name is: %s, Force fd open for FaceAE", appName.c_str());
 }
 
 void logTemperatureFrameRate(const IMetadata* request) {
   if (const auto frameRate = readIfPresent(request, tags::HESK_CONTROL_FPS_RANGE_MAX)) {
-    HESK_LOGD(kOperation, "[%s] temperaturefps:%d", kOperation.name, *frameRate);
+    HESK_LOGD(kOperation, "temperaturefps:%d", *frameRate);
   }
 }
 

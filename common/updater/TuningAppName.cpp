@@ -82,10 +82,8 @@ AppState readAppState(const IMetadata* request) {
                        .currentMode = read(request, tags::HESK_CONTROL_CURRENTMODE, -1),
                        .eisEnable = read(request, tags::HESK_CONTROL_EISENABLE, -1),
                        .sceneType = read(request, tags::COM_HESK_SCENETYPE)};
-  HESK_LOGD(kOperation,
-            "[%s] COM_HESK_CURRENTUIMODULE %d, HESK_CONTROL_CURRENTMODE %d, eisenable %d",
-            kOperation.name, state.uiModule, static_cast<std::int32_t>(state.currentMode),
-            state.eisEnable);
+  HESK_LOGD(kOperation, "COM_HESK_CURRENTUIMODULE %d, HESK_CONTROL_CURRENTMODE %d, eisenable %d",
+            state.uiModule, static_cast<std::int32_t>(state.currentMode), state.eisEnable);
   return state;
 }
 
@@ -117,8 +115,7 @@ bool namePhotoOrPanorama(IMetadata* request, const AppState& state) {
   if ((state.currentMode & kPanoramaModes) != 0) {
     setAppName("Panorama");
     write(request, tags::ANDROID_CONTROL_SCENE_MODE, kLandscape);
-    HESK_LOGD(kOperation, "[%s] Panorama mode set MTK_CONTROL_SCENE_MODE_LANDSCAPE",
-              kOperation.name);
+    HESK_LOGD(kOperation, "Panorama mode set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
     return true;
   }
   return false;
@@ -133,18 +130,18 @@ bool nameVideo(const IMetadata* request) {
 
 void setUpSuperNight(IMetadata* request, std::int32_t sceneType) {
   constexpr std::uint8_t kStillCapture = 2;
-  HESK_LOGD(kOperation, "[%s] sceneType %d", kOperation.name, sceneType);
+  HESK_LOGD(kOperation, "sceneType %d", sceneType);
   write(request, tags::ANDROID_CONTROL_SCENE_MODE, kNight);
-  HESK_LOGD(kOperation, "[%s] supernight mode set MTK_CONTROL_SCENE_MODE_NIGHT", kOperation.name);
+  HESK_LOGD(kOperation, "supernight mode set MTK_CONTROL_SCENE_MODE_NIGHT");
   if (read(request, tags::ANDROID_CONTROL_CAPTURE_INTENT) != kStillCapture) return;
   write(request, tags::MTK_HESK_SUPER_NIGHT_ON, 1);
-  HESK_LOGD(kOperation, "[%s] supernight mode set MTK_HESK_SUPER_NIGHT_ON", kOperation.name);
+  HESK_LOGD(kOperation, "supernight mode set MTK_HESK_SUPER_NIGHT_ON");
 }
 
 void setUpProfessional(IMetadata* request) {
   setEvent("APP_MODE", "Professional");
   write(request, tags::ANDROID_CONTROL_SCENE_MODE, kParty);
-  HESK_LOGD(kOperation, "[%s] Professional mode set MTK_CONTROL_SCENE_MODE_PARTY", kOperation.name);
+  HESK_LOGD(kOperation, "Professional mode set MTK_CONTROL_SCENE_MODE_PARTY");
 }
 
 bool nameModule(IMetadata* request, const AppState& state) {
@@ -192,5 +189,5 @@ void HeskParameterUpdater::updateTuningAppName(IMetadata* request, unsigned int 
     setAppName("OISTest");
   }
   const std::string appName = eventValue("APP_NAME");
-  HESK_LOGD(kOperation, "[%s] Set APPName:(%s)", kOperation.name, appName.c_str());
+  HESK_LOGD(kOperation, "Set APPName:(%s)", appName.c_str());
 }
