@@ -54,4 +54,11 @@ void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::st
   HESK_LOGD(operation, "UltraWide Camera in Production line set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
 }
 
+void copyColourTemperatureUse(const NSCam::IMetadata* source, NSCam::IMetadata* target,
+                              const log::Operation& operation) {
+  const std::int32_t aeCctUseData = read(source, tags::MTK_3A_AE_CCT_USE_DATA);
+  HESK_LOGD(operation, "[%s]aeCctUseData: %d", operation.name, aeCctUseData);
+  write(target, tags::MTK_RAW_ALGO_AE_CCT_USE_DATA, aeCctUseData);
+}
+
 }  // namespace hesk

@@ -33,4 +33,9 @@ void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor
 void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::string_view appName,
                         const log::Operation& operation);
 
+/// Copies MTK_3A_AE_CCT_USE_DATA of `source`, 0 if absent, to MTK_RAW_ALGO_AE_CCT_USE_DATA of
+/// `target`.
+void copyColourTemperatureUse(const NSCam::IMetadata* source, NSCam::IMetadata* target,
+                              const log::Operation& operation);
+
 }  // namespace hesk
