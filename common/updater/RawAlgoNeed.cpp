@@ -1,4 +1,4 @@
-// Whether a frame goes through the raw algorithm.
+// isNeedRawAlgo: decides whether a frame goes through the raw algorithms.
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
@@ -8,7 +8,7 @@
 using namespace hesk;
 using NSCam::IMetadata;
 
-bool HeskParameterUpdater::isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta, int /*unused*/) {
+bool HeskParameterUpdater::isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta, int) {
   constexpr log::Operation kOperation = updaterOperation("isNeedRawAlgo");
   constexpr std::int64_t kRawAlgoModes = 0x00F80008080C000C;
   constexpr std::int64_t kOverriddenMode = modeBit(3);
@@ -18,7 +18,7 @@ bool HeskParameterUpdater::isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta,
   const std::int32_t isDualSlave = read(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, -1);
   if (outMeta != nullptr) HESK_LOG_RECORD(kOperation, log::kInfo, "isDualSlave %d", isDualSlave);
 
-  bool isNeeded = false;
+  bool isNeeded;
   if (read(appMeta, tags::HESK_CONTROL_ALGO_OVERRIDE) != 0) {
     isNeeded = (mode & kOverriddenMode) != 0;
   } else if (isDualSlave == 1) {
