@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "common/tags/Metadata.h"
-#include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
 #include "tests/support/TestMetadata.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace {
 
@@ -94,10 +94,10 @@ TEST(Metadata, AddsTheEntriesOfAnother) {
 
 TEST(TagCatalogue, FindsTagsByTheirWholeName) {
   const std::string name = "HESK_CONTROL_ISO";
-  ASSERT_NE(findTag(name), nullptr);
-  EXPECT_EQ(findTag(name)->value, tags::HESK_CONTROL_ISO.value);
+  ASSERT_NE(camhook::findTag(name), nullptr);
+  EXPECT_EQ(camhook::findTag(name)->value, tags::HESK_CONTROL_ISO.value);
   for (const char* other : {"HESK_CONTROL_IS", "HESK_CONTROL_ISO2", "hesk_control_iso", ""}) {
-    EXPECT_EQ(findTag(other), nullptr) << other;
+    EXPECT_EQ(camhook::findTag(other), nullptr) << other;
   }
 }
 

@@ -72,7 +72,7 @@ void writePairAndLux(IMetadata* result, std::int32_t sensor) {
       } else {
         writePair(result, 30.0F, 23.0F);
       }
-      copyLux(result, tags::unlisted::PLATFORM_LUX);
+      copyLux(result, tags::PLATFORM_LUX);
       break;
     default: break;
   }

@@ -19,9 +19,9 @@ using namespace hesk;
 using NSCam::IMetadata;
 using NSCam::MRect;
 
-constexpr auto kEyes = tags::unlisted::RESULT_EYE_REGIONS;
-constexpr auto kHumanBodies = tags::unlisted::RESULT_HUMAN_BODY_REGIONS;
-constexpr auto kLots = tags::unlisted::RESULT_LOT_REGIONS;
+constexpr auto kEyes = tags::RESULT_EYE_REGIONS;
+constexpr auto kHumanBodies = tags::RESULT_HUMAN_BODY_REGIONS;
+constexpr auto kLots = tags::RESULT_LOT_REGIONS;
 
 enum RegionKind : std::int32_t { kEye = 3, kLot = 4, kHumanBody = 5 };
 

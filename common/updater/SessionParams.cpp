@@ -68,7 +68,7 @@ void writeHighSpeedVideo(IMetadata* session, std::string_view appType, std::int3
   constexpr std::int32_t kDivisor = 30;
   // With a capital first letter: another text than the next step compares with.
   if (appType != "HeskCamera" || frameRate < kLowestHighSpeed) return;
-  write(session, tags::unlisted::SESSION_HIGH_SPEED, frameRate, frameRate / kDivisor);
+  write(session, tags::SESSION_HIGH_SPEED, frameRate, frameRate / kDivisor);
 }
 
 /// Whether the last stream for a video encoder is of 4K or larger.
@@ -97,19 +97,19 @@ void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::s
   HESK_LOGD(kOperation, "use mtk eis for 4k and 60fps video");
   write(session, tags::HESK_CONTROL_EISENABLE, 0);
   write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{1});
-  write(session, tags::unlisted::SESSION_4K60_0, 1);
-  write(session, tags::unlisted::SESSION_4K60_3, 1);
+  write(session, tags::SESSION_4K60_0, 1);
+  write(session, tags::SESSION_4K60_3, 1);
 }
 
 bool isVideoFlipped(const IMetadata* session) {
-  const std::int32_t flip = readOrZero(session, tags::unlisted::APP_VIDEO_FLIP);
+  const std::int32_t flip = readOrZero(session, tags::APP_VIDEO_FLIP);
   return property_get_int32("vendor.debug.camera.VideoFlip", flip) != 0;
 }
 
 void copyPictureInPictureDevices(IMetadata* session) {
-  if (!has(session, tags::unlisted::APP_PIP_DEVICES)) return;
-  const std::int32_t first = read(session, tags::unlisted::APP_PIP_DEVICES, 0, 0);
-  const std::int32_t second = read(session, tags::unlisted::APP_PIP_DEVICES, 0, 1);
+  if (!has(session, tags::APP_PIP_DEVICES)) return;
+  const std::int32_t first = read(session, tags::APP_PIP_DEVICES, 0, 0);
+  const std::int32_t second = read(session, tags::APP_PIP_DEVICES, 0, 1);
   HESK_LOGD(kOperation, "update MTK_STREAMING_FEATURE_PIP_DEVICES %d, %d", first, second);
   write(session, tags::MTK_STREAMING_FEATURE_PIP_DEVICES, first, second);
 }
@@ -123,7 +123,7 @@ void HeskParameterUpdater::updateSessionParams(
   tellStereoSettings(sessionMeta);
   chooseMulticamFeatureMode(sessionMeta);
   const std::int32_t uiModule = readUiModule(sessionMeta);
-  write(sessionMeta, tags::unlisted::SESSION_MARK, std::uint8_t{1});
+  write(sessionMeta, tags::SESSION_MARK, std::uint8_t{1});
 
   const std::int32_t frameRate = readFrameRate(sessionMeta);
   markHighFrameRatePreview(sessionMeta, frameRate);
@@ -144,7 +144,7 @@ void HeskParameterUpdater::updateSessionParams(
 
 void HeskParameterUpdater::chooseMulticamFeatureMode(IMetadata* session) {
   std::int32_t multicamEnable = -1;
-  switch (read(staticCharacteristics(mInstanceId), tags::unlisted::STATIC_MULTICAM_FEATURE)) {
+  switch (read(staticCharacteristics(mInstanceId), tags::STATIC_MULTICAM_FEATURE)) {
     case 6:
     case 7:
     case 14:
