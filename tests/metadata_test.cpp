@@ -104,6 +104,7 @@ TEST(TagCatalogue, FindsTagsByTheirWholeName) {
 TEST(MetadataVocabulary, TakesNullContainers) {
   EXPECT_FALSE(has(nullptr, tags::HESK_CONTROL_ISO));
   EXPECT_EQ(read(nullptr, tags::HESK_CONTROL_ISO, 7), 7);
+  EXPECT_EQ(readItem(nullptr, tags::HESK_CONTROL_ISO, 1), 0);
   EXPECT_EQ(write(nullptr, tags::HESK_CONTROL_ISO, 7), -1);
   EXPECT_EQ(clear(nullptr, tags::HESK_CONTROL_ISO), -1);
   replaceItem(nullptr, tags::HESK_CONTROL_ISO, 0, 7);
@@ -116,7 +117,7 @@ TEST(MetadataVocabulary, TakesNullContainers) {
 TEST(MetadataVocabulary, FallsBackOnlyWhereTheEntryHoldsNothing) {
   const IMetadata metadata = metadataOf(R"({"HESK_CONTROL_HISFRAME": [5]})");
   EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_HISFRAME, 9), 5);
-  EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_HISFRAME, 9, 1), 0);
+  EXPECT_EQ(readItem(&metadata, tags::HESK_CONTROL_HISFRAME, 1), 0);
   EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_ISO, 9), 9);
 }
 

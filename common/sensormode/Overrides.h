@@ -12,6 +12,7 @@
 #include "common/log/Log.h"
 #include "common/math/AspectFit.h"
 #include "common/sensormode/SensorScenario.h"
+#include "common/tags/Values.h"
 #include "platform/Geometry.h"
 
 namespace hesk {
@@ -69,7 +70,6 @@ inline bool meetsApp(const Override& override, const OverrideConfiguration& conf
 }
 
 inline bool meetsSensor(const Override& override, const OverrideConfiguration& configuration) {
-  constexpr std::int32_t kFrontSensor = 1;
   if (override.sensor == Override::Sensor::any) return true;
   return (override.sensor == Override::Sensor::front) == (configuration.sensorId == kFrontSensor);
 }

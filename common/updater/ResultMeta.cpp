@@ -62,8 +62,8 @@ void copyLux(IMetadata* result, Tag<std::int32_t> source) {
 void writePairAndLux(IMetadata* result, std::int32_t sensor) {
   switch (read(result, tags::HESK_CONTROL_PAIR_SOURCE)) {
     case 1:
-      writePair(result, read(result, tags::HESK_CONTROL_PAIR_INPUT),
-                read(result, tags::HESK_CONTROL_PAIR_INPUT, 0.0F, 1));
+      writePair(result, readItem(result, tags::HESK_CONTROL_PAIR_INPUT, 0),
+                readItem(result, tags::HESK_CONTROL_PAIR_INPUT, 1));
       copyLux(result, tags::MTK_3A_AE_LUX_INDEX);
       break;
     case 0:
