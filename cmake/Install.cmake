@@ -9,6 +9,8 @@ install(FILES common/HeskParameterUpdater.h common/HeskSensorModeControl.h
   DESTINATION ${headerDir}/common)
 install(FILES common/sensormode/SensorModeTables.h common/sensormode/SensorScenario.h
   DESTINATION ${headerDir}/common/sensormode)
+# The public headers refer to these documents.
+install(FILES docs/hooks.md docs/tags.md DESTINATION ${headerDir}/docs)
 install(DIRECTORY platform DESTINATION ${headerDir} FILES_MATCHING PATTERN "*.h")
 
 set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/cam_common)

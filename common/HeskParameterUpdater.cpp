@@ -1,9 +1,7 @@
-// The updaters of the sensors: one slot an index, what construction learns of the sensor, and the
-// preview's size and shape.
+// Creates the updaters, one per sensor index, and handles the preview size.
 //
-// Reading order of the class: this file, then the hooks, each the list of its steps
-// (updater/SessionParams.cpp, updater/RequestMeta.cpp, updater/ResultMeta.cpp), and the files of
-// their steps.
+// Reading order of the class: this file; the hooks, each a list of its steps (SessionParams.cpp,
+// RequestMeta.cpp, ResultMeta.cpp and CaptureRaw.cpp in updater/); the files of the steps.
 
 #include "common/HeskParameterUpdater.h"
 
@@ -22,8 +20,8 @@ HeskParameterUpdater::HeskParameterUpdater(int instanceId) : mInstanceId(instanc
   constexpr log::Operation kOperation = updaterOperation("HeskParameterUpdater");
 
   const NSCam::IMetadata* statics = staticCharacteristics(mInstanceId);
-  const float width = read(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0.0F, 0);
-  const float height = read(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0.0F, 1);
+  const float width = readItem(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0);
+  const float height = readItem(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 1);
   const float focalLength = read(statics, tags::ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS);
   mPrimaryCameraDiagonalFov = diagonalFovDegrees(width, height, focalLength);
   HESK_LOGD(kOperation,
@@ -45,7 +43,7 @@ HeskParameterUpdater* HeskParameterUpdater::createInstance(int instanceId) {
   }
   (std::make_integer_sequence<int, kMaxInstanceId + 1>{});
 
-  // As unsigned a negative index is past the end, too.
+  // A negative index becomes a large unsigned number.
   const auto index = static_cast<unsigned int>(instanceId);
   if (index > kMaxInstanceId) {
     HESK_LOGD(kOperation, "HeskParameterUpdater createInstance failed!");

@@ -1,5 +1,5 @@
-// The decision: rules, filters, overrides. The rules stand in sensormode/SensorModeTables.cpp, the
-// filters in sensormode/Filters.cpp, the overrides in sensormode/SpecialCustomize.cpp.
+// Loads the rules and decides. The rules are in sensormode/SensorModeTables.cpp, the filters in
+// sensormode/Filters.cpp, the overrides in sensormode/SpecialCustomize.cpp.
 
 #include "common/HeskSensorModeControl.h"
 
@@ -23,25 +23,23 @@ void HeskSensorModeControl::getProductName() {
   constexpr log::Operation kOperation = sensorModeOperation("getProductName");
 
   const auto model = productModel("default");
-  std::copy_n(model.begin(), productName.size() - 1, productName.begin());  // its last stays zero
+  std::copy_n(model.begin(), productName.size() - 1, productName.begin());  // keeps the final zero
   HESK_LOGD(kOperation, "productName %s", productName.data());
 }
 
-/// The rules of the current product for such a configuration, null for none.
+/// Returns the rules of the current product for the sensor, null if there are none.
 const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId,
                                                                     bool isVideoMode) const {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
 
   const SensorModeTable* const table = findSensorModeTable(productName.data());
-  const std::vector<SensorModeCfg>* list = nullptr;
   if (table == nullptr) {
     HESK_LOGD(kOperation, "no suitable sensorModeTable");
-  } else if (sensorId == 0) {
-    list = isVideoMode ? &table->sensor0Video : &table->sensor0Preview;
-  } else if (sensorId == 1) {
-    list = isVideoMode ? &table->sensor1Video : &table->sensor1Preview;
+    return nullptr;
   }
-  return list;
+  if (sensorId == 0) return isVideoMode ? &table->sensor0Video : &table->sensor0Preview;
+  if (sensorId == 1) return isVideoMode ? &table->sensor1Video : &table->sensor1Preview;
+  return nullptr;
 }
 
 void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
@@ -59,7 +57,7 @@ void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
   }
 }
 
-/// What the selected rule comes to, or the lack of one.
+/// Returns the scenario of the selected rule, or the default if none is selected.
 std::int32_t HeskSensorModeControl::baseScenario(bool isVideoMode) const {
   if (!selectedSensorModeCfgs.empty()) return selectedSensorModeCfgs.back().sensorMode;
   return isVideoMode ? NORMAL_VIDEO : NO_DECISION;

@@ -4,8 +4,6 @@
 
 #include "host/Phone.h"
 
-std::time_t cam::time(std::time_t* out) { return std::time(out); }
-
 std::tm* cam::localtime_r(const std::time_t* time, std::tm* out) {
   host::observe([] { return host::ServiceRead{"clock"}; });
   const host::PhoneConfig& config = host::Phone::current().config;
@@ -17,5 +15,3 @@ std::tm* cam::localtime_r(const std::time_t* time, std::tm* out) {
 int cam::open(const char* path, int /*flags*/, unsigned int /*mode*/) {
   return host::Phone::current().files.open(path);
 }
-
-int cam::close(int file) { return host::Phone::current().files.close(file); }

@@ -35,6 +35,8 @@ read -ra flags < <(pkg-config --cflags --libs cam_common)
 quietly "$CXX" -std=c++20 "$checkout/tests/consumer/main.cpp" "${flags[@]}" -o "$work/consumer"
 LD_LIBRARY_PATH=${library%/*} "$work/consumer"
 
+[ -s "$prefix/include/cam_common/docs/hooks.md" ] || fail 'the headers refer to docs/hooks.md'
+
 # Each header that is installed finds the others.
 (cd "$prefix/include/cam_common" && find . -name '*.h' -printf '#include "%P"\n') >"$work/all.cpp"
 quietly "$CXX" -std=c++20 -fsyntax-only "${flags[@]}" "$work/all.cpp"

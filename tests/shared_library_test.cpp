@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-#include "common/tags/TagCatalogue.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/run/Replay.h"
@@ -19,7 +19,7 @@ using namespace camhook;
 std::string traceOf(const std::string& name) {
   Scenario scenario = readScenario(contentOf(kSourceRoot / "scenarios" / (name + ".json")));
   scenario.platform.tagName = [](std::uint32_t tag) {
-    const hesk::TagDescription* description = hesk::findTag(tag);
+    const camhook::TagDescription* description = camhook::findTag(tag);
     return description != nullptr ? description->name : std::string_view();
   };
   Replay replay(std::move(scenario.platform));

@@ -1,4 +1,5 @@
-// The 3A state of a still capture's frame, as the raw algorithms take it. Read from metadata alone.
+// update3ACaptureRawParameter: copies the 3A state of a still capture's frame for the raw
+// algorithms.
 
 #include <array>
 #include <bit>
@@ -7,6 +8,7 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/math/AeResult.h"
 #include "common/tags/Metadata.h"
+#include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
 
 namespace {
@@ -49,7 +51,7 @@ void writeLightFlag(IMetadata* outMeta, std::int32_t luxIndex) {
   HESK_LOG_RECORD(kOperation, log::kDebug, " ISLIGHTENV  %d", lightEnv);
 }
 
-/// The inverse of the neutral point; infinite where there is none.
+/// Writes the inverse of the neutral color point, infinite if it is absent.
 void writeAwbGains(IMetadata* outMeta, const IMetadata* appMeta) {
   std::array<MRational, 3> neutral;
   neutral.fill({.numerator = 0, .denominator = 1});
@@ -80,7 +82,7 @@ void writeAwbCalibration(IMetadata* outMeta, const IMetadata* appMeta) {
   writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_OTP_DATA, otp);
 }
 
-/// As many bytes as the size says: zeros where the statistics are not of that size.
+/// Writes as many bytes as the size tag states; zeros if the statistics have another size.
 void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
   constexpr std::int32_t kMostBytes = 73'728;
 
@@ -100,12 +102,6 @@ void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
   writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, bytes);
 }
 
-void writeColourTemperatureUse(IMetadata* outMeta, const IMetadata* appMeta) {
-  const std::int32_t aeCctUseData = read(appMeta, tags::MTK_3A_AE_CCT_USE_DATA);
-  HESK_LOGD(kOperation, "[%s]aeCctUseData: %d", kOperation.name, aeCctUseData);
-  write(outMeta, tags::MTK_RAW_ALGO_AE_CCT_USE_DATA, aeCctUseData);
-}
-
 }  // namespace
 
 void HeskParameterUpdater::update3ACaptureRawParameter(IMetadata* appMeta, IMetadata* halMeta,
@@ -117,5 +113,5 @@ void HeskParameterUpdater::update3ACaptureRawParameter(IMetadata* appMeta, IMeta
   write(outMeta, tags::MTK_RAW_ALGO_SENSITIVITY, read(appMeta, tags::ANDROID_SENSOR_SENSITIVITY));
   writeAwbCalibration(outMeta, appMeta);
   writeAwbStatistics(outMeta, appMeta);
-  writeColourTemperatureUse(outMeta, appMeta);
+  copyColourTemperatureUse(appMeta, outMeta, kOperation);
 }

@@ -1,5 +1,4 @@
-// The capture hook, as the list of its steps: what a still-capture frame hands to the raw
-// algorithms.
+// The capture hook: prepares the metadata of a still-capture frame for the raw algorithms.
 
 #include <algorithm>
 #include <array>
@@ -8,8 +7,8 @@
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
-#include "common/tags/ModeBits.h"
-#include "common/updater/Borrowed.h"
+#include "common/tags/Values.h"
+#include "common/updater/PlatformHandle.h"
 #include "common/updater/StaticMetadata.h"
 #include "common/updater/UpdaterLog.h"
 #include "platform/DefaultShading.h"
@@ -42,7 +41,7 @@ void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
   constexpr MSize kGrid{17, 13};
   constexpr std::size_t kChannels = 4;
 
-  const auto hal3A = borrowHal3A(sensor);
+  const auto hal3A = createHal3A(sensor);
   if (hal3A == nullptr) {
     HESK_LOGD(kOperation, "HeskParameterUpdater create IHal3A instance failed");
     return;
@@ -55,14 +54,11 @@ void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
   HESK_LOGD(kOperation, "get shadingtable from 3a");
 }
 
-bool isShadingOf3A(std::int64_t mode) {
-  constexpr std::int64_t kShadingModes = 0x00B8000808040000;
-  return mode > 0 && (mode & kShadingModes) != 0;
-}
+bool isShadingOf3A(std::int64_t mode) { return mode > 0 && (mode & mode::kShadingFrom3A) != 0; }
 
 void markSlave(IMetadata* outMeta, const IMetadata* halMeta, std::int32_t cameraId) {
-  const std::int32_t master = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 0);
-  const std::int32_t slave = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 1);
+  const std::int32_t master = readItem(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0);
+  const std::int32_t slave = readItem(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 1);
   HESK_LOGD(kOperation, "materID %d, slaveID %d, current camera id %d", master, slave, cameraId);
   if (master != slave && slave == cameraId) write(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, 1);
 }
@@ -73,12 +69,10 @@ void markForRawAlgorithm(IMetadata* halMeta) {
   write(halMeta, tags::MTK_CONTROL_RAW_ALGO_ENABLE, 1);
 }
 
-/// Whether a capture has neither crop nor role of the zoom transition.
+/// Returns true if a capture gets neither the crop region nor the role of the zoom transition.
 bool isWithoutSat(const IMetadata* appMeta, std::int64_t mode) {
-  constexpr std::int64_t kModeWithoutSat = modeBit(24);
-  constexpr std::int32_t kModuleWithoutSat = 32;
   const std::int32_t uiModule = read(appMeta, tags::COM_HESK_CURRENTUIMODULE);
-  return (mode & kModeWithoutSat) != 0 && uiModule == kModuleWithoutSat;
+  return (mode & mode::kBit24) != 0 && uiModule == uimodule::kMoon;
 }
 
 float appZoomRatio(const IMetadata* appMeta) {
@@ -90,8 +84,8 @@ float appZoomRatio(const IMetadata* appMeta) {
   return 1.0F;
 }
 
-/// The width of the camera's active array by that of the crop; 0 without active array, 1 without
-/// static characteristics.
+/// Returns the ratio of the active array's width to the crop's width; 0 without active array, 1
+/// without static metadata.
 float arrayToCropRatio(MRect crop, const IMetadata* statics, std::int32_t cameraId) {
   if (statics == nullptr) return 1.0F;
   const auto array = readIfPresent(statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION);
@@ -113,12 +107,12 @@ void writeZoomRatio(IMetadata* outMeta, const IMetadata* appMeta, const IMetadat
             status);
 }
 
-/// What a sensor's static characteristics say of its phase-detection pixels.
+/// The phase-detection pixels of a sensor according to its static metadata.
 struct PdDescription {
   std::int32_t compensation;  // COM_HESK_ISPDCOMPENSATION
   std::int32_t bufferType;    // COM_HESK_PDBUFFERTYPE
 
-  /// Whether the raw algorithms need the layout of the pixels.
+  /// Returns true if the raw algorithms need the layout of the pixels.
   [[nodiscard]] bool isLayoutNeeded() const {
     return bufferType == 2 || bufferType == 4 || bufferType == 18 ||
            (bufferType == 1 && compensation == 0);
@@ -142,19 +136,17 @@ PdDescription readPdDescription(const IMetadata* statics) {
 }
 
 void writeFaces(IMetadata* outMeta, NSCam::IFDContainer& container, std::int32_t sensor) {
-  constexpr int kMostFaces = 10;
-  static_assert(kMostFaces <= NSCam::FaceRecord::kCapacity);
+  constexpr int kMaxFaces = 10;
+  static_assert(kMaxFaces <= NSCam::FaceRecord::kCapacity);
 
   NSCam::FaceRecord record;
   container.queryLatest(sensor, record);
-  HESK_LOGD(kOperation, "fdChunk FD num:%d, MAX_FACES: %d, sensorId %d", record.count, kMostFaces,
+  HESK_LOGD(kOperation, "fdChunk FD num:%d, MAX_FACES: %d, sensorId %d", record.count, kMaxFaces,
             sensor);
-  std::array<MRect, kMostFaces> rects;
-  const auto taken = static_cast<std::size_t>(std::clamp(record.count, 0, kMostFaces));
-  for (std::size_t i = 0; i < taken; ++i) rects[i] = record.faces[i].rect;
-  if (taken > 0) {
-    writeAll(outMeta, tags::MTK_RAW_ALGO_FACE_RECTS, std::span(rects).first(taken));
-  }
+  std::array<MRect, kMaxFaces> rects;
+  const auto count = static_cast<std::size_t>(std::clamp(record.count, 0, kMaxFaces));
+  for (std::size_t i = 0; i < count; ++i) rects[i] = record.faces[i].rect;
+  if (count > 0) writeAll(outMeta, tags::MTK_RAW_ALGO_FACE_RECTS, std::span(rects).first(count));
 }
 
 void copyStaticBytes(IMetadata* outMeta, const IMetadata* statics) {

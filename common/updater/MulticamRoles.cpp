@@ -1,5 +1,5 @@
-// Who is who in a multi-camera device: its main and its master camera, and the role of the camera
-// that captured.
+// The main camera and the master camera of a multi-camera device, and the role of the capturing
+// camera.
 
 #include <algorithm>
 
@@ -14,7 +14,7 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-/// The digit that the list of a device's physical cameras begins with; -48 where there is none.
+/// Returns the first digit of the list of a device's physical cameras; -48 if there is none.
 int firstPhysicalCamera(int deviceId, const log::Operation& operation) {
   const std::uint8_t character =
       read(staticCharacteristics(deviceId), tags::ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS);

@@ -1,5 +1,5 @@
-// What a request says by hand: exposure, sensitivity, white balance. 3A and the tuning of the
-// professional mode read it in the event store, every number as a decimal text.
+// Publishes the manual settings of a request (exposure, sensitivity, white balance) in the event
+// store for 3A and the tuning of the professional mode. Each number is a decimal text.
 
 #include <concepts>
 #include <string>
@@ -24,7 +24,7 @@ void publish(std::string_view key, std::integral auto number) {
 void publishExposureTime(IMetadata* request) {
   const auto exposureNs = readIfPresent(request, tags::ANDROID_SENSOR_EXPOSURE_TIME);
   if (!exposureNs) return;
-  // In professional mode the maker's tag is left as the app set it.
+  // In professional mode the tag keeps the value that the app set.
   if (eventValue("APP_MODE") != "Professional") {
     write(request, tags::HESK_CONTROL_EXPTIME, *exposureNs);
   }
@@ -74,8 +74,7 @@ void publishSecondSnapshot(const IMetadata* request) {
 
 }  // namespace
 
-void HeskParameterUpdater::updateProfModeControlMeta(IMetadata* request,
-                                                     unsigned int /*requestNo*/) {
+void HeskParameterUpdater::updateProfModeControlMeta(IMetadata* request, unsigned int) {
   publishExposureTime(request);
   publishSensitivity(request);
   copyRemosaic(request);

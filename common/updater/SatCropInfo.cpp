@@ -1,4 +1,4 @@
-// What a still capture shows of its frame in the preview's shape, for the zoom transition.
+// The crop region of a still capture in the aspect ratio of the preview, for the zoom transition.
 
 #include "common/HeskParameterUpdater.h"
 #include "common/math/SatCrop.h"
@@ -15,7 +15,7 @@ using NSCam::MSize;
 
 constexpr log::Operation kOperation = updaterOperation("setSATCropInfo");
 
-/// The sensor that opened the pipeline, unless the platform chose another for the frame.
+/// Returns the real master camera of the frame, by default the sensor that opened the pipeline.
 std::int32_t masterSensor(const IMetadata* halMeta, std::int32_t openedSensor) {
   const auto master = readIfPresent(halMeta, tags::MTK_MULTICAM_REAL_MASTER_ID);
   if (!master) return openedSensor;

@@ -1,9 +1,9 @@
-// The layout of a sensor's phase-detection pixels, from its driver.
+// Reads the layout of a sensor's phase-detection pixels from its driver.
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/Borrowed.h"
 #include "common/updater/PdafRecord.h"
+#include "common/updater/PlatformHandle.h"
 #include "common/updater/UpdaterLog.h"
 #include "platform/HalSensor.h"
 #include "platform/ModuleFactory.h"
@@ -14,7 +14,7 @@ using namespace hesk;
 
 constexpr log::Operation kOperation = updaterOperation("updateSensorPdafInfo");
 
-// The sensor is borrowed under this text; it goes back under the class's name.
+// The sensor is created with this name and released with the name of the class.
 constexpr const char* kUser = "LOG_TAG";
 
 constexpr int kNothingWritten = -1;
@@ -34,7 +34,7 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
     HESK_LOGE(kOperation, "pHalSensorList == NULL");
     return kNothingWritten;
   }
-  const Borrowed<NSCam::IHalSensor> sensor(list->createSensor(kUser, openId));
+  const PlatformHandle<NSCam::IHalSensor> sensor(list->createSensor(kUser, openId));
   if (sensor == nullptr) {
     HESK_LOGE(kOperation, "pIHalSensor is NULL");
     return kNothingWritten;

@@ -1,5 +1,5 @@
-// What requests of other makers' apps get: face detection, the production line's scene, frame
-// rates. The frame-rate steps look at some modes of the maker's own app, too.
+// The request steps for third-party apps: face detection, the scene of the production line and fps
+// ranges. The fps steps also apply to some modes of the OEM camera app.
 
 #include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
@@ -15,7 +15,7 @@ using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("update3rdpartyAppControlMeta");
 
-/// Face detection for exposure by faces.
+/// Enables face detection for apps whose exposure follows faces.
 void forceFaceDetection(IMetadata* request, const std::string& appName) {
   constexpr std::uint8_t kSimple = 1;
 
@@ -35,12 +35,11 @@ void logTemperatureFrameRate(const IMetadata* request) {
 
 }  // namespace
 
-void HeskParameterUpdater::update3rdpartyAppControlMeta(IMetadata* request,
-                                                        unsigned int /*requestNo*/) {
+void HeskParameterUpdater::update3rdpartyAppControlMeta(IMetadata* request, unsigned int) {
   const std::string appName = eventValue("APP_NAME");
   forceFaceDetection(request, appName);
   setProductionScene(request, mInstanceId, appName, kOperation);
   logTemperatureFrameRate(request);
-  takeProviderFrameRate(request, eventValue("APP_TYPE"));
+  applyProviderCap(request, eventValue("APP_TYPE"));
   limitAndPinFrameRate(request, appName);
 }

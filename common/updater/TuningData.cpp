@@ -1,4 +1,4 @@
-// Tuning data of raw captures, on their way to the 3A debug tools.
+// Copies the tuning data of raw captures to a shared buffer for the 3A debug tools.
 
 #include <cstring>
 
@@ -13,7 +13,7 @@ using namespace hesk;
 
 constexpr log::Operation kOperation = updaterOperation("updateTuningData");
 
-/// Whether the manager has given a buffer with room for the data.
+/// Returns true if the manager returned a buffer that is large enough.
 bool fits(const HIF3ABufferInfo& buffer, const void* data, unsigned int size) {
   if (buffer.fd < 1 || buffer.bufferSize < size) return false;
   return size == 0 || (data != nullptr && buffer.address != nullptr);

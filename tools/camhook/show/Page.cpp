@@ -6,7 +6,7 @@
 #include <ostream>
 #include <utility>
 
-#include "common/tags/TagCatalogue.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/show/JsonTrace.h"
@@ -68,7 +68,7 @@ std::string closed(JsonLine& line, char bracket) {
 std::string valueNames() {
   JsonLine line;
   line.open('{');
-  for (const hesk::TagDescription& tag : hesk::kTagCatalogue) {
+  for (const TagDescription& tag : kTagCatalogue) {
     const host::AndroidTag* const known = host::findAndroidTag(tag.value);
     if (known == nullptr || known->values.empty()) continue;
     line.key(tag.name);

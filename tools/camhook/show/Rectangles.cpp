@@ -72,9 +72,9 @@ struct RegionTag {
 };
 
 constexpr RegionTag kRegionTags[] = {
-    {3, "eye ", tags::unlisted::RESULT_EYE_REGIONS, 0, {0, 2, 1, 3}},
-    {4, "lot ", tags::unlisted::RESULT_LOT_REGIONS, 0, {0, 1, 2, 3}},
-    {5, "body ", tags::unlisted::RESULT_HUMAN_BODY_REGIONS, 1, {0, 1, 2, 3}},
+    {3, "eye ", tags::RESULT_EYE_REGIONS, 0, {0, 2, 1, 3}},
+    {4, "lot ", tags::RESULT_LOT_REGIONS, 0, {0, 1, 2, 3}},
+    {5, "body ", tags::RESULT_HUMAN_BODY_REGIONS, 1, {0, 1, 2, 3}},
 };
 
 void addRegions(std::vector<NamedRectangle>& found, const CallTrace& trace,

@@ -5,7 +5,7 @@
 #include <variant>
 
 #include "common/math/AeResult.h"
-#include "common/tags/TagCatalogue.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "common/tags/Tags.h"
 #include "common/updater/PdafRecord.h"
 #include "host/AndroidTags.h"
@@ -181,7 +181,7 @@ std::string entryText(std::uint32_t tag, const IMetadata::IEntry& entry) {
   if (entry.isEmpty()) return "absent";
   std::string text = itemsText(tag, jsonFromItems(entry));
   const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(entry));
-  const hesk::TagDescription* known = hesk::findTag(tag);
+  const TagDescription* known = findTag(tag);
   if (known == nullptr || known->type != type) text.append(" (").append(type).append(")");
   return text;
 }

@@ -11,6 +11,7 @@
 #include "host/Effect.h"
 #include "platform/IMetadata.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace camhook {
 
