@@ -184,7 +184,8 @@ void TextTrace::writeState(const CallTrace& trace) {
     mOut << "  " << mStyle.alarming("no updater for this sensor") << '\n';
   }
   if (!trace.state || trace.state->before == trace.state->after) return;
-  const auto& [before, after] = *trace.state;
+  const UpdaterFields& before = trace.state->before;
+  const UpdaterFields& after = trace.state->after;
   Columns columns(kNameWidth);
   forEachUpdaterField([&](const char* name, auto field) {
     if (before.*field == after.*field) return;
