@@ -6,9 +6,9 @@
 #include <sstream>
 #include <string>
 
-#include "tools/camhook/input/TagCatalogue.h"
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/TextTrace.h"
 
