@@ -17,7 +17,7 @@
 #include <string_view>
 
 #include "common/HeskParameterUpdater.h"
-#include "tools/camhook/rules/RuleSet.h"
+#include "tools/camhook/explain/SensorModeRules.h"
 
 namespace camhook {
 namespace {
@@ -148,7 +148,7 @@ void addNumbers(Bytes /*code*/, std::vector<std::int64_t>& /*numbers*/) {}
 
 /// Adds what the rules ask for, and for which products they are.
 void addRules(LibraryConstants& constants) {
-  for (const SensorModeTable& table : rulesOfLibrary().tables) {
+  for (const SensorModeTable& table : hesk::sensorModeTables()) {
     constants.texts.emplace_back(table.productName);
     for (const RuleList& list : kRuleLists) {
       for (const SensorModeCfg& rule : table.*list.rules) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/AndroidTags.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/WholeNumber.h"
@@ -38,6 +39,13 @@ void writeText(std::ostream& out, const std::vector<TagDescription>& tags, Style
                  std::string(tag.type) + "[" + countText(tag) + "]", style.faint(tag.meaning)});
   }
   columns.write(out, 0);
+  const auto* const android = tags.size() == 1 ? host::findAndroidTag(tags[0].value) : nullptr;
+  if (android == nullptr) return;
+  Columns values;
+  for (const auto& [number, name] : android->values) {
+    values.add({std::to_string(number), std::string(name)});
+  }
+  values.write(out, 2);
 }
 
 void writeJsonList(std::ostream& out, const std::vector<TagDescription>& tags) {

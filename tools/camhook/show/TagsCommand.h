@@ -11,8 +11,9 @@ namespace camhook {
 
 enum class TagsFormat { text, json, markdown };
 
-/// Lists the tags whose name holds `filter`, whatever the case, or whose value is `filter`; all
-/// where it is empty. Returns false if no tag matches.
+/// Lists the tags whose name or meaning contains `filter`, whatever the case, or whose value is
+/// `filter`; all if it is empty. The text of a single tag also has the names of its values. Returns
+/// false if no tag matches.
 bool listTags(std::ostream& out, std::string_view filter, TagsFormat format, Style style);
 
 }  // namespace camhook

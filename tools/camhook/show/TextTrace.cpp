@@ -10,7 +10,7 @@
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/PlainText.h"
-#include "tools/camhook/show/SensorScenarioName.h"
+#include "tools/camhook/show/SensorModeName.h"
 #include "tools/camhook/show/TraceText.h"
 
 namespace camhook {
@@ -89,7 +89,7 @@ void TextTrace::writeTitle(const CallTrace& trace) {
   mOut << mStyle.title(title);
   if (!trace.result.is_null()) mOut << "  " << kArrow << "  " << lineOfJson(trace.result);
   if (trace.call == DecideSensorScenario::kName) {
-    mOut << ' ' << scenarioName(trace.result.get<std::int32_t>());
+    mOut << ' ' << sensorModeName(trace.result.get<std::int32_t>());
   }
   mOut << '\n';
   for (const auto& [name, value] : trace.extras) writeExtra(name, value);

@@ -5,7 +5,6 @@
 #include <variant>
 
 #include "common/math/AeResult.h"
-#include "tools/camhook/input/TagCatalogue.h"
 #include "common/tags/Tags.h"
 #include "common/updater/PdafRecord.h"
 #include "host/AndroidTags.h"
@@ -14,6 +13,7 @@
 #include "platform/HalSensor.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/PlainText.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/show/JsonTrace.h"
 
 namespace camhook {
