@@ -52,7 +52,7 @@
       element("th", { scope: "row" }, page.callLink(number, `${number}`)),
       element("td.number", `${request}`),
       [...columns.values()].map((requests) => cellOf(requests, capture)),
-      element("td.note-cell", noteOf(capture)),
+      element("td", noteOf(capture)),
       element("td.number", before === undefined ? `${after}` : `${before} → ${after}`),
     );
   };
@@ -87,6 +87,9 @@
         const answer = open && element("p.answer", element("b", `Request ${open.request}: `), noteOf(open));
         const tables = [...bySensor].map(([sensor, own]) => matrix(sensor, own, call));
         content.replaceChildren(element("div", answer, tables));
+        const row = content.querySelector(".here");
+        const box = row?.closest(".scroll");
+        if (box) box.scrollTop = row.offsetTop - box.clientHeight / 2;
       },
     };
   };
