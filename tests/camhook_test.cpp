@@ -17,8 +17,7 @@ using camhook::Json;
 TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
   const std::pair<const char*, const char*> rows[] = {
       {"",
-       "camhook: a command must follow: replay, diff, why, decide, rules, scenario, schema, tags "
-       "or "
+       "camhook: a command must follow: replay, why, decide, rules, scenario, schema, tags or "
        "hooks\n"},
       {"replya", "camhook: unknown command \"replya\"; near: replay\n"},
       {"replay", "camhook: FILE is required\n"},

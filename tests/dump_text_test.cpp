@@ -13,7 +13,7 @@
 #include "tools/camhook/input/DumpText.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/show/ScenarioWriter.h"
+#include "tools/camhook/input/ScenarioWriter.h"
 
 namespace {
 

@@ -19,7 +19,7 @@ using host::TextMap;
 using NSCam::IMetadata;
 
 /// What the hook makes of an updater and a request on a phone with an app.
-struct Row {
+struct RequestRow {
   std::string request;
   std::string written;  // besides MTK_CONTROL_SELECTED_STREAM_ID -1
   int multicamMode = 0;
@@ -33,7 +33,7 @@ TEST(RequestMeta, IsChangedAtItsEdges) {
   const std::string forced = R"({"ANDROID_CONTROL_CAPTURE_INTENT": {"type": "int32", "items": [1]},
                                  "ANDROID_CONTROL_ENABLE_ZSL": {"type": "int32", "items": [0]}})";
   // clang-format off
-  const Row rows[] = {
+  const RequestRow rows[] = {
       {R"({"HESK_CONTROL_FPS_RANGE_MAX": 30})", "{}"},
       {R"({"HESK_CONTROL_FPS_RANGE_MAX": 30, "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15]})", "{}"},
       {R"({"HESK_CONTROL_FPS_RANGE_MAX": 31})", R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [31, 31]})"},
@@ -60,7 +60,7 @@ TEST(RequestMeta, IsChangedAtItsEdges) {
       {R"({"ANDROID_STATISTICS_FACE_DETECT_MODE": 2})", "{}", 0, "", {{"APP_NAME", "TikTokExternal2"}}},
   };
   // clang-format on
-  for (const Row& row : rows) {
+  for (const RequestRow& row : rows) {
     host::Phone phone(phoneWith(row.events, {{"ro.product.model.zdm", row.product}}));
     const TestUpdater updater(row.sensor);
     updater.fields.setMulticamFeatureMode(row.multicamMode);

@@ -37,7 +37,6 @@ int run(int argc, char** argv) {
       "Example:\n  camhook replay scenarios/still_burst.json\n\n"
       "camhook COMMAND --help tells about a command.");
   addReplay(app, status);
-  addDiff(app, status);
   addWhy(app, status);
   addDecide(app, status);
   addRules(app, status);

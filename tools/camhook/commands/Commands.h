@@ -22,7 +22,6 @@ namespace camhook {
 /// Each leaves its exit status in `status`, which must outlive `app`. They throw InputError while
 /// the command line is parsed.
 void addReplay(CLI::App& app, int& status);
-void addDiff(CLI::App& app, int& status);
 void addWhy(CLI::App& app, int& status);
 void addDecide(CLI::App& app, int& status);
 void addRules(CLI::App& app, int& status);

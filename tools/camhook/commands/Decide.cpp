@@ -10,8 +10,8 @@
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/rules/DecideCommand.h"
 #include "tools/camhook/run/DataRoot.h"
+#include "tools/camhook/run/TraceFilter.h"
 #include "tools/camhook/show/Terminal.h"
-#include "tools/camhook/show/TraceFilter.h"
 
 namespace camhook {
 namespace {

@@ -15,11 +15,11 @@
 #include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"
+#include "tools/camhook/run/TraceFilter.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/Page.h"
 #include "tools/camhook/show/Terminal.h"
 #include "tools/camhook/show/TextTrace.h"
-#include "tools/camhook/show/TraceFilter.h"
 
 namespace camhook {
 namespace {
@@ -69,71 +69,51 @@ host::PhoneConfig platformOf(const ScenarioText& scenario) {
   return platform;
 }
 
-/// Runs the calls one by one: `before` sees each as it is about to run, `after` what it did.
-template <typename Before, typename After>
-void runCalls(Replay& run, const ScenarioText& scenario, const DataRoot& dataRoot, Before before,
-              After after) {
-  ProgressLine progress(scenario.callCount());
+/// Runs the scenario and writes its trace to `out` in the form that the options request. Returns
+/// false if a filter leaves no call.
+bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario,
+                const DataRoot& dataRoot) {
+  const bool isPage = !options.page.empty();
+  const TraceFilter filter = filterOf(options, scenario.callCount());
+  std::unique_ptr<TraceWriter> writer;
+  Page* page = nullptr;
+  if (isPage) {
+    auto made = std::make_unique<Page>(out, titleOfPage(options.file), scenario);
+    page = made.get();
+    writer = std::move(made);
+  } else if (options.json) {
+    writer = std::make_unique<JsonTrace>(out);
+  } else {
+    writer = std::make_unique<TextTrace>(out, Style::forStandardOutput(),
+                                         recordsFromName(options.logs), scenario.about());
+    if (options.logs.empty()) host::LogSink::openLevels({});  // records are not shown
+  }
+  Replay run(platformOf(scenario));
+  std::optional<StepFinder> steps;
+  if (options.steps || isPage) run.followSteps(&steps.emplace(), Replay::StepsOf::writes);
+  std::vector<std::pair<std::size_t, Inputs>> decisions;
+  bool isAnyShown = filter.isWhole();
   for (std::size_t i = 0; i < scenario.callCount(); ++i) {
     const ScenarioCall call = scenario.call(i);
     if (opensFiles(call)) run.phone().config.dataRoot = dataRoot.path().string();
-    before(i, call);
     CallTrace trace = run.run(call);
     trace.number = i + 1;
-    after(i, trace);
-    progress.advance(i + 1);
-  }
-}
-
-void writeTrace(const ReplayOptions& options, const ScenarioText& scenario,
-                const DataRoot& dataRoot) {
-  const TraceFilter filter = filterOf(options, scenario.callCount());
-  std::unique_ptr<TraceWriter> writer;
-  if (options.json) {
-    writer = std::make_unique<JsonTrace>(std::cout);
-  } else {
-    writer = std::make_unique<TextTrace>(std::cout, Style::forStandardOutput(),
-                                         recordsFromName(options.logs), scenario.about());
-  }
-  Replay run(platformOf(scenario));
-  if (!options.json && options.logs.empty()) host::LogSink::openLevels({});  // nobody sees records
-  std::optional<StepFinder> steps;
-  if (options.steps) run.followSteps(&steps.emplace(), Replay::StepsOf::writes);
-  bool isAnyShown = false;
-  const auto show = [&](std::size_t index, CallTrace& trace) {
-    if (!filter.shows(index, trace)) return;
+    if (!filter.shows(i, trace)) continue;
     filter.trim(trace);
     writer->write(trace);
     isAnyShown = true;
-  };
-  runCalls(
-      run, scenario, dataRoot, [](std::size_t, const ScenarioCall&) {}, show);
-  if (options.json || filter.isWhole()) {
-    writer->finish(run.phone().eventStore.all());
-  } else if (!isAnyShown) {
-    std::cout << "no call matches\n";
-  }
-}
-
-void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario,
-               const DataRoot& dataRoot) {
-  Page page(out, titleOfPage(options.file), scenario);
-  Replay run(platformOf(scenario));
-  StepFinder steps;
-  run.followSteps(&steps, Replay::StepsOf::writes);
-  std::vector<std::pair<std::size_t, Inputs>> decisions;
-  const auto noteDecision = [&](std::size_t index, const ScenarioCall& call) {
     const auto* decision = std::get_if<DecideSensorScenario>(&call.call);
-    if (decision != nullptr) decisions.emplace_back(index + 1, inputsOf(*decision));
-  };
-  runCalls(run, scenario, dataRoot, noteDecision,
-           [&](std::size_t /*index*/, const CallTrace& trace) { page.write(trace); });
-  // Not before: the library logs what it does when it is first asked for its rules.
-  const RuleSet rules = rulesOfLibrary();
-  for (const auto& [number, inputs] : decisions) {
-    page.addDecision(number, jsonFromDecision(rules, inputs));
+    if (isPage && decision != nullptr) decisions.emplace_back(i + 1, inputsOf(*decision));
   }
-  page.finish(run.phone().eventStore.all());
+  if (!decisions.empty()) {
+    // After the calls: the first use of the rules writes log records.
+    const RuleSet rules = rulesOfLibrary();
+    for (const auto& [number, inputs] : decisions) {
+      page->addDecision(number, jsonFromDecision(rules, inputs));
+    }
+  }
+  if (isPage || options.json || filter.isWhole()) writer->finish(run.phone().eventStore.all());
+  return isAnyShown;
 }
 
 int replay(const ReplayOptions& options) {
@@ -145,12 +125,16 @@ int replay(const ReplayOptions& options) {
   }
   DataRoot dataRoot(options.dataRoot);
   dataRoot.removeAtAnyEnd();
+  bool isAnyShown = true;
+  const auto write = [&](std::ostream& out) {
+    isAnyShown = writeTrace(out, options, scenario, dataRoot);
+  };
   if (options.page.empty()) {
-    writeTrace(options, scenario, dataRoot);
+    write(std::cout);
   } else {
-    writeFile(options.page,
-              [&](std::ostream& out) { writePage(out, options, scenario, dataRoot); });
+    writeFile(options.page, write);
   }
+  if (!isAnyShown && !options.json) std::cout << "no call matches\n";
   return 0;
 }
 

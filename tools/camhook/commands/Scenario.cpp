@@ -10,7 +10,7 @@
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
-#include "tools/camhook/show/ScenarioWriter.h"
+#include "tools/camhook/input/ScenarioWriter.h"
 
 namespace camhook {
 namespace {

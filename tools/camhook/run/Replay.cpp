@@ -15,41 +15,25 @@
 #include "common/updater/UpdaterInspector.h"
 #include "host/CameraMetadata.h"
 #include "host/ImageStream.h"
-#include "tools/camhook/input/JsonLine.h"
 
 namespace camhook {
 namespace {
 
-std::string lineOf(const auto& value) {
-  JsonLine line;
-  line.add(value);
-  return line.line();
-}
-
-std::string lineOfFrames(const auto& indexByRequest) {
-  JsonLine line;
-  line.open('[');
-  for (const auto& [requestNo, index] : indexByRequest) {
-    line.open('[');
-    line.add(requestNo);
-    line.add(index);
-    line.close(']');
-  }
-  line.close(']');
-  return line.line();
-}
-
-std::vector<StateField> stateOf(HeskParameterUpdater& updater) {
+UpdaterFields fieldsOf(HeskParameterUpdater& updater) {
   const HeskParameterUpdaterInspector fields{updater};
   const NSCam::MSize preview = fields.previewSize();
-  return {{"mInstanceId", lineOf(fields.instanceId())},
-          {"mHasVideoStream", lineOf(fields.hasVideoStream())},
-          {"mNonZslFrames", lineOfFrames(fields.nonZslFrames())},
-          {"mMulticamFeatureMode", lineOf(fields.multicamFeatureMode())},
-          {"mPreviewSize", lineOf(std::array{preview.w, preview.h})},
-          {"mCaptureCount", lineOf(fields.captureCount())},
-          {"mStreamIds", lineOf(fields.streamIds())},
-          {"mPrimaryCameraDiagonalFov", lineOf(fields.diagonalFovDegrees())}};
+  UpdaterFields state{.instanceId = fields.instanceId(),
+                      .hasVideoStream = fields.hasVideoStream(),
+                      .nonZslFrames = {},
+                      .multicamFeatureMode = fields.multicamFeatureMode(),
+                      .previewSize = {preview.w, preview.h},
+                      .captureCount = fields.captureCount(),
+                      .streamIds = fields.streamIds(),
+                      .primaryCameraDiagonalFov = fields.diagonalFovDegrees()};
+  for (const auto& [requestNo, index] : fields.nonZslFrames()) {
+    state.nonZslFrames.push_back({requestNo, index});
+  }
+  return state;
 }
 
 constexpr std::size_t kMostContainers = 3;  // of a call; none moves while the call runs
@@ -245,15 +229,11 @@ CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
           trace.sensor = concrete.sensor;
           updater = mUpdaters(concrete.sensor);
         }
-        const auto state = [&] {
-          return detail == Detail::all && updater != nullptr ? stateOf(*updater)
-                                                             : std::vector<StateField>();
-        };
-        std::vector<StateField> before = state();
+        trace.takesUpdater = UpdaterCall<CallType>;
+        const bool hasState = detail == Detail::all && updater != nullptr;
+        if (hasState) trace.state.emplace().before = fieldsOf(*updater);
         Runner{trace, mPhone, updater}(concrete);
-        if constexpr (UpdaterCall<CallType>) {
-          if (detail == Detail::all) trace.state = StateTrace{std::move(before), state()};
-        }
+        if (hasState) trace.state->after = fieldsOf(*updater);
       },
       scenarioCall.call);
   trace.logs = mPhone.log.take();

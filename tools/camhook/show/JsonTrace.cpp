@@ -41,7 +41,13 @@ void addRecord(JsonLine& line, const host::LogRecord& record) {
   line.close('}');
 }
 
-/// What was written to a container that the call was handed.
+/// An entry in its long form, null if it holds no item.
+void addEntryOrNull(JsonLine& line, const NSCam::IMetadata::IEntry& entry) {
+  if (entry.isEmpty()) return line.addLine("null");
+  addEntry(line, entry);
+}
+
+/// A write to one of the call's containers; other accesses add nothing.
 void addWrite(JsonLine& line, const StepAccess& made) {
   const auto* write = std::get_if<host::MetadataWrite>(&made.access);
   if (write == nullptr || made.container.empty()) return;
@@ -49,11 +55,7 @@ void addWrite(JsonLine& line, const StepAccess& made) {
   line.member("container", made.container);
   line.member("tag", tagText(write->tag));
   line.key("value");
-  if (write->entry.isEmpty()) {
-    line.add(Json());
-  } else {
-    addEntry(line, write->entry);
-  }
+  addEntryOrNull(line, write->entry);
   line.member("step", made.step.name);
   line.member("file", made.step.file);
   line.member("line", made.step.line);
@@ -65,18 +67,44 @@ void addContainer(JsonLine& line, const ContainerTrace& container) {
   if (container.after) {
     addMetadata(line, *container.after);
   } else {
-    line.add(Json());
+    line.addLine("null");
   }
 }
 
-void addState(JsonLine& line, const std::vector<StateField>& fields) {
-  line.key("state");
-  if (fields.empty()) return line.add(Json());
+/// What the call changed, as it was: "{}" if nothing.
+std::string lineOfBefore(const CallTrace& trace) {
+  JsonLine line;
   line.open('{');
-  for (const auto& [name, value] : fields) {
-    line.key(name);
-    line.addLine(value);
+  for (const ContainerTrace& container : trace.containers) {
+    const std::vector<std::uint32_t> tags = changedTags(container);
+    if (tags.empty()) continue;
+    line.key(container.name);
+    line.open('{');
+    for (const std::uint32_t tag : tags) {
+      line.key(tagText(tag));
+      addEntryOrNull(line, container.before->entryFor(tag));
+    }
+    line.close('}');
   }
+  if (trace.state && trace.state->before != trace.state->after) {
+    const auto& [before, after] = *trace.state;
+    line.key("state");
+    line.open('{');
+    forEachUpdaterField([&](std::string_view name, auto field) {
+      if (before.*field != after.*field) line.member(name, before.*field);
+    });
+    line.close('}');
+  }
+  line.close('}');
+  return line.line();
+}
+
+void addState(JsonLine& line, const std::optional<StateTrace>& state) {
+  line.key("state");
+  if (!state) return line.addLine("null");
+  line.open('{');
+  forEachUpdaterField(
+      [&](std::string_view name, auto field) { line.member(name, state->after.*field); });
   line.close('}');
 }
 
@@ -108,7 +136,11 @@ std::string lineOfCall(const CallTrace& trace) {
   line.member("return", trace.result);
   for (const auto& [name, value] : trace.extras) line.member(name, value);
   for (const ContainerTrace& container : trace.containers) addContainer(line, container);
-  if (trace.state) addState(line, trace.state->after);
+  if (const std::string before = lineOfBefore(trace); before != "{}") {
+    line.key("before");
+    line.addLine(before);
+  }
+  if (trace.takesUpdater) addState(line, trace.state);
   addList(line, "effects", trace.effects, addEffect);
   addList(line, "logs", trace.logs, addRecord);
   if (trace.accesses) addList(line, "writes", *trace.accesses, addWrite);

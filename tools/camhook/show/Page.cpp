@@ -1,16 +1,42 @@
 #include "tools/camhook/show/Page.h"
 
+#include <array>
+#include <initializer_list>
 #include <map>
 #include <ostream>
+#include <utility>
 
-#include "tools/camhook/input/PlainText.h"
+#include "common/tags/TagCatalogue.h"
+#include "host/AndroidTags.h"
+#include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/show/JsonTrace.h"
-#include "tools/camhook/show/PageCall.h"
 #include "tools/camhook/show/PageParts.h"
-#include "tools/camhook/show/TraceDiff.h"
+#include "tools/camhook/show/Rectangles.h"
+#include "tools/camhook/show/SensorScenarioName.h"
+#include "tools/camhook/show/TraceText.h"
 
 namespace camhook {
 namespace {
+
+/// Writes a text with each of some letters replaced.
+void writeReplaced(std::ostream& out, std::string_view text,
+                   std::initializer_list<std::pair<char, std::string_view>> replacements) {
+  std::string letters;
+  for (const auto& replacement : replacements) letters += replacement.first;
+  for (std::size_t at = text.find_first_of(letters); at != std::string_view::npos;
+       at = text.find_first_of(letters)) {
+    out << text.substr(0, at);
+    for (const auto& [letter, by] : replacements) {
+      if (letter == text[at]) out << by;
+    }
+    text.remove_prefix(at + 1);
+  }
+  out << text;
+}
+
+void writeHtml(std::ostream& out, std::string_view text) {
+  writeReplaced(out, text, {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}});
+}
 
 void writeParts(std::ostream& out, std::string_view element, const PageParts& parts) {
   out << '<' << element << '>';
@@ -18,162 +44,152 @@ void writeParts(std::ostream& out, std::string_view element, const PageParts& pa
   out << "</" << element << ">\n";
 }
 
-/// What the page may do: run these scripts, look like these styles, and nothing else; no text of a
-/// script becomes markup.
-std::string contentPolicy() {
-  return "default-src 'none'; script-src '" + std::string(pageScripts().hash) + "'; style-src '" +
-         std::string(pageStyles().hash) +
-         "'; base-uri 'none'; form-action 'none'; require-trusted-types-for 'script'";
-}
-
-/// The texts of a store under their names.
-void addTexts(PageTable& table, const host::TextMap& texts) {
-  for (const auto& [name, value] : texts) {
-    table.rows.push_back({.cells = {{printable(name), ""}, {jsonText(value), ""}}});
-  }
-}
-
-/// Up to the first call. `scenario` is null where only traces are known.
-void begin(std::ostream& out, std::string_view title, const ScenarioText* scenario) {
-  Html html(out);
-  out << "<!DOCTYPE html>\n";
-  html.open("html", {{"lang", "en"}});
-  html.open("head");
-  html.open("meta", {{"charset", "utf-8"}});
-  html.open("meta", {{"http-equiv", "Content-Security-Policy"}, {"content", contentPolicy()}});
-  html.open("meta", {{"name", "viewport"}, {"content", "width=device-width, initial-scale=1"}});
-  html.open("meta", {{"name", "color-scheme"}, {"content", "light dark"}});
-  html.element("title", title);
+/// The page may run its own scripts and use its own styles, and nothing else. No text that a script
+/// handles becomes markup.
+void writeHead(std::ostream& out, std::string_view title) {
+  out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; script-src '"
+      << pageScripts().hash << "'; style-src '" << pageStyles().hash
+      << "'; base-uri 'none'; form-action 'none'; require-trusted-types-for 'script'\">\n"
+         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+         "<meta name=\"color-scheme\" content=\"light dark\">\n<title>";
+  writeHtml(out, title);
+  out << "</title>\n";
   writeParts(out, "style", pageStyles());
-  html.close("head");
-  html.open("body");
-  html.open("header");
-  html.element("h1", title);
-  if (scenario != nullptr && !scenario->about().empty()) {
-    html.element("p", printable(scenario->about()));
+  out << "</head>\n<body>\n";
+}
+
+std::string closed(JsonLine& line, char bracket) {
+  line.close(bracket);
+  return line.line();
+}
+
+/// The names of the values of tags, {"ANDROID_CONTROL_CAPTURE_INTENT": {"2": "STILL_CAPTURE"}}.
+std::string valueNames() {
+  JsonLine line;
+  line.open('{');
+  for (const hesk::TagDescription& tag : hesk::kTagCatalogue) {
+    const host::AndroidTag* const known = host::findAndroidTag(tag.value);
+    if (known == nullptr || known->values.empty()) continue;
+    line.key(tag.name);
+    line.open('{');
+    for (const auto& [number, name] : known->values) line.member(std::to_string(number), name);
+    line.close('}');
   }
-  html.close("header");
-  html.open("main");
-  html.open("section", {{"id", "calls"}});
-  html.element("h2", "Calls");
-  if (scenario == nullptr) return;
-  PageTable start{.kind = "events",
-                  .caption = "properties and event store at the start",
-                  .head = {"name", "value"},
-                  .isFolded = true};
-  addTexts(start, scenario->platform().properties);
-  addTexts(start, scenario->platform().eventStore);
-  if (!start.rows.empty()) writePageTable(html, start);
+  return closed(line, '}');
 }
 
-PageTable eventTable() {
-  return {.kind = "events", .caption = "event store at the end", .head = {"key", "value"}};
-}
-
-void writeEnd(Html& html, const PageTable& differences, PageTable events) {
-  if (events.rows.empty()) events.note = "empty";
-  html.open("section", {{"id", "end"}});
-  if (!differences.rows.empty()) writePageTable(html, differences);
-  writePageTable(html, events);
-  html.close("section");
-  html.close("section");
-  html.close("main");
-}
-
-/// JSON in which no text can end the element that it stands in.
-void writeData(std::ostream& out, std::string_view json) {
-  for (std::size_t markup = json.find('<'); markup != std::string_view::npos;
-       markup = json.find('<')) {
-    out << json.substr(0, markup) << "\\u003c";
-    json.remove_prefix(markup + 1);
+std::string modeNames() {
+  JsonLine line;
+  line.open('{');
+  for (int mode = 0; mode <= hesk::NO_DECISION; ++mode) {
+    const std::string_view name = scenarioName(mode);
+    if (!name.empty()) line.member(std::to_string(mode), name);
   }
-  out << json;
+  return closed(line, '}');
 }
 
-/// Members of the data, from their names to JSON.
-using Data = std::initializer_list<std::pair<std::string_view, std::string_view>>;
-
-void finishPage(std::ostream& out, Data data) {
-  out << R"(<script type="application/json" id="data">)";
-  char before = '{';
-  for (const auto& [name, json] : data) {
-    if (json.empty()) continue;
-    out << before << '"' << name << R"(": )";
-    writeData(out, json);
-    before = ',';
+/// The names of commands by operation, {"hal3a.control": {"8": "getShadingTable"}}.
+std::string commandNamesByOperation() {
+  std::map<std::string_view, JsonLine> operations;
+  for (const auto& [op, command, name] : commandNames()) {
+    JsonLine& names = operations[op];
+    if (names.line().empty()) names.open('{');
+    names.member(std::to_string(command), name);
   }
-  out << "}</script>\n";
-  writeParts(out, "script", pageScripts());
-  out << "</body>\n</html>\n";
-}
-
-std::string traceOf(std::string_view calls, std::string_view eventStore) {
-  std::string trace = "{\"calls\": [";
-  trace.append(calls).append("], \"eventStore\": ").append(eventStore).append("}");
-  return trace;
+  JsonLine line;
+  line.open('{');
+  for (auto& [op, names] : operations) {
+    line.key(op);
+    line.addLine(closed(names, '}'));
+  }
+  return closed(line, '}');
 }
 
 }  // namespace
 
 Page::Page(std::ostream& out, std::string_view title, const ScenarioText& scenario)
-    : mOut(out), mHtml(out), mScenario(scenario) {
-  begin(out, title, &scenario);
+    : mOut(out),
+      mTitle(title),
+      mScenario(scenario),
+      mTextTrace(mText, Style(false), TextTrace::Records::debug, scenario.about()) {
+  mCalls.open('[');
+  for (JsonLine* part : {&mDecisions, &mRectangles, &mDecoded}) part->open('{');
+  writeHead(mOut, mTitle);
+  mOut << "<noscript><pre>";
+}
+
+void Page::writeText() {
+  writeHtml(mOut, mText.str());
+  mText.str("");
 }
 
 void Page::write(const CallTrace& trace) {
-  writePageCall(mHtml, pageCallFrom(trace));
-  if (!mCalls.empty()) mCalls += ",\n";
-  mCalls += lineOfCall(trace);
+  mTextTrace.write(trace);
+  writeText();
+  mCalls.addLine(lineOfCall(trace));
+  addRectangles(trace);
+  addDecoded(trace);
+}
+
+void Page::addRectangles(const CallTrace& trace) {
+  const std::vector<NamedRectangle> rectangles = rectanglesOf(trace, mScenario.platform());
+  if (rectangles.empty()) return;
+  mRectangles.key(std::to_string(trace.number));
+  mRectangles.open('[');
+  for (const auto& [name, rect] : rectangles) {
+    mRectangles.open('{');
+    mRectangles.member("name", name);
+    mRectangles.member("rect", std::array{rect.x, rect.y, rect.w, rect.h});
+    mRectangles.close('}');
+  }
+  mRectangles.close(']');
+}
+
+void Page::addDecoded(const CallTrace& trace) {
+  JsonLine call;
+  call.open('{');
+  for (const ContainerTrace& container : trace.containers) {
+    JsonLine tags;
+    tags.open('{');
+    for (const std::uint32_t tag : changedTags(container)) {
+      const auto lines = decodedLines(tag, container.after->entryFor(tag));
+      if (!lines.empty()) tags.member(tagText(tag), lines);
+    }
+    if (closed(tags, '}') == "{}") continue;
+    call.key(container.name);
+    call.addLine(tags.line());
+  }
+  if (closed(call, '}') == "{}") return;
+  mDecoded.key(std::to_string(trace.number));
+  mDecoded.addLine(call.line());
 }
 
 void Page::addDecision(std::size_t number, const Json& decision) {
-  mDecisions.append(mDecisions.empty() ? "" : ", ") += jsonText(std::to_string(number));
-  mDecisions.append(": ").append(lineOfJson(decision));
+  mDecisions.member(std::to_string(number), decision);
 }
 
 void Page::finish(const host::TextMap& eventStore) {
-  PageTable events = eventTable();
-  addTexts(events, eventStore);
-  writeEnd(mHtml, {}, std::move(events));
-  finishPage(mOut, {{"trace", traceOf(mCalls, lineOfEventStore(eventStore))},
-                    {"scenario", mScenario.text()},
-                    {"decisions", "{" + mDecisions + "}"}});
-}
-
-void writeDifferencePage(std::ostream& out, std::string_view title, const Json& old,
-                         const Json& fresh, bool withRecords) {
-  const std::vector<CallDifference> differences = compareTraces(old, fresh, withRecords);
-  std::map<std::size_t, const CallDifference*> byCall;  // the event store at the end is call 0
-  std::multimap<std::size_t, const CallDifference*> gone;
-  for (const CallDifference& each : differences) {
-    if (each.goneBefore) {
-      gone.emplace(*each.goneBefore, &each);
-    } else {
-      byCall.emplace(each.number, &each);
-    }
-  }
-  const auto differenceOf = [&](std::size_t number) {
-    const auto found = byCall.find(number);
-    return found != byCall.end() ? found->second : nullptr;
-  };
-
-  begin(out, title, nullptr);
-  Html html(out);
-  const Json& calls = fresh["calls"];
-  for (std::size_t number = 1; number <= calls.size() + 1; ++number) {
-    for (auto [next, end] = gone.equal_range(number); next != end; ++next) {
-      writePageCall(html, pageCallFrom(old["calls"][next->second->number - 1], 0, next->second));
-    }
-    if (number > calls.size()) break;
-    writePageCall(html, pageCallFrom(calls[number - 1], number, differenceOf(number)));
-  }
-  PageTable events = eventTable();
-  for (const auto& [key, value] : fresh["eventStore"].items()) {
-    events.rows.push_back({.cells = {{printable(key), ""}, {lineOfJson(value), ""}}});
-  }
-  const CallDifference* const atEnd = differenceOf(0);
-  writeEnd(html, atEnd != nullptr ? differencesTable(*atEnd) : PageTable(), std::move(events));
-  finishPage(out, {{"trace", lineOfJson(fresh)}});
+  mTextTrace.finish(eventStore);
+  writeText();
+  mOut << "</pre></noscript>\n<main id=\"page\"></main>\n"
+          "<script type=\"application/json\" id=\"data\">";
+  // Escaped, "<" cannot end the element.
+  const auto write = [&](std::string_view json) { writeReplaced(mOut, json, {{'<', "\\u003c"}}); };
+  write("{\"title\": " + jsonText(mTitle) + ",\n\"scenario\": ");
+  write(mScenario.text());
+  write(",\n\"trace\": {\"calls\": ");
+  write(closed(mCalls, ']'));
+  write(", \"eventStore\": " + lineOfEventStore(eventStore) + "}");
+  write(",\n\"decisions\": " + closed(mDecisions, '}'));
+  write(",\n\"rectangles\": " + closed(mRectangles, '}'));
+  write(",\n\"decoded\": " + closed(mDecoded, '}'));
+  write(",\n\"values\": " + valueNames());
+  write(",\n\"modes\": " + modeNames());
+  write(",\n\"commands\": " + commandNamesByOperation() + "}");
+  mOut << "</script>\n";
+  writeParts(mOut, "script", pageScripts());
+  mOut << "</body>\n</html>\n";
 }
 
 }  // namespace camhook

@@ -1,43 +1,49 @@
-// A trace as one file that a browser shows: every call as plain HTML, the data that its scripts
-// draw pictures of, and nothing that is fetched.
+// A trace as one self-contained HTML file: the text trace for browsers without scripts, and the
+// data from which the page's scripts draw. The file loads nothing else.
 
 #pragma once
 
 #include <cstddef>
 #include <iosfwd>
+#include <sstream>
 #include <string>
 #include <string_view>
 
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/show/Html.h"
+#include "tools/camhook/show/TextTrace.h"
 #include "tools/camhook/show/TraceWriter.h"
 
 namespace camhook {
 
-/// The calls stand in the page as they come, the data behind the last.
 class Page final : public TraceWriter {
  public:
-  /// The scenario is the one that is replayed, and must outlive this.
+  /// `scenario` is the replayed scenario and must outlive the page.
   Page(std::ostream& out, std::string_view title, const ScenarioText& scenario);
 
   void write(const CallTrace& trace) override;
 
-  /// How the sensor scenario of a call came about, as `camhook decide --json` has it.
+  /// `decision` is the output of `camhook decide --json` for a call.
   void addDecision(std::size_t number, const Json& decision);
 
   void finish(const host::TextMap& eventStore) override;
 
  private:
-  std::ostream& mOut;
-  Html mHtml;
-  const ScenarioText& mScenario;
-  std::string mCalls;  // of the JSON trace
-  std::string mDecisions;
-};
+  void writeText();
+  void addRectangles(const CallTrace& trace);
+  void addDecoded(const CallTrace& trace);
 
-/// The same of the later of two JSON traces, with what differs from the other marked.
-void writeDifferencePage(std::ostream& out, std::string_view title, const Json& old,
-                         const Json& fresh, bool withRecords);
+  std::ostream& mOut;
+  std::string mTitle;
+  const ScenarioText& mScenario;
+  std::ostringstream mText;  // of the text trace that has not been written
+  TextTrace mTextTrace;
+  // Parts of the page's data, each without its closing bracket.
+  JsonLine mCalls;
+  JsonLine mDecisions;
+  JsonLine mRectangles;
+  JsonLine mDecoded;
+};
 
 }  // namespace camhook

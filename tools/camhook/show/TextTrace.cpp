@@ -1,10 +1,14 @@
 #include "tools/camhook/show/TextTrace.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <ostream>
 #include <sstream>
 #include <utility>
 
+#include "host/MetadataAccess.h"
+#include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/show/SensorScenarioName.h"
 #include "tools/camhook/show/TraceText.h"
@@ -13,8 +17,7 @@ namespace camhook {
 namespace {
 
 constexpr std::size_t kMargin = 4;
-constexpr std::size_t kDeeper = 6;
-constexpr std::size_t kLineWidth = 120;  // that changes with their steps keep to at most
+constexpr std::size_t kLineWidth = 120;  // a change and its step share a line up to this width
 constexpr std::size_t kTagWidth = 34;
 constexpr std::size_t kNameWidth = 20;  // of fields, effects and events
 constexpr const char* kArrow = "\u2192";
@@ -25,8 +28,8 @@ std::size_t widest(const std::vector<std::string>& texts) {
   return width;
 }
 
-/// Where a column behind the texts begins, if it is to begin at `latest`: longer ones do not count.
-std::size_t columnBehind(const std::vector<std::string>& texts, std::size_t latest) {
+/// The column after the widest text that leaves it at or before `latest`.
+std::size_t columnAfter(const std::vector<std::string>& texts, std::size_t latest) {
   constexpr std::size_t kGap = 2;
   std::size_t column = kGap;
   for (const std::string& text : texts) {
@@ -44,50 +47,51 @@ TextTrace::Records leastToShow(char level) {
   }
 }
 
+/// "FrameRate.cpp:56": file names are unique in the library's sources.
+std::string placeText(const Step& step) {
+  return std::filesystem::path(step.file).filename().string() + ':' + std::to_string(step.line);
+}
+
+std::string lineOf(const auto& field) {
+  JsonLine line;
+  line.add(field);
+  return line.line();
+}
+
 }  // namespace
 
 TextTrace::TextTrace(std::ostream& out, Style style, Records records, std::string_view about)
     : mOut(out), mStyle(style), mRecords(records) {
-  if (about.empty()) return;
-  writeLine(printable(about), 0);
-  mOut << '\n';
-}
-
-void TextTrace::writeLine(const std::string& line, std::size_t hang) {
-  mOut << wrapped(line, mStyle.width(), hang) << '\n';
+  if (!about.empty()) mOut << printable(about) << "\n\n";
 }
 
 /// "15 → 24".
-std::string TextTrace::turned(const ValueChange& change) const {
-  return mStyle.faint(change.before) + ' ' + kArrow + ' ' + mStyle.fresh(change.after);
-}
-
-/// Each row behind the margin; what a row has too much for a line stands `hang` further.
-void TextTrace::writeLines(const Columns& columns, std::size_t hang) {
-  const std::string margin(kMargin, ' ');
-  for (const std::string& line : columns.lines()) writeLine(margin + line, kMargin + hang);
+std::string TextTrace::changeText(const std::string& before, const std::string& after) const {
+  return mStyle.faint(before) + ' ' + kArrow + ' ' + mStyle.fresh(after);
 }
 
 void TextTrace::write(const CallTrace& trace) {
   writeTitle(trace);
   for (const ContainerTrace& container : trace.containers) writeContainer(trace, container);
-  if (trace.state) writeState(*trace.state);
+  writeState(trace);
   writeEffects(trace.effects);
   writeRecords(trace);
   mOut << '\n';
 }
 
 void TextTrace::writeTitle(const CallTrace& trace) {
-  const Json sensor = trace.sensor ? Json(*trace.sensor) : Json();
-  std::string line = mStyle.title(std::to_string(trace.number) + "  " +
-                                  callTitle(trace.call, sensor, trace.arguments));
-  if (!trace.result.is_null()) {
-    line.append("  ").append(kArrow).append("  ") += lineOfJson(trace.result);
+  std::string title = std::to_string(trace.number) + "  ";
+  title += trace.call;
+  if (trace.sensor) title += "  sensor " + std::to_string(*trace.sensor);
+  for (const auto& [name, value] : trace.arguments.items()) {
+    title += "  " + name + ' ' + (name == "streams" ? streamsText(value) : valueText(value));
   }
+  mOut << mStyle.title(title);
+  if (!trace.result.is_null()) mOut << "  " << kArrow << "  " << lineOfJson(trace.result);
   if (trace.call == DecideSensorScenario::kName) {
-    line.append(" ").append(scenarioName(trace.result.get<std::int32_t>()));
+    mOut << ' ' << scenarioName(trace.result.get<std::int32_t>());
   }
-  writeLine(line, kMargin);
+  mOut << '\n';
   for (const auto& [name, value] : trace.extras) writeExtra(name, value);
 }
 
@@ -105,16 +109,22 @@ void TextTrace::writeExtra(std::string_view name, const Json& value) {
   }
 }
 
-/// Behind the latest change of a tag the step that made it, below it what it overwrote.
-void TextTrace::addWrites(std::vector<Line>& lines, const ValueChange& change) const {
-  const Step last = change.writes.empty() ? Step() : change.writes.front().step;
-  lines.back().step = {last.name, mStyle.faint(placeText(last))};
-  for (std::size_t i = 1; i < change.writes.size(); ++i) {
-    const auto& [value, step] = change.writes[i];
-    lines.push_back(
-        {.cells = {mStyle.faint("  overwritten"), mStyle.faint(std::string(kArrow) + ' ' + value)},
-         .step = {mStyle.faint(step.name), mStyle.faint(placeText(step))},
-         .decoded = {}});
+/// Adds the step of the latest write to the line of its tag, and a line for each earlier write.
+void TextTrace::addWrites(std::vector<Line>& lines, const CallTrace& trace,
+                          std::string_view container, std::uint32_t tag) const {
+  bool isLatest = true;
+  for (auto made = trace.accesses->rbegin(); made != trace.accesses->rend(); ++made) {
+    const auto* write = std::get_if<host::MetadataWrite>(&made->access);
+    if (write == nullptr || write->tag != tag || made->container != container) continue;
+    const std::string place = mStyle.faint(placeText(made->step));
+    if (std::exchange(isLatest, false)) {
+      lines.back().step = {made->step.name, place};
+      continue;
+    }
+    const std::string value = std::string(kArrow) + ' ' + entryText(tag, write->entry);
+    lines.push_back({.cells = {mStyle.faint("  overwritten"), mStyle.faint(value)},
+                     .step = {mStyle.faint(made->step.name), place},
+                     .decoded = {}});
   }
 }
 
@@ -124,20 +134,24 @@ void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& con
     mOut << "  null\n";
     return;
   }
-  const auto [changes, unchanged] = changesOf(trace, container);
+  std::size_t unchanged = host::MetadataAccess::entriesByTag(*container.after).size();
   std::vector<Line> lines;
-  for (const ValueChange& change : changes) {
-    lines.push_back(
-        {.cells = {change.name, turned(change)}, .step = {}, .decoded = change.decoded});
-    if (trace.accesses) addWrites(lines, change);
+  for (const std::uint32_t tag : changedTags(container)) {
+    const auto& after = container.after->entryFor(tag);
+    if (!after.isEmpty()) --unchanged;
+    const std::string before = entryText(tag, container.before->entryFor(tag));
+    lines.push_back({.cells = {tagText(tag), changeText(before, entryText(tag, after))},
+                     .step = {},
+                     .decoded = decodedLines(tag, after)});
+    if (trace.accesses) addWrites(lines, trace, container.name, tag);
   }
   if (unchanged > 0) mOut << mStyle.faint("  " + std::to_string(unchanged) + " unchanged");
-  if (unchanged == 0 && changes.empty()) mOut << mStyle.faint("  empty");
+  if (unchanged == 0 && lines.empty()) mOut << mStyle.faint("  empty");
   mOut << '\n';
   writeChanges(lines);
 }
 
-/// Each change on a line, and its step behind it; on the next line where a change is too long.
+/// Writes each change with its step after it, or on the next line if the change is too long.
 void TextTrace::writeChanges(const std::vector<Line>& lines) {
   Columns cells(kTagWidth);
   Columns steps;
@@ -147,46 +161,45 @@ void TextTrace::writeChanges(const std::vector<Line>& lines) {
   }
   const std::vector<std::string> texts = cells.lines();
   const std::vector<std::string> places = steps.lines();
-  const std::size_t width = std::min(kLineWidth, mStyle.width());
   const std::size_t column =
-      kMargin + columnBehind(texts, width - std::min(width, kMargin + widest(places)));
+      columnAfter(texts, kLineWidth - std::min(kLineWidth, kMargin + widest(places)));
   const std::string margin(kMargin, ' ');
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    if (lines[i].step.empty()) {
-      writeLine(margin + texts[i], kDeeper);
-    } else if (kMargin + displayWidth(texts[i]) + 2 > column) {
-      writeLine(margin + texts[i], kDeeper);
-      mOut << std::string(column, ' ') << places[i] << '\n';
-    } else {
-      mOut << margin << texts[i] << std::string(column - kMargin - displayWidth(texts[i]), ' ')
-           << places[i] << '\n';
+    const std::size_t width = displayWidth(texts[i]);
+    mOut << margin << texts[i];
+    if (!lines[i].step.empty()) {
+      const bool isTooLong = width + 2 > column;
+      mOut << (isTooLong ? '\n' + margin : "")
+           << std::string(isTooLong ? column : column - width, ' ') << places[i];
     }
+    mOut << '\n';
     for (const std::string& meaning : lines[i].decoded) {
-      writeLine(std::string(kDeeper, ' ') + mStyle.faint(meaning), kDeeper + 2);
+      mOut << margin << "  " << mStyle.faint(meaning) << '\n';
     }
   }
 }
 
-void TextTrace::writeState(const StateTrace& state) {
-  if (state.after.empty()) {
+void TextTrace::writeState(const CallTrace& trace) {
+  if (trace.takesUpdater && !trace.state) {
     mOut << "  " << mStyle.alarming("no updater for this sensor") << '\n';
-    return;
   }
+  if (!trace.state || trace.state->before == trace.state->after) return;
+  const auto& [before, after] = *trace.state;
   Columns columns(kNameWidth);
-  for (const ValueChange& change : changesOf(state)) columns.add({change.name, turned(change)});
-  if (columns.isEmpty()) return;
+  forEachUpdaterField([&](const char* name, auto field) {
+    if (before.*field == after.*field) return;
+    columns.add({name, changeText(lineOf(before.*field), lineOf(after.*field))});
+  });
   mOut << "  " << mStyle.heading("state") << '\n';
-  writeLines(columns, 2);
+  columns.write(mOut, kMargin);
 }
 
 void TextTrace::writeEffects(const std::vector<host::Effect>& effects) {
   if (effects.empty()) return;
   mOut << "  " << mStyle.heading("effects") << '\n';
   Columns columns(kNameWidth);
-  for (const host::Effect& effect : effects) {
-    columns.add({effect.op, effectFields(effect)});
-  }
-  writeLines(columns, 2);
+  for (const host::Effect& effect : effects) columns.add({effect.op, effectFields(effect)});
+  columns.write(mOut, kMargin);
 }
 
 void TextTrace::writeRecords(const CallTrace& trace) {
@@ -195,25 +208,23 @@ void TextTrace::writeRecords(const CallTrace& trace) {
     if (mRecords < leastToShow(record.level)) continue;
     const std::string level(1, record.level);
     std::vector<std::string> row{record.level == 'E' ? mStyle.alarming(level) : level};
-    if (trace.accesses)
+    if (trace.accesses) {
       row.push_back(mStyle.faint(record.file + ":" + std::to_string(record.line)));
+    }
     row.push_back(printable(record.message));
     columns.add(std::move(row));
   }
   if (columns.isEmpty()) return;
   mOut << "  " << mStyle.heading("log") << '\n';
-  writeLines(columns, 3);
+  columns.write(mOut, kMargin);
 }
 
 void TextTrace::finish(const host::TextMap& eventStore) {
   mOut << mStyle.title("event store at the end") << '\n';
   Columns columns(kNameWidth);
-  for (const auto& [key, value] : eventStore) columns.add({key, jsonText(value)});
-  if (columns.isEmpty()) {
-    mOut << "  empty\n";
-  } else {
-    columns.write(mOut, 2);
-  }
+  for (const auto& [key, value] : eventStore) columns.add({printable(key), jsonText(value)});
+  if (columns.isEmpty()) mOut << "  empty\n";
+  columns.write(mOut, 2);
 }
 
 }  // namespace camhook

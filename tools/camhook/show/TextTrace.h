@@ -1,50 +1,48 @@
-// The trace for people: what each call changed, and by which step where the trace has that.
+// The trace for people: what each call changed, and by which step if the trace has steps.
 
 #pragma once
 
+#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "tools/camhook/show/Changes.h"
 #include "tools/camhook/show/Terminal.h"
 #include "tools/camhook/show/TraceWriter.h"
 
 namespace camhook {
 
-/// Without colour, of any width and with the records of every level it is what is stored beside a
-/// scenario.
+/// The traces stored beside the scenarios have no colour and the records of every level.
 class TextTrace final : public TraceWriter {
  public:
   /// Which records are shown: none, or those of a level and above (debug, info, error).
   enum class Records { none, error, info, debug };
 
-  /// Begins with what the scenario says about itself.
+  /// `about` is the scenario's description, which comes first.
   TextTrace(std::ostream& out, Style style, Records records, std::string_view about = "");
 
   void write(const CallTrace& trace) override;
   void finish(const host::TextMap& eventStore) override;
 
  private:
-  /// A line of what changed, the step behind it, and what its items mean.
+  /// A changed tag with its step and the meaning of its items, or a write that was overwritten.
   struct Line {
     std::vector<std::string> cells;
-    std::vector<std::string> step;  // empty: not asked for
+    std::vector<std::string> step;  // empty unless the trace has steps
     std::vector<std::string> decoded;
   };
 
-  void writeLine(const std::string& line, std::size_t hang);
-  void writeLines(const Columns& columns, std::size_t hang);
   void writeTitle(const CallTrace& trace);
   void writeExtra(std::string_view name, const Json& value);
-  [[nodiscard]] std::string turned(const ValueChange& change) const;
-  void addWrites(std::vector<Line>& lines, const ValueChange& change) const;
   void writeContainer(const CallTrace& trace, const ContainerTrace& container);
+  void addWrites(std::vector<Line>& lines, const CallTrace& trace, std::string_view container,
+                 std::uint32_t tag) const;
   void writeChanges(const std::vector<Line>& lines);
-  void writeState(const StateTrace& state);
+  void writeState(const CallTrace& trace);
   void writeEffects(const std::vector<host::Effect>& effects);
   void writeRecords(const CallTrace& trace);
+  [[nodiscard]] std::string changeText(const std::string& before, const std::string& after) const;
 
   std::ostream& mOut;
   Style mStyle;

@@ -1,21 +1,26 @@
 #include "tools/camhook/show/TraceText.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <sstream>
-#include <utility>
 #include <variant>
 
 #include "common/math/AeResult.h"
+#include "common/tags/TagCatalogue.h"
+#include "common/tags/Tags.h"
 #include "common/updater/PdafRecord.h"
 #include "host/AndroidTags.h"
+#include "host/MetadataAccess.h"
 #include "platform/Hal3A.h"
 #include "platform/HalSensor.h"
-#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/show/JsonTrace.h"
 
 namespace camhook {
 namespace {
+
+using NSCam::IMetadata;
+using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kMostItems = 12;  // shown of an entry
 
@@ -29,49 +34,8 @@ constexpr std::string_view kAeRows[] = {
     "sensitivityRatio expTimeRatio gainRatio",
 };
 
-/// "1 1920x1080 usage 0x100, 2 3840x2160 usage 0x10000".
-std::string streamsText(const Json& streams) {
-  std::string text;
-  for (const Json& stream : streams) {
-    if (!text.empty()) text += ", ";
-    if (!stream.is_object()) return valueText(streams);
-    text += memberText(stream, "id") + ' ' + memberText(stream, "width") + 'x' +
-            memberText(stream, "height") + " usage " + memberText(stream, "usage");
-  }
-  return text.empty() ? "none" : text;
-}
-
-/// The name of a command to a part of the phone, empty where it has none.
-std::string_view commandName(std::string_view op, std::string_view command) {
-  using NS3Av3::IHal3A;
-  using NSCam::IHalSensor;
-  constexpr std::pair<std::string_view, std::pair<std::int32_t, std::string_view>> kCommands[] = {
-      {"hal3a.control", {IHal3A::kSetNonZslFrameCount, "setNonZslFrameCount"}},
-      {"hal3a.control", {IHal3A::kGetShadingTable, "getShadingTable"}},
-      {"sensor.command", {IHalSensor::kSupportsPd, "supportsPd"}},
-      {"sensor.command", {IHalSensor::kGetPdBlock, "getPdBlock"}},
-  };
-  for (const auto& [of, known] : kCommands) {
-    if (op == of && command == std::to_string(known.first)) return known.second;
-  }
-  return {};
-}
-
-void appendField(std::string& fields, std::string_view op, std::string_view key,
-                 const std::string& value) {
-  if (!fields.empty()) fields += ' ';
-  fields.append(key).append("=").append(value);
-  if (key != "command") return;
-  const std::string_view name = commandName(op, value);
-  if (!name.empty()) fields.append(" (").append(name).append(")");
-}
-
-std::string textOrQuotes(const std::string& text) {
-  return text.empty() ? "\"\"" : printable(text);
-}
-
 std::string fieldText(const host::Effect::Value& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) return textOrQuotes(*text);
+  if (const auto* text = std::get_if<std::string>(&value)) return valueText(*text);
   if (const auto* number = std::get_if<float>(&value)) return valueText(jsonFromFloat(*number));
   JsonLine line;
   addEffectValue(line, value);
@@ -88,7 +52,7 @@ std::string checksum(std::string_view text) {
   return hexadecimal(sum).substr(2);
 }
 
-/// "2", or "2 (STILL_CAPTURE)" where the tag names its values.
+/// "2", or "2 (STILL_CAPTURE)" if the tag has names for its values.
 std::string itemText(const host::AndroidTag* known, const Json& item) {
   std::string text = valueText(item);
   if (known == nullptr || !item.is_number_integer()) return text;
@@ -98,8 +62,8 @@ std::string itemText(const host::AndroidTag* known, const Json& item) {
 }
 
 /// "1", "[15, 60]", "[50, 48, ... 15 items, sum 1f00beef]".
-std::string itemsText(const hesk::TagDescription* tag, const Json& items) {
-  const host::AndroidTag* known = tag != nullptr ? host::findAndroidTag(tag->value) : nullptr;
+std::string itemsText(std::uint32_t tag, const Json& items) {
+  const host::AndroidTag* known = host::findAndroidTag(tag);
   if (items.size() == 1) return itemText(known, items.front());
   std::string text = "[";
   for (std::size_t i = 0; i < std::min(items.size(), kMostItems); ++i) {
@@ -111,14 +75,14 @@ std::string itemsText(const hesk::TagDescription* tag, const Json& items) {
   return text + "]";
 }
 
-/// The text that bytes hold, in quotes; empty where they are not letters with a zero behind them.
-std::string textOfBytes(const Json& items) {
-  std::string text;
-  for (const Json& item : items) text += static_cast<char>(item.get<std::uint8_t>());
-  const bool isText = text.size() > 1 && text.back() == '\0' &&
-                      std::all_of(text.begin(), text.end() - 1,
-                                  [](char letter) { return letter >= ' ' && letter <= '~'; });
-  return isText ? jsonText(text) : "";
+/// The text that bytes hold, in quotes; none unless they are printable and end with a zero.
+std::vector<std::string> textLines(const Bytes& bytes) {
+  const bool isText = bytes.size() > 1 && bytes.back() == 0 &&
+                      std::all_of(bytes.begin(), bytes.end() - 1, [](std::uint8_t letter) {
+                        return letter >= ' ' && letter <= '~';
+                      });
+  if (!isText) return {};
+  return {jsonText(std::string(bytes.begin(), bytes.end()))};
 }
 
 std::vector<std::string> aeLines(const Json& items) {
@@ -135,19 +99,19 @@ std::vector<std::string> aeLines(const Json& items) {
 }
 
 /// The little-endian words of a record of phase-detection pixels.
-std::vector<std::int32_t> wordsOf(const Json& bytes) {
+std::vector<std::int32_t> wordsOf(const Bytes& bytes) {
   std::vector<std::int32_t> words;
   for (std::size_t i = 0; i + 3 < bytes.size(); i += 4) {
     std::uint32_t word = 0;
     for (std::size_t byte = 0; byte < 4; ++byte) {
-      word |= std::uint32_t{bytes[i + byte].get<std::uint8_t>()} << 8 * byte;
+      word |= std::uint32_t{bytes[i + byte]} << 8 * byte;
     }
     words.push_back(static_cast<std::int32_t>(word));
   }
   return words;
 }
 
-std::vector<std::string> pdafLines(const Json& bytes) {
+std::vector<std::string> pdafLines(const Bytes& bytes) {
   const std::vector<std::int32_t> words = wordsOf(bytes);
   const auto list = [&](std::size_t first, std::size_t count) {
     std::string text;
@@ -171,72 +135,70 @@ std::vector<std::string> pdafLines(const Json& bytes) {
 }  // namespace
 
 std::string valueText(const Json& value) {
-  return value.is_string() ? textOrQuotes(value.get_ref<const std::string&>()) : lineOfJson(value);
+  if (!value.is_string() || value.get_ref<const std::string&>().empty()) return lineOfJson(value);
+  return printable(value.get_ref<const std::string&>());
 }
 
-std::string memberText(const Json& object, std::string_view key) {
-  const auto found = object.find(key);
-  return found != object.end() ? valueText(*found) : "";
-}
-
-std::string callTitle(std::string_view call, const Json& sensor, const Json& arguments) {
-  std::string title(call);
-  if (!sensor.is_null()) title += "  sensor " + valueText(sensor);
-  for (const auto& [name, value] : arguments.items()) {
-    title += "  " + name + ' ' + (name == "streams" ? streamsText(value) : valueText(value));
+std::string streamsText(const Json& streams) {
+  std::string text;
+  for (const Json& stream : streams) {
+    if (!text.empty()) text += ", ";
+    const auto member = [&stream](const char* key) { return valueText(stream.at(key)); };
+    text +=
+        member("id") + ' ' + member("width") + 'x' + member("height") + " usage " + member("usage");
   }
-  return title;
+  return text.empty() ? "none" : text;
 }
 
-std::string effectFields(const Json& effect) {
-  const std::string op = memberText(effect, "op");
-  std::string fields;
-  for (const auto& [key, value] : effect.items()) {
-    if (key != "op") appendField(fields, op, key, valueText(value));
-  }
-  return fields;
+std::span<const CommandName> commandNames() {
+  using NS3Av3::IHal3A;
+  using NSCam::IHalSensor;
+  static constexpr CommandName kNames[] = {
+      {"hal3a.control", IHal3A::kSetNonZslFrameCount, "setNonZslFrameCount"},
+      {"hal3a.control", IHal3A::kGetShadingTable, "getShadingTable"},
+      {"sensor.command", IHalSensor::kSupportsPd, "supportsPd"},
+      {"sensor.command", IHalSensor::kGetPdBlock, "getPdBlock"},
+  };
+  return kNames;
 }
 
 std::string effectFields(const host::Effect& effect) {
   std::string fields;
-  for (const auto& [name, value] : effect.fields) {
-    appendField(fields, effect.op, name, fieldText(value));
+  for (const auto& [key, value] : effect.fields) {
+    const std::string text = fieldText(value);
+    if (!fields.empty()) fields += ' ';
+    fields.append(key).append("=").append(text);
+    if (key != "command") continue;
+    for (const auto& [op, command, name] : commandNames()) {
+      if (op != effect.op || std::to_string(command) != text) continue;
+      fields.append(" (").append(name).append(")");
+    }
   }
   return fields;
 }
 
-std::string entryText(const hesk::TagDescription* tag, const EntryItems& entry) {
-  std::string text = itemsText(tag, entry.items);
-  if (tag == nullptr || tag->type != entry.type)
-    text.append(" (").append(printable(entry.type)).append(")");
+std::string entryText(std::uint32_t tag, const IMetadata::IEntry& entry) {
+  if (entry.isEmpty()) return "absent";
+  std::string text = itemsText(tag, jsonFromItems(entry));
+  const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(entry));
+  const hesk::TagDescription* known = hesk::findTag(tag);
+  if (known == nullptr || known->type != type) text.append(" (").append(type).append(")");
   return text;
 }
 
-std::optional<EntryItems> entryFromTrace(const Json& value) {
-  if (!value.is_object()) return {};
-  const auto type = value.find("type");
-  const auto items = value.find("items");
-  if (type == value.end() || items == value.end()) return {};
-  if (!type->is_string() || !items->is_array()) return {};
-  return EntryItems{.type = type->get_ref<const std::string&>(), .items = *items};
-}
-
-std::string memberValueText(std::string_view key, const Json& value) {
-  if (const auto entry = entryFromTrace(value)) return entryText(hesk::findTag(key), *entry);
-  return value.is_object() ? std::to_string(value.size()) + " entries" : valueText(value);
-}
-
-std::vector<std::string> decodedLines(std::string_view tag, const EntryItems& entry) {
-  const auto& [type, items] = entry;
-  if (tag == "HESK_CONTROL_AE_RESULT" && items.size() == sizeof(hesk::AeResult) / sizeof(float)) {
-    return aeLines(items);
+std::vector<std::string> decodedLines(std::uint32_t tag, const IMetadata::IEntry& entry) {
+  const host::ItemList& items = host::MetadataAccess::itemsOf(entry);
+  if (tag == hesk::tags::HESK_CONTROL_AE_RESULT.value &&
+      entry.count() == sizeof(hesk::AeResult) / sizeof(float)) {
+    return aeLines(jsonFromItems(entry));
   }
-  if (type != "uint8" || !std::ranges::all_of(items, &Json::is_number_integer)) return {};
-  if (tag == "MTK_RAW_ALGO_PDAF_INFO" && items.size() == hesk::PDAF_STATS_DATA_SIZE) {
-    return pdafLines(items);
+  const auto* bytes = std::get_if<Bytes>(&items);
+  if (bytes == nullptr) return {};
+  if (tag == hesk::tags::MTK_RAW_ALGO_PDAF_INFO.value &&
+      bytes->size() == hesk::PDAF_STATS_DATA_SIZE) {
+    return pdafLines(*bytes);
   }
-  const std::string text = textOfBytes(items);
-  return text.empty() ? std::vector<std::string>() : std::vector{text};
+  return textLines(*bytes);
 }
 
 }  // namespace camhook

@@ -1,51 +1,43 @@
-// The words that readable traces and differences of traces have in common. What is JSON here is a
-// member of the JSON trace.
+// The words of readable traces: values, entries and effects.
 
 #pragma once
 
-#include <optional>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "common/tags/TagCatalogue.h"
 #include "host/Effect.h"
+#include "platform/IMetadata.h"
 #include "tools/camhook/input/Json.h"
 
 namespace camhook {
 
-/// "updateRequestMeta  sensor 0  requestNo 100". A sensor of null is none.
-std::string callTitle(std::string_view call, const Json& sensor, const Json& arguments);
-
-/// "sensor=0 command=8 (getShadingTable) grid=[17, 13]".
-std::string effectFields(const Json& effect);
-std::string effectFields(const host::Effect& effect);
-
-/// An entry that holds items, taken from its long form or to become one.
-struct EntryItems {
-  std::string_view type;
-  Json items;
-};
-
-/// The items of a tag's entry, and their type where the catalogue would have another. Of a long
-/// list the first items, their count and a checksum of them all. `tag` is null for one that the
-/// catalogue does not list.
-std::string entryText(const hesk::TagDescription* tag, const EntryItems& entry);
-
-/// None where a member of a call in a trace is no entry.
-std::optional<EntryItems> entryFromTrace(const Json& value);
-
-/// What a call in a trace has under a key: an entry, or any other value.
-std::string memberValueText(std::string_view key, const Json& value);
-
-/// What the items mean, where they are a text in bytes or one of the records that the raw
-/// algorithms take. No line where they are neither.
-std::vector<std::string> decodedLines(std::string_view tag, const EntryItems& entry);
-
-/// A value of JSON for a person: a text stands without quotes, unless it is empty.
+/// A value of JSON; a text is shown without quotes unless it is empty.
 std::string valueText(const Json& value);
 
-/// A member of an object, empty where it is absent.
-std::string memberText(const Json& object, std::string_view key);
+/// The streams of a session: "1 1920x1080 usage 0x100, 2 3840x2160 usage 0x10000".
+std::string streamsText(const Json& streams);
+
+/// The name of a command in effects of an operation.
+struct CommandName {
+  std::string_view op;
+  std::int32_t command;
+  std::string_view name;
+};
+
+std::span<const CommandName> commandNames();
+
+/// "sensor=0 command=8 (getShadingTable) grid=[17, 13]".
+std::string effectFields(const host::Effect& effect);
+
+/// The items of a tag's entry, and their type if it differs from the catalogue's; "absent" if there
+/// are none. A long list is shown as its first items, their count and a checksum of all items.
+std::string entryText(std::uint32_t tag, const NSCam::IMetadata::IEntry& entry);
+
+/// The meaning of items that are a text in bytes or a record for the raw algorithms; no line for
+/// other items.
+std::vector<std::string> decodedLines(std::uint32_t tag, const NSCam::IMetadata::IEntry& entry);
 
 }  // namespace camhook

@@ -1,4 +1,4 @@
-#include "tools/camhook/show/ScenarioWriter.h"
+#include "tools/camhook/input/ScenarioWriter.h"
 
 #include <array>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "tools/camhook/show/TraceFilter.h"
+#include "tools/camhook/run/TraceFilter.h"
 
 #include <algorithm>
 #include <vector>
@@ -75,6 +75,7 @@ void TraceFilter::trim(CallTrace& trace) const {
       return write == nullptr || !mTags.contains(write->tag);
     });
   }
+  trace.takesUpdater = false;
   trace.state.reset();
   trace.effects.clear();
   trace.logs.clear();

@@ -1,0 +1,112 @@
+"""The JSON trace, and the page's data that is made of it.
+
+trace_test.py CHECKOUT CAMHOOK...
+
+CAMHOOK is the command that runs the tool.
+"""
+
+import html
+import json
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+SCENARIOS = sorted(path for path in pathlib.Path(sys.argv[1], "scenarios").resolve().glob("*.json")
+                   if ".trace" not in path.name)
+CAMHOOK = sys.argv[2:]
+CONTAINERS = ["meta", "app", "hal", "out"]
+# Written if the library's build has no debug information.
+NO_STEPS = b"camhook: steps without debug information of the library are shown as ?\n"
+HOSTILE = "</script><script>alert(1)</script><!--\"'&<b>\x1b\u202e"
+
+
+def run(*words, text=""):
+    done = subprocess.run([*CAMHOOK, *map(str, words)], input=text.encode(), capture_output=True, timeout=60)
+    assert done.returncode == 0 and done.stderr in (b"", NO_STEPS), done
+    return done.stdout.decode()
+
+
+def restored(after, before):
+    """What was there before a call: `before` put over what is there after it."""
+    entries = {**after, **before}
+    return {key: value for key, value in entries.items() if value is not None}
+
+
+class TraceTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.page = pathlib.Path(folder.name, "page.html")
+
+    def read_page(self, *words, **options):
+        """The page's text and its data."""
+        self.assertEqual(run("replay", "--html", self.page, "--no-warnings", *words, **options), "")
+        document = self.page.read_text()
+        text = re.search("<noscript><pre>(.*?)</pre></noscript>", document, re.S)[1]
+        data = re.search('<script type="application/json" id="data">(.*?)</script>', document, re.S)[1]
+        self.assertNotIn("<", text + data)
+        self.assertEqual(document.count("<script"), 2)
+        return html.unescape(text), json.loads(data)
+
+    def test_before_restores_what_a_call_found(self):
+        for path in SCENARIOS:
+            calls = json.loads(run("replay", "--no-warnings", "--json", path))["calls"]
+            # Without an updater a call leaves its containers as they are.
+            handed = json.loads(path.read_text())
+            for call in handed["calls"]:
+                if call["call"] != "decideSensorScenario" and "sensor" in call:
+                    call["sensor"] = 99
+            handed = json.loads(run("replay", "--no-warnings", "--json", "-", text=json.dumps(handed)))["calls"]
+            states = {}
+            for number, (call, untouched) in enumerate(zip(calls, handed), 1):
+                before = call.get("before", {})
+                self.assertEqual("before" in call, bool(before))
+                self.assertNotIn({}, before.values())
+                with self.subTest(scenario=path.stem, call=number):
+                    for name in CONTAINERS:
+                        changed = before.get(name, {})
+                        after = call.get(name) or {}
+                        self.assertEqual(restored(after, changed), untouched.get(name) or {})
+                        self.assertFalse([tag for tag in changed if changed[tag] == after.get(tag)])
+                    if call.get("state"):
+                        found = restored(call["state"], before.get("state", {}))
+                        self.assertEqual(found, states.get(call["sensor"], found))
+                        states[call["sensor"]] = call["state"]
+
+    def test_page_holds_the_trace_and_its_text(self):
+        rectangles = {}
+        for path in SCENARIOS:
+            text, data = self.read_page(path)
+            self.assertEqual(text, run("replay", "--no-warnings", "--steps", "--logs", "debug", path))
+            self.assertEqual(data["trace"], json.loads(run("replay", "--no-warnings", "--json", "--steps", path)))
+            self.assertEqual((data["title"], data["scenario"]), (path.stem, json.loads(path.read_text())))
+            for number, decision in data["decisions"].items():
+                self.assertEqual(decision, json.loads(run("decide", "--json", "--scenario", path, "--call", number)))
+            rectangles[path.stem] = data["rectangles"]
+        self.assertEqual(rectangles["still_burst"], {})
+        self.assertEqual(rectangles["raw_capture"], {"2": [
+            {"name": "active array", "rect": [0, 0, 4000, 3000]},
+            {"name": "preview area", "rect": [0, 375, 4000, 2250]},
+            {"name": "crop of the frame", "rect": [0, 0, 4000, 3000]},
+            {"name": "crop for the zoom transition", "rect": [0, 375, 4000, 2250]}]})
+        self.assertIn("face 1", [each["name"] for each in rectangles["faces_logical_multicam"]["3"]])
+        self.assertEqual(rectangles["result_regions"]["1"][:2], [
+            {"name": "eye 1, before", "rect": [10, 20, 20, 40]}, {"name": "eye 1, after", "rect": [30, 60, 40, 80]}])
+        self.assertEqual(rectangles["result_regions"]["3"][2:], [
+            {"name": "body 2, before", "rect": [5, 6, 2, 2]}, {"name": "body 2, after", "rect": [20, 32, 4, 4]}])
+
+    def test_text_of_a_scenario_is_no_markup(self):
+        scenario = {"about": HOSTILE, "platform": {"eventStore": {HOSTILE: HOSTILE}}, "calls": [
+            {"call": "setEvent", "key": HOSTILE, "value": HOSTILE},
+            {"call": "updateSessionParams", "sensor": 0, "meta": {},
+             "streams": [{"id": 1, "usage": 2**64 - 1, "width": 4, "height": 3}]}]}
+        text, data = self.read_page("-", text=json.dumps(scenario))
+        self.assertTrue(text.replace("\n", "").isprintable())
+        self.assertEqual(data["scenario"], scenario)
+        self.assertEqual(data["trace"]["calls"][1]["args"]["streams"][0]["usage"], 2**64 - 1)
+
+
+unittest.main(argv=sys.argv[:1])
