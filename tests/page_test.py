@@ -233,11 +233,11 @@ class PageTest(unittest.TestCase):
                 self.open(path.stem)
                 heights = {}
                 last = len(calls)
-                for number in sorted({1, 2, last // 2, last - 1, last} & set(range(1, last + 1))):
-                    call = calls[number - 1]
+                for number, call in enumerate(calls, 1):
                     self.go(f"call={number}")
-                    for key, height in self.check_lanes(number, call).items():
-                        heights.setdefault(key, []).append(height)
+                    if number in (1, 2, last // 2, last - 1, last):
+                        for key, height in self.check_lanes(number, call).items():
+                            heights.setdefault(key, []).append(height)
                     self.check_table(call)
                     pictured += self.check_pictures(call).items()
                 for points in heights.values():
