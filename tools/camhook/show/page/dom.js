@@ -29,10 +29,10 @@
   page.shape = maker((tag) => document.createElementNS("http://www.w3.org/2000/svg", tag));
 
   // A tag's or a step's name that may break between its words.
-  page.name = (name) =>
-    page.element("span.name",
-      name.split(/(?<=_)|(?=[A-Z][a-z])/).flatMap((part) => [part, page.element("wbr")]),
-    );
+  page.name = (name) => {
+    const words = name.split(/(?<=_)|(?=[A-Z][a-z])/);
+    return page.element("span.name", words.flatMap((word) => [word, page.element("wbr")]));
+  };
 
   // A table in a box that scrolls if the table is wider. Cells are elements or texts; the first of a row is
   // its heading.
@@ -49,7 +49,7 @@
       { class: "scroll", tabindex: "0", role: "region", "aria-label": caption || kind },
       element(
         "table",
-        { class: kind, "data-part": caption || null },
+        { class: kind },
         caption ? element("caption", caption) : null,
         heads.length ? element("thead", head) : null,
         element("tbody", rows.map(rowOf)),

@@ -4,15 +4,10 @@
   const { shape } = page;
   const height = 28; // of a lane, in pixels, as in lanes.css
   const colours = 8;
-  const hooks = [
-    "updateRequestMeta",
-    "updateSessionParams",
-    "updateResultMeta",
-    "updateCaptureRawParameter",
-    "decideSensorScenario",
-    "translateResultRegionForHesk",
-  ];
-  page.colourOfHook = (hook) => (hooks.includes(hook) ? `c${hooks.indexOf(hook)}` : "c-other");
+
+  // Hooks have colours in the order in which they appear; what changes the phone alone is grey.
+  const hooks = [...new Set(page.calls.filter(({ sensor }) => sensor !== undefined).map(({ call }) => call))];
+  page.colourOfHook = (hook) => (hooks.includes(hook) ? `c${hooks.indexOf(hook) % colours}` : "c-other");
 
   const ruler = document.createElement("canvas").getContext("2d");
   ruler.font = "11px system-ui, sans-serif"; // as in lanes.css
@@ -45,14 +40,13 @@
   // The input is dashed below the output; of a range both bounds are drawn.
   const steps = ({ name, points, runs }) => {
     const numbersOf = (value) => page.quantity(name, value) ?? [];
-    const bounds = points.reduce(
+    const [low, high] = points.reduce(
       ([low, high], { value, input }) => {
         const numbers = [...numbersOf(value), ...numbersOf(input)];
         return [Math.min(low, ...numbers), Math.max(high, ...numbers)];
       },
       [Infinity, -Infinity],
     );
-    const [low, high] = bounds;
     const yOf = (value) => height - 5 - (height - 10) * (high > low ? (value - low) / (high - low) : 0.5);
     const inputs = points
       .filter(({ isChanged }) => isChanged)
