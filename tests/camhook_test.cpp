@@ -100,7 +100,12 @@ TEST(Camhook, ShowsThePartOfATraceThatIsAskedFor) {
     MTK_CONTROL_RAW_TYPE                absent → 60
 
 )");
-  EXPECT_EQ(partOf("--hook result"), "no call matches\n");
+  for (const char* form : {"", " --json"}) {
+    const Outcome none =
+        camhookWith(std::string("replay super_moon_zoom.json --hook result") + form);
+    EXPECT_EQ(none.status, 1);
+    EXPECT_NE(none.output.find("camhook: no call matches\n"), std::string::npos) << none.output;
+  }
 }
 
 TEST(Terminal, BreaksLinesAtBlanks) {
@@ -255,7 +260,9 @@ TEST(Camhook, ListsTheCatalogue) {
   const Json all = Json::parse(camhookWith("tags --json").output);
   EXPECT_GT(all.size(), 100U);
   EXPECT_TRUE(Json::parse(camhookWith("tags --json stream_flags").output)[0].at("count").is_null());
-  EXPECT_EQ(camhookWith("tags nothing_has_this_name").output, "no tag matches\n");
+  const Outcome none = camhookWith("tags frmae_count");
+  EXPECT_EQ(none.status, 1);
+  EXPECT_TRUE(none.output.starts_with("camhook: no tag matches \"frmae_count\"")) << none.output;
 }
 
 TEST(Camhook, WritesThePagesOfTheDocumentation) {

@@ -6,11 +6,13 @@ command_line_test.py CHECKOUT CAMHOOK...
 CAMHOOK is the command that runs the tool.
 """
 
+import json
 import os
 import pathlib
 import pty
 import re
 import shlex
+import shutil
 import signal
 import subprocess
 import sys
@@ -156,8 +158,65 @@ def terminals():
     coloured = on_terminal("replay", scenario, NO_COLOR="")
     if "\x1b[" not in coloured or re.sub("\x1b\\[\\d+m", "", coloured) != plain:
         problems.append("colours")
-    if on_terminal("replay", scenario, NO_COLOR="1") != plain:
-        problems.append("colours where none are wanted")
+    for words, environment in ((["--color", "never"], {}), ([], {"NO_COLOR": "1"}), ([], {"TERM": "dumb"})):
+        if on_terminal("replay", scenario, *words, **environment) != plain:
+            problems.append(f"colours with {words} {environment}")
+    for words in (["replay", scenario], ["rules"], ["tags", "frame_count"]):
+        if "\x1b[" not in run(*words, "--color", "always")[0].decode():
+            problems.append(f"no colours: {words}")
+
+
+def hostile(folder):
+    """No command writes a control or bidirectional character of its input."""
+    odd = "\x1b[31m\x9b\u202e\x7f"
+    meta = {"ANDROID_CONTROL_CAPTURE_INTENT": {"type": "uint8", "items": [2]}, "HESK_CONTROL_DUMPPATH": odd}
+    scenario = folder / "hostile.json"
+    scenario.write_text(json.dumps({"about": odd, "platform": {
+        "properties": {odd: odd, "ro.product.model.zdm": odd}, "eventStore": {odd: odd, "APP_NAME": odd}},
+        "calls": [{"call": "setEvent", "key": odd, "value": odd}, {"call": "setProperty", "name": odd, "value": odd},
+                  {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": meta},
+                  {"call": "decideSensorScenario", "sensor": 0, "meta": meta, "video": True, "width": 4, "height": 3},
+                  {"call": "dumpMetadata", "sensor": 0, "meta": meta, "name": odd, "frame": 1}]},
+        ensure_ascii=False))
+    dump = folder / "dump.txt"
+    dump.write_text((CHECKOUT / "tests/support/phone_dump.txt").read_text() +
+                    f"    android.control.captureIntent{odd} (1000d): byte[1]\n        [2 ]\n")
+    for words in (["replay", "--logs", "debug"], ["replay", "--json", "--steps"], ["replay", "--html", "-"],
+                  ["why", scenario, "3", "MTK_HESK_STILL_CAPTURE", "--all"], ["why", scenario, "3", odd],
+                  ["why", scenario, "4", "return", "--json"], ["decide", "--call", "4", "--scenario"],
+                  ["decide", "--json", "--call", "4", "--scenario"], ["replay", "--tag", odd], ["tags", odd],
+                  ["scenario", dump, "--product", odd, "--event", f"{odd}={odd}"], ["rules", odd], [odd]):
+        done = subprocess.run([*CAMHOOK, *words, *([] if scenario in words or dump in words else [scenario])],
+                              capture_output=True, timeout=60)
+        for text in (done.stdout.decode(), done.stderr.decode()):
+            if odd_ones := {letter for letter in text if letter != "\n" and letter in "\x1b\x9b\u202e\x7f"}:
+                problems.append(f"{words} writes {odd_ones}")
+        if done.returncode not in (0, 1, 2):
+            problems.append(f"{words} ends with {done.returncode}: {done.stderr}")
+
+
+def helps():
+    """Help by both ways, also for a command, and without what options exclude."""
+    for words, same in ((["help"], ["--help"]), (["help", "replay"], ["replay", "--help"])):
+        text, lines, status = run(*words)
+        if status or lines or text != run(*same)[0] or b"Usage: camhook" not in text or b"Excludes" in text:
+            problems.append(f"{words}: {status} {lines} {text}")
+    refuses('unknown command "replya"; near: replay', "help", "replya")
+
+
+def completes():
+    """The words that a shell offers."""
+    for shell in ("bash", "zsh"):
+        if not shutil.which(shell):
+            continue
+        begin = "autoload -U +X compinit bashcompinit; compinit -u -D; bashcompinit; " if shell == "zsh" else ""
+        for words, offered in ((["rep"], ["replay"]), (["replay", "--ht"], ["--html"]), (["replay", "-", "--color", "al"], ["always"]),
+                               (["replay", "--tag", "MTK_HESK_FRAME_C"], ["MTK_HESK_FRAME_COUNT"])):
+            script = (begin + f"camhook() {{ {shlex.join(CAMHOOK)} \"$@\"; }}; source {CHECKOUT}/scripts/completion.bash; "
+                      f"COMP_WORDS=(camhook {shlex.join(words)}); COMP_CWORD={len(words)}; _camhook; echo ${{COMPREPLY[@]}}")
+            done = subprocess.run([shell, "-c", script], capture_output=True, timeout=60)
+            if done.stdout.decode().split() != offered:
+                problems.append(f"{shell} offers {done} for {words}")
 
 
 def pages(folder):
@@ -172,8 +231,11 @@ def pages(folder):
 
 
 terminals()
+helps()
+completes()
 with tempfile.TemporaryDirectory() as folder:
     pages(pathlib.Path(folder))
+    hostile(pathlib.Path(folder))
 with tempfile.TemporaryDirectory() as folder:
     examples(pathlib.Path(folder))
 with tempfile.TemporaryDirectory() as folder:

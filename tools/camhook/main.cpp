@@ -1,16 +1,17 @@
 // The command line of camhook.
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
-#include <sstream>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "tools/camhook/commands/Commands.h"
 #include "tools/camhook/commands/Version.h"
 #include "tools/camhook/show/StandardOutput.h"
-#include "tools/camhook/show/Terminal.h"
 
 namespace {
 
@@ -18,24 +19,28 @@ using namespace camhook;
 
 constexpr int kFailed = 2;
 
-/// Meanings of options that are too long for a line go on below their beginning.
-void writeHelp(std::ostream& out, const std::string& help, std::size_t width) {
-  constexpr std::size_t kMeaningColumn = 30;
-  std::istringstream lines(help);
-  for (std::string line; std::getline(lines, line);) {
-    out << wrapped(line, width, line.starts_with(' ') ? kMeaningColumn : 0) << '\n';
+/// The words after the program's name, in reverse order: CLI11 takes them from the end. "help"
+/// stands for --help.
+std::vector<std::string> wordsOf(int argc, char** argv) {
+  std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+  if (!words.empty() && words.front() == "help") {
+    words.erase(words.begin());
+    words.emplace_back("--help");
   }
+  std::ranges::reverse(words);
+  return words;
 }
 
 int run(int argc, char** argv) {
   int status = 0;
   CLI::App app("Replays scenarios through the camera hooks and shows what each hook did.",
                "camhook");
+  app.formatter(std::make_shared<HelpFormatter>());
   app.set_version_flag("--version", version());
   app.require_subcommand(1);
   app.footer(
       "Example:\n  camhook replay scenarios/still_burst.json\n\n"
-      "camhook COMMAND --help tells about a command.");
+      "camhook help COMMAND describes a command.");
   addReplay(app, status);
   addWhy(app, status);
   addDecide(app, status);
@@ -45,10 +50,13 @@ int run(int argc, char** argv) {
   addTags(app, status);
   addHooks(app, status);
   checkNumbers(app);
+  addCommonOptions(app);
   try {
-    app.parse(argc, argv);
-  } catch (const CLI::CallForHelp&) {
-    writeHelp(std::cout, app.help(), Style::forStandardOutput().width());
+    app.parse(wordsOf(argc, argv));
+  } catch (const CLI::CallForHelp& help) {
+    // Help is not an answer to words that are wrong.
+    if (!app.remaining(true).empty()) throw InputError("camhook: " + problemOf(app, help));
+    std::cout << app.help();
   } catch (const CLI::Success& request) {  // --version
     return app.exit(request);
   } catch (const CLI::ParseError& error) {

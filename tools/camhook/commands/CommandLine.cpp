@@ -2,15 +2,19 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iostream>
 #include <string_view>
 #include <utility>
 
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/PlainText.h"
+#include "tools/camhook/show/Terminal.h"
 
 namespace camhook {
 namespace {
+
+bool warningsAreShown = true;
 
 /// "a, b or c".
 std::string alternatives(const std::vector<std::string>& words) {
@@ -56,6 +60,39 @@ CLI::Validator namesOne(const std::string& what) {
     return name.empty() ? "must name " + what : std::string();
   };
   return {check, ""};
+}
+
+void addCommonOptions(CLI::App& app) {
+  constexpr std::string_view kWithoutWarnings[] = {"rules", "tags"};
+  const auto choose = [](const std::string& when) {
+    using enum Style::Colour;
+    Style::choose(when == "auto" ? automatic : when == "always" ? always : never);
+  };
+  for (CLI::App* command : app.get_subcommands({})) {
+    command
+        ->add_option_function<std::string>("--color", choose,
+                                           "Colour the output: auto (on a terminal), always, never")
+        ->check(oneOf({"auto", "always", "never"}))
+        ->type_name("WHEN")
+        ->group("Messages and colour");
+    if (std::ranges::find(kWithoutWarnings, command->get_name()) != std::end(kWithoutWarnings)) {
+      continue;
+    }
+    command
+        ->add_flag_callback(
+            "--no-warnings", [] { warningsAreShown = false; }, "Print no warnings about the input")
+        ->group("Messages and colour");
+  }
+}
+
+void warn(const std::string& lines) {
+  if (warningsAreShown) std::cerr << lines << '\n';
+}
+
+std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {
+  if (option->get_type_size() == 0) return "";
+  const bool isList = option->get_expected_max() == CLI::detail::expected_max_vector_size;
+  return ' ' + option->get_type_name() + (isList && option->get_positional() ? " ..." : "");
 }
 
 void checkNumbers(CLI::App& app) {

@@ -15,6 +15,18 @@ CLI::Validator oneOf(std::vector<std::string> words);
 /// Accepts no empty name of what is called "a file" or "a folder".
 CLI::Validator namesOne(const std::string& what);
 
+/// Adds --color to every command, and --no-warnings to those that read a scenario or dumps.
+void addCommonOptions(CLI::App& app);
+
+/// Prints lines to standard error unless --no-warnings is given.
+void warn(const std::string& lines);
+
+/// Help that groups options and does not repeat which options exclude one another.
+class HelpFormatter final : public CLI::Formatter {
+ public:
+  [[nodiscard]] std::string make_option_opts(const CLI::Option* option) const override;
+};
+
 /// Has every option of a number, of all commands, refuse what is none.
 void checkNumbers(CLI::App& app);
 

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <string>
 #include <variant>
 
@@ -45,9 +46,11 @@ inline std::string titleOfPage(const std::string& file) {
   return printable(std::filesystem::path(nameOfInput(file)).stem().string());
 }
 
-/// Has `write` fill a file. Throws InputError where it cannot be written.
+/// Calls `write` with the stream of a file, or of standard output for "-". Throws InputError if the
+/// file cannot be written.
 template <typename Write>
 void writeFile(const std::string& file, Write write) {
+  if (file == "-") return write(std::cout);
   std::ofstream out(file, std::ios::binary);
   if (out) write(out);
   out.close();

@@ -77,12 +77,13 @@ void addDecide(CLI::App& app, int& status) {
       command->add_option("--call", arguments->call, "Number of its call, from 1, or last")
           ->type_name("CALL"));
   const auto input = [&](const char* name, auto& target, const char* meaning) {
-    return command->add_option(name, target, meaning)->excludes(scenario);
+    return command->add_option(name, target, meaning)->excludes(scenario)->group("Inputs");
   };
   input("--product", inputs.product, "Product model, as ro.product.model.zdm has it");
   input("--sensor", arguments->sensor, "Sensor; 1 is the front camera");
   command->add_flag("--video", inputs.video, "The configuration has a video stream")
-      ->excludes(scenario);
+      ->excludes(scenario)
+      ->group("Inputs");
   input("--app-type", inputs.appType, "\"APP_TYPE\" of the event store");
   input("--app-name", inputs.appName, "\"APP_NAME\" of the event store");
   input("--eis", inputs.eis, "HESK_CONTROL_EISENABLE");

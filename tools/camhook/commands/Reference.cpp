@@ -8,6 +8,7 @@
 
 #include "tools/camhook/explain/HookReference.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/ScenarioSchema.h"
 #include "tools/camhook/run/DataRoot.h"
@@ -27,8 +28,10 @@ int tags(const TagsOptions& options) {
   TagsFormat format = TagsFormat::text;
   if (options.json) format = TagsFormat::json;
   if (options.markdown) format = TagsFormat::markdown;
-  listTags(std::cout, options.filter, format, Style::forStandardOutput());
-  return 0;
+  if (listTags(std::cout, options.filter, format, Style::forStandardOutput())) return 0;
+  std::cerr << "camhook: no tag matches " << jsonText(options.filter) << nearTags(options.filter)
+            << '\n';
+  return 1;
 }
 
 int hooks(const std::vector<std::string>& files) {

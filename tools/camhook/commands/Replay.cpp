@@ -34,7 +34,6 @@ struct ReplayOptions {
   std::vector<std::string> tags;
   std::string logs;
   std::string dataRoot;
-  bool noWarnings = false;
 };
 
 TextTrace::Records recordsFromName(const std::string& level) {
@@ -120,9 +119,7 @@ int replay(const ReplayOptions& options) {
   const ScenarioText scenario =
       readFile(options.file, [](std::string text) { return ScenarioText(std::move(text)); });
   const Faults& warnings = scenario.warnings();
-  if (!options.noWarnings && !warnings.isEmpty()) {
-    std::cerr << warnings.lines(nameOfInput(options.file), "warning: ") << '\n';
-  }
+  if (!warnings.isEmpty()) warn(warnings.lines(nameOfInput(options.file), "warning: "));
   DataRoot dataRoot(options.dataRoot);
   dataRoot.removeAtAnyEnd();
   bool isAnyShown = true;
@@ -134,8 +131,9 @@ int replay(const ReplayOptions& options) {
   } else {
     writeFile(options.page, write);
   }
-  if (!isAnyShown && !options.json) std::cout << "no call matches\n";
-  return 0;
+  if (isAnyShown) return 0;
+  std::cerr << "camhook: no call matches\n";
+  return 1;
 }
 
 }  // namespace
@@ -146,41 +144,43 @@ void addReplay(CLI::App& app, int& status) {
   command->add_option("FILE", options->file, "The scenario; - reads it from standard input")
       ->required();
   CLI::Option* json = command->add_flag("--json", options->json, "Write the trace as JSON");
-  CLI::Option* page = command
-                          ->add_option("--html", options->page,
-                                       "Write the whole trace, its steps and its records into this "
-                                       "file, a page for any browser")
-                          ->check(namesOne("a file"))
-                          ->type_name("PAGE")
-                          ->excludes(json);
-  const auto addNarrowing = [command, page](const char* name, std::vector<std::string>& words,
-                                            const char* word, const char* meaning) {
+  CLI::Option* page =
+      command
+          ->add_option("--html", options->page,
+                       "Write the trace as a page for any browser; - is standard output")
+          ->check(namesOne("a file"))
+          ->type_name("PAGE")
+          ->excludes(json);
+  CLI::Option* steps =
+      command->add_flag("--steps", options->steps, "Show which step of the library wrote each tag");
+  CLI::Option* logs = command
+                          ->add_option("--logs", options->logs,
+                                       "Show log records from this level: debug, info, error")
+                          ->check(oneOf({"debug", "info", "error"}))
+                          ->type_name("LEVEL")
+                          ->excludes(page);
+  for (CLI::Option* option : {json, page, steps, logs}) option->group("Output");
+  const auto addFilter = [command, page](const char* name, std::vector<std::string>& words,
+                                         const char* word, const char* meaning) {
     command->add_option(name, words, meaning)
         ->allow_extra_args(false)
         ->type_name(word)
-        ->excludes(page);
+        ->excludes(page)
+        ->group("Filters, each of which may be given several times");
   };
-  addNarrowing("--call", options->calls, "CALL",
-               "Show only this call, by its number, from 1, or last; may be given again");
-  addNarrowing("--hook", options->hooks, "HOOK",
-               "Show only the calls of this hook: request, result, session, capture or the call's "
-               "own name; likewise");
-  addNarrowing("--tag", options->tags, "TAG",
-               "Show only where this tag changes, and nothing else of the call; likewise");
-  command->add_flag("--steps", options->steps, "Show which step of the library wrote each tag");
-  command->add_flag("--no-warnings", options->noWarnings,
-                    "Say nothing of what the scenario probably does not mean");
-  command->add_option("--logs", options->logs, "Show log records of this level and above")
-      ->check(oneOf({"debug", "info", "error"}))
-      ->type_name("LEVEL")
-      ->excludes(page);
+  addFilter("--call", options->calls, "CALL", "Show this call: its number, from 1, or last");
+  addFilter("--hook", options->hooks, "HOOK",
+            "Show the calls of request, result, session, capture or a name");
+  addFilter("--tag", options->tags, "TAG", "Show the changes of this tag and nothing else");
   command
       ->add_option("--data-root", options->dataRoot,
                    "Folder that stands for the root of the phone's file system; by default a fresh "
                    "one that goes when the scenario has run")
       ->check(namesOne("a folder"))
       ->type_name("DIR");
-  command->footer("Example:\n  camhook replay scenarios/still_burst.json --logs info");
+  command->footer(
+      "The exit status is 1 if no call matches the filters.\n\n"
+      "Example:\n  camhook replay scenarios/still_burst.json --logs info");
   command->callback([options, &status] { status = replay(*options); });
 }
 

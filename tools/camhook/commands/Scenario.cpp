@@ -68,7 +68,7 @@ int scenario(const ScenarioArguments& arguments) {
   if (!arguments.statics.empty()) options.statics = readDumps(arguments.statics);
 
   const DumpScenario made = scenarioOfDumps(std::move(files), std::move(options));
-  for (const std::string& note : made.notes) std::cerr << note << '\n';
+  for (const std::string& note : made.notes) warn(note);
   if (arguments.output.empty()) {
     writeScenario(std::cout, made);
     return 0;
@@ -115,7 +115,7 @@ void addScenario(CLI::App& app, int& status) {
                    "A dump of the device's static metadata, the first in this file")
       ->type_name("FILE");
   command->footer(
-      "What was assumed, left out or doubtful is said on standard error.\n\n"
+      "Warnings about what was assumed or left out go to standard error.\n\n"
       "Example:\n  camhook scenario tests/support/phone_dump.txt --product KX0107 -o my.json\n"
       "  camhook replay my.json");
   command->callback([arguments, &status] { status = scenario(*arguments); });

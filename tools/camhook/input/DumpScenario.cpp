@@ -11,6 +11,7 @@
 #include "common/tags/TagCatalogue.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/Scenario.h"
 
 namespace camhook {
 namespace {
@@ -19,10 +20,10 @@ constexpr std::string_view kMeta[] = {"meta"};
 constexpr std::string_view kCaptureContainers[] = {"app", "hal", "out"};
 
 constexpr DumpHook kHooks[] = {
-    {"request", "updateRequestMeta", kMeta, "requestNo", ""},
-    {"result", "updateResultMeta", kMeta, "requestNo", ""},
-    {"session", "updateSessionParams", kMeta, "", R"("streams": [])"},
-    {"capture", "updateCaptureRawParameter", kCaptureContainers, "", ""},
+    {"request", UpdateRequestMeta::kName, kMeta, "requestNo", ""},
+    {"result", UpdateResultMeta::kName, kMeta, "requestNo", ""},
+    {"session", UpdateSessionParams::kName, kMeta, "", R"("streams": [])"},
+    {"capture", UpdateCaptureRawParameter::kName, kCaptureContainers, "", ""},
 };
 
 std::string nameInFolder(const std::string& file) {

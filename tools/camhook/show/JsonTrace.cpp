@@ -87,7 +87,8 @@ std::string lineOfBefore(const CallTrace& trace) {
     line.close('}');
   }
   if (trace.state && trace.state->before != trace.state->after) {
-    const auto& [before, after] = *trace.state;
+    const UpdaterFields& before = trace.state->before;
+    const UpdaterFields& after = trace.state->after;
     line.key("state");
     line.open('{');
     forEachUpdaterField([&](std::string_view name, auto field) {

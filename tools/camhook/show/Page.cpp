@@ -1,5 +1,6 @@
 #include "tools/camhook/show/Page.h"
 
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 #include <map>
@@ -9,6 +10,7 @@
 #include "common/tags/TagCatalogue.h"
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/PageParts.h"
 #include "tools/camhook/show/Rectangles.h"
@@ -57,6 +59,17 @@ void writeHead(std::ostream& out, std::string_view title) {
   out << "</title>\n";
   writeParts(out, "style", pageStyles());
   out << "</head>\n<body>\n";
+}
+
+/// JSON without raw control and bidirectional characters: white space aside they can only be in its
+/// strings, where they are escaped.
+std::string plainJson(std::string json) {
+  std::ranges::replace_if(
+      json, [](char letter) { return letter == '\t' || letter == '\r'; }, ' ');
+  std::istringstream lines(json);
+  std::string plain;
+  for (std::string line; std::getline(lines, line);) plain += printable(line) + '\n';
+  return plain;
 }
 
 std::string closed(JsonLine& line, char bracket) {
@@ -177,7 +190,7 @@ void Page::finish(const host::TextMap& eventStore) {
   // Escaped, "<" cannot end the element.
   const auto write = [&](std::string_view json) { writeReplaced(mOut, json, {{'<', "\\u003c"}}); };
   write("{\"title\": " + jsonText(mTitle) + ",\n\"scenario\": ");
-  write(mScenario.text());
+  write(plainJson(mScenario.text()));
   write(",\n\"trace\": {\"calls\": ");
   write(closed(mCalls, ']'));
   write(", \"eventStore\": " + lineOfEventStore(eventStore) + "}");

@@ -80,7 +80,7 @@ constexpr RegionTag kRegionTags[] = {
 void addRegions(std::vector<NamedRectangle>& found, const CallTrace& trace,
                 const std::vector<host::Effect::Region>& regions) {
   for (std::size_t i = 0; i < regions.size(); ++i) {
-    const auto known = std::ranges::find(kRegionTags, regions[i].kind, &RegionTag::kind);
+    const auto* const known = std::ranges::find(kRegionTags, regions[i].kind, &RegionTag::kind);
     if (known == std::end(kRegionTags)) continue;
     const std::string name = known->name + std::to_string(i + 1);
     found.push_back({name + ", before", regions[i].rect});

@@ -40,7 +40,6 @@ void writeText(std::ostream& out, const std::vector<TagDescription>& tags, Style
                  std::string(tag.type) + "[" + countText(tag) + "]", style.faint(tag.meaning)});
   }
   columns.write(out, 0);
-  if (columns.isEmpty()) out << "no tag matches\n";
 }
 
 void writeJsonList(std::ostream& out, const std::vector<TagDescription>& tags) {
@@ -68,7 +67,7 @@ void writeMarkdown(std::ostream& out, const std::vector<TagDescription>& tags) {
 
 }  // namespace
 
-void listTags(std::ostream& out, std::string_view filter, TagsFormat format, Style style) {
+bool listTags(std::ostream& out, std::string_view filter, TagsFormat format, Style style) {
   std::vector<TagDescription> tags;
   std::ranges::copy_if(
       hesk::kTagCatalogue, std::back_inserter(tags), [&](const TagDescription& tag) {
@@ -80,6 +79,7 @@ void listTags(std::ostream& out, std::string_view filter, TagsFormat format, Sty
     case TagsFormat::json: writeJsonList(out, tags); break;
     case TagsFormat::markdown: writeMarkdown(out, tags); break;
   }
+  return !tags.empty();
 }
 
 }  // namespace camhook

@@ -8,13 +8,29 @@
 #include <iostream>
 
 namespace camhook {
+namespace {
+
+Style::Colour chosenColour = Style::Colour::automatic;
+
+std::string_view environmentValue(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+}  // namespace
+
+void Style::choose(Colour colour) { chosenColour = colour; }
 
 Style Style::forStandardOutput() {
-  if (isatty(STDOUT_FILENO) == 0) return Style(false);
-  const char* noColor = std::getenv("NO_COLOR");
+  const bool isTerminal = isatty(STDOUT_FILENO) != 0;
+  const bool isColoured =
+      chosenColour == Colour::automatic
+          ? isTerminal && environmentValue("NO_COLOR").empty() && environmentValue("TERM") != "dumb"
+          : chosenColour == Colour::always;
   winsize size{};
-  const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return Style(noColor == nullptr || *noColor == '\0', isKnown ? size.ws_col : kAnyWidth);
+  const bool isKnown =
+      isTerminal && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return Style(isColoured, isKnown ? size.ws_col : kAnyWidth);
 }
 
 std::string Style::dress(std::string_view text, std::string_view code) const {

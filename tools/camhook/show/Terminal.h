@@ -20,8 +20,12 @@ class Style {
 
   explicit Style(bool colour, std::size_t width = kAnyWidth) : mColour(colour), mWidth(width) {}
 
-  /// Of any width where standard output is no terminal. Coloured where it is one and the
-  /// environment does not set NO_COLOR.
+  enum class Colour { automatic, always, never };
+
+  /// Sets whether standard output is coloured: `automatic`, the initial value, colours a terminal
+  /// unless it is dumb or the environment sets NO_COLOR.
+  static void choose(Colour colour);
+
   static Style forStandardOutput();
 
   [[nodiscard]] std::size_t width() const { return mWidth; }
