@@ -1,18 +1,19 @@
-"""The page of a replay in a browser: every view shows what the trace says, by keyboard too, and what a
-scenario holds stays text.
+"""The page of a replay in a browser: the views agree with the trace, with each other and with `decide`; it
+works by keyboard and without scripts; texts of a scenario stay text.
 
 page_test.py CHECKOUT AXE CAMHOOK...
 
 AXE is the script of the accessibility checks, CAMHOOK the command that runs the tool.
 """
 
+import itertools
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
 import time
-import types
 import unittest
 
 from selenium import webdriver
@@ -22,11 +23,39 @@ from selenium.webdriver.common.keys import Keys
 CHECKOUT, AXE = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
 CAMHOOK = sys.argv[3:]
 SCENARIOS = sorted(path for path in (CHECKOUT / "scenarios").glob("*.json") if ".trace" not in path.name)
-LOOKED_AT = ["still_burst", "raw_capture", "video_4k60", "third_party_apps", "result_regions"]
-CONTAINERS = ["meta", "app", "hal", "out"]
+LOOKED_AT = {"still_burst": 5, "raw_capture": 2, "third_party_apps": 1, "result_regions": 1, "sensor_modes": 4}
 HOSTILE = "</script><script>hacked = 1</script><img src=x onerror='hacked = 1'>\"'&amp;<b id=hacked>"
-OPTIONS = ("--headless --no-sandbox --disable-gpu --no-first-run --disable-background-networking "
+BIG = 9007199254740993  # not a number of the browser
+OPTIONS = ("--headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking "
            "--disable-component-update --disable-sync")
+
+# The lanes at the open call: the key, the value beside the name, the height of the line or null, the number of
+# bands; before them the call in the middle of the hairline, the marked one and the slider's.
+LANES = """
+const middle = ({left, width}) => left + width / 2;
+const at = middle(document.querySelector('.hairline').getBoundingClientRect());
+const covers = ({left, right}) => left <= at && at < right;
+const under = [...document.querySelectorAll('.calls .call')].filter((call) => covers(call.getBoundingClientRect()));
+const lanes = [...document.querySelectorAll('.lane[data-key]')].map((lane) => {
+  const x = at - lane.querySelector('svg').getBoundingClientRect().left;
+  const path = lane.querySelector('.line-0')?.getAttribute('d') ?? '';
+  const steps = [...path.matchAll(/[ML]([-.\\d]+) ([-.\\d]+)H([-.\\d]+)/g)].map((step) => step.slice(1).map(Number));
+  const line = steps.find(([from, , to]) => from <= x && x < to)?.[1] ?? null;
+  const bands = [...lane.querySelectorAll('.band')].filter((band) => covers(band.getBoundingClientRect())).length;
+  return [lane.dataset.key, lane.querySelector('output').innerText, line, bands];
+});
+return [under.length === 1 && under[0].classList.contains('open'),
+        Number(document.querySelector('.calls').getAttribute('aria-valuenow')), lanes];
+"""
+
+# Elements whose content is wider than they are and neither scrolls nor ends in an ellipsis.
+CUT_OFF = """
+return [...document.querySelectorAll('#page *')].filter((each) => {
+  const {overflowX, textOverflow, display} = getComputedStyle(each);
+  return each.checkVisibility() && !each.closest('svg') && display !== 'inline' && overflowX !== 'auto'
+    && textOverflow !== 'ellipsis' && each.scrollWidth > each.clientWidth + 1;
+}).map((each) => each.outerHTML.slice(0, 200));
+"""
 
 
 def run(*words):
@@ -38,20 +67,26 @@ def items(call, container, tag):
 
 
 def is_capture(call):
-    return items(call, "meta", "MTK_HESK_STILL_CAPTURE") == [1]
+    return items(call, "meta", "MTK_HESK_STILL_CAPTURE") == [1] and call["state"]
 
 
-def translation(call):
-    return next((effect["regions"] for effect in call["effects"] if effect["op"] == "sat.translate"), [])
+def numbers(text):
+    """The different numbers of a text, without the commas that group digits."""
+    return {float(number) for number in re.findall(r"-?\d+(?:\.\d+)?", re.sub(r"(?<=\d),(?=\d)", "", text))}
+
+
+def is_plain(entry):
+    """Whether the page shows the items of an entry as they are."""
+    numeric = all(isinstance(item, (int, float)) for item in entry["items"])
+    return numeric and entry["type"] in ("int32", "float") and len(entry["items"]) <= 12
 
 
 class PageTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.folder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(cls.folder.cleanup)
+        cls.folder = pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
         options = webdriver.ChromeOptions()
-        for option in [*OPTIONS.split(), f"--user-data-dir={cls.folder.name}/profile"]:
+        for option in [*OPTIONS.split(), f"--user-data-dir={cls.folder}/profile"]:
             options.add_argument(option)
         options.set_capability("goog:loggingPrefs", {"browser": "ALL", "performance": "ALL"})
         cls.browser = webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
@@ -62,24 +97,21 @@ class PageTest(unittest.TestCase):
     def tearDown(self):
         self.assertEqual(self.browser.get_log("browser"), [])
         messages = [json.loads(entry["message"])["message"] for entry in self.browser.get_log("performance")]
-        asked = [message["params"]["request"]["url"] for message in messages
-                 if message["method"] == "Network.requestWillBeSent"]
-        self.assertTrue(all(url.startswith(f"file://{self.folder.name}/") for url in asked), asked)
+        requests = [message["params"]["request"] for message in messages
+                    if message["method"] == "Network.requestWillBeSent"]
+        others = [request["url"] for request in requests if not request["url"].startswith(self.folder.as_uri())]
+        self.assertEqual(others, [])
 
-    def page(self, scenario):
-        path = pathlib.Path(self.folder.name, f"{scenario.stem}.html")
-        if not path.exists():
-            run("replay", "--html", path, scenario)
-        return path
-
-    def stored(self, name):
-        return self.page(CHECKOUT / "scenarios" / f"{name}.json")
-
-    def open(self, path, address=""):
-        self.browser.get(f"file://{path}#{address}")
+    def open(self, scenario):
+        path = scenario if isinstance(scenario, pathlib.Path) else CHECKOUT / "scenarios" / f"{scenario}.json"
+        page = self.folder / f"{path.stem}.html"
+        if not page.exists():
+            run("replay", "--html", page, path)
+        self.size(1400)
+        self.browser.get("about:blank")
+        self.browser.get(page.as_uri())
 
     def go(self, address):
-        """Opens a place of the open page."""
         self.browser.execute_async_script(
             "const [address, done] = arguments;"
             "if (location.hash === address) done();"
@@ -90,17 +122,12 @@ class PageTest(unittest.TestCase):
         return self.browser.execute_script(f"return {expression}", *arguments)
 
     def texts(self, selector):
-        """The texts of the elements that are seen."""
         return self.script("[...document.querySelectorAll(arguments[0])].filter((found) =>"
-                           " found.checkVisibility()).map((found) => found.innerText)", selector)
+                           " found.checkVisibility()).map((found) => found.innerText.trim())", selector)
 
     def cells(self, rows):
-        """The texts of the cells of each row."""
         return self.script("[...document.querySelectorAll(arguments[0])].map("
-                           "(row) => [...row.cells].map((cell) => cell.innerText.trim()))", rows)
-
-    def views(self):
-        return self.script("[...document.querySelectorAll('#views a')].map((link) => link.dataset.view)")
+                           "(row) => [...row.cells].map((cell) => cell.textContent.trim()))", rows)
 
     def size(self, width, scheme="light"):
         self.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
@@ -108,170 +135,174 @@ class PageTest(unittest.TestCase):
         self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {
             "features": [{"name": "prefers-color-scheme", "value": scheme}]})
 
-    # What the page shows and what the trace says, of all calls or of one.
+    # What the page shows and what the trace says.
 
-    def check_calls(self, replay):
-        shown = self.script(
-            "[...document.querySelectorAll('#calls > .call')].map((call) =>"
-            " [...call.querySelectorAll('tr[data-tag]')].map((row) =>"
-            "  [row.closest('table').dataset.container, row.dataset.tag]))")
-        self.assertEqual(len(shown), len(replay.calls))
-        for rows, call, given in zip(shown, replay.calls, replay.scenario["calls"]):
-            rows = list(map(tuple, rows))
-            written = {(write["container"], write["tag"]) for write in call["writes"]}
-            appeared = {(container, tag) for container, tag in written
-                        if items(call, container, tag) and tag not in (given[container] or {})}
-            self.assertEqual(len(rows), len(set(rows)))
-            self.assertLessEqual(appeared, set(rows))
-            self.assertLessEqual(set(rows), written)
+    def check_lanes(self, number, call):
+        """Compares the lanes with the open call; returns the heights of the lines by lane and value."""
+        is_marked, slider, lanes = self.browser.execute_script(LANES)
+        opened = self.script("Number(document.querySelector('#call input').value)")
+        self.assertEqual((is_marked, slider, opened), (True, number, number))
+        heights = {}
+        for key, text, line, bands in lanes:
+            tag, hook, *place = key.split(" ")
+            if tag == "sensor" or [call["call"], str(call.get("sensor"))] != [hook, place[-1]]:
+                continue  # a sensor mode, the state, another hook
+            entry = (call[place[0]] or {}).get(tag)
+            self.assertEqual(text in ("absent", "–"), entry is None, key)
+            self.assertEqual((line is not None) + bands, entry is not None, key)
+            if entry and is_plain(entry):
+                self.assertEqual(numbers(text), set(entry["items"]), key)
+                heights[key] = (entry["items"][0], line)
+        return heights
 
-    def check_timeline(self, replay):
-        marks = self.script("[...document.querySelectorAll('.mark')].map((mark) =>"
-                            " [Number(mark.dataset.call), mark.textContent]).sort(([a], [b]) => a - b)")
-        said = [[number, f"{number}{'!' * any(log['level'] == 'E' for log in call['logs'])}"
-                 f"{'•' * bool(call['effects'])}"] for number, call in enumerate(replay.calls, 1)]
-        self.assertEqual(marks, said)
+    def check_table(self, call):
+        rows = self.script("[...document.querySelectorAll('.changes tr[data-tag]')].map((row) =>"
+                           " [row.closest('table').caption, ...row.cells].map((cell) => cell.textContent))")
+        shown = {(part, tag): cells for part, tag, *cells in rows}
+        before = {(part, tag): value for part, tags in call.get("before", {}).items() for tag, value in tags.items()}
+        self.assertEqual(set(shown), set(before))
+        for (part, tag), (was, _, step) in shown.items():
+            writes = [f"{write['step']} {write['file'].split('/')[-1]}:{write['line']}" for write in call["writes"]
+                      if (write["container"], write["tag"]) == (part, tag)]
+            self.assertEqual(step, (writes or [""])[-1])
+            self.assertEqual(was == "absent", before[part, tag] is None)
 
-    def check_tags(self, replay, _):
-        """The values of a tag of each container of each hook."""
-        tags = {}
-        for call in replay.calls:
-            for container in CONTAINERS:
-                whole = [tag for tag, entry in (call.get(container) or {}).items()
-                         if entry["type"] == "int32" and len(entry["items"]) <= 12]
-                if whole:
-                    tags[call["call"], call["sensor"], container] = whole[-1]
-        for (hook, sensor, container), tag in tags.items():
-            self.go(f"view=tags&tag={tag}+{hook}+{container}+{sensor}")
-            runs = {int(first.split()[1]): value for first, value in self.cells(".values tbody tr")}
-            for number, call in enumerate(replay.calls, 1):
-                said = items(call, container, tag)
-                if said and (call["call"], call["sensor"]) == (hook, sensor):
-                    shown = runs[max(first for first in runs if first <= number)]
-                    self.assertEqual(shown, str(said if len(said) > 1 else said[0]))
+    def check_burst(self, calls):
+        captures = {number: call for number, call in enumerate(calls, 1) if is_capture(call)}
+        self.assertEqual(bool(captures), "Burst" in self.texts("#views a"))
+        for number, call in captures.items():
+            self.go(f"view=burst&call={number}")
+            columns = self.texts(".burst thead th")
+            [row] = self.cells(f".burst tr[data-call='{number}']")
+            request, frames = call["args"]["requestNo"], dict(call["state"]["mNonZslFrames"])
+            index = items(call, "meta", "MTK_HESK_FRAME_INDEX")
+            self.assertEqual(row[:2], [str(number), str(request)])
+            self.assertEqual([column for column, cell in zip(columns, row) if cell == "●"],
+                             [str(request)] if request in frames else [])
+            self.assertEqual({column for column, cell in zip(columns, row) if cell in ("●", "·")},
+                             set(map(str, frames)))
+            self.assertEqual(row[-1].split()[-1], str(call["state"]["mCaptureCount"]))
+            said = "no burst recorded"
+            if request in frames:
+                said = f"frame {frames[request]} of {len(frames)}" + (", not written" if index is None else "")
+            elif frames:
+                first, last = min(frames, key=frames.get), max(frames, key=frames.get)
+                said = f"not in the burst of {first}" + (f" to {last}" if last != first else "")
+            if request not in frames:
+                said += "; no index written" if index is None else f"; {index[0]} by default"
+            self.assertEqual([row[-2], self.texts(".answer")[-1]], [said, f"Request {request}: {said}"])
 
-    def check_burst(self, replay, _):
-        said = [[f"call {number}", str(call["args"]["requestNo"]), len(call["state"]["mNonZslFrames"]),
-                 str(call["state"]["mCaptureCount"]), items(call, "meta", "MTK_HESK_FRAME_INDEX")]
-                for number, call in enumerate(replay.calls, 1) if is_capture(call)]
-        frames = self.script("[...document.querySelectorAll('.burst tbody tr')].map("
-                             "(row) => row.querySelectorAll('.frame').length)")
-        shown = [[cells[0], cells[1], count, cells[3].split()[-1],
-                  None if cells[4] == "–" else [int(cells[4].split()[1])]]
-                 for cells, count in zip(self.cells(".burst tbody tr"), frames)]
-        self.assertEqual(shown, said)
-
-    def rects(self):
-        """The numbers of the rectangles that are drawn, by their names."""
-        return {name: list(map(int, sides)) for name, sides in self.script(
-            "[...document.querySelectorAll('[data-shape]')].map((row) =>"
-            " [row.dataset.shape, [1, 2, 3, 4].map((cell) => row.cells[cell].innerText)])")}
-
-    def check_crop(self, replay, number):
-        rects = self.rects()
-        for name, container, tag in (("frame's crop", "hal", "MTK_P1NODE_SCALAR_CROP_REGION"),
-                                     ("crop for the zoom transition", "out", "MTK_RAW_ALGO_SAT_CROP_REGION"),
-                                     ("face 1", "out", "MTK_RAW_ALGO_FACE_RECTS")):
-            said = items(replay.calls[number - 1], container, tag)
-            self.assertEqual(rects.get(name), said and said[0])
-
-    def check_regions(self, replay, number):
-        rects = self.rects()
-        before = [region["rect"] for region in translation(replay.calls[number - 1])]
-        move = replay.scenario["platform"]["sat"]["translate"]
-        after = [[x * move["scale"] + move["dx"], y * move["scale"] + move["dy"],
-                  width * move["scale"], height * move["scale"]] for x, y, width, height in before]
-        for when, said in (("before", before), ("after", after)):
-            self.assertEqual([rect for name, rect in rects.items() if name.endswith(when)], said)
-
-    def check_decision(self, replay, number):
-        decision = json.loads(run("decide", "--json", "--scenario", replay.path, "--call", number))
+    def check_mode(self, path, number, call):
+        self.go(f"view=mode&call={number}")
+        decision = json.loads(run("decide", "--json", "--scenario", path, "--call", number))
+        found = [filter["filter"] for filter in decision["filters"] if filter["found"] is not None]
+        self.assertEqual(self.script("document.querySelector('.decided')?.dataset.filter"), (found or [None])[0])
+        asked = [filter["asked"] for filter in decision["filters"]] if decision["rows"] else []
+        self.assertEqual([not text.endswith("never asked") for text in self.texts(".stage th")], asked)
         row = decision["base"]["row"]
-        taken = [cells[0] for cells in self.cells(".rules tbody tr.taken")]
-        self.assertEqual(taken, [f"▸ row {row}"] if row else [])
-        self.assertIn(decision["decidedBy"], self.texts(".result")[0])
-        unmet = sum(not met for rule in decision["rules"] for met in rule["met"].values())
-        self.assertEqual(len(self.texts(".rules .unmet")), unmet)
-        self.assertEqual([cells[3] for cells in self.cells(".overrides tbody tr")],
-                         [override["verdict"] for override in decision["overrideVerdicts"]])
+        self.assertEqual([cells[0] for cells in self.cells(".funnel .taken")], [f"row {row}"] if row else [])
+        mode = f"{call['return']} {decision['name']}"
+        by = f", decided by {decision['decidedBy']['text']}" if decision["decidedBy"]["kind"] == "override" else ":"
+        self.assertTrue(self.texts(".answer")[-1].startswith(mode + by), mode + by)
 
-    def test_every_view_shows_what_the_trace_says(self):
-        holds = {
-            "tags": lambda call: call.get("state") or any(call.get(name) for name in CONTAINERS),
-            "burst": is_capture,
-            "crop": lambda call: items(call, "hal", "MTK_P1NODE_SCALAR_CROP_REGION")
-            or items(call, "out", "MTK_RAW_ALGO_SAT_CROP_REGION"),
-            "regions": translation,
-            "decision": lambda call: call["call"] == "decideSensorScenario",
-        }
-        self.size(1600)
+    def check_pictures(self, call):
+        """The corners of the crop and of the faces, and of the regions before their translation."""
+        shown = {row[0]: row[1:] for row in self.cells(".rectangles tbody tr")}
+        crops = items(call, "hal", "MTK_P1NODE_SCALAR_CROP_REGION") or []
+        faces = items(call, "out", "MTK_RAW_ALGO_FACE_RECTS") or []
+        said = {"crop of the frame": crop for crop in crops}
+        said |= {f"face {place}": face for place, face in enumerate(faces, 1)}
+        for effect in call["effects"]:
+            for place, region in enumerate(effect.get("regions", []), 1):
+                kind = {3: "eye", 4: "lot", 5: "body"}[region["kind"]]
+                said[f"{kind} {place}, before"] = region["rect"]
+        signs = set(self.script("[...document.querySelectorAll('.sign')].map((sign) => sign.textContent)"))
+        for name, (x, y, width, height) in said.items():
+            left, right, top, bottom = *sorted((x, x + width)), *sorted((y, y + height))
+            corners = [f"{left}, {top}", f"{right}, {bottom}"]
+            self.assertEqual(shown[name], [*corners, f"{width} × {height}"])
+            if name.startswith("crop") and (width, height) != (4000, 3000):
+                self.assertLessEqual({name, *corners}, signs)
+        return said
+
+    def test_views_agree_with_the_trace(self):
+        pictured = []
         for path in SCENARIOS:
             with self.subTest(path.stem):
                 calls = json.loads(run("replay", "--json", "--steps", path))["calls"]
-                replay = types.SimpleNamespace(path=path, scenario=json.loads(path.read_text()), calls=calls)
-                self.open(self.page(path))
-                self.check_calls(replay)
-                self.check_timeline(replay)
-                offered = [view for view, holds_for in holds.items() if any(map(holds_for, calls))]
-                self.assertEqual(self.views(), ["calls", *offered])
-                for view in offered:
-                    for number in [place for place, call in enumerate(calls, 1) if holds[view](call)]:
-                        self.go(f"view={view}&call={number}")
-                        getattr(self, f"check_{view}")(replay, number)
-                        if view in ("tags", "burst"):  # they have all calls
-                            break
+                self.open(path.stem)
+                heights = {}
+                last = len(calls)
+                for number, call in enumerate(calls, 1):
+                    self.go(f"call={number}")
+                    if number in (1, 2, last // 2, last - 1, last):
+                        for key, height in self.check_lanes(number, call).items():
+                            heights.setdefault(key, []).append(height)
+                    self.check_table(call)
+                    pictured += self.check_pictures(call).items()
+                for points in heights.values():
+                    for (value, line), (other, other_line) in itertools.combinations(points, 2):
+                        self.assertTrue(line is None or (value > other) == (line < other_line))
+                self.check_burst(calls)
+                for number, call in enumerate(calls, 1):
+                    if call["call"] == "decideSensorScenario":
+                        self.check_mode(path, number, call)
+        self.assertIn("face 10", dict(pictured))
+        self.assertIn(("crop of the frame", [1000, 750, 2000, 1500]), pictured)
 
     # How it is used.
 
     def press(self, *keys):
-        for key in keys:
-            self.browser.switch_to.active_element.send_keys(key)
+        self.browser.switch_to.active_element.send_keys(*keys)
 
-    def focus(self):
-        return self.script("document.activeElement.innerText")
-
-    def tab_to(self, text):
-        for _ in range(60):
+    def tab_to(self, selector):
+        for _ in range(40):
             self.press(Keys.TAB)
-            if self.focus().startswith(text):
+            if self.script("document.activeElement.matches(arguments[0])", selector):
                 return
-        self.fail(f"{text} is not reached by keyboard")
-
-    def test_keyboard(self):
-        self.open(self.stored("video_4k60"))
-        for view in ("Tags over time", "Decision", "Calls"):
-            self.tab_to(view)
-            self.press(Keys.ENTER)
-            self.wait_for("document.querySelector('#timeline ~ :not([hidden]) h2').innerText", view)
-            self.script("document.activeElement.blur()")
-        self.tab_to("1")
-        self.press(Keys.ARROW_RIGHT, Keys.ARROW_RIGHT)
-        self.assertIn("3 updateRequestMeta", " ".join(self.texts(".told")[0].split()))
-        self.press(Keys.ENTER)
-        self.wait_for("document.querySelector('.call.open').id", "call-3")
-        self.press(Keys.END)
-        self.assertTrue(self.focus().startswith("9"))
-        self.browser.back()
-        self.wait_for("document.querySelector('.call.open').id", "call-1")
+        self.fail(f"{selector} is not reached by keyboard")
 
     def wait_for(self, expression, wanted):
-        deadline = time.monotonic() + 5
+        deadline = time.monotonic() + 10
         while self.script(expression) != wanted and time.monotonic() < deadline:
             time.sleep(0.02)
         self.assertEqual(self.script(expression), wanted)
 
+    def test_keyboard_and_pointer(self):
+        self.open("video_4k60")
+        self.tab_to("[data-view=mode]")
+        self.press(Keys.ENTER)
+        self.wait_for("document.getElementById('mode').hidden", False)
+        self.browser.back()
+        self.wait_for("document.getElementById('lanes').hidden", False)
+        self.tab_to("[role=slider]")
+        self.press(Keys.ARROW_RIGHT, Keys.ARROW_RIGHT)
+        self.wait_for("document.querySelector('h2').innerText", "updateRequestMeta sensor 0, requestNo 1")
+        self.browser.execute_script(
+            "const {left, width, top} = document.querySelectorAll('.call')[3].getBoundingClientRect();"
+            "const place = {clientX: left + width / 2, clientY: top + 5, bubbles: true};"
+            "const target = document.elementFromPoint(place.clientX, place.clientY);"
+            "for (const type of ['pointermove', 'click']) target.dispatchEvent(new PointerEvent(type, place));")
+        self.wait_for("document.querySelector('#call input').value", "4")
+        self.assertIn("call 4 updateSessionParams sensor 0", self.texts("#tip")[0])
+        self.browser.execute_script("document.querySelector('.axis-content').dispatchEvent(new Event('pointerleave'))")
+        self.assertEqual(self.texts("#tip"), [])
+
     def test_widths_colours_and_accessibility(self):
         axe = AXE.read_text()
-        for name in LOOKED_AT:
-            self.open(self.stored(name))
+        for name, call in LOOKED_AT.items():
+            self.open(name)
             self.browser.execute_script(axe)
-            for view in self.views():
-                for width, scheme in ((360, "light"), (1600, "light"), (1600, "dark")):
+            names = "[...document.querySelectorAll('#views a')].map((link) => link.dataset.view)"
+            for view in self.script(names) or ["calls"]:
+                for width, scheme, most in ((360, "light", 240), (1400, "dark", 160)):
                     with self.subTest(name, view=view, width=width, scheme=scheme):
                         self.size(width, scheme)
-                        self.go(f"view={view}&call=2")
-                        overflow = self.script("document.documentElement.scrollWidth - innerWidth")
-                        self.assertLessEqual(overflow, 0)
+                        self.go(f"view={view}&call={call}")
+                        self.assertLessEqual(self.script("document.documentElement.scrollWidth - innerWidth"), 0)
+                        self.assertEqual(self.browser.execute_script(CUT_OFF), [])
+                        top = self.script("document.querySelector('.view').getBoundingClientRect().top")
+                        self.assertLess(top, most)
                         found = self.browser.execute_async_script(
                             "const done = arguments[0];"
                             "axe.run().then(({violations}) => done(violations"
@@ -279,67 +310,38 @@ class PageTest(unittest.TestCase):
                             ".map(({id, nodes}) => [id, nodes[0].html, nodes[0].failureSummary])))")
                         self.assertEqual(found, [])
 
-    def switch_scripts(self, off):
-        self.browser.execute_cdp_cmd("Emulation.setScriptExecutionDisabled", {"value": off})
-
-    def test_without_scripts_all_calls_are_read(self):
-        path = self.stored("still_burst")
-        self.switch_scripts(off=True)
-        self.addCleanup(self.switch_scripts, off=False)
-        self.open(path)
+    def test_without_scripts_the_trace_is_there(self):
+        def switch(off):
+            self.browser.execute_cdp_cmd("Emulation.setScriptExecutionDisabled", {"value": off})
+        switch(True)
+        self.addCleanup(switch, False)
+        self.open("still_burst")
         text = self.browser.find_element("tag name", "body").text
-        for number in range(1, 7):
-            self.assertRegex(text, rf"(?m)^{number}\s+updateRequestMeta")
-        self.assertNotIn("Timeline", text)
+        self.assertEqual(re.findall(r"(?m)^(\d)\s+updateRequestMeta", text), list("123456"))
 
-    # What is hostile, what differs.
-
-    def test_hostile_texts_stay_texts(self):
-        scenario = pathlib.Path(self.folder.name, "hostile.json")
+    def test_texts_stay_texts_and_integers_exact(self):
+        scenario = self.folder / "hostile.json"
         scenario.write_text(json.dumps({
             "about": HOSTILE,
-            "platform": {"properties": {HOSTILE: HOSTILE},
-                         "eventStore": {"APP_NAME": HOSTILE, "APP_TYPE": HOSTILE}},
+            "platform": {"properties": {HOSTILE: HOSTILE}, "eventStore": {"APP_NAME": HOSTILE, "APP_TYPE": HOSTILE}},
             "calls": [
                 {"call": "setEvent", "key": HOSTILE, "value": HOSTILE},
-                {"call": "setProperty", "name": "ro.product.model.zdm", "value": HOSTILE},
                 {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1,
-                 "meta": {"HESK_CONTROL_DUMPPATH": HOSTILE, "MTK_RAW_ALGO_STATIC_INFO": HOSTILE}},
+                 "meta": {"HESK_CONTROL_DUMPPATH": HOSTILE, "HESK_CONTROL_CURRENTMODE": BIG}},
                 {"call": "dumpMetadata", "sensor": 0, "frame": 1, "name": "<b id=hacked>",
                  "meta": {"HESK_CONTROL_DUMPPATH": HOSTILE}},
-                {"call": "decideSensorScenario", "sensor": 0, "meta": {}, "video": True,
-                 "width": 1, "height": 1},
+                {"call": "decideSensorScenario", "sensor": 0, "meta": {}, "video": True, "width": 1, "height": 1},
             ]}))
-        self.open(self.page(scenario))
+        self.open(scenario)
         self.assertIn(HOSTILE, self.texts("header")[0])
-        for view in self.views():
-            for call in (1, 2, 3, 4, 5, "end", "%3Cimg src=x%3E"):
-                self.go(f"view={view}&call={call}&tag=__proto__&find=%3Cb%3E")
-                harm = self.script("[typeof hacked, document.querySelectorAll('img, #hacked').length]")
-                self.assertEqual(harm, ["undefined", 0])
-        self.assertIn(HOSTILE, "".join(self.texts("table.inputs")))
-
-    def test_differences(self):
-        folder = pathlib.Path(self.folder.name)
-        scenario = json.loads((CHECKOUT / "scenarios" / "still_burst.json").read_text())
-        traces = [folder / "old.json", folder / "new.json"]
-        for trace in traces:
-            (folder / "changed.json").write_text(json.dumps(scenario))
-            trace.write_bytes(run("replay", "--json", folder / "changed.json"))
-            scenario["calls"][3]["meta"]["ANDROID_FLASH_MODE"] = 0
-            scenario["calls"][3]["meta"]["MTK_CONTROL_AE_TARGET_FPS_RANGE"] = [15, 24]
-        page = folder / "differences.html"
-        subprocess.run([*CAMHOOK, "diff", "--html", page, *traces], check=False, timeout=60)
-        self.open(page)
-        self.assertEqual(self.views(), ["calls", "tags", "burst"])
-        differing = [text for text in self.texts(".mark") if "≠" in text]
-        self.assertEqual([text.split()[0] for text in differing], ["4"])
-        self.go("call=4")
-        self.assertIn("[15, 30] → [15, 24]", self.texts(".open table.differences")[0])
-        self.assertTrue(self.texts(".open table.container")[0])
-        self.go("call=4&only=1")
-        self.assertEqual(self.texts(".open table.container"), [])
-        self.assertEqual(len(self.texts(".mark")), 1)
+        for view, call in itertools.product(("calls", "mode"), (1, 2, 3, 4, "%3Cimg src=x%3E")):
+            self.go(f"view={view}&call={call}&find=%3Cb%3E")
+            self.browser.execute_script("document.querySelectorAll('details').forEach((fold) => fold.open = true)")
+            self.assertEqual(self.script("[typeof hacked, document.querySelectorAll('img, #hacked').length]"),
+                             ["undefined", 0])
+            if call == 2:
+                self.assertIn(f"{BIG:,}", self.texts("#call")[0])
+        self.assertIn(HOSTILE, self.texts("#mode .inputs")[0])
 
 
 if __name__ == "__main__":

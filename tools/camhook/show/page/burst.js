@@ -1,122 +1,96 @@
-// The burst, still capture by still capture: which frames the book has, what is counted, what is written.
+// Still captures by recorded requests: a dot marks the request's own frame.
 {
   const { element } = page;
   const mostRows = 100;
-  const mostFrames = 24; // of a book that are drawn
+  const mostColumns = 64;
 
-  const isCapture = (call) => page.items(call, "meta", "MTK_HESK_STILL_CAPTURE")?.[0] === 1;
-  const first = (call, tag) => page.items(call, "meta", tag)?.[0] ?? null;
+  const isCapture = (call) => call.state && page.items(call, "meta", "MTK_HESK_STILL_CAPTURE")?.[0] === 1;
 
-  const frameOf = ([request, index], own, written) =>
-    element(
-      "li",
-      { class: request === own ? "frame own" : "frame" },
-      `${request}`,
-      element("small", {}, ` ${index}${request === own ? (written ? " ✓" : "") : ""}`),
-    );
-
-  // The frames around this request's own.
-  const bookOf = (frames, own, written) => {
-    if (!frames.length) return "empty";
-    const place = Math.max(
-      frames.findIndex(([request]) => request === own),
-      0,
-    );
-    const from = Math.max(Math.min(place - mostFrames / 2, frames.length - mostFrames), 0);
-    const shown = frames.slice(from, from + mostFrames);
-    return element(
-      "ul",
-      { class: "book" },
-      ...shown.map((frame) => frameOf(frame, own, written)),
-      ...(frames.length > shown.length ? [element("li", {}, `of ${frames.length}`)] : []),
-    );
+  // A still capture with its recorded frames in the order of their indexes: request numbers wrap.
+  const captureOf = (number) => {
+    const call = page.call(number);
+    const frames = call.state.mNonZslFrames.toSorted(([, one], [, other]) => one - other);
+    return { number, call, frames, request: call.args.requestNo };
   };
 
-  const announcedOf = (call) => {
-    const frames = page.items(call, "meta", "HESK_CONTROL_HISFRAME");
-    return frames ? `${frames[0]} + ${frames[1] ?? 0}` : "–";
+  const rangeText = (frames) => {
+    const [[from], [to]] = [frames[0], frames.at(-1)];
+    return from === to ? `${from}` : `${from} to ${to}`;
   };
 
-  const writtenOf = (index, count) => (index === null ? "–" : `frame ${index} of ${count}`);
-
-  const zslOf = (enabled) => {
-    if (enabled === null) return "–";
-    return enabled ? "on" : "off";
+  const noteOf = ({ call, frames, request }) => {
+    const [index] = page.items(call, "meta", "MTK_HESK_FRAME_INDEX") ?? [null];
+    const [count] = page.items(call, "meta", "MTK_HESK_FRAME_COUNT") ?? [null];
+    const own = frames.find(([recorded]) => recorded === request);
+    if (own && index !== null) return `frame ${index} of ${count}`;
+    if (own) return `frame ${own[1]} of ${frames.length}, not written`;
+    const where = frames.length ? `not in the burst of ${rangeText(frames)}` : "no burst recorded";
+    return `${where}; ${index === null ? "no index written" : `${index} by default`}`;
   };
 
-  const rowOf = (number, open) => {
-    const call = page.calls[number - 1];
-    const request = call.args.requestNo;
-    const index = first(call, "MTK_HESK_FRAME_INDEX");
-    const before = page.stateBefore(number)?.mCaptureCount ?? 0;
+  // Single requests, or the ranges of the bursts if there are too many for columns.
+  const columnsOf = (captures) => {
+    const bursts = captures.map(({ frames }) => frames).filter(({ length }) => length);
+    const requests = new Set(bursts.flat().map(([request]) => request));
+    if (requests.size <= mostColumns) return new Map([...requests].map((request) => [`${request}`, [request]]));
+    return new Map(bursts.map((frames) => [rangeText(frames), frames.map(([request]) => request)]));
+  };
+
+  const cellOf = (requests, { frames, request }) => {
+    if (!frames.some(([recorded]) => requests.includes(recorded))) return element("td.frame");
+    if (!requests.includes(request)) return element("td.frame.recorded", "·");
+    return element("td.frame.recorded.own", { title: `request ${request}` }, "●");
+  };
+
+  const rowOf = (capture, columns, open) => {
+    const { number, call, request } = capture;
     const after = call.state.mCaptureCount;
+    const before = call.before?.state?.mCaptureCount;
     return element(
       "tr",
       { "data-call": number, class: number === open ? "here" : null },
-      page.rowHead(page.callLink(number)),
-      element("td", {}, `${request}`),
-      element("td", {}, bookOf(call.state.mNonZslFrames, request, index !== null)),
-      element("td", {}, before === after ? `${after}` : `${before} → ${after}`),
-      element("td", {}, writtenOf(index, first(call, "MTK_HESK_FRAME_COUNT"))),
-      element("td", {}, announcedOf(call)),
-      element("td", {}, zslOf(first(call, "ANDROID_CONTROL_ENABLE_ZSL"))),
-      element("td", {}, `${call.sensor}`),
+      element("th", { scope: "row" }, page.callLink(number, `${number}`)),
+      element("td.number", `${request}`),
+      [...columns.values()].map((requests) => cellOf(requests, capture)),
+      element("td", noteOf(capture)),
+      element("td.number", before === undefined ? `${after}` : `${before} → ${after}`),
     );
   };
 
-  const heads = [
-    "call",
-    "request",
-    "book: request and index",
-    "capture count",
-    "written",
-    "announced: past + new",
-    "ZSL",
-    "sensor",
-  ];
+  const matrix = (sensor, numbers, open) => {
+    const place = Math.max(numbers.findLastIndex((number) => number <= open), 0);
+    const from = place - (place % mostRows);
+    const captures = numbers.slice(from, from + mostRows).map(captureOf);
+    const columns = columnsOf(captures);
+    const heads = ["call", "request", ...columns.keys(), "frame", "capture count"];
+    const to = from + captures.length;
+    const part = numbers.length > mostRows ? `, ${from + 1} to ${to} of ${numbers.length}` : "";
+    const rows = captures.map((capture) => rowOf(capture, columns, open));
+    const more = { earlier: numbers[from - 1], later: numbers[from + mostRows] };
+    const leads = Object.entries(more).filter(([, number]) => number);
+    return [
+      page.table("burst", `still captures of sensor ${sensor}${part}`, heads, rows),
+      leads.map(([text, number]) => element("p", page.callLink(number, text))),
+    ];
+  };
 
-  page.views.push({
-    name: "burst",
-    title: "Burst",
-    offered: () => page.calls.some(isCapture),
-    open(section) {
-      const captures = page.callsWith(isCapture);
-      const content = element("div");
-      section.append(
-        element(
-          "p",
-          { class: "hint" },
-          "The book has the frames that are taken anew, without zero shutter lag (ZSL): request and index. " +
-            "A request's own frame is framed, with ✓ where its index and the book's size are written. " +
-            "Announced are frames of the past, with ZSL, and new ones.",
-        ),
-        content,
-      );
-      return ({ call }) => {
-        // Of many those from the open call on.
-        const place = Math.max(
-          captures.findLastIndex((number) => number <= call),
-          0,
-        );
-        const from = place - (place % mostRows);
-        const shown = captures.slice(from, from + mostRows);
-        const lead = (text, number) =>
-          number ? element("a", { href: page.address({ call: number }) }, text) : null;
-        content.replaceChildren(
-          page.table(
-            `still captures ${from + 1} to ${from + shown.length} of ${captures.length}`,
-            heads,
-            shown.map((number) => rowOf(number, call)),
-            "burst",
-          ),
-          element(
-            "p",
-            { class: "controls" },
-            lead("earlier", captures[from - mostRows]),
-            lead("later", captures[from + mostRows]),
-          ),
-        );
-      };
-    },
-  });
+  page.burst = () => {
+    const numbers = page.numbersOf(isCapture);
+    if (!numbers.length) return null;
+    const bySensor = Map.groupBy(numbers, (number) => page.call(number).sensor);
+    const hint = "Columns are the recorded requests: ● the request's own frame, · another one of the burst.";
+    const content = element("div");
+    return {
+      section: element("section", { id: "burst", "aria-label": "burst" }, content, element("p.note", hint)),
+      draw({ call }) {
+        const open = numbers.includes(call) ? captureOf(call) : null;
+        const answer = open && element("p.answer", element("b", `Request ${open.request}: `), noteOf(open));
+        const tables = [...bySensor].map(([sensor, own]) => matrix(sensor, own, call));
+        content.replaceChildren(element("div", answer, tables));
+        const row = content.querySelector(".here");
+        const box = row?.closest(".scroll");
+        if (box) box.scrollTop = row.offsetTop - box.clientHeight / 2;
+      },
+    };
+  };
 }

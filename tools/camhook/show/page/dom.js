@@ -1,51 +1,64 @@
-// Elements of the document.
+// Elements of the document. Texts are inserted as text; control and direction characters are escaped.
 {
-  const make = (element, attributes, children) => {
+  const visible = (text) =>
+    text.replace(/[\p{Cc}\p{Cf}\u2028\u2029]/gu, (character) =>
+      character === "\n" ? character : `\\u{${character.codePointAt(0).toString(16)}}`,
+    );
+
+  const isAttributes = (value) => Object.getPrototypeOf(value ?? "") === Object.prototype;
+
+  const make = (element, classes, content) => {
+    const attributes = isAttributes(content[0]) ? content.shift() : {};
+    element.classList.add(...classes);
     for (const [name, value] of Object.entries(attributes)) {
       if (typeof value === "function") element.addEventListener(name, value);
       else if (value !== null && value !== false) element.setAttribute(name, value === true ? "" : value);
     }
-    element.append(...children.filter((child) => child !== null));
+    const children = content.flat(Infinity).filter((child) => child !== null);
+    element.append(...children.map((child) => (child instanceof Node ? child : visible(`${child}`))));
     return element;
   };
 
-  // An element with its attributes, its listeners by event, and its children; texts go in as texts.
-  page.element = (name, attributes = {}, ...children) =>
-    make(document.createElement(name), attributes, children);
+  const maker = (create) => (name, ...content) => {
+    const [tag, ...classes] = name.split(".");
+    return make(create(tag), classes, content);
+  };
 
-  page.shape = (name, attributes = {}, ...children) =>
-    make(document.createElementNS("http://www.w3.org/2000/svg", name), attributes, children);
+  // An element `name.class` with attributes, listeners by event, and children; null children are left out.
+  page.element = maker((tag) => document.createElement(tag));
+  page.shape = maker((tag) => document.createElementNS("http://www.w3.org/2000/svg", tag));
 
-  // A table in a box that scrolls where the table is wider; cells that are no elements become them.
-  page.table = (caption, heads, rows, name = "") => {
+  // A tag's or a step's name that may break between its words.
+  page.name = (name) => {
+    const words = name.split(/(?<=_)|(?=[A-Z][a-z])/);
+    return page.element("span.name", words.flatMap((word) => [word, page.element("wbr")]));
+  };
+
+  // A table in a box that scrolls if the table is wider. Cells are elements or texts; the first of a row is
+  // its heading.
+  page.table = (kind, caption, heads, rows) => {
     const { element } = page;
-    const cell = (content) =>
-      content instanceof HTMLTableCellElement ? content : element("td", {}, content);
+    const cellOf = (content, index) => {
+      if (content instanceof HTMLTableCellElement) return content;
+      return index === 0 ? element("th", { scope: "row" }, content) : element("td", content);
+    };
+    const rowOf = (row) => (row instanceof HTMLTableRowElement ? row : element("tr", row.map(cellOf)));
+    const head = element("tr", heads.map((text) => element("th", { scope: "col" }, text)));
     return element(
       "div",
-      { class: "scroll", tabindex: "0", role: "region", "aria-label": caption },
+      { class: "scroll", tabindex: "0", role: "region", "aria-label": caption || kind },
       element(
         "table",
-        { class: name },
-        element("caption", {}, caption),
-        element(
-          "thead",
-          {},
-          element("tr", {}, ...heads.map((head) => element("th", { scope: "col" }, head))),
-        ),
-        element(
-          "tbody",
-          {},
-          ...rows.map((row) =>
-            row instanceof HTMLTableRowElement ? row : element("tr", {}, ...row.map(cell)),
-          ),
-        ),
+        { class: kind },
+        caption ? element("caption", caption) : null,
+        heads.length ? element("thead", head) : null,
+        element("tbody", rows.map(rowOf)),
       ),
     );
   };
 
-  page.rowHead = (...content) => page.element("th", { scope: "row" }, ...content);
+  page.fold = (kind, summary, ...content) =>
+    page.element("details", { class: kind }, page.element("summary", summary), content);
 
-  page.callLink = (call) =>
-    page.element("a", { href: page.address({ call, view: "calls" }) }, `call ${call}`);
+  page.callLink = (call, ...content) => page.element("a", { href: page.address({ call }) }, content);
 }

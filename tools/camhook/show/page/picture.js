@@ -1,86 +1,123 @@
-// Rectangles to scale, with their numbers.
+// The rectangles of a call to scale: crop and faces in the active array, regions before and after.
 {
   const { element, shape } = page;
-  const width = 360; // of the drawing, in its own units
-  const border = 12;
+  const margin = 18; // around the outermost rectangle, for the corners of the array
+  const letter = 6.8;
+  const tallest = 300;
+  const widest = 460;
 
-  const corners = ([x, y, w, h]) => [
-    Math.min(x, x + w),
-    Math.min(y, y + h),
-    Math.max(x, x + w),
-    Math.max(y, y + h),
-  ];
+  const kinds = {
+    "active array": "array",
+    "preview area": "preview",
+    "crop of the frame": "crop",
+    "crop for the zoom transition": "transition",
+  };
+  const shapeOf = ({ name, rect: [x, y, width, height] }) => ({
+    name,
+    size: `${width} × ${height}`,
+    sides: [Math.min(x, x + width), Math.min(y, y + height), Math.max(x, x + width), Math.max(y, y + height)],
+    kind: kinds[name] ?? "region",
+    sign: name.match(/\d+/)?.[0] ?? "",
+  });
 
-  const boundsOf = (rects) =>
-    rects
-      .map(corners)
-      .reduce(([x0, y0, x1, y1], [left, top, right, bottom]) => [
-        Math.min(x0, left),
-        Math.min(y0, top),
-        Math.max(x1, right),
-        Math.max(y1, bottom),
-      ]);
+  const boundsOf = (shapes) => {
+    const extremes = [Math.min, Math.min, Math.max, Math.max];
+    return extremes.map((extreme, side) => extreme(...shapes.map(({ sides }) => sides[side])));
+  };
 
-  // Each shape has a name, `rect` (x, y, width, height as it is told), `at` where it lies elsewhere in the
-  // picture, a kind that picture.css draws, and a sign that stands at it in the picture and before its name.
-  const shapesOf = (shapes) => {
-    const [left, top, right, bottom] = boundsOf(shapes.map(({ rect, at }) => at ?? rect));
-    const scale = Math.min((width - 2 * border) / Math.max(right - left, 1), 480 / Math.max(bottom - top, 1));
-    const height = (bottom - top) * scale + 2 * border;
-    const drawn = shapes.flatMap(({ rect, at, kind, sign }, place) => {
-      const [x0, y0, x1, y1] = corners(at ?? rect);
-      const x = (x0 - left) * scale + border;
-      const y = (y0 - top) * scale + border;
-      const small = (x1 - x0) * scale < 40;
-      return [
-        shape("rect", {
-          class: `outline ${kind}`,
-          x,
-          y,
-          width: (x1 - x0) * scale,
-          height: (y1 - y0) * scale,
-        }),
-        shape(
-          "text",
-          {
-            class: `sign ${kind}`,
-            x: small ? x + (x1 - x0) * scale + 2 : x + 5 + (place % 6) * 16,
-            y: small ? y + 8 : y + (y1 - y0) * scale - 5,
-          },
-          sign,
-        ),
-      ];
-    });
+  const pathOf = ([x, y, x1, y1]) => `M${x} ${y}H${x1}V${y1}H${x}Z`;
+
+  // Places each text where no other one is: at the first free place, else nowhere. A place is the middle of a
+  // text, its start (1) or its end (-1).
+  const textPlacer = (width, height) => {
+    const taken = [];
+    const place = (text, kind, places) => {
+      const long = text.length * letter;
+      for (const [at, y, side] of places) {
+        const x = Math.min(Math.max(at + ((side - 1) * long) / 2, 1), width - long - 1);
+        const [x1, y0, y1] = [x + long, y - 11, y + 3];
+        const isTaken = taken.some(([a, b, c, d]) => x < c && x1 > a && y0 < d && y1 > b);
+        if (isTaken || x < 0 || y0 < 0 || y1 > height) continue;
+        taken.push([x, y0, x1, y1]);
+        return shape("text", { class: `sign ${kind}`, x, y }, text);
+      }
+      return "";
+    };
+    place.avoid = (box) => taken.push(box);
+    return place;
+  };
+
+  const numberOf = ({ kind, sign }, [x, y, x1, y1], place) => {
+    const middle = (x + x1) / 2;
+    const line = (y + y1) / 2 + 4;
+    const isInside = x1 - x > letter * sign.length + 4;
+    const text = place(sign, kind, isInside ? [[middle, line, 0]] : [[x1 + 3, line, 1], [x - 3, line, -1]]);
+    place.avoid([x, y, x1, y1]);
+    return text;
+  };
+
+  const cornersOf = ({ kind, sides }, [x, y, x1, y1], place) => {
+    const first = [[x + 3, y + 13, 1], [x, y - 4, 1], [x + 3, y + 27, 1]];
+    const last = [[x1 - 3, y1 - 4, -1], [x1, y1 + 13, -1], [x1 - 3, y1 - 18, -1]];
+    const from = kind === "array" ? 1 : 0; // those of the array are outside
+    return [
+      place(`${sides[0]}, ${sides[1]}`, kind, first.slice(from)),
+      place(`${sides[2]}, ${sides[3]}`, kind, last.slice(from)),
+    ];
+  };
+
+  const edgeOf = ({ name, kind }, [x, y, x1, y1], place) => {
+    const lines = [y + 13, y1 - 4, y - 4, y1 + 13, y + 28, y1 - 20];
+    return place(name, kind, lines.map((line) => [(x + x1) / 2, line, 0]));
+  };
+
+  const draw = (shapes, [left, top, right, bottom], width) => {
+    const [across, down] = [Math.max(right - left, 1), Math.max(bottom - top, 1)];
+    const scale = Math.min((width - 2 * margin) / across, tallest / down);
+    const size = { width: across * scale + 2 * margin, height: down * scale + 2 * margin };
+    const place = textPlacer(size.width, size.height);
+    const drawn = new Map(
+      shapes.map((each) => {
+        const [x, y, x1, y1] = each.sides;
+        return [each, [x - left, y - top, x1 - left, y1 - top].map((at) => at * scale + margin)];
+      }),
+    );
+    const outlineOf = (each) => shape(`path.outline.${each.kind}`, { d: pathOf(drawn.get(each)) });
+    const outlines = shapes.map(outlineOf);
+    const [array, crop] = ["array", "crop"].map((kind) => shapes.find((each) => each.kind === kind));
+    const numbered = shapes.filter(({ kind }) => kind === "region");
+    const framed = shapes.filter(({ kind }) => kind !== "region");
+    const shade = array && crop ? pathOf(drawn.get(array)) + pathOf(drawn.get(crop)) : "";
     return shape(
       "svg",
-      { class: "picture", viewBox: `0 0 ${width} ${height}`, "aria-hidden": "true" },
-      ...drawn,
+      { class: "picture", ...size, viewBox: `0 0 ${size.width} ${size.height}`, "aria-hidden": "true" },
+      array ? [] : shape("path.frame", { d: pathOf([1, 1, size.width - 1, size.height - 1]) }),
+      outlines.splice(0, array ? 1 : 0),
+      shape("path.shade", { "fill-rule": "evenodd", d: shade }),
+      outlines,
+      numbered.map((each) => numberOf(each, drawn.get(each), place)),
+      framed.flatMap((each) => cornersOf(each, drawn.get(each), place)),
+      framed.filter((each) => each !== array).map((each) => edgeOf(each, drawn.get(each), place)),
     );
   };
 
-  const number = (value) => element("td", { class: "number" }, `${value}`);
+  const rowOf = ({ name, kind, sides, size }) => [
+    element("span", { class: `key ${kind}` }, name),
+    `${sides[0]}, ${sides[1]}`,
+    `${sides[2]}, ${sides[3]}`,
+    size,
+  ];
 
-  page.picture = (title, shapes) =>
-    element(
-      "div",
-      { class: "pictured" },
-      shapesOf(shapes),
-      page.table(
-        title,
-        ["", "x", "y", "width", "height", "ratio"],
-        shapes.map(({ name, sign, kind, rect: [x, y, w, h], note }) =>
-          element(
-            "tr",
-            { "data-shape": name },
-            page.rowHead(
-              element("span", { class: `key ${kind}` }, sign),
-              ` ${name}`,
-              note ? element("small", {}, ` ${note}`) : null,
-            ),
-            ...[x, y, w, h, h ? (w / h).toFixed(3) : "–"].map(number),
-          ),
-        ),
-        "rects",
-      ),
-    );
+  page.pictures = (number) => {
+    const shapes = (page.data.rectangles[number] ?? []).map(shapeOf);
+    if (!shapes.length) return null;
+    const width = Math.min(document.getElementById("call").clientWidth - 4, widest);
+    const frames = Object.entries(Object.groupBy(shapes, ({ name }) => name.match(/(before|after)$/)?.[0] ?? ""));
+    const figures = frames.map(([when, part]) => {
+      const picture = draw(part, boundsOf(shapes), width / frames.length - 4);
+      return element("figure", picture, when ? element("figcaption", when) : null);
+    });
+    const table = page.table("rectangles", "rectangles", ["", "from", "to", "size"], shapes.map(rowOf));
+    return element("div.pictured", element("div.frames", figures), table);
+  };
 }

@@ -1,80 +1,88 @@
-// The values of tags, of the updater's state and of readout modes over the calls.
+// The values of tags, of the updater's state and of sensor modes over the calls.
 {
-  // Those that are asked for most come first.
-  const first = [
-    "MTK_CONTROL_AE_TARGET_FPS_RANGE",
-    "MTK_HESK_CAPTURE_COUNT",
-    "mCaptureCount",
-    "readout mode",
-  ];
-  const quantity = /RANGE|COUNT|INDEX|GAIN|RATIO|SENSITIVITY|_ISO$|_EV$|TIME|PAIR|FOV|TEMPERATURE/i;
+  // The parts of a call that have values: [part, values after, values that differed before].
+  const partsOf = (call) => {
+    const parts = [...page.containers, "state"]
+      .filter((part) => part in call)
+      .map((part) => [part, call[part] ?? {}, call.before?.[part] ?? {}]);
+    if (call.call === "decideSensorScenario") parts.push(["return", { [page.modeTag]: call.return }, {}]);
+    return parts;
+  };
 
-  // One sensor's values of a name in one hook's container: runs of calls with the same items. A call of that
-  // hook without it ends a run, one of another hook or sensor does not.
-  const addTo = (all, name, place, sensor, call, items, occasion) => {
-    const key = `${name} ${place} ${sensor}`;
-    let series = all.get(key);
-    if (!series) all.set(key, (series = { key, name, place, sensor, runs: [], occasion: NaN }));
-    const run = series.runs.at(-1);
-    if (run && occasion === series.occasion + 1 && page.same(run.items, items)) run.last = call;
-    else {
-      if (run && occasion === series.occasion + 1) run.end = call;
-      series.runs.push({ first: call, last: call, end: null, items });
+  // Adds a point to the series of each name that the part of this hook and sensor has or had.
+  const addPart = (places, call, number, [part, after, before]) => {
+    const { call: hook, sensor } = call;
+    const place = part === "state" ? `state ${sensor}` : `${hook} ${part} ${sensor}`;
+    if (!places.has(place)) places.set(place, { all: new Map(), isFirst: true });
+    const { all, isFirst } = places.get(place);
+    for (const name of [...Object.keys(after), ...Object.keys(before)]) {
+      if (all.has(name)) continue;
+      const key = `${name} ${place}`;
+      all.set(name, { key, name, part, hook, sensor, points: [], isLate: !isFirst, isWritten: false });
     }
-    series.occasion = occasion;
+    places.get(place).isFirst = false;
+    for (const [name, series] of all) {
+      const value = after[name] ?? null;
+      const isChanged = Object.hasOwn(before, name);
+      const input = isChanged ? before[name] : value;
+      const decoded = page.data.decoded[number]?.[part]?.[name]?.join("; ");
+      series.points.push({ number, value, text: decoded ?? page.text(name, value), isChanged, input });
+      series.isWritten ||= isChanged;
+    }
   };
 
-  const listOf = (value) => (Array.isArray(value) ? value : [value]);
-
-  const collect = () => {
-    const all = new Map();
-    const occasions = new Map();
-    const addAll = (place, sensor, call, entries) => {
-      const occasion = (occasions.get(`${place} ${sensor}`) ?? 0) + 1;
-      occasions.set(`${place} ${sensor}`, occasion);
-      for (const [name, items] of entries) addTo(all, name, place, sensor, call, items, occasion);
-    };
-    page.calls.forEach((call, index) => {
-      for (const container of page.containers) {
-        const entries = Object.entries(call[container] ?? {}).map(([tag, { items }]) => [tag, items]);
-        if (call[container]) addAll(`${call.call} ${container}`, call.sensor, index + 1, entries);
-      }
-      if (call.state) {
-        const entries = Object.entries(call.state).map(([field, value]) => [field, listOf(value)]);
-        addAll("state", call.sensor, index + 1, entries);
-      }
-      if (call.call === "decideSensorScenario") {
-        addAll(call.call, call.sensor, index + 1, [["readout mode", [page.modeName(call.return)]]]);
-      }
+  // A value holds until the next call of the same hook on the same sensor, the last one for its call.
+  const runsOf = ({ points }) => {
+    const runs = [];
+    points.forEach(({ number, value, text }, index) => {
+      const end = points[index + 1]?.number ?? number + 1;
+      if (runs.at(-1)?.text === text) runs.at(-1).end = end;
+      else runs.push({ number, end, value, text });
     });
-    return [...all.values()];
+    return runs;
   };
 
-  // Then those of the catalogue, the state, and tags without a name.
-  const rank = ({ name, place }) => {
-    if (first.includes(name)) return first.indexOf(name) - first.length;
-    return name.startsWith("0x") ? 2 : place === "state" ? 1 : 0;
+  const finish = (series) => {
+    series.runs = runsOf(series);
+    series.isConstant = series.runs.length === 1 && !series.isLate;
+    const values = series.runs.map(({ value }) => value).filter((value) => value !== null);
+    series.isNumber = values.length > 0 && values.every((value) => page.quantity(series.name, value));
+    return series;
   };
+
+  // Tags that the library wrote come first, then those that it was given, then the state.
+  const rank = ({ part, isWritten, name }) =>
+    (part === "state" ? 4 : isWritten || part === "return" ? 0 : 2) + (name.startsWith("0x") ? 1 : 0);
   const inOrder = (one, other) =>
     rank(one) - rank(other) || one.key.localeCompare(other.key, "en", { numeric: true });
 
-  const isLine = ({ name, runs }) =>
-    (quantity.test(name) ||
-      runs[0].items.some((item) => !Number.isInteger(item) && typeof item === "number")) &&
-    runs.every(({ items }) => items.length <= 2 && items.every((item) => Number.isFinite(item)));
+  // What tells the series of one name apart.
+  const addPlaces = (same) => {
+    const differ = (key) => same.some((series) => series[key] !== same[0][key]);
+    for (const series of same) {
+      const hook = differ("hook") ? page.shortHook(series.hook) : "";
+      const part = differ("part") ? series.part : "";
+      const sensor = differ("sensor") ? `sensor ${series.sensor}` : "";
+      series.place = [hook, part, sensor].filter(Boolean).join(" ");
+    }
+  };
 
-  let known;
+  let all;
   page.series = () => {
-    known ??= collect().sort(inOrder);
-    return known;
+    if (all) return all;
+    const places = new Map();
+    page.calls.forEach((call, index) => {
+      for (const part of partsOf(call)) addPart(places, call, index + 1, part);
+    });
+    all = [...places.values()].flatMap((place) => [...place.all.values()].map(finish));
+    for (const same of Map.groupBy(all, ({ name }) => name).values()) addPlaces(same);
+    return all.sort(inOrder);
   };
-  page.isLine = isLine;
 
-  let changed;
-  // Whether a call changed it. The calls' tables tell it of tags; those of two traces have all tags.
-  page.isChanged = ({ name, place, runs }) => {
-    if (!page.data.scenario) return runs.length > 1;
-    changed ??= new Set([...document.querySelectorAll("#calls tr[data-tag]")].map((row) => row.dataset.tag));
-    return changed.has(name) || (runs.length > 1 && (place === "state" || name === "readout mode"));
+  // The run or the point of a series that a call is in.
+  page.runAt = ({ runs }, call) => {
+    const run = runs[runs.findLastIndex(({ number }) => number <= call)];
+    return run && call < run.end ? run : null;
   };
+  page.pointAt = ({ points }, call) => points.find(({ number }) => number === call) ?? null;
 }
