@@ -57,4 +57,23 @@ inline bool judge(double figure, double most, const char* unit) {
   return isWithin;
 }
 
+/// Runs the rows that `registerRows` registers. Options given go before these. Returns the exit
+/// status: 1 if `report` returns false for a target that is missed.
+template <typename Register, typename Report>
+int run(int argc, char** argv, Register registerRows, Report report) {
+  // Rows are compared with one another: all run by turns, several times.
+  std::string repetitions = "--benchmark_repetitions=9";
+  std::string byTurns = "--benchmark_enable_random_interleaving=true";
+  std::string seconds = "--benchmark_min_time=0.05";
+  std::vector<char*> words{argv[0], repetitions.data(), byTurns.data(), seconds.data()};
+  words.insert(words.end(), argv + 1, argv + argc);
+  auto count = static_cast<int>(words.size());
+  benchmark::Initialize(&count, words.data());
+  if (benchmark::ReportUnrecognizedArguments(count, words.data())) return 2;
+  registerRows();
+  Shortest shortest;
+  benchmark::RunSpecifiedBenchmarks(&shortest);
+  return report(shortest) ? 0 : 1;
+}
+
 }  // namespace bench

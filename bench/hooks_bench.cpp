@@ -1,4 +1,5 @@
-// What the hooks cost on stored scenarios, and how much of it is the library's own.
+// What the hooks cost on stored scenarios, and how much of it is the library's own. They run in the
+// shared library as it ships.
 //
 // A row is a call of a scenario, made as the pipeline makes it, again and again on the same
 // containers. The phone watches it once; `their time` is that of just the accesses that it saw, on
@@ -28,7 +29,6 @@
 #include <vector>
 
 #include "bench/Report.h"
-#include "bench/ToolBench.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/HeskSensorModeControl.h"
 #include "common/log/Log.h"
@@ -279,6 +279,14 @@ void measureGate(benchmark::State& state) {
 
 std::string accessesOf(const Row& row) { return std::string(row.hook) + ": accesses"; }
 
+void registerRows() {
+  for (const Row& row : kHooks) {
+    benchmark::RegisterBenchmark(row.hook, measureRow, row, What::hook);
+    benchmark::RegisterBenchmark(accessesOf(row).c_str(), measureRow, row, What::accesses);
+  }
+  benchmark::RegisterBenchmark(kGate, measureGate);
+}
+
 /// Prints the rows that ran. Returns whether all are within their targets.
 bool report(const bench::Shortest& shortest) {
   constexpr double kPerCent = 100;
@@ -302,30 +310,9 @@ bool report(const bench::Shortest& shortest) {
   };
   judgeTime("a preview request", kPreview.hook, kMostPreviewNs);
   judgeTime(kGate, kGate, kMostGateNs);
-  areMet &= bench::reportTool(shortest);
   return areMet;
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  // Rows are compared with one another: all run by turns, several times. Options given go before.
-  std::string repetitions = "--benchmark_repetitions=9";
-  std::string byTurns = "--benchmark_enable_random_interleaving=true";
-  std::string seconds = "--benchmark_min_time=0.05";
-  std::vector<char*> words{argv[0], repetitions.data(), byTurns.data(), seconds.data()};
-  words.insert(words.end(), argv + 1, argv + argc);
-  auto count = static_cast<int>(words.size());
-  benchmark::Initialize(&count, words.data());
-  if (benchmark::ReportUnrecognizedArguments(count, words.data())) return 2;
-
-  for (const Row& row : kHooks) {
-    benchmark::RegisterBenchmark(row.hook, measureRow, row, What::hook);
-    benchmark::RegisterBenchmark(accessesOf(row).c_str(), measureRow, row, What::accesses);
-  }
-  benchmark::RegisterBenchmark(kGate, measureGate);
-  bench::registerTool();
-  bench::Shortest shortest;
-  benchmark::RunSpecifiedBenchmarks(&shortest);
-  return report(shortest) ? 0 : 1;
-}
+int main(int argc, char** argv) { return bench::run(argc, argv, registerRows, report); }

@@ -1,3 +1,6 @@
+// Time for reading a scenario and for replaying it, and its growth: a call of a scenario that is
+// ten times as long takes about as long. Ends with status 1 if a target is missed.
+
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -7,14 +10,13 @@
 #include <streambuf>
 #include <string>
 
-#include "bench/ToolBench.h"
+#include "bench/Report.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/TextTrace.h"
 
-namespace bench {
 namespace {
 
 using namespace camhook;
@@ -110,16 +112,15 @@ void measure(benchmark::State& state, const Row& row, std::size_t parts) {
   for ([[maybe_unused]] const auto iteration : state) row.run(text);
 }
 
-}  // namespace
-
-void registerTool() {
+void registerRows() {
   for (const Row& row : kRows) {
     benchmark::RegisterBenchmark(row.name, measure, row, row.parts);
     benchmark::RegisterBenchmark(longerOf(row).c_str(), measure, row, 10 * row.parts);
   }
 }
 
-bool reportTool(const Shortest& shortest) {
+/// Prints the rows that ran. Returns whether all are within their targets.
+bool report(const bench::Shortest& shortest) {
   bool areMet = true;
   for (const Row& row : kRows) {
     const auto* const few = shortest.find(row.name);
@@ -128,9 +129,11 @@ bool reportTool(const Shortest& shortest) {
     const double each = few->ns / static_cast<double>(row.parts);
     const double eachOfMany = many->ns / static_cast<double>(10 * row.parts);
     std::printf("%-34s %6.0f ns, of ten times as many %6.0f ns", row.name, each, eachOfMany);
-    areMet &= judge(100 * eachOfMany / each, kMostGrowth, "%");
+    areMet &= bench::judge(100 * eachOfMany / each, kMostGrowth, "%");
   }
   return areMet;
 }
 
-}  // namespace bench
+}  // namespace
+
+int main(int argc, char** argv) { return bench::run(argc, argv, registerRows, report); }

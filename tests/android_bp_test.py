@@ -22,6 +22,7 @@ TARGETS = {
     "libcam_common_objects": "cam_common_objects",
     "libcam_host": "cam_host",
     "libcamhook_objects": "camhook_objects",
+    "libcamhook_explain_objects": "camhook_explain_objects",
     "camhook": "camhook",
     "cam_tests": "cam_tests",
 }

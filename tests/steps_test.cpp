@@ -79,10 +79,10 @@ TEST(Steps, AndHooksHaveTheirReferencePage) {
 }
 
 TEST(Steps, AreUnknownWithoutDebugInformation) {
-  const std::string output = outputOf(
-      R"(folder=$(mktemp -d); strip -o "$folder/stripped.so" )" CAM_LIBRARY
-      R"(; LD_PRELOAD="$folder/stripped.so" )" CAMHOOK_COMMAND
-      R"( replay --json --steps scenarios/super_moon_zoom.json 2> "$folder/warnings"; cat "$folder/warnings"; rm -r "$folder")");
+  const std::string output =
+      outputOf(R"(folder=$(mktemp -d); strip -o "$folder/camhook" )" CAMHOOK_COMMAND
+               R"(; "$folder/camhook" replay --json --steps scenarios/super_moon_zoom.json )"
+               R"(2> "$folder/warnings"; cat "$folder/warnings"; rm -r "$folder")");
   const std::string warning =
       "camhook: steps without debug information of the library are shown as ?\n";
   ASSERT_TRUE(output.ends_with("}\n" + warning)) << output;

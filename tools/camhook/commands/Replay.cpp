@@ -128,7 +128,6 @@ void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioTe
   };
   runCalls(run, scenario, dataRoot, noteDecision,
            [&](std::size_t /*index*/, const CallTrace& trace) { page.write(trace); });
-  // Not before: the library logs what it does when it is first asked for its rules.
   const RuleSet rules = rulesOfLibrary();
   for (const auto& [number, inputs] : decisions) {
     page.addDecision(number, jsonFromDecision(rules, inputs));

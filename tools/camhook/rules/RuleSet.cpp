@@ -4,9 +4,6 @@
 #include <string>
 #include <utility>
 
-#include "common/HeskSensorModeControl.h"
-#include "common/sensormode/DecisionObserver.h"
-#include "common/sensormode/SensorModeInspector.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
 
@@ -14,17 +11,6 @@ namespace camhook {
 namespace {
 
 using hesk::Override;
-
-class RuleReader final : public hesk::DecisionObserver {
- public:
-  void onDecision(const std::vector<SensorModeTable>& tables,
-                  std::span<const Override> overrides) override {
-    rules.tables = tables;
-    rules.overrides.assign(overrides.begin(), overrides.end());
-  }
-
-  RuleSet rules;
-};
 
 constexpr std::pair<const char*, std::int32_t SensorModeCfg::*> kRuleNumbers[] = {
     {"isHfpsMode", &SensorModeCfg::isHfpsMode},
@@ -141,11 +127,8 @@ const SensorModeTable* RuleSet::tableFor(std::string_view product) const {
 }
 
 RuleSet rulesOfLibrary() {
-  HeskSensorModeControl& control = *HeskSensorModeControl::createInstance(0);
-  RuleReader reader;
-  const HeskSensorModeControlInspector::Observation observation(control, reader);
-  control.decideSensorScenario(nullptr, nullptr);
-  return std::move(reader.rules);
+  const auto overrides = hesk::overrides();
+  return {hesk::sensorModeTables(), {overrides.begin(), overrides.end()}, nullptr};
 }
 
 Json jsonFromRule(const SensorModeCfg& rule) {

@@ -1,0 +1,44 @@
+// Replays scenarios through the shared library as it ships. All other tests and the tool link its
+// objects.
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "common/tags/TagCatalogue.h"
+#include "tests/support/CamhookProcess.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/run/Replay.h"
+#include "tools/camhook/show/TextTrace.h"
+
+namespace {
+
+using namespace camhook;
+
+std::string traceOf(const std::string& name) {
+  Scenario scenario = readScenario(contentOf(kSourceRoot / "scenarios" / (name + ".json")));
+  scenario.platform.tagName = [](std::uint32_t tag) {
+    const hesk::TagDescription* description = hesk::findTag(tag);
+    return description != nullptr ? description->name : std::string_view();
+  };
+  Replay replay(std::move(scenario.platform));
+  std::ostringstream out;
+  TextTrace trace(out, Style(false), TextTrace::Records::debug, scenario.about);
+  for (std::size_t i = 0; i < scenario.calls.size(); ++i) {
+    CallTrace call = replay.run(scenario.calls[i]);
+    call.number = i + 1;
+    trace.write(call);
+  }
+  trace.finish(replay.phone().eventStore.all());
+  return out.str();
+}
+
+// The updaters live as long as the process: still_burst alone has calls of an updater.
+TEST(SharedLibrary, GivesTheStoredTraces) {
+  for (const char* name : {"still_burst", "sensor_modes"}) {
+    EXPECT_EQ(traceOf(name), contentOf(kSourceRoot / "scenarios" / (std::string(name) + ".trace")));
+  }
+}
+
+}  // namespace
