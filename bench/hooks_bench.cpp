@@ -272,7 +272,7 @@ void measureGate(benchmark::State& state) {
   host::LogSink::openLevels({});
   int value = 0;
   measure(state, [&] {
-    HESK_LOGD(kOperation, "[%s] value %d", kOperation.name, value);
+    HESK_LOGD(kOperation, "value %d", value);
     benchmark::ClobberMemory();
   });
 }

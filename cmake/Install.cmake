@@ -14,6 +14,7 @@ install(DIRECTORY platform DESTINATION ${headerDir} FILES_MATCHING PATTERN "*.h"
 install(FILES host/Effect.h host/EffectCollector.h host/LogSink.h host/Observer.h host/OpenedFiles.h
     host/Phone.h host/PhoneConfig.h host/TextStore.h host/TuningBuffer.h
   DESTINATION ${headerDir}/host)
+# The public headers refer to docs/hooks.md.
 install(FILES docs/hooks.md docs/tags.md docs/rules.md docs/scenario.schema.json
   DESTINATION ${CMAKE_INSTALL_DOCDIR})
 

@@ -1,4 +1,4 @@
-// The event store, key by key.
+// Access to the event store.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 
 namespace hesk {
 
-/// The value of a key, empty where it was never set.
+/// Returns the value of a key, empty if it was never set.
 inline std::string eventValue(std::string_view key) {
   std::string value;
   NSCam::ATMsEventMgr::getInstance().get(key, value);

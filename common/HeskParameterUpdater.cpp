@@ -1,9 +1,7 @@
-// The updaters of the sensors: one slot an index, what construction learns of the sensor, and the
-// preview's size and shape.
+// Creates the updaters, one per sensor index, and handles the preview size.
 //
-// Reading order of the class: this file, then the hooks, each the list of its steps
-// (updater/SessionParams.cpp, updater/RequestMeta.cpp, updater/ResultMeta.cpp), and the files of
-// their steps.
+// Reading order of the class: this file; the hooks, each a list of its steps (SessionParams.cpp,
+// RequestMeta.cpp, ResultMeta.cpp and CaptureRaw.cpp in updater/); the files of the steps.
 
 #include "common/HeskParameterUpdater.h"
 
@@ -22,14 +20,14 @@ HeskParameterUpdater::HeskParameterUpdater(int instanceId) : mInstanceId(instanc
   constexpr log::Operation kOperation = updaterOperation("HeskParameterUpdater");
 
   const NSCam::IMetadata* statics = staticCharacteristics(mInstanceId);
-  const float width = read(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0.0F, 0);
-  const float height = read(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0.0F, 1);
+  const float width = readItem(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0);
+  const float height = readItem(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 1);
   const float focalLength = read(statics, tags::ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS);
   mPrimaryCameraDiagonalFov = diagonalFovDegrees(width, height, focalLength);
   HESK_LOGD(kOperation,
-            "[%s] physicalWidth: %fmm, physicalHeight:%fmm, focalLength:%fmm, "
+            "physicalWidth: %fmm, physicalHeight:%fmm, focalLength:%fmm, "
             "mPrimaryCameraDiagonalFov:%d instanceId:%d",
-            kOperation.name, width, height, focalLength, mPrimaryCameraDiagonalFov, mInstanceId);
+            width, height, focalLength, mPrimaryCameraDiagonalFov, mInstanceId);
 }
 
 template <int InstanceId>
@@ -45,10 +43,10 @@ HeskParameterUpdater* HeskParameterUpdater::createInstance(int instanceId) {
   }
   (std::make_integer_sequence<int, kMaxInstanceId + 1>{});
 
-  // As unsigned a negative index is past the end, too.
+  // A negative index becomes a large unsigned number.
   const auto index = static_cast<unsigned int>(instanceId);
   if (index > kMaxInstanceId) {
-    HESK_LOGD(kOperation, "[%s] HeskParameterUpdater createInstance failed!", kOperation.name);
+    HESK_LOGD(kOperation, "HeskParameterUpdater createInstance failed!");
     return nullptr;
   }
   return kSlots[index]();
@@ -58,7 +56,7 @@ void HeskParameterUpdater::setPreviewSize(NSCam::MSize size) {
   constexpr log::Operation kOperation = updaterOperation("setPreviewSize");
 
   mPreviewSize = size;
-  HESK_LOGD(kOperation, "[%s] setPreviewSize [%d/%d]", kOperation.name, size.w, size.h);
+  HESK_LOGD(kOperation, "setPreviewSize [%d/%d]", size.w, size.h);
 }
 
 void HeskParameterUpdater::matchAspectRatio(const NSCam::MSize* reference, NSCam::MSize* size) {

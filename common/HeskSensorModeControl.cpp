@@ -1,5 +1,5 @@
-// The decision: rules, filters, overrides. The rules stand in sensormode/SensorModeTables.cpp, the
-// filters in sensormode/Filters.cpp, the overrides in sensormode/SpecialCustomize.cpp.
+// Loads the rules and decides. The rules are in sensormode/SensorModeTables.cpp, the filters in
+// sensormode/Filters.cpp, the overrides in sensormode/SpecialCustomize.cpp.
 
 #include "common/HeskSensorModeControl.h"
 
@@ -26,11 +26,11 @@ void HeskSensorModeControl::getProductName() {
   constexpr log::Operation kOperation = sensorModeOperation("getProductName");
 
   const auto model = productModel("default");
-  std::copy_n(model.begin(), productName.size() - 1, productName.begin());  // its last stays zero
-  HESK_LOGD(kOperation, "[%s] productName %s", kOperation.name, productName.data());
+  std::copy_n(model.begin(), productName.size() - 1, productName.begin());  // keeps the final zero
+  HESK_LOGD(kOperation, "productName %s", productName.data());
 }
 
-/// The rules of the current product for such a configuration, null for none.
+/// Returns the rules of the current product for the sensor, null if there are none.
 const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId,
                                                                     bool isVideoMode) const {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
@@ -40,22 +40,19 @@ const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId
   for (const SensorModeTable& candidate : sensorModeTables()) {
     if (product.starts_with(candidate.productName)) table = &candidate;
   }
-  const std::vector<SensorModeCfg>* list = nullptr;
   if (table == nullptr) {
-    HESK_LOGD(kOperation, "[%s] no suitable sensorModeTable", kOperation.name);
-  } else if (sensorId == 0) {
-    list = isVideoMode ? &table->sensor0Video : &table->sensor0Preview;
-  } else if (sensorId == 1) {
-    list = isVideoMode ? &table->sensor1Video : &table->sensor1Preview;
+    HESK_LOGD(kOperation, "no suitable sensorModeTable");
+    return nullptr;
   }
-  return list;
+  if (sensorId == 0) return isVideoMode ? &table->sensor0Video : &table->sensor0Preview;
+  if (sensorId == 1) return isVideoMode ? &table->sensor1Video : &table->sensor1Preview;
+  return nullptr;
 }
 
 void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
   constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
 
-  HESK_LOGD(kOperation, "[%s] mSensorId %d, isVideoMode %d", kOperation.name, sensorId,
-            isVideoMode);
+  HESK_LOGD(kOperation, "mSensorId %d, isVideoMode %d", sensorId, isVideoMode);
   sensorModeTable.clear();
   multiConditionTable.clear();
   selectedSensorModeCfgs.clear();
@@ -67,7 +64,7 @@ void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
   }
 }
 
-/// What the selected rule comes to, or the lack of one.
+/// Returns the scenario of the selected rule, or the default if none is selected.
 std::int32_t HeskSensorModeControl::baseScenario(bool isVideoMode) const {
   if (!selectedSensorModeCfgs.empty()) return selectedSensorModeCfgs.back().sensorMode;
   return isVideoMode ? NORMAL_VIDEO : NO_DECISION;
@@ -80,8 +77,8 @@ int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
   if (mObserver != nullptr) mObserver->onDecision(sensorModeTables(), overrides());
   const bool isVideoMode = info != nullptr && info->hasVideoConsumer;
   getSensorModeTable(mSensorId, isVideoMode);
-  HESK_LOGD(kOperation, "[%s] sensorModeTable size %d, %d", kOperation.name,
-            static_cast<int>(sensorModeTable.size()), static_cast<int>(multiConditionTable.size()));
+  HESK_LOGD(kOperation, "sensorModeTable size %d, %d", static_cast<int>(sensorModeTable.size()),
+            static_cast<int>(multiConditionTable.size()));
 
   getSensorModeCfgByMultiCondition(meta);
   getSensorModeCfgByEisMode(meta);
@@ -90,13 +87,12 @@ int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
   getSensorModeCfgByFps(meta);
   getSensorModeCfgByVideoAlgoType(meta);
   getSensorModeCfgByUiMode(meta);
-  HESK_LOGD(kOperation, "[%s] selectedSensorModeCfgs size %d", kOperation.name,
+  HESK_LOGD(kOperation, "selectedSensorModeCfgs size %d",
             static_cast<int>(selectedSensorModeCfgs.size()));
 
   std::int32_t sensorMode = baseScenario(isVideoMode);
   const std::int32_t special = specialCustomize(meta, std::move(info));
   if (special != NO_DECISION) sensorMode = special;
-  HESK_LOGD(kOperation, "[%s] sensorMode %lld", kOperation.name,
-            static_cast<long long>(sensorMode));
+  HESK_LOGD(kOperation, "sensorMode %lld", static_cast<long long>(sensorMode));
   return sensorMode;
 }

@@ -1,19 +1,17 @@
-// The choice of a sensor's scenario, its readout mode, for a stream configuration.
-//
-// The platform's configuration policy calls, for every configuration,
+// HeskSensorModeControl chooses the sensor scenario (the sensor's readout mode) of a stream
+// configuration. The platform's configuration policy calls, for every configuration,
 //
 //   HeskSensorModeControl::createInstance(sensorId)->decideSensorScenario(meta, info)
 //
-// The product's rules are tried first, filter after filter; then a fixed list of overrides for
-// certain apps, of which the last that fires holds.
+// The filters search the rules of the product; then the overrides for certain apps are applied.
 //
-// One object serves every sensor, from when the library is loaded until the process ends.
+// One object serves all sensors, from library load to process exit.
 //
-// Failure: none is reported but by the number. What is missing matches no rule; null metadata reads
-// as empty, null stream information as no video stream and a size of 0 x 0.
+// Errors: no operation reports a failure. An absent value matches no rule. Null metadata reads as
+// empty; null stream information reads as no video stream and a size of 0 x 0.
 //
-// Threads: no lock. The platform decides one configuration at a time: from `createInstance` until
-// `decideSensorScenario` has returned nobody else calls either.
+// Threads: not thread-safe. The platform decides one configuration at a time: between
+// `createInstance` and the return of `decideSensorScenario`, no other thread calls either.
 
 #pragma once
 
@@ -28,13 +26,12 @@
 
 namespace hesk {
 class DecisionObserver;
-struct RuleCondition;
 }  // namespace hesk
 
 template <typename T>
 class CSingleton;
 
-/// The window of the tool and the tests.
+/// Gives the tool and the tests access to private members.
 struct HeskSensorModeControlInspector;
 
 class __attribute__((visibility("default"))) HeskSensorModeControl {
@@ -44,66 +41,61 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   HeskSensorModeControl(const HeskSensorModeControl&) = delete;
   HeskSensorModeControl& operator=(const HeskSensorModeControl&) = delete;
 
-  /// The object, from now on for the configuration of sensor `sensorId`. Never null; the caller
-  /// does not own it.
+  /// Sets the sensor of the next configuration to `sensorId`. Returns the object, never null; the
+  /// caller does not own it.
   static HeskSensorModeControl* createInstance(int sensorId);
 
-  /// Decides on the scenario of the sensor for a configuration with the session metadata `meta` and
-  /// the streams `info`. Returns its number (common/sensormode/SensorScenario.h); 255 leaves the
-  /// choice to the platform.
+  /// Returns the scenario number (common/sensormode/SensorScenario.h) for a configuration with the
+  /// session metadata `meta` and the streams `info`; 255 leaves the choice to the platform.
   ///
-  /// The rules that the filters find decide; without one a configuration with a video stream takes
-  /// 2, any other 255. What `specialCustomize` returns, unless it is 255, goes before both.
-  ///
-  /// Reads what `getProductName`, the filters and `specialCustomize` read. The rules selected stay
-  /// until the next call.
+  /// A result of `specialCustomize` other than 255 is returned. Otherwise the selected rule
+  /// decides. Without a rule the result is 2 with a video stream and 255 without one. The selected
+  /// rules are kept until the next call.
   int decideSensorScenario(NSCam::IMetadata* meta, std::shared_ptr<StreamInfo> info);
 
-  /// The scenario that certain apps need whatever the rules say, 255 for none. Of the overrides
-  /// that fire the last holds.
+  /// Returns the scenario of the last override whose conditions are met, 255 if there is none.
   ///
   /// Reads the event store's "APP_TYPE" and "APP_NAME", MTK_HDR_FEATURE_HDR_MODE and
-  /// HESK_CONTROL_NIGHTMODE (int32 items), and the video flag and size of `info`.
+  /// HESK_CONTROL_NIGHTMODE of `meta`, and the video flag and the size of `info`.
   int specialCustomize(NSCam::IMetadata* meta, std::shared_ptr<StreamInfo> info);
 
-  /// Loads the rules of the product, which it asks `getProductName` for, for a sensor, with or
-  /// without video stream, and forgets what was selected. No rules for other products and sensors
-  /// than the tables have.
+  /// Calls `getProductName`, loads the product's rules for the sensor, with or without a video
+  /// stream, and clears the selection. Loads no rule if the tables do not list the product or the
+  /// sensor.
   void getSensorModeTable(int sensorId, bool isVideoMode);
 
-  /// Reads the product's name, cut to 31 characters, from the property ro.product.model.zdm,
-  /// "default" where it is unset.
+  /// Reads the product name, cut to 31 characters, from the property ro.product.model.zdm;
+  /// "default" if the property is not set.
   void getProductName();
 
-  // The filters, in the order in which they are asked. Each selects at most one of the loaded
-  // rules, and does nothing once one is selected. A rule's field matches an equal value.
+  // The filters, in the order in which they run. Each appends at most one of the loaded rules to
+  // the selected rules, and does nothing if a rule is already selected.
 
-  /// Takes the last rule of several conditions of which, in the order isHfpsMode, appType, fps,
-  /// eisMode, videoAlgoType, uiMode, as many match as the rule counts. A match of isHfpsMode alone
-  /// does not do. Reads what the other filters read.
+  /// Selects the last rule of several conditions that is met: conditions are counted in the order
+  /// isHfpsMode, appType, fps, eisMode, videoAlgoType, uiMode, and the count of matches reaches the
+  /// rule's conditionCount at one of the last five. Reads the inputs of all other filters.
   void getSensorModeCfgByMultiCondition(NSCam::IMetadata* meta);
 
-  // The others look at the rules of one condition alone.
+  // The other filters search the rules of one condition and select the first that matches.
 
-  /// Takes the first rule whose eisMode is HESK_CONTROL_EISENABLE, -2 where it is missing.
+  /// Compares eisMode with HESK_CONTROL_EISENABLE, -2 if absent.
   void getSensorModeCfgByEisMode(NSCam::IMetadata* meta);
 
-  /// Takes the first rule whose isHfpsMode is 1, where MTK_STREAMING_FEATURE_HFPS_MODE is.
+  /// Compares isHfpsMode with MTK_STREAMING_FEATURE_HFPS_MODE if that is 1; selects nothing for any
+  /// other value.
   void getSensorModeCfgByIsHfpsMode(NSCam::IMetadata* meta);
 
-  /// Takes the first rule whose appType is the event store's "APP_TYPE"; the empty one is that of
-  /// the rules without app type.
+  /// Compares appType with the event store's "APP_TYPE". An empty "APP_TYPE" matches a rule without
+  /// app type.
   void getSensorModeCfgByApptype();
 
-  /// Takes the first rule whose fps is the upper bound of MTK_CONTROL_AE_TARGET_FPS_RANGE, 0 where
-  /// it is missing.
+  /// Compares fps with the upper bound of MTK_CONTROL_AE_TARGET_FPS_RANGE, 0 if absent.
   void getSensorModeCfgByFps(NSCam::IMetadata* meta);
 
-  /// Takes the first rule whose videoAlgoType is HESK_CONTROL_VIDEOALGOTYPE, -2 where it is
-  /// missing.
+  /// Compares videoAlgoType with HESK_CONTROL_VIDEOALGOTYPE, -2 if absent.
   void getSensorModeCfgByVideoAlgoType(NSCam::IMetadata* meta);
 
-  /// Takes the first rule whose uiMode is COM_HESK_CURRENTUIMODULE, -2 where it is missing.
+  /// Compares uiMode with COM_HESK_CURRENTUIMODULE, -2 if absent.
   void getSensorModeCfgByUiMode(NSCam::IMetadata* meta);
 
  private:
@@ -116,14 +108,10 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   [[nodiscard]] const std::vector<SensorModeCfg>* chooseList(int sensorId, bool isVideoMode) const;
   [[nodiscard]] std::int32_t baseScenario(bool isVideoMode) const;
 
-  // What the filters share.
-  [[nodiscard]] bool isDecided() const;
-  void selectFirst(const hesk::RuleCondition& condition, const NSCam::IMetadata* meta);
-
   std::int32_t mSensorId = 0;
   std::vector<SensorModeCfg> sensorModeTable;         // loaded rules of one condition
-  std::vector<SensorModeCfg> multiConditionTable;     // and of several
-  std::vector<SensorModeCfg> selectedSensorModeCfgs;  // what the filters selected
+  std::vector<SensorModeCfg> multiConditionTable;     // loaded rules of several conditions
+  std::vector<SensorModeCfg> selectedSensorModeCfgs;  // rules that the filters selected
   std::array<char, 32> productName{};
-  hesk::DecisionObserver* mObserver = nullptr;  // the tool's; not owned
+  hesk::DecisionObserver* mObserver = nullptr;  // of the tool; not owned
 };

@@ -1,24 +1,25 @@
-// Numbers in texts that others wrote.
+// Parses numbers at the beginning of texts from the event store.
 
 #pragma once
+
+#include <locale.h>
+#include <stdlib.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <concepts>
 #include <cstddef>
-#include <locale>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 namespace hesk {
 
-/// How many characters the decimal number takes that `text` begins with: a sign, digits with a
-/// point before, between or behind them, an exponent. 0 where it begins with none, and where an
-/// exponent lacks its digits.
+/// Returns the length of the decimal number at the beginning of `text`: an optional sign, digits
+/// with an optional point before, between or after them, and an optional exponent. Returns 0 if
+/// there is no number or if an exponent has no digits.
 constexpr std::size_t lengthOfDecimal(std::string_view text) {
   std::size_t length = 0;
   const auto skip = [&](std::string_view characters) {
@@ -44,33 +45,37 @@ constexpr std::size_t lengthOfDecimal(std::string_view text) {
   return length;
 }
 
-/// The decimal number that `text` begins with, behind blanks and a sign; what follows it is
-/// ignored. None where there is no number and where it is too large. One too small for a float is
-/// the nearest float, which may be 0.
+/// Returns the decimal number at the beginning of `text`, after optional white space and a sign.
+/// The text after the number is ignored. Returns no value if there is no number or if it is too
+/// large. A number too small for a float becomes the nearest float, which may be 0.
 template <typename T>
 requires std::integral<T> || std::floating_point<T> std::optional<T> leadingNumber(
     std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-  T number{};
   if constexpr (std::integral<T>) {
     if (text.starts_with('+')) {
       text.remove_prefix(1);
       if (text.starts_with('-')) return {};
     }
+    T number{};
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
     if (result.ec != std::errc()) return {};
+    return number;
   } else {
-    // By a stream: not every phone's std::from_chars reads floats. What a stream takes for a
-    // number's end differs between libraries, so that it gets the number alone.
-    const std::size_t length = lengthOfDecimal(text);
-    if (length == 0) return {};
-    std::istringstream stream{std::string(text.substr(0, length))};
-    stream.imbue(std::locale::classic());
-    stream >> number;
-    // Some libraries let a number that is too small fail, too, and give the nearest all the same.
-    if (stream.fail() && std::abs(number) >= 1) return {};
+    // libc++ has no std::from_chars for floats. strtof_l also reads hexadecimal, "inf" and "nan",
+    // so that it gets the decimal number alone.
+    const std::string decimal(text.substr(0, lengthOfDecimal(text)));
+    if (decimal.empty()) return {};
+    static const locale_t kClassic = newlocale(LC_ALL_MASK, "C", nullptr);
+    T number{};
+    if constexpr (std::same_as<T, float>) {
+      number = strtof_l(decimal.c_str(), nullptr, kClassic);
+    } else {
+      number = strtod_l(decimal.c_str(), nullptr, kClassic);
+    }
+    if (std::isinf(number)) return {};
+    return number;
   }
-  return number;
 }
 
 }  // namespace hesk

@@ -1,4 +1,4 @@
-// Which product the library runs on.
+// The product that the library runs on.
 
 #pragma once
 
@@ -8,8 +8,8 @@
 
 namespace hesk {
 
-/// The product's model name as it is now: the property ro.product.model.zdm, `fallback` where it is
-/// unset. Ends with a zero.
+/// Returns the current product model, the property ro.product.model.zdm, as a zero-terminated text;
+/// `fallback` if it is unset.
 inline std::array<char, PROPERTY_VALUE_MAX> productModel(const char* fallback) {
   std::array<char, PROPERTY_VALUE_MAX> name{};
   property_get("ro.product.model.zdm", name.data(), fallback);

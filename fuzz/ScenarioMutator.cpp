@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
-#include "common/tags/TagCatalogue.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace {
 
@@ -100,7 +100,7 @@ class Mutator {
   void putEntry(Json& metadata) {
     constexpr auto kTypes =
         std::to_array<std::string_view>({"int32", "int64", "uint8", "float", "rect", "rational"});
-    const hesk::TagDescription& tag = any(hesk::kTagCatalogue);
+    const camhook::TagDescription& tag = any(camhook::kTagCatalogue);
     std::string name(tag.name);
     if (!metadata.empty() && mRandom() % 2 == 0) name = anyIn(metadata).key();
     const std::string_view type = mRandom() % 4 != 0 ? tag.type : any(kTypes);

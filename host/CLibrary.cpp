@@ -3,13 +3,10 @@
 #include "platform/CLibrary.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <filesystem>
 
 #include "host/Phone.h"
-
-std::time_t cam::time(std::time_t* out) { return std::time(out); }
 
 std::tm* cam::localtime_r(const std::time_t* time, std::tm* out) {
   host::observe([] { return host::ServiceRead{"clock"}; });
@@ -29,5 +26,3 @@ int cam::open(const char* path, int flags, unsigned int mode) {
   if (file >= 0) phone.openedFiles.add(path);
   return file;
 }
-
-int cam::close(int file) { return ::close(file); }

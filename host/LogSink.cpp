@@ -74,6 +74,7 @@ void LogSink::add(std::string_view tag, cam_debug_level_t level, const char* for
   record.level = levelLetter(level);
   record.tag = tag;
   const std::size_t head = readHead(format, g_logInfoLv[level].prefix, record);
+  record.format = format + head;
   record.message = expandFormat(format + head, arguments);
   const std::lock_guard lock(mMutex);
   mRecords.push_back(std::move(record));

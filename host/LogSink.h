@@ -13,14 +13,15 @@
 
 namespace host {
 
-/// A record taken apart, its message expanded.
+/// A record split into its parts.
 struct LogRecord {
   char level = 'D';  // 'D', 'E' or 'I'
   std::string tag;
   std::string file;
   int line = 0;
   std::string function;
-  std::string message;
+  std::string format;   // of the message, unexpanded
+  std::string message;  // expanded
 };
 
 /// Keeps the records until they are taken.

@@ -131,12 +131,6 @@ IMetadata& IMetadata::operator+=(const IMetadata& other) {
   return *this;
 }
 
-}  // namespace NSCam
-
-namespace host {
-
-using NSCam::IMetadata;
-
 std::vector<const IMetadata::IEntry*> MetadataAccess::entriesByTag(const IMetadata& metadata) {
   std::vector<const IMetadata::IEntry*> entries;
   if (metadata.mEntries == nullptr) return entries;
@@ -147,16 +141,16 @@ std::vector<const IMetadata::IEntry*> MetadataAccess::entriesByTag(const IMetada
   return entries;
 }
 
-const ItemList& MetadataAccess::itemsOf(const IMetadata::IEntry& entry) {
-  static const ItemList kNone;
+const host::ItemList& MetadataAccess::itemsOf(const IMetadata::IEntry& entry) {
+  static const host::ItemList kNone;
   return entry.mItems != nullptr ? entry.mItems->list : kNone;
 }
 
-std::string_view typeName(const ItemList& items) {
+}  // namespace NSCam
+
+std::string_view host::typeName(const ItemList& items) {
   // In the order of the variant's alternatives.
   constexpr std::array<std::string_view, 6> kNames{"int32", "int64", "uint8",
                                                    "float", "rect",  "rational"};
   return kNames.at(items.index());
 }
-
-}  // namespace host

@@ -1,5 +1,4 @@
-// What the host's own tools may see of a metadata container beyond the platform's operations: the
-// item types, and every entry it holds.
+// Access of the host and its tools to all entries of a metadata container and to their item types.
 
 #pragma once
 
@@ -17,17 +16,28 @@ using ItemList =
     std::variant<std::vector<std::int32_t>, std::vector<std::int64_t>, std::vector<std::uint8_t>,
                  std::vector<float>, std::vector<NSCam::MRect>, std::vector<NSCam::MRational>>;
 
-struct MetadataAccess {
-  /// The entries that hold an item, ordered by tag. The pointers hold until the container changes.
-  static std::vector<const NSCam::IMetadata::IEntry*> entriesByTag(
-      const NSCam::IMetadata& metadata);
+/// Returns the name of an item list's type: "int32", "int64", "uint8", "float", "rect" or
+/// "rational".
+std::string_view typeName(const ItemList& items);
 
-  /// The items of an entry, an empty list of int32 where it has none. Holds until the entry
-  /// changes.
-  static const ItemList& itemsOf(const NSCam::IMetadata::IEntry& entry);
+}  // namespace host
+
+namespace NSCam {
+
+/// The container's friend.
+struct MetadataAccess {
+  /// Returns the entries that hold an item, ordered by tag, valid until the container changes.
+  static std::vector<const IMetadata::IEntry*> entriesByTag(const IMetadata& metadata);
+
+  /// Returns the items of an entry, valid until the entry changes; an empty list of int32 if it has
+  /// none.
+  static const host::ItemList& itemsOf(const IMetadata::IEntry& entry);
 };
 
-/// The word for an item list's type: "int32", "int64", "uint8", "float", "rect" or "rational".
-std::string_view typeName(const ItemList& items);
+}  // namespace NSCam
+
+namespace host {
+
+using NSCam::MetadataAccess;
 
 }  // namespace host

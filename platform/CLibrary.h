@@ -1,5 +1,5 @@
-// What the library takes of the C library that a phone's own has no say in on another machine: the
-// clock, and files under the phone's folders. On a phone these are the functions of that name.
+// C library calls that the host replaces, so that a replay does not depend on the machine: the
+// local time and files. On a phone these are the C library's functions of the same names.
 
 #pragma once
 
@@ -8,17 +8,12 @@
 /// Threads: any.
 namespace cam {
 
-/// The time now; stores it in `out`, too, unless that is null.
-std::time_t time(std::time_t* out);
-
-/// Writes the local time of `time` into `out` and returns `out`; null where it cannot be had.
+/// Writes the local time of `time` to `out`. Returns `out`, or null if the local time is not
+/// available.
 std::tm* localtime_r(const std::time_t* time, std::tm* out);
 
-/// Opens the file at an absolute path of the phone. Returns its descriptor, below 0 where it cannot
-/// be opened.
+/// Opens a file by its absolute path on the phone. Returns its descriptor, which `::close` closes;
+/// a negative value if the file cannot be opened.
 int open(const char* path, int flags, unsigned int mode);
-
-/// Closes a descriptor. Returns 0, below 0 where there is none.
-int close(int file);
 
 }  // namespace cam

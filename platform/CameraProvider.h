@@ -1,4 +1,4 @@
-// The maker's camera provider service.
+// The OEM's camera provider service.
 
 #pragma once
 
@@ -10,11 +10,11 @@
 
 namespace android::hardware {
 
-/// The answer of a service in another process, or that it could not be had.
+/// The result of a call to a service in another process.
 template <typename T>
 class Return {
  public:
-  /// The service did not answer.
+  /// The call failed.
   Return() = default;
   Return(T value) : mValue(value) {}
 
@@ -31,13 +31,13 @@ namespace vendor::hesk::hardware::camera::provider::V1_0 {
 /// Threads: any.
 class IHeskCameraProvider : public virtual android::RefBase {
  public:
-  /// The service `name` without waiting for it; null where it is not running. `getStub` asks for
-  /// the pass-through implementation.
+  /// Returns the service `name` without waiting for it; null if it is not running. `getStub`
+  /// selects the pass-through implementation.
   static android::sp<IHeskCameraProvider> tryGetService(const std::string& name = "default",
                                                         bool getStub = false);
 
-  /// A number that the service keeps: 20 asks for the frame rate in frames a second that apps of
-  /// other makers are held to.
+  /// Returns a number that the service stores. 20 selects the frame-rate cap of third-party apps,
+  /// in frames per second.
   virtual android::hardware::Return<std::int32_t> query(std::int32_t what) = 0;
 };
 

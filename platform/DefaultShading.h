@@ -9,17 +9,17 @@
 
 namespace NSCam {
 
-/// The default shading of one sensor. Used by one thread at a time.
+/// The default shading of one sensor. Must be used by one thread at a time.
 class IDefaultShading {
  public:
   virtual ~IDefaultShading() = default;
 
-  /// The shading metadata for a frame with this HAL and app metadata, either of which may be null.
+  /// Returns the shading metadata for a frame with this HAL and app metadata; either may be null.
   [[nodiscard]] virtual IMetadata query(const IMetadata* halMeta, const IMetadata* appMeta) = 0;
 };
 
-/// What module `kModuleDefaultShading` is: makes the provider of a sensor for the caller named
-/// `user`, null where it cannot.
+/// The type of module `kModuleDefaultShading`. Creates the provider of a sensor for the caller
+/// named `user`; returns null on failure.
 using DefaultShadingCreator = std::unique_ptr<IDefaultShading> (*)(const char* user,
                                                                    std::int32_t sensorIndex);
 

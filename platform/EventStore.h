@@ -1,5 +1,5 @@
-// The event store: string values under string keys, one for the whole process. The camera app's
-// side and the HAL's parts leave each other word in it.
+// The event store: string values under string keys, shared by the whole process. The camera app's
+// side and the parts of the HAL exchange values through it.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace NSCam {
 
-/// Threads: every operation may be called from any thread at any time.
+/// Threads: any.
 class ATMsEventMgr {
  public:
   static ATMsEventMgr& getInstance();
@@ -16,7 +16,7 @@ class ATMsEventMgr {
   /// Replaces the value of `key`.
   virtual void set(std::string_view key, std::string_view value) = 0;
 
-  /// Copies the value of `key` into `value`; the empty text where the key was never set.
+  /// Copies the value of `key` to `value`; an empty string if the key was never set.
   virtual void get(std::string_view key, std::string& value) const = 0;
 
  protected:

@@ -1,4 +1,4 @@
-// The latest detected faces of every sensor.
+// The latest detected faces of each sensor.
 
 #pragma once
 
@@ -17,22 +17,22 @@ struct FaceRecord {
   };
   static constexpr std::size_t kCapacity = 15;
 
-  std::int32_t count = 0;  // of detected faces; more than the record holds are left out
+  std::int32_t count = 0;  // of detected faces, which may exceed the capacity
   std::array<Face, kCapacity> faces;
 };
 
-/// Threads: every operation may be called from any thread.
+/// Threads: any.
 class IFDContainer {
  public:
-  /// How a container is opened.
+  /// Opens the container for reading.
   static constexpr int kRead = 1;
 
-  /// Opens the container for the caller named `user`; null where it cannot be had.
+  /// Opens the container for the caller named `user`. Returns null if it is not available.
   static std::unique_ptr<IFDContainer> createInstance(const char* user, int option);
 
   virtual ~IFDContainer() = default;
 
-  /// Fills `record` with the latest faces of a sensor; leaves it alone where there are none.
+  /// Fills `record` with the latest faces of a sensor; does not change it if there are none.
   virtual void queryLatest(std::int32_t sensor, FaceRecord& record) = 0;
 };
 

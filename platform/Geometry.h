@@ -14,7 +14,7 @@ struct MSize {
   friend bool operator==(const MSize&, const MSize&) = default;
 };
 
-/// A rectangle in pixels: its top left corner and its size.
+/// A rectangle in pixels: top left corner and size.
 struct MRect {
   std::int32_t x = 0;
   std::int32_t y = 0;
@@ -24,7 +24,7 @@ struct MRect {
   friend bool operator==(const MRect&, const MRect&) = default;
 };
 
-/// A fraction as it was written: neither reduced nor checked for a zero denominator.
+/// A fraction, neither reduced nor checked for a zero denominator.
 struct MRational {
   std::int32_t numerator = 0;
   std::int32_t denominator = 0;

@@ -6,18 +6,16 @@
 
 namespace NS3Av3 {
 
-/// A 3A instance lent to a caller, who gives it back with `release` under the name it was created
-/// with.
+/// A 3A instance. Its user must call `release` with the name that it was created with.
 class IHal3A {
  public:
-  /// Announces a burst: the first argument is its count of non-zero-shutter-lag frames, the second
-  /// 0.
+  /// Announces a burst. Arguments: the number of frames without ZSL, and 0.
   static constexpr std::int32_t kSetNonZslFrameCount = 541;
-  /// Reads the lens-shading table: the arguments point at the grid, an `NSCam::MSize`, and at room
-  /// for four floats, one a channel, for every point of it.
+  /// Reads the lens shading table. Arguments: pointers to the grid size (`NSCam::MSize`) and to a
+  /// buffer of four floats, one per channel, for each point of the grid.
   static constexpr std::int32_t kGetShadingTable = 8;
 
-  /// Sends a control command with its two arguments. Returns the platform's status.
+  /// Sends a control command with two arguments. Returns the platform's status.
   virtual std::int32_t control(std::int32_t command, std::intptr_t first, std::intptr_t second) = 0;
 
   virtual void release(const char* user) = 0;
@@ -26,8 +24,8 @@ class IHal3A {
   ~IHal3A() = default;
 };
 
-/// What module `NSCam::kModule3A` is: makes the 3A instance of a sensor for the caller named
-/// `user`, null where it cannot.
+/// The type of module `NSCam::kModule3A`. Creates the 3A instance of a sensor for the caller named
+/// `user`; returns null on failure.
 using Hal3ACreator = IHal3A* (*)(std::int32_t sensorIndex, const char* user);
 
 }  // namespace NS3Av3

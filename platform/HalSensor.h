@@ -8,31 +8,31 @@
 
 namespace NSCam {
 
-/// A sensor's layout of phase-detection pixels, as the driver gives it. Of its words those alone
-/// are named that are used.
+/// The layout of a sensor's phase-detection pixels in the driver's format. Only the members that
+/// the library uses have names of their own.
 struct SensorPdBlock {
   using Pair = std::array<std::int32_t, 2>;  // x, y
-  static constexpr std::size_t kMostPairs = 16;
+  static constexpr std::size_t kMaxPairs = 16;
 
-  std::array<std::int32_t, 5> words;  // the last is the count of pairs
+  std::array<std::int32_t, 5> words;  // the last is the number of pairs
   std::array<std::byte, 400> unused;
-  std::array<Pair, kMostPairs> left;
-  std::array<Pair, kMostPairs> right;
+  std::array<Pair, kMaxPairs> left;
+  std::array<Pair, kMaxPairs> right;
   std::array<std::int32_t, 2> tail;
 };
 static_assert(offsetof(SensorPdBlock, left) == 420 && offsetof(SensorPdBlock, right) == 548 &&
               offsetof(SensorPdBlock, tail) == 676 && sizeof(SensorPdBlock) == 684);
 
-/// A sensor lent to a caller, who gives it back with `release`. Used by one thread at a time.
+/// A sensor. Its user must call `release`. Must be used by one thread at a time.
 class IHalSensor {
  public:
-  /// Whether a sensor scenario supports phase detection: takes pointers to the scenario and to an
-  /// int32 that becomes 0 or another value.
+  /// Queries whether a sensor scenario supports phase detection. Arguments: pointers to the
+  /// scenario and to an int32, which is set to 0 if it does not.
   static constexpr std::int32_t kSupportsPd = 0x400d;
-  /// The phase-detection layout: takes pointers to the scenario and to a `SensorPdBlock`.
+  /// Reads the phase-detection layout. Arguments: pointers to the scenario and a `SensorPdBlock`.
   static constexpr std::int32_t kGetPdBlock = 0x200a;
 
-  /// Sends a command to the driver of the device at an index. Returns the driver's status.
+  /// Sends a command to the driver of a device. Returns the driver's status.
   virtual std::int32_t sendCommand(std::int32_t deviceIndex, std::int32_t command,
                                    std::intptr_t first, std::intptr_t second,
                                    std::intptr_t third) = 0;
@@ -46,17 +46,18 @@ class IHalSensor {
 /// Threads: any.
 class IHalSensorList {
  public:
-  /// The sensor of a camera for the caller named `user`; null where there is none.
+  /// Creates the sensor of a camera for the caller named `user`; returns null if there is none.
   virtual IHalSensor* createSensor(const char* user, std::int32_t cameraId) = 0;
 
-  /// The device index of a camera.
+  /// Returns the device index of a camera.
   [[nodiscard]] virtual std::int32_t queryDeviceIndex(std::int32_t cameraId) const = 0;
 
  protected:
   ~IHalSensorList() = default;
 };
 
-/// What module `kModuleSensorList` is: the process's sensor list, null where there is none.
+/// The type of module `kModuleSensorList`. Returns the process's sensor list; null if there is
+/// none.
 using HalSensorListGetter = IHalSensorList* (*)();
 
 }  // namespace NSCam

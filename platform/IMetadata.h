@@ -1,8 +1,7 @@
-// The camera HAL's metadata container: tagged entries, each a sequence of items of one type. What
-// is private here belongs to whoever implements the container.
+// The camera HAL's metadata container: tagged entries, each a sequence of items of one type. The
+// private members belong to the implementation of the container.
 //
-// Threads: neither a container nor an entry has a lock. Any number of threads may read one that
-// nobody changes.
+// Threads: a container or entry may be read by several threads at once while no thread changes it.
 
 #pragma once
 
@@ -13,17 +12,13 @@
 
 #include "platform/Geometry.h"
 
-namespace host {
-struct MetadataAccess;
-}
-
 namespace NSCam {
 
 /// Selects an overload by item type.
 template <typename T>
 struct Type2Type {};
 
-/// The six types that an item can have.
+/// The item types.
 template <typename T>
 concept MetadataItem = std::is_same_v<T, std::int32_t> || std::is_same_v<T, std::int64_t> ||
     std::is_same_v<T, std::uint8_t> || std::is_same_v<T, float> || std::is_same_v<T, MRect> ||
@@ -33,16 +28,16 @@ class IMetadata {
  public:
   using Tag_t = std::uint32_t;
 
-  /// The tag that no entry of a container has: what is not there tells it.
+  /// Tag of an entry that is not in the container.
   static constexpr Tag_t kNoTag = 0xffffffff;
 
-  /// The items of one tag. All of them have the type of the first one.
+  /// The items of one tag. All items have the type of the first one.
   class IEntry {
    public:
-    /// An entry without items.
+    /// Creates an entry without items.
     explicit IEntry(Tag_t tag = kNoTag);
 
-    /// Tag and items are copied. What was moved from keeps its tag and is empty.
+    /// A copy has the same tag and items. A moved-from entry keeps its tag and is empty.
     IEntry(const IEntry& other);
     IEntry(IEntry&& other) noexcept;
     IEntry& operator=(const IEntry& other);
@@ -53,53 +48,53 @@ class IMetadata {
     [[nodiscard]] bool isEmpty() const;
     [[nodiscard]] std::size_t count() const;
 
-    /// Appends an item. An entry that holds items of another type stays as it is.
+    /// Appends an item. Does nothing if the entry holds items of another type.
     template <MetadataItem T>
     void push_back(const T& item, Type2Type<T>);
 
-    /// Replaces the item at `index`. Where there is none, or the entry's items are of another type,
-    /// the entry stays as it is.
+    /// Replaces the item at `index`. Does nothing if there is none, or if the entry holds items of
+    /// another type.
     template <MetadataItem T>
     void replaceItemAt(std::size_t index, const T& item, Type2Type<T>);
 
-    /// The item at `index`; zero where there is none. int32, int64 and uint8 items are read as one
-    /// another, by truncation and (from uint8) zero extension; every other mismatch of types reads
-    /// zero.
+    /// Returns the item at `index`; zero if there is none. int32, int64 and uint8 items are
+    /// converted to each other by truncation and, from uint8, zero extension. Any other mismatch of
+    /// types returns zero.
     template <MetadataItem T>
     [[nodiscard]] T itemAt(std::size_t index, Type2Type<T>) const;
 
    private:
-    friend struct host::MetadataAccess;
+    friend struct MetadataAccess;
     struct Items;
 
     Tag_t mTag;
     std::unique_ptr<Items> mItems;
   };
 
-  /// A container without entries.
+  /// Creates a container without entries.
   IMetadata();
 
-  /// All entries are copied. What was moved from has none.
+  /// A copy has the same entries. A moved-from container has none.
   IMetadata(const IMetadata& other);
   IMetadata(IMetadata&& other) noexcept;
   IMetadata& operator=(const IMetadata& other);
   IMetadata& operator=(IMetadata&& other) noexcept;
   ~IMetadata();
 
-  /// The entry of `tag`; where there is none, an empty entry whose tag is `kNoTag`. Holds until the
-  /// container changes.
+  /// Returns the entry of `tag`, or an empty entry with tag `kNoTag` if there is none. The
+  /// reference is valid until the container changes.
   [[nodiscard]] const IEntry& entryFor(Tag_t tag) const;
 
-  /// Stores a copy of `entry` in place of the entry of `tag`, if there is one. `entry.tag()` must
-  /// be `tag`; `entry` may be one of this container's. An entry without items is stored, too: it
-  /// reads as empty and tells its tag. Returns the status, 0 for done.
+  /// Stores a copy of `entry` and replaces any entry of `tag`. `entry.tag()` must be `tag`; `entry`
+  /// may belong to this container. An entry without items is stored, too; it keeps its tag and is
+  /// read as empty. Returns 0 for success.
   int update(Tag_t tag, const IEntry& entry);
 
-  /// Stores a copy of every entry of `other`, those without items included, as `update` does.
+  /// Calls `update` for every entry of `other`, including entries without items.
   IMetadata& operator+=(const IMetadata& other);
 
  private:
-  friend struct host::MetadataAccess;
+  friend struct MetadataAccess;
   struct Entries;
 
   std::unique_ptr<Entries> mEntries;

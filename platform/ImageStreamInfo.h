@@ -12,18 +12,18 @@ inline constexpr std::uint64_t GRALLOC_USAGE_HW_VIDEO_ENCODER = 0x00010000;
 
 namespace NSCam {
 
-/// How an image is turned before its consumer sees it.
+/// How an image is transformed for its consumer.
 enum : std::uint32_t { eTransform_FLIP_V = 2 };
 
 namespace v3 {
 
-/// What one stream was configured as. Used by one thread at a time.
+/// The configuration of one stream. Must be used by one thread at a time.
 class IImageStreamInfo : public virtual android::RefBase {
  public:
-  /// The usage bits that the stream's consumer asked for.
+  /// Returns the usage bits that the stream's consumer requested.
   [[nodiscard]] virtual std::uint64_t getUsageForConsumer() const = 0;
 
-  /// The size of the images in pixels.
+  /// Returns the size of the images in pixels.
   [[nodiscard]] virtual MSize getImgSize() const = 0;
 
   /// Sets the transform of the images, an `eTransform_` value. Returns 0.

@@ -1,4 +1,4 @@
-// Static characteristics of the devices.
+// Static metadata (characteristics) of the devices.
 
 #pragma once
 
@@ -8,23 +8,21 @@
 
 namespace NSCam {
 
-/// Holds what never changes about one device.
+/// Holds the static metadata of one device.
 class IMetadataProvider {
  public:
   virtual ~IMetadataProvider() = default;
 
-  /// The vendor-side static metadata of the device. Lives as long as the provider.
+  /// Returns the vendor-side static metadata, valid as long as the provider.
   [[nodiscard]] virtual const IMetadata& getStaticCharacteristics() const = 0;
 };
 
 namespace NSMetadataProviderManager {
 
-/// The provider of a device, null where the device has none. The caller does not own it. Any
-/// thread.
+/// Returns the provider of a device, null if it has none. The caller does not own it. Any thread.
 IMetadataProvider* valueForByDeviceId(std::int32_t deviceId);
 
-/// The provider of a camera, null where the camera has none. The caller does not own it. Any
-/// thread.
+/// Returns the provider of a camera, null if it has none. The caller does not own it. Any thread.
 IMetadataProvider* valueFor(std::int32_t cameraId);
 
 }  // namespace NSMetadataProviderManager

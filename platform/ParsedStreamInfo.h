@@ -1,4 +1,4 @@
-// What the platform's configuration policy knows of the streams that an app configures.
+// The streams that an app configures, as the platform's configuration policy describes them.
 
 #pragma once
 
@@ -7,7 +7,7 @@
 namespace NSCam::v3::pipeline::policy {
 
 struct ParsedAppImageStreamInfo {
-  /// One of the streams records video.
+  /// True if one of the streams is for video recording.
   bool hasVideoConsumer = false;
 
   /// The size in pixels of the app's main output, preview or video.

@@ -1,13 +1,13 @@
-// The stereo settings of the process, as far as the camera app decides on them.
+// The stereo settings that the camera app controls.
 
 #pragma once
 
 /// Threads: any.
 class StereoSettingProvider {
  public:
-  /// Tells whether the app wants electronic stabilisation: its value, -1 where it has not said.
+  /// Sets electronic stabilisation to the value that the app requested; -1 if it requested none.
   static void setEisEnable(int enable);
 
-  /// Tells the video algorithm that the app chose: its type, -1 where it has not said.
+  /// Sets the type of video algorithm that the app requested; -1 if it requested none.
   static void setVideoAlgoType(int type);
 };

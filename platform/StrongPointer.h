@@ -1,4 +1,4 @@
-// Android's strong pointers: objects that count who holds them.
+// Android's strong pointers to reference-counted objects.
 
 #pragma once
 
@@ -8,10 +8,10 @@
 
 namespace android {
 
-/// An object that goes when its last strong pointer does. Any thread may take and drop pointers.
+/// An object that is deleted with its last strong pointer. Any thread may copy and drop pointers.
 class RefBase {
  public:
-  /// Takes and drops a strong pointer; `id` tells who does, for debugging.
+  /// Add and remove a strong pointer; `id` identifies its holder for debugging.
   void incStrong(const void* id) const;
   void decStrong(const void* id) const;
 

@@ -1,4 +1,4 @@
-// The maker's multi-camera library: the zoom transition between cameras (SAT).
+// The OEM's multi-camera library: the zoom transition between cameras (SAT).
 
 #pragma once
 
@@ -7,7 +7,7 @@
 
 #include "platform/Geometry.h"
 
-/// A detected region on its way between the coordinates of two cameras.
+/// A detected region that is translated between the coordinates of two cameras.
 struct TagInfo {
   std::int32_t kind = 0;  // 3 eye, 4 lot, 5 human body
   NSCam::MRect input;
@@ -17,10 +17,11 @@ struct TagInfo {
 /// Threads: any.
 class TqcMetaConverter {
  public:
-  /// The field of view of the camera at an index of the library's list; 0 outside it.
+  /// Returns the field of view of the camera at an index of the library's list; 0 for other
+  /// indices.
   virtual float GetSensorFovByCameraIdx(int index) = 0;
 
-  /// Translates every region at a zoom ratio from the camera at an index, which may be -1.
+  /// Translates all regions at a zoom ratio from the camera at an index, which may be -1.
   virtual void TranslateResultRegion(std::vector<TagInfo>& regions, float ratio, int index) = 0;
 
  protected:
@@ -37,10 +38,10 @@ class TqcSat {
 
   static TqcSat& GetInstance();
 
-  /// The cameras that are configured.
+  /// Returns the configured cameras.
   [[nodiscard]] virtual std::vector<Camera> cameras() const = 0;
 
-  /// The role of a camera that is not among them.
+  /// Returns the role of any other camera.
   [[nodiscard]] virtual std::int32_t defaultRole() const = 0;
 
   [[nodiscard]] virtual TqcMetaConverter& converter() = 0;

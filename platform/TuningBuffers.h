@@ -1,12 +1,12 @@
-// The shared buffers of the maker's 3A information manager.
+// The shared buffers of the OEM's 3A information manager.
 
 #pragma once
 
 #include <cstdint>
 
-/// One of the manager's buffers.
+/// A buffer of the manager.
 struct HIF3ABufferInfo {
-  std::int32_t fd = -1;  // of the shared memory; below 1: no buffer
+  std::int32_t fd = -1;  // of the shared memory; no buffer if below 1
   std::uint32_t bufferSize = 0;
   std::int32_t bufferIndex = 0;
   void* address = nullptr;  // where it is mapped in this process
@@ -15,7 +15,7 @@ struct HIF3ABufferInfo {
 /// Threads: any.
 class Hesk3AInfoManager {
  public:
-  /// Fills `info` with a buffer of at least `requestedSize` bytes, which stays the manager's and is
-  /// no other thread's; leaves what it cannot give.
+  /// Fills `info` with a buffer of at least `requestedSize` bytes; does not change it if there is
+  /// none. The manager keeps the buffer and passes it to no other thread.
   static void Get3AInfoBuf(HIF3ABufferInfo* info, unsigned int requestedSize);
 };

@@ -253,6 +253,9 @@ TEST(Camhook, ListsTheCatalogue) {
     "meaning": "request: frames in the current non-zsl burst"}])"));
   const Outcome byValue = camhookWith("tags --json 0x00010036");
   EXPECT_EQ(Json::parse(byValue.output).at(0).at("name"), "MTK_HESK_SUPER_NIGHT_ON");
+  EXPECT_EQ(Json::parse(camhookWith("tags --json 0x800b000a").output),
+            Json::parse(R"([{"name": "0x800b000a", "value": "0x800b000a", "type": "uint8",
+                             "count": 1, "meaning": "session: always 1"}])"));
   const Json all = Json::parse(camhookWith("tags --json").output);
   EXPECT_GT(all.size(), 100U);
   EXPECT_TRUE(Json::parse(camhookWith("tags --json stream_flags").output)[0].at("count").is_null());

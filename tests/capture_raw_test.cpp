@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "common/tags/Metadata.h"
-#include "common/tags/ModeBits.h"
+#include "common/tags/Values.h"
 #include "host/Phone.h"
 #include "platform/TuningBuffers.h"
 #include "tests/support/AllocationCounter.h"
@@ -121,7 +121,7 @@ TEST(CaptureRaw, GoesByTheBitsOfItsMode) {
     EXPECT_EQ(read(&hal, tags::MTK_CONTROL_RAW_ALGO_ENABLE) == 1, isForRawAlgorithm) << mode;
   };
   for (unsigned int bit = 0; bit < 64; ++bit) {
-    capture(modeBit(bit), ofShading.contains(bit), ofRawAlgorithm.contains(bit));
+    capture(modeBits(bit), ofShading.contains(bit), ofRawAlgorithm.contains(bit));
   }
   capture(-1, false, true);  // no shading in a negative mode, whatever its bits
 }

@@ -27,7 +27,7 @@ std::string expand(const char* format, ...) {
 TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
   host::Phone phone;
   const int line = __LINE__ + 1;
-  HESK_LOGI(kOperation, "[%s] frame %d of %s", kOperation.name, 3, "a burst");
+  HESK_LOGI(kOperation, "frame %d of %s", 3, "a burst");
   const auto records = phone.log.take();
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0].level, 'I');
@@ -55,11 +55,11 @@ TEST(LogRecord, IsCutAt1023Characters) {
 TEST(LogGate, NeedsTheLevelsBitAndTheTagTest) {
   host::Phone phone;
   host::LogSink::openLevels({'E'});
-  HESK_LOGD(kOperation, "[%s] debug", kOperation.name);
-  HESK_LOGI(kOperation, "[%s] info", kOperation.name);
-  HESK_LOGE(kOperation, "[%s] error", kOperation.name);
+  HESK_LOGD(kOperation, "debug");
+  HESK_LOGI(kOperation, "info");
+  HESK_LOGE(kOperation, "error");
   phone.log.setTagsWanted(false);
-  HESK_LOGE(kOperation, "[%s] error again", kOperation.name);
+  HESK_LOGE(kOperation, "error again");
   const auto records = phone.log.take();
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0].message, "[doExample] error");
@@ -75,9 +75,7 @@ TEST(LogGate, ClosedEvaluatesAndAllocatesNothing) {
   host::LogSink::openLevels({});
   int evaluations = 0;
   const auto argument = [&] { return ++evaluations; };
-  EXPECT_EQ(
-      allocationsIn([&] { HESK_LOGD(kOperation, "[%s] value %d", kOperation.name, argument()); }),
-      0U);
+  EXPECT_EQ(allocationsIn([&] { HESK_LOGD(kOperation, "value %d", argument()); }), 0U);
   EXPECT_EQ(evaluations, 0);
   EXPECT_TRUE(phone.log.take().empty());
 }

@@ -129,16 +129,28 @@ TEST_F(MetadataDump, LeavesStandardInputAlone) {
   }
 }
 
-TEST_F(MetadataDump, TimeStampIsCutWhereYearsGrowLong) {
+TEST_F(MetadataDump, TimeStampIsTruncatedAfterTheYear9999) {
   std::array<char, 15> text{};
   HeskParameterUpdater::getCurrentTime(text.data());
   EXPECT_STREQ(text.data(), "20210304050607");
   mPhone.config.clock->tm_year = 123456 - 1900;
   HeskParameterUpdater::getCurrentTime(text.data());
   EXPECT_STREQ(text.data(), "12345603040506");
+}
+
+TEST_F(MetadataDump, TimeStampFollowsTheTimeZone) {
   mPhone.config.clock.reset();
-  HeskParameterUpdater::getCurrentTime(text.data());
-  EXPECT_EQ(std::string(text.data()).substr(0, 2), "20");
+  const auto timeIn = [](const char* zone) {
+    std::array<char, 15> text{};
+    setenv("TZ", zone, 1);
+    HeskParameterUpdater::getCurrentTime(text.data());
+    return std::string(text.data());
+  };
+  const std::string west = timeIn("WST12");
+  const std::string east = timeIn("EST-12");
+  unsetenv("TZ");
+  EXPECT_EQ(east.size(), 14U);
+  EXPECT_GT(east.substr(0, 8), west.substr(0, 8));  // a day later
 }
 
 TEST_F(MetadataDump, MainSensorIsTheFirstDigitOfThePhysicalIds) {

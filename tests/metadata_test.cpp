@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "common/tags/Metadata.h"
-#include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
 #include "tests/support/TestMetadata.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace {
 
@@ -94,16 +94,17 @@ TEST(Metadata, AddsTheEntriesOfAnother) {
 
 TEST(TagCatalogue, FindsTagsByTheirWholeName) {
   const std::string name = "HESK_CONTROL_ISO";
-  ASSERT_NE(findTag(name), nullptr);
-  EXPECT_EQ(findTag(name)->value, tags::HESK_CONTROL_ISO.value);
+  ASSERT_NE(camhook::findTag(name), nullptr);
+  EXPECT_EQ(camhook::findTag(name)->value, tags::HESK_CONTROL_ISO.value);
   for (const char* other : {"HESK_CONTROL_IS", "HESK_CONTROL_ISO2", "hesk_control_iso", ""}) {
-    EXPECT_EQ(findTag(other), nullptr) << other;
+    EXPECT_EQ(camhook::findTag(other), nullptr) << other;
   }
 }
 
 TEST(MetadataVocabulary, TakesNullContainers) {
   EXPECT_FALSE(has(nullptr, tags::HESK_CONTROL_ISO));
   EXPECT_EQ(read(nullptr, tags::HESK_CONTROL_ISO, 7), 7);
+  EXPECT_EQ(readItem(nullptr, tags::HESK_CONTROL_ISO, 1), 0);
   EXPECT_EQ(write(nullptr, tags::HESK_CONTROL_ISO, 7), -1);
   EXPECT_EQ(clear(nullptr, tags::HESK_CONTROL_ISO), -1);
   replaceItem(nullptr, tags::HESK_CONTROL_ISO, 0, 7);
@@ -116,7 +117,7 @@ TEST(MetadataVocabulary, TakesNullContainers) {
 TEST(MetadataVocabulary, FallsBackOnlyWhereTheEntryHoldsNothing) {
   const IMetadata metadata = metadataOf(R"({"HESK_CONTROL_HISFRAME": [5]})");
   EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_HISFRAME, 9), 5);
-  EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_HISFRAME, 9, 1), 0);
+  EXPECT_EQ(readItem(&metadata, tags::HESK_CONTROL_HISFRAME, 1), 0);
   EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_ISO, 9), 9);
 }
 

@@ -33,6 +33,7 @@ mv "$work/installed" "$prefix"
 ! grep -rlF -e "$checkout" -e "$work" "$prefix" || fail 'these files contain a path of the machine'
 library=$(find "$prefix" -name libcam_common.so)
 bash "$checkout/tests/hardened_binary_test.sh" "$library"
+[ -s "$prefix/share/doc/cam_common/hooks.md" ] || fail 'the headers refer to docs/hooks.md'
 "$prefix/bin/camhook" tags MTK_HESK_FRAME_INDEX >"$work/tags" || fail 'the installed camhook does not run'
 strip --strip-all "$prefix/bin/camhook"
 "$prefix/bin/camhook" replay --steps "$checkout/scenarios/preview.json" >"$work/trace" 2>"$work/error"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Tuning rows of the zoom transition that name no product or group do not compile:
-# sat_tuning_test.sh COMPILER CHECKOUT
+# Tuning rows of the zoom transition with an unknown product or group, or another number of floats than 2
+# or 6, do not compile: sat_tuning_test.sh COMPILER CHECKOUT
 set -euo pipefail
 compiler=$1 checkout=$2
 rows=$(mktemp)
@@ -12,8 +12,11 @@ compiles() { # row
     "$checkout/common/sat/SatTables.cpp" 2>/dev/null
 }
 
+six='1.0F, 2.0F, 3.0F, 4.0F, 5.0F, 6.0F'
 compiles '"KX0105", 7, 1.0F, 2.0F'
-for row in '"KX0105", 8, 1.0F, 2.0F' '"KX0105", 0, 1.0F, 2.0F' '"KX0102", 1, 1.0F, 2.0F'; do
+compiles "\"KX0105\", 7, $six"
+for row in '"KX0105", 8, 1.0F, 2.0F' '"KX0105", 0, 1.0F, 2.0F' '"KX0102", 1, 1.0F, 2.0F' \
+  '"KX0105", 7, 1.0F' '"KX0105", 7, 1.0F, 2.0F, 3.0F' "\"KX0105\", 7, $six, 7.0F"; do
   if compiles "$row"; then
     echo "compiles: $row"
     exit 1

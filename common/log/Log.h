@@ -1,14 +1,13 @@
-// The log record: the one way in which the library writes a line.
+// The log record. Every log line of the library is written through one of the macros below:
 //
-//   HESK_LOGD(kOperation, "[%s] update CaptureCount:%d", kOperation.name, count);
+//   HESK_LOGD(kOperation, "update CaptureCount:%d", count);
 //
-// writes a debug record "[updateRequestMeta] update CaptureCount:3" of the operation's class. The
-// record carries the class's source path and the operation's listed name, whichever file of the
-// class wrote it: field tools filter on these. Message and arguments are as printf has them, and
-// the compiler checks them so.
+// writes a debug record with the message "[updateRequestMeta] update CaptureCount:3". The record
+// carries the source path of the operation's class and the operation's name, whichever file of the
+// class writes it, because field tools filter on these. The compiler checks the printf arguments.
 //
-// With the gate closed a log call costs the gate: its arguments are not evaluated, nothing is
-// formatted. An open one formats into a buffer on the stack and allocates nothing.
+// If the gate is closed, the arguments are not evaluated and nothing is formatted. If it is open,
+// the record is formatted into a buffer on the stack; nothing is allocated.
 
 #pragma once
 
@@ -19,43 +18,43 @@
 
 namespace hesk::log {
 
-/// What the platform calls a level.
+/// A log level in the terms of the platform.
 struct Level {
   const char* letter;
-  cam_debug_level_t number;  // the index of its g_logInfoLv entry, too
+  cam_debug_level_t number;  // also the index of the level's g_logInfoLv entry
 };
 inline constexpr Level kDebug{"D", CAM_DEBUG_LEVEL_DEBUG};
 inline constexpr Level kError{"E", CAM_DEBUG_LEVEL_ERROR};
 inline constexpr Level kInfo{"I", CAM_DEBUG_LEVEL_INFO};
 
-/// What the records of a class have in common.
+/// The fields that all records of a class share.
 struct Source {
   const char* tag;   // the class's name
   const char* path;  // the class's source file
 };
 
-/// A listed operation of a class, in whose name records are written.
+/// An operation of a class. Records carry its name as their function.
 struct Operation {
   const Source& source;
   const char* name;
 };
 
-/// The gate: whether records of this class and level are written. Any thread.
+/// The gate: returns true if records of this class and level are written. Thread-safe.
 inline bool isOpen(const Operation& operation, const Level& level) {
   return (g_logInfoLv[level.number].flags & cam_log_info_t::kEnabled) != 0 &&
          mtkcam_testLog(operation.source.tag, level.letter) != 0;
 }
 
-/// Room for a record before its arguments are filled in, the terminating zero included. A longer
-/// one is cut.
+/// Size of a record before its arguments are filled in, including the terminating zero. Longer
+/// records are cut.
 inline constexpr std::size_t kRecordBytes = 1024;
 using RecordBuffer = std::array<char, kRecordBytes>;
 
-/// Formats the head of a record followed by `message`, whose placeholders stay as they are.
+/// Formats the head of a record, followed by `message` with its placeholders unexpanded.
 void formatRecord(RecordBuffer& buffer, const Operation& operation, const Level& level, int line,
                   const char* message);
 
-/// Writes one record, past the gate.
+/// Writes one record without testing the gate.
 template <typename... Args>
 void writeRecord(const Operation& operation, const Level& level, int line, const char* message,
                  Args... args) {
@@ -64,11 +63,12 @@ void writeRecord(const Operation& operation, const Level& level, int line, const
   log_dbg_print(operation.source.tag, level.number, record.data(), args...);
 }
 
-/// Does nothing: the compiler checks the arguments of its calls.
+/// Does nothing. The compiler checks the arguments of its calls.
 [[gnu::format(printf, 1, 2)]] inline void checkFormat(const char* /*message*/, ...) {}
 
 }  // namespace hesk::log
 
+/// Writes a record with the whole message format. Most callers use one of the macros below.
 #define HESK_LOG_RECORD(operation, level, ...)                           \
   do {                                                                   \
     if (::hesk::log::isOpen(operation, level)) {                         \
@@ -77,6 +77,11 @@ void writeRecord(const Operation& operation, const Level& level, int line, const
     }                                                                    \
   } while (false)
 
-#define HESK_LOGD(operation, ...) HESK_LOG_RECORD(operation, ::hesk::log::kDebug, __VA_ARGS__)
-#define HESK_LOGE(operation, ...) HESK_LOG_RECORD(operation, ::hesk::log::kError, __VA_ARGS__)
-#define HESK_LOGI(operation, ...) HESK_LOG_RECORD(operation, ::hesk::log::kInfo, __VA_ARGS__)
+/// Writes a record whose message begins with the operation's name in brackets. `text`, a string
+/// literal, is the rest of the format.
+#define HESK_LOG_NAMED(operation, level, text, ...) \
+  HESK_LOG_RECORD(operation, level, "[%s] " text, (operation).name __VA_OPT__(, ) __VA_ARGS__)
+
+#define HESK_LOGD(operation, ...) HESK_LOG_NAMED(operation, ::hesk::log::kDebug, __VA_ARGS__)
+#define HESK_LOGE(operation, ...) HESK_LOG_NAMED(operation, ::hesk::log::kError, __VA_ARGS__)
+#define HESK_LOGI(operation, ...) HESK_LOG_NAMED(operation, ::hesk::log::kInfo, __VA_ARGS__)

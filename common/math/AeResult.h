@@ -1,4 +1,4 @@
-// The record of auto exposure that the raw algorithms take.
+// The auto-exposure record of the raw algorithms.
 
 #pragma once
 
@@ -6,7 +6,7 @@
 
 namespace hesk {
 
-/// What auto exposure says of a frame.
+/// The auto-exposure state of a frame.
 struct AeInput {
   std::int32_t luxIndex;
   std::int32_t expIndex;
@@ -16,9 +16,9 @@ struct AeInput {
   std::int64_t exposureNs;
 };
 
-/// The record, in the order in which its floats are written. It has room for short, safe, long and
-/// normal exposures; all of them are filled from the frame's one. Gains are 1 for 1x, times are in
-/// ns, a sensitivity is gain by time.
+/// The record, in the order in which its floats are written. The fields of the short, safe, long
+/// and normal exposures are all filled from the frame's one exposure. A gain of 1 is 1x, times are
+/// in ns, a sensitivity is gain times exposure time.
 struct AeResult {
   float luxIndex;
   float expIndex;

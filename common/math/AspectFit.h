@@ -1,4 +1,4 @@
-// One size fitted to the aspect ratio of another.
+// Fits a size to an aspect ratio.
 
 #pragma once
 
@@ -9,13 +9,13 @@
 
 namespace hesk {
 
-/// Width by height, in single precision; no number or an infinity where the height is 0.
+/// Returns width / height in single precision; NaN or an infinity if the height is 0.
 inline float aspectRatio(NSCam::MSize size) noexcept {
   return static_cast<float>(size.w) / static_cast<float>(size.h);
 }
 
-/// `size` with its height or width cut so that it has the ratio; as it is where the ratios are
-/// equal or one of them is no number.
+/// Returns `size` with its height or width reduced to the ratio. Returns `size` unchanged if the
+/// ratios are equal or one of them is NaN.
 inline NSCam::MSize fitToRatio(NSCam::MSize size, float ratio) noexcept {
   const float own = aspectRatio(size);
   if (own < ratio) return {size.w, toInt32(static_cast<float>(size.w) / ratio)};

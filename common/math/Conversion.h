@@ -1,4 +1,4 @@
-// Arithmetic on values that apps wrote: defined for every input.
+// Arithmetic on metadata values, which apps write: defined for every input.
 
 #pragma once
 
@@ -9,26 +9,26 @@
 
 namespace hesk {
 
-/// The sum, wrapped to 32 bits.
+/// Returns the sum, wrapped to 32 bits.
 constexpr std::int32_t wrappingAdd(std::int32_t left, std::int32_t right) noexcept {
   return std::bit_cast<std::int32_t>(static_cast<std::uint32_t>(left) +
                                      static_cast<std::uint32_t>(right));
 }
 
-/// The difference, wrapped to 32 bits.
+/// Returns the difference, wrapped to 32 bits.
 constexpr std::int32_t wrappingSubtract(std::int32_t minuend, std::int32_t subtrahend) noexcept {
   return std::bit_cast<std::int32_t>(static_cast<std::uint32_t>(minuend) -
                                      static_cast<std::uint32_t>(subtrahend));
 }
 
-/// The product, wrapped to 64 bits.
+/// Returns the product, wrapped to 64 bits.
 constexpr std::int64_t wrappingMultiply(std::int64_t left, std::int64_t right) noexcept {
   return std::bit_cast<std::int64_t>(static_cast<std::uint64_t>(left) *
                                      static_cast<std::uint64_t>(right));
 }
 
-/// The value without its fraction, held within int32; 0 for a NaN. The phone's processor converts
-/// so.
+/// Returns the value truncated toward zero and saturated to int32; 0 for NaN. arm64 converts the
+/// same way.
 inline std::int32_t toInt32(double value) noexcept {
   using Limits = std::numeric_limits<std::int32_t>;
   if (std::isnan(value)) return 0;

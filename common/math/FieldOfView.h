@@ -1,4 +1,4 @@
-// The diagonal field of view of a sensor behind its lens.
+// The diagonal field of view of a camera.
 
 #pragma once
 
@@ -9,11 +9,11 @@
 
 namespace hesk {
 
-/// Whole degrees, cut toward zero, from the sensor's sides and the focal length. A zero focal
-/// length gives 180, with a zero diagonal 0; any NaN gives 0.
+/// Returns the field of view in degrees, truncated toward zero. A focal length of 0 gives 180, or 0
+/// if the diagonal is 0, too. NaN gives 0.
 inline std::int32_t diagonalFovDegrees(float widthMm, float heightMm,
                                        float focalLengthMm) noexcept {
-  // Not pi, on purpose: it lifts views that lie just below a whole degree across it.
+  // Deliberately not pi: it raises a result just below a whole degree to that degree.
   constexpr double kDegreesDivisor = 3.1415;
 
   const double width = widthMm;

@@ -1,4 +1,4 @@
-// The crop of the zoom transition: what the preview shows of a frame.
+// The crop region of the zoom transition (SAT): the part of a frame that the preview shows.
 
 #pragma once
 
@@ -9,12 +9,13 @@
 namespace hesk {
 
 struct SatCrop {
-  NSCam::MSize fittedArray;  // the active array as the preview sees it
-  NSCam::MRect crop;         // against that array
+  NSCam::MSize fittedArray;  // the active array, fitted to the preview's aspect ratio
+  NSCam::MRect crop;         // relative to that array
 };
 
-/// Cuts a frame's crop to the preview's ratio and moves its origin: in by half of what the crop
-/// loses, back by half of what the active array loses. Halves are cut toward zero.
+/// Fits a frame's crop region and the active array to the preview's aspect ratio. The crop's origin
+/// moves by half the reduction of the crop minus half the reduction of the array; halves are
+/// truncated toward zero.
 inline SatCrop satCropOf(NSCam::MRect crop, NSCam::MSize activeArray,
                          NSCam::MSize preview) noexcept {
   const float ratio = aspectRatio(preview);

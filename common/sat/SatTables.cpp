@@ -18,11 +18,16 @@ constexpr std::string_view kProducts[] = {"KX0108", "KX0105", "KX0104", "KX0107"
   return std::find(std::begin(kProducts), std::end(kProducts), product) != std::end(kProducts);
 }
 
+[[maybe_unused]] constexpr bool isRow(std::initializer_list<float> row) {
+  return row.size() == 2 || row.size() == 6;
+}
+
 ThresholdOfSat thresholdOf(std::string_view product, std::initializer_list<float> thresholds) {
   ThresholdOfSat record{.product = product.data(), .thresholds = thresholds, .groups = {}};
   record.groups[0] = {{0.6F, 1.3F}, {0.8F, 2.6F}};
-#define SAT_ROW(model, group, ...)                                           \
-  static_assert(isProduct(model), model " is no product of the thresholds"); \
+#define SAT_ROW(model, group, ...)                                              \
+  static_assert(isProduct(model), model " is not a product of the thresholds"); \
+  static_assert(isRow({__VA_ARGS__}), "a row has 2 or 6 floats");               \
   if (product == (model)) std::get<(group)-1>(record.groups).push_back({__VA_ARGS__});
 #include CAM_SAT_TUNING
 #undef SAT_ROW

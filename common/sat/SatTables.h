@@ -1,5 +1,5 @@
-// The zoom transition's configuration (SAT), product by product. Nothing in this library looks it
-// up. Built when the library is loaded and never changed.
+// The configuration of the zoom transition (SAT) per product. The tables are built when the library
+// is loaded and never changed; the library itself does not use them.
 
 #pragma once
 
@@ -13,7 +13,7 @@ struct ThresholdOfSat {
   using Group = std::vector<std::vector<float>>;  // rows of 2 or 6 floats
   static constexpr std::size_t kGroups = 7;
 
-  const char* product;  // its model code; "DEFAULT" for products without a record
+  const char* product;  // model code; "DEFAULT" for products without a record
   std::vector<float> thresholds;
   std::array<Group, kGroups> groups;
 };

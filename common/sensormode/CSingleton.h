@@ -1,8 +1,8 @@
-// One object of a class for the whole process.
+// One object of a class per process.
 
 #pragma once
 
-/// The object is made when the library is loaded, and never destroyed.
+/// The object is created at library load and never destroyed.
 template <typename T>
 class CSingleton {
  public:

@@ -1,5 +1,5 @@
-// The overrides: scenarios that certain apps need whatever the rules say. Here is their form, and
-// what they ask of a configuration; which there are stands in SpecialCustomize.cpp.
+// The overrides: sensor scenarios that certain apps need, whatever rule is selected. This file
+// defines their form and tests their conditions; SpecialCustomize.cpp lists them.
 
 #pragma once
 
@@ -12,21 +12,22 @@
 #include "common/log/Log.h"
 #include "common/math/AspectFit.h"
 #include "common/sensormode/SensorScenario.h"
+#include "common/tags/Values.h"
 #include "platform/Geometry.h"
 
 namespace hesk {
 
-/// One override: what must hold of a configuration, all of it, and the scenario for one of which it
-/// holds.
+/// One override: conditions on a stream configuration, and the scenario if all of them are met.
 struct Override {
   enum class Sensor { any, front, notFront };
   enum class Size { any, notWiderThan4To3, near4To3, is640x480 };
 
-  /// In a number: not a condition.
+  /// Value of a number that is not a condition.
   static constexpr std::int32_t kNoCondition = -1;
 
-  const char* when;          // for people
-  std::string_view appType;  // this one, or one of the names; both empty: any app
+  const char* when;  // the conditions as text, for `camhook`
+  // Met by this app type or by one of the names; any app if both are empty.
+  std::string_view appType;
   std::array<std::string_view, 3> appNames;
   Sensor sensor;
   std::int32_t hdrMode;
@@ -34,29 +35,30 @@ struct Override {
   bool needsVideo;
   Size size;
   SensorScenario scenario;
-  const log::Level* level;  // of the record; null: none is written
-  const char* message;
+  const log::Level* level;  // of the record; null if none is written
+  const char* format;       // whole format of the record; its argument is the operation's name
 };
 
-/// What the overrides look at.
+/// The inputs of the conditions.
 struct OverrideConfiguration {
   std::string_view appType;
   std::string_view appName;
   std::int32_t sensorId;
-  std::int32_t hdrMode;    // 0 where it is missing
-  std::int32_t nightMode;  // likewise
+  std::int32_t hdrMode;    // 0 if absent
+  std::int32_t nightMode;  // 0 if absent
   bool hasVideo;
   NSCam::MSize size;
 };
 
-/// In the order in which they are asked: the last that fires holds.
+/// All overrides, in order. The last one that fires decides.
 std::span<const Override> overrides();
 
-// An aspect ratio near 4:3 is less than the tolerance away from this middle, which is not 4/3.
+// A size is near 4:3 if its aspect ratio is less than the tolerance away from this value, which is
+// not 4/3.
 inline constexpr double kMiddleNear4To3 = 1.33;
 inline constexpr double kToleranceNear4To3 = 0.004;
 
-// Each condition of an override by itself.
+// One function per condition.
 
 inline bool meetsApp(const Override& override, const OverrideConfiguration& configuration) {
   const bool hasName = !override.appNames.front().empty();
@@ -68,7 +70,6 @@ inline bool meetsApp(const Override& override, const OverrideConfiguration& conf
 }
 
 inline bool meetsSensor(const Override& override, const OverrideConfiguration& configuration) {
-  constexpr std::int32_t kFrontSensor = 1;
   if (override.sensor == Override::Sensor::any) return true;
   return (override.sensor == Override::Sensor::front) == (configuration.sensorId == kFrontSensor);
 }
@@ -94,7 +95,7 @@ inline bool meetsSize(const Override& override, const OverrideConfiguration& con
     case Override::Size::is640x480: return size == NSCam::MSize{640, 480};
     case Override::Size::near4To3: break;
   }
-  // An infinity or a NaN, as a height of 0 gives it, is not near.
+  // A height of 0 gives an infinity or a NaN, which is not near.
   const double distance = static_cast<double>(aspectRatio(size)) - kMiddleNear4To3;
   return -kToleranceNear4To3 < distance && distance < kToleranceNear4To3;
 }

@@ -1,5 +1,5 @@
-// The window through which the tool and the tests see the sensor mode control's fields. Nothing
-// that runs on a phone includes it.
+// Gives the tool and the tests access to private members of HeskSensorModeControl. The shipped
+// library does not include this file.
 
 #pragma once
 
@@ -11,7 +11,7 @@ struct HeskSensorModeControlInspector {
   [[nodiscard]] auto& selectedSensorModeCfgs() const { return control.selectedSensorModeCfgs; }
   [[nodiscard]] const char* productName() const { return control.productName.data(); }
 
-  /// Lets an observer follow the decisions that are made as long as this lives.
+  /// Reports decisions to an observer during the lifetime of this object.
   class Observation {
    public:
     Observation(HeskSensorModeControl& control, hesk::DecisionObserver& observer)

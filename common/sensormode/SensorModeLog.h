@@ -1,4 +1,4 @@
-// In whose name the sensor mode control's records are written.
+// The log source of HeskSensorModeControl.
 
 #pragma once
 
@@ -9,7 +9,7 @@ namespace hesk {
 inline constexpr log::Source kSensorModeSource{"HeskSensorModeControl",
                                                "common/HeskSensorModeControl.cpp"};
 
-/// The operation of the sensor mode control with that listed name.
+/// Returns the log operation of a member function.
 constexpr log::Operation sensorModeOperation(const char* name) noexcept {
   return {kSensorModeSource, name};
 }

@@ -1,5 +1,5 @@
-// The rules, product by product. The filters of one condition take the first row of a list that
-// matches, the filter of several the last: the order of rows matters.
+// The rules of each product. The order of rows matters: the filters of one condition select the
+// first row that matches, the filter of several conditions selects the last.
 
 #include "common/sensormode/SensorModeTables.h"
 
@@ -11,10 +11,48 @@ using namespace hesk;
 
 constexpr std::int32_t any = SensorModeCfg::kNoCondition;
 
-// Rows that line up read as the tables that they are.
+// The columns of the tables are aligned.
 // clang-format off
 
 //   hfps app type          fps  eis  algo ui   scenario        conditions
+SensorModeTable rulesOfKx0106AndKx0107(const char* productName) {
+  return {.productName = productName,
+   .sensor0Preview = {
+     {any, "",               any, any, any, 26,  NORMAL_VIDEO,   1},
+     {any, "",               any, any, any, 16,  CUSTOM1,        1},
+     {any, "",               any, any, any, 31,  CUSTOM1,        1},
+     {any, "",               any, any, any, 53,  NORMAL_VIDEO,   1},
+     {any, "QQ",             any, any, any, any, CUSTOM1,        1},
+     {any, "CTS",            any, any, any, any, NORMAL_CAPTURE, 1},
+     {any, "Wechat",         any, any, any, any, CUSTOM1,        1},
+     {any, "TikTok",         any, any, any, any, NORMAL_VIDEO,   1},
+     {any, "TikTokExternal", any, any, any, any, NORMAL_VIDEO,   1},
+     {any, "",               any, 1,   any, 53,  CUSTOM1,        2},
+   },
+   .sensor0Video = {
+     {1,   "",               any, any, any, any, CUSTOM2,        1},
+     {any, "",               any, 2,   any, any, CUSTOM4,        1},
+     {any, "",               any, 1,   0,   any, CUSTOM1,        2},
+     {1,   "",               any, 1,   0,   any, CUSTOM2,        3},
+   },
+   .sensor1Preview = {
+     {any, "FaceUnlock",     any, any, any, any, CUSTOM4,        1},
+     {any, "Wechat",         any, any, any, any, CUSTOM2,        1},
+     {any, "TikTok",         any, any, any, any, NORMAL_VIDEO,   1},
+     {any, "QQ",             any, any, any, any, NORMAL_PREVIEW, 1},
+     {any, "CTS",            any, any, any, any, NORMAL_CAPTURE, 1},
+     {any, "mtk_ims",        any, any, any, any, NORMAL_PREVIEW, 1},
+     {any, "Messenger",      any, any, any, any, NORMAL_VIDEO,   1},
+     {any, "",               any, any, any, 29,  NORMAL_CAPTURE, 1},
+     {any, "",               any, any, any, 24,  NORMAL_PREVIEW, 1},
+     {any, "",               any, any, any, 53,  NORMAL_VIDEO,   1},
+     {any, "",               any, any, any, 26,  NORMAL_VIDEO,   1},
+   },
+   .sensor1Video = {
+     {1,   "",               any, any, any, any, CUSTOM1,        1},
+   }};
+}
+
 const std::vector<SensorModeTable> kTables = {
   {.productName = "KX0105",
    .sensor0Preview = {
@@ -51,76 +89,8 @@ const std::vector<SensorModeTable> kTables = {
    .sensor1Video = {
      {1,   "",               any, any, any, any, CUSTOM1,        1},
    }},
-  {.productName = "KX0107",
-   .sensor0Preview = {
-     {any, "",               any, any, any, 26,  NORMAL_VIDEO,   1},
-     {any, "",               any, any, any, 16,  CUSTOM1,        1},
-     {any, "",               any, any, any, 31,  CUSTOM1,        1},
-     {any, "",               any, any, any, 53,  NORMAL_VIDEO,   1},
-     {any, "QQ",             any, any, any, any, CUSTOM1,        1},
-     {any, "CTS",            any, any, any, any, NORMAL_CAPTURE, 1},
-     {any, "Wechat",         any, any, any, any, CUSTOM1,        1},
-     {any, "TikTok",         any, any, any, any, NORMAL_VIDEO,   1},
-     {any, "TikTokExternal", any, any, any, any, NORMAL_VIDEO,   1},
-     {any, "",               any, 1,   any, 53,  CUSTOM1,        2},
-   },
-   .sensor0Video = {
-     {1,   "",               any, any, any, any, CUSTOM2,        1},
-     {any, "",               any, 2,   any, any, CUSTOM4,        1},
-     {any, "",               any, 1,   0,   any, CUSTOM1,        2},
-     {1,   "",               any, 1,   0,   any, CUSTOM2,        3},
-   },
-   .sensor1Preview = {
-     {any, "FaceUnlock",     any, any, any, any, CUSTOM4,        1},
-     {any, "Wechat",         any, any, any, any, CUSTOM2,        1},
-     {any, "TikTok",         any, any, any, any, NORMAL_VIDEO,   1},
-     {any, "QQ",             any, any, any, any, NORMAL_PREVIEW, 1},
-     {any, "CTS",            any, any, any, any, NORMAL_CAPTURE, 1},
-     {any, "mtk_ims",        any, any, any, any, NORMAL_PREVIEW, 1},
-     {any, "Messenger",      any, any, any, any, NORMAL_VIDEO,   1},
-     {any, "",               any, any, any, 29,  NORMAL_CAPTURE, 1},
-     {any, "",               any, any, any, 24,  NORMAL_PREVIEW, 1},
-     {any, "",               any, any, any, 53,  NORMAL_VIDEO,   1},
-     {any, "",               any, any, any, 26,  NORMAL_VIDEO,   1},
-   },
-   .sensor1Video = {
-     {1,   "",               any, any, any, any, CUSTOM1,        1},
-   }},
-  {.productName = "KX0106",
-   .sensor0Preview = {
-     {any, "",               any, any, any, 26,  NORMAL_VIDEO,   1},
-     {any, "",               any, any, any, 16,  CUSTOM1,        1},
-     {any, "",               any, any, any, 31,  CUSTOM1,        1},
-     {any, "",               any, any, any, 53,  NORMAL_VIDEO,   1},
-     {any, "QQ",             any, any, any, any, CUSTOM1,        1},
-     {any, "CTS",            any, any, any, any, NORMAL_CAPTURE, 1},
-     {any, "Wechat",         any, any, any, any, CUSTOM1,        1},
-     {any, "TikTok",         any, any, any, any, NORMAL_VIDEO,   1},
-     {any, "TikTokExternal", any, any, any, any, NORMAL_VIDEO,   1},
-     {any, "",               any, 1,   any, 53,  CUSTOM1,        2},
-   },
-   .sensor0Video = {
-     {1,   "",               any, any, any, any, CUSTOM2,        1},
-     {any, "",               any, 2,   any, any, CUSTOM4,        1},
-     {any, "",               any, 1,   0,   any, CUSTOM1,        2},
-     {1,   "",               any, 1,   0,   any, CUSTOM2,        3},
-   },
-   .sensor1Preview = {
-     {any, "FaceUnlock",     any, any, any, any, CUSTOM4,        1},
-     {any, "Wechat",         any, any, any, any, CUSTOM2,        1},
-     {any, "TikTok",         any, any, any, any, NORMAL_VIDEO,   1},
-     {any, "QQ",             any, any, any, any, NORMAL_PREVIEW, 1},
-     {any, "CTS",            any, any, any, any, NORMAL_CAPTURE, 1},
-     {any, "mtk_ims",        any, any, any, any, NORMAL_PREVIEW, 1},
-     {any, "Messenger",      any, any, any, any, NORMAL_VIDEO,   1},
-     {any, "",               any, any, any, 29,  NORMAL_CAPTURE, 1},
-     {any, "",               any, any, any, 24,  NORMAL_PREVIEW, 1},
-     {any, "",               any, any, any, 53,  NORMAL_VIDEO,   1},
-     {any, "",               any, any, any, 26,  NORMAL_VIDEO,   1},
-   },
-   .sensor1Video = {
-     {1,   "",               any, any, any, any, CUSTOM1,        1},
-   }},
+  rulesOfKx0106AndKx0107("KX0107"),
+  rulesOfKx0106AndKx0107("KX0106"),
   {.productName = "KX0104",
    .sensor0Preview = {
      {any, "",               any, any, any, 26,  NORMAL_VIDEO,   1},

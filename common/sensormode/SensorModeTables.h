@@ -1,4 +1,4 @@
-// The rules by which products choose a sensor scenario.
+// The sensor mode rules of the products.
 
 #pragma once
 
@@ -6,29 +6,29 @@
 #include <string>
 #include <vector>
 
-/// One rule: conditions on a stream configuration, and the scenario for one that meets them.
+/// One rule: conditions on a stream configuration, and the sensor scenario if they are met.
 struct SensorModeCfg {
-  /// In a number: not a condition. Configurations do not have this value; it would match.
+  /// Value of a number that is not a condition. A configuration with this value would match.
   static constexpr std::int32_t kNoCondition = -1;
 
-  /// What counts for eisMode, videoAlgoType and uiMode where a configuration has none.
+  /// Value of eisMode, videoAlgoType and uiMode in a configuration without the tag.
   static constexpr std::int32_t kMissing = -2;
 
   std::int32_t isHfpsMode;      // 1: high-frame-rate preview, MTK_STREAMING_FEATURE_HFPS_MODE
-  std::string appType;          // "APP_TYPE"; the empty one is a value like any other
+  std::string appType;          // "APP_TYPE"; the empty text is a condition, too
   std::int32_t fps;             // upper bound of MTK_CONTROL_AE_TARGET_FPS_RANGE
   std::int32_t eisMode;         // HESK_CONTROL_EISENABLE
   std::int32_t videoAlgoType;   // HESK_CONTROL_VIDEOALGOTYPE
   std::int32_t uiMode;          // COM_HESK_CURRENTUIMODULE
-  std::int32_t sensorMode;      // the scenario that the rule yields
-  std::int32_t conditionCount;  // how many conditions must be met at once
+  std::int32_t sensorMode;      // the sensor scenario
+  std::int32_t conditionCount;  // number of conditions that must be met
 
   friend bool operator==(const SensorModeCfg&, const SensorModeCfg&) = default;
 };
 
-/// The rules of one product. The order of a list's rows decides between rules that match.
+/// The rules of one product. The order of the rows matters (SensorModeTables.cpp).
 struct SensorModeTable {
-  const char* productName;                    // how the product's model name begins
+  const char* productName;                    // prefix of the product model
   std::vector<SensorModeCfg> sensor0Preview;  // sensor 0, no video stream
   std::vector<SensorModeCfg> sensor0Video;
   std::vector<SensorModeCfg> sensor1Preview;  // sensor 1 is the front camera
@@ -37,8 +37,8 @@ struct SensorModeTable {
 
 namespace hesk {
 
-/// The tables of all products, built when the library is loaded and never changed. Of tables whose
-/// names both begin the product's the last counts.
+/// The tables of all products, built at library load and never changed. The last table whose prefix
+/// matches the product is used.
 const std::vector<SensorModeTable>& sensorModeTables();
 
 }  // namespace hesk

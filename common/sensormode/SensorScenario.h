@@ -1,4 +1,4 @@
-// The sensor scenarios: how a sensor is read out, in the numbering of the sensor driver.
+// The sensor scenarios (readout modes), with the sensor driver's numbers.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// The overrides that there are, and how they are asked.
+// The list of overrides, and specialCustomize, which applies it.
 
 #include <string>
 
@@ -18,37 +18,37 @@ constexpr std::int32_t any = Override::kNoCondition;
 using Sensor = Override::Sensor;
 using Size = Override::Size;
 
-// The messages are kept as they are, though some name other apps than are tested.
+// Some messages name other apps than the condition tests.
 // clang-format off
 constexpr Override kOverrides[] = {
   {"mtk_ims not wider than 4:3",
    "mtk_ims",    {},
    Sensor::any,      any, any, false, Size::notWiderThan4To3, NORMAL_PREVIEW,
-   &log::kDebug, "NORMAL_PREVIEW for wechat or ims"},
+   &log::kDebug, "[%s] NORMAL_PREVIEW for wechat or ims"},
   {"Dingding near 4:3",
    "",           {"Dingding"},
    Sensor::any,      any, any, false, Size::near4To3,         NORMAL_PREVIEW,
-   &log::kDebug, "NORMAL_PREVIEW for Dingding"},
+   &log::kDebug, "[%s] NORMAL_PREVIEW for Dingding"},
   {"Whatsapp, Facebook or Kuaishou",
    "",           {"Whatsapp", "Facebook", "Kuaishou"},
    Sensor::any,      any, any, false, Size::any,              NORMAL_VIDEO,
-   &log::kDebug, "some 3rd_party app need VIDEO sensor mode"},
+   &log::kDebug, "[%s] some 3rd_party app need VIDEO sensor mode"},
   {"Instagram on another than the front camera",
    "",           {"Instagram"},
    Sensor::notFront, any, any, false, Size::any,              NORMAL_VIDEO,
-   &log::kDebug, "Instagram need VIDEO sensor mode except camera 1"},
+   &log::kDebug, "[%s] Instagram need VIDEO sensor mode except camera 1"},
   {"Whatsapp, Messenger or a third party at 640x480",
    "3rd_party",  {"Whatsapp", "Messenger"},
    Sensor::any,      any, any, false, Size::is640x480,        NORMAL_PREVIEW,
-   &log::kDebug, "NORMAL_PREVIEW for third party app"},
+   &log::kDebug, "[%s] NORMAL_PREVIEW for third party app"},
   {"video HDR on the front camera",
    "",           {},
    Sensor::front,    3,   any, false, Size::any,              CUSTOM1,
-   &log::kDebug, "VIDEO_HDR for front camera"},
+   &log::kDebug, "[%s] VIDEO_HDR for front camera"},
   {"Wechat at 640x480 on the front camera",
    "Wechat",     {},
    Sensor::front,    any, any, false, Size::is640x480,        CUSTOM2,
-   &log::kError, "wechat meet set sensor mode to CUSTOM2"},
+   &log::kError, "[%s] wechat meet set sensor mode to CUSTOM2"},
   {"video in night mode",
    "",           {},
    Sensor::any,      any, 1,   true,  Size::any,              NORMAL_VIDEO,
@@ -56,7 +56,7 @@ constexpr Override kOverrides[] = {
   {"video of the maker's app at 640x480",
    "heskCamera", {},
    Sensor::any,      any, any, true,  Size::is640x480,        CUSTOM1,
-   &log::kDebug, "change message-camera video sensor mode to custom1"},
+   &log::kDebug, "[%s] change message-camera video sensor mode to custom1"},
 };
 // clang-format on
 
@@ -66,7 +66,7 @@ std::span<const Override> hesk::overrides() { return kOverrides; }
 
 int HeskSensorModeControl::specialCustomize(
     NSCam::IMetadata* meta,
-    // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is a given one
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is the platform's
     std::shared_ptr<StreamInfo> info) {
   const StreamInfo stream = info != nullptr ? *info : StreamInfo{};
   const std::string appType = eventValue("APP_TYPE");
@@ -83,7 +83,7 @@ int HeskSensorModeControl::specialCustomize(
     if (!fires(override, configuration)) continue;
     scenario = override.scenario;
     if (override.level == nullptr) continue;
-    HESK_LOG_RECORD(kOperation, *override.level, "[%s] %s", kOperation.name, override.message);
+    HESK_LOG_RECORD(kOperation, *override.level, override.format, kOperation.name);
   }
   return scenario;
 }

@@ -1,4 +1,4 @@
-// The pair of MTK_CONTROL_AE_TARGET_FPS_RANGE.
+// The fps range of a request or session, MTK_CONTROL_AE_TARGET_FPS_RANGE.
 
 #pragma once
 
@@ -8,21 +8,20 @@
 
 namespace hesk {
 
-/// In frames a second.
+/// In frames per second.
 struct FrameRateRange {
   std::int32_t lower;
   std::int32_t upper;
 };
 
-/// Its first two items, 0 where absent.
+/// Returns the first two items, 0 if absent.
 inline FrameRateRange readFrameRateRange(const NSCam::IMetadata* metadata) {
-  return {.lower = read(metadata, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0, 0),
-          .upper = read(metadata, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0, 1)};
+  return {.lower = readItem(metadata, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0),
+          .upper = readItem(metadata, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 1)};
 }
 
-/// Returns the container's status.
-inline int writeFrameRateRange(NSCam::IMetadata* metadata, FrameRateRange range) {
-  return write(metadata, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, range.lower, range.upper);
+inline void writeFrameRateRange(NSCam::IMetadata* metadata, FrameRateRange range) {
+  write(metadata, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, range.lower, range.upper);
 }
 
 }  // namespace hesk

@@ -1,10 +1,10 @@
-// The vocabulary in which the hooks speak to a metadata container: is it there, read an item or a
-// default, write these items, replace one, clear. An entry is always built under its own tag.
+// The functions with which the hooks read and write metadata containers.
 //
-// Every operation takes a null container: it reads as an empty one, and a write to it is skipped
-// with status -1. An absent entry, an index past the end and an item of another type never fail.
+// Every function accepts a null container: it is read as an empty one, and a write to it is skipped
+// and returns -1. An absent entry, an index past the end and an item of another type are not
+// errors.
 //
-// A tag knows its item type. `writeAs` writes another one; each use says why.
+// Items have the type of their tag. `writeAs` writes another type; each use states the reason.
 
 #pragma once
 
@@ -20,22 +20,22 @@
 
 namespace hesk {
 
-/// What a write to a null container returns.
+/// The status of a write to a null container.
 inline constexpr int kNoContainer = -1;
 
-/// Whether there is an entry of `tag`, with or without items.
+/// Returns true if the container has an entry of `tag`, with or without items.
 template <typename T>
 [[nodiscard]] inline bool hasEntry(const NSCam::IMetadata* metadata, Tag<T> tag) {
   return metadata != nullptr && metadata->entryFor(tag.value).tag() == tag.value;
 }
 
-/// Whether the entry of `tag` holds an item.
+/// Returns true if the container has an item of `tag`.
 template <typename T>
 [[nodiscard]] inline bool has(const NSCam::IMetadata* metadata, Tag<T> tag) {
   return metadata != nullptr && !metadata->entryFor(tag.value).isEmpty();
 }
 
-/// Item 0 of `tag`; none where the entry holds no item at all.
+/// Returns item 0 of `tag`, if there is one.
 template <typename T>
 [[nodiscard]] inline std::optional<T> readIfPresent(const NSCam::IMetadata* metadata, Tag<T> tag) {
   if (metadata == nullptr) return {};
@@ -44,22 +44,27 @@ template <typename T>
   return entry.itemAt(0, NSCam::Type2Type<T>{});
 }
 
-/// Item `index` of `tag`; `fallback` where the entry holds no item at all.
+/// Returns item 0 of `tag`, or `fallback` if there is none.
 template <typename T>
 [[nodiscard]] inline T read(const NSCam::IMetadata* metadata, Tag<T> tag,
-                            std::type_identity_t<T> fallback = {}, std::size_t index = 0) {
-  if (metadata == nullptr) return fallback;
-  const auto& entry = metadata->entryFor(tag.value);
-  return entry.isEmpty() ? fallback : entry.itemAt(index, NSCam::Type2Type<T>{});
+                            std::type_identity_t<T> fallback = {}) {
+  return readIfPresent(metadata, tag).value_or(fallback);
 }
 
-/// The number of items of `tag`.
+/// Returns item `index` of `tag`, or zero if there is none.
+template <typename T>
+[[nodiscard]] inline T readItem(const NSCam::IMetadata* metadata, Tag<T> tag, std::size_t index) {
+  return metadata != nullptr ? metadata->entryFor(tag.value).itemAt(index, NSCam::Type2Type<T>{})
+                             : T{};
+}
+
+/// Returns the number of items of `tag`.
 template <typename T>
 [[nodiscard]] inline std::size_t count(const NSCam::IMetadata* metadata, Tag<T> tag) {
   return metadata != nullptr ? metadata->entryFor(tag.value).count() : 0;
 }
 
-/// Fills `items` with the first items of `tag`; what the entry does not hold becomes zero.
+/// Fills `items` with the first items of `tag`; missing items are zero.
 template <typename T>
 inline void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
                     std::span<std::type_identity_t<T>> items) {
@@ -70,7 +75,7 @@ inline void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
   for (std::size_t i = 0; i < held; ++i) items[i] = entry.itemAt(i, NSCam::Type2Type<T>{});
 }
 
-/// Makes `items` the whole entry of `tag`, in the type `As`. Returns the container's status.
+/// Replaces the entry of `tag` by `items` of type `As`. Returns the container's status.
 template <typename As, typename T, std::convertible_to<As>... Items>
 inline int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   if (metadata == nullptr) return kNoContainer;
@@ -79,13 +84,13 @@ inline int writeAs(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   return metadata->update(tag.value, entry);
 }
 
-/// Makes `items` the whole entry of `tag`. Returns the container's status.
+/// Replaces the entry of `tag` by `items`. Returns the container's status.
 template <typename T, std::same_as<T>... Items>
 inline int write(NSCam::IMetadata* metadata, Tag<T> tag, Items... items) {
   return writeAs<T>(metadata, tag, items...);
 }
 
-/// Makes the items of `items` the whole entry of `tag`. Returns the container's status.
+/// Replaces the entry of `tag` by the items of a list. Returns the container's status.
 template <typename T>
 inline int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
                     std::span<const std::type_identity_t<T>> items) {
@@ -95,14 +100,14 @@ inline int writeAll(NSCam::IMetadata* metadata, Tag<T> tag,
   return metadata->update(tag.value, entry);
 }
 
-/// Empties the entry of `tag`. Returns the container's status.
+/// Replaces the entry of `tag` by one without items. Returns the container's status.
 template <typename T>
 inline int clear(NSCam::IMetadata* metadata, Tag<T> tag) {
   return writeAs<T>(metadata, tag);
 }
 
-/// Replaces item `index` of `tag`, where there is one, by an item of the entry's own type; else
-/// nothing is written.
+/// Replaces item `index` of `tag`. Does nothing if there is none; writes the entry unchanged if its
+/// items have another type.
 template <typename T>
 inline void replaceItem(NSCam::IMetadata* metadata, Tag<T> tag, std::size_t index,
                         std::type_identity_t<T> item) {

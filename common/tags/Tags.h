@@ -1,5 +1,5 @@
-// The metadata tags as typed constants: `hesk::tags::HESK_CONTROL_ISO` knows its value and the type
-// of its items.
+// The metadata tags as typed constants: `hesk::tags::HESK_CONTROL_ISO` holds the tag's value and
+// its item type.
 
 #pragma once
 
@@ -28,24 +28,10 @@ using type_rational = NSCam::MRational;
 }  // namespace item
 
 #define TAG(name, value, type, count, meaning) inline constexpr Tag<item::type_##type> name{value};
+#define UNLISTED_TAG TAG
 #include "common/tags/Tags.def"
+#undef UNLISTED_TAG
 #undef TAG
 
-/// Tags of the platform that the catalogue, and so `camhook tags`, does not publish.
-namespace unlisted {
-
-inline constexpr Tag<std::int32_t> SESSION_4K60_0{0x80070000};           // session: 1, 4K at 60 fps
-inline constexpr Tag<std::int32_t> SESSION_4K60_3{0x80070003};           // session: 1 with it
-inline constexpr Tag<std::int32_t> PLATFORM_LUX{0x8006001a};             // result: a lux value
-inline constexpr Tag<std::uint8_t> SESSION_MARK{0x800b000a};             // session: always 1
-inline constexpr Tag<std::int32_t> SESSION_HIGH_SPEED{0x800f0000};       // session: fps, fps / 30
-inline constexpr Tag<std::int32_t> APP_PIP_DEVICES{0xc003009a};          // session: two devices
-inline constexpr Tag<std::int32_t> APP_VIDEO_FLIP{0xc003009c};           // session: not 0 flips
-inline constexpr Tag<std::uint8_t> STATIC_MULTICAM_FEATURE{0xc008000e};  // static: kind of device
-inline constexpr Tag<std::int32_t> RESULT_EYE_REGIONS{0xc00e0000};
-inline constexpr Tag<std::int32_t> RESULT_HUMAN_BODY_REGIONS{0xc00e0014};
-inline constexpr Tag<std::int32_t> RESULT_LOT_REGIONS{0xc00e0017};
-
-}  // namespace unlisted
 }  // namespace tags
 }  // namespace hesk

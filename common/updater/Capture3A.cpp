@@ -1,4 +1,5 @@
-// The 3A state of a still capture's frame, as the raw algorithms take it. Read from metadata alone.
+// update3ACaptureRawParameter: copies the 3A state of a still capture's frame for the raw
+// algorithms.
 
 #include <array>
 #include <bit>
@@ -7,6 +8,7 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/math/AeResult.h"
 #include "common/tags/Metadata.h"
+#include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
 
 namespace {
@@ -28,17 +30,16 @@ AeInput readAe(const IMetadata* appMeta, const IMetadata* halMeta) {
 
 void writeAeResult(IMetadata* outMeta, const AeResult& ae) {
   HESK_LOGD(kOperation,
-            "[%s] [%s]AEResult: luxIndex:%f, expIndex:%f, realGain:%f, safeGain:%f, longGain:%f, "
+            "[%s]AEResult: luxIndex:%f, expIndex:%f, realGain:%f, safeGain:%f, longGain:%f, "
             "sensorGain:%f, adrcGain:%f, darkBoostGain:%f, ispGain:%f, sensitivityShort:%f, "
             "sensitivitySafe:%f, sensitivityLong :%f, sensorGainShort:%f, ispGainShort%f, "
             "expTimeShort:%f, sensorGainNormal:%f, ispGainNormal:%f, expTimeNormal:%f, "
             "adrcGainNormal:%f, sensitivityRatio:%f, expTimeRatio:%f, gainRatio:%f",
-            kOperation.name, kOperation.name, ae.luxIndex, ae.expIndex, ae.realGain, ae.safeGain,
-            ae.longGain, ae.sensorGain, ae.adrcGain, ae.darkBoostGain, ae.ispGain,
-            ae.sensitivityShort, ae.sensitivitySafe, ae.sensitivityLong, ae.sensorGainShort,
-            ae.ispGainShort, ae.expTimeShort, ae.sensorGainNormal, ae.ispGainNormal,
-            ae.expTimeNormal, ae.adrcGainNormal, ae.sensitivityRatio, ae.expTimeRatio,
-            ae.gainRatio);
+            kOperation.name, ae.luxIndex, ae.expIndex, ae.realGain, ae.safeGain, ae.longGain,
+            ae.sensorGain, ae.adrcGain, ae.darkBoostGain, ae.ispGain, ae.sensitivityShort,
+            ae.sensitivitySafe, ae.sensitivityLong, ae.sensorGainShort, ae.ispGainShort,
+            ae.expTimeShort, ae.sensorGainNormal, ae.ispGainNormal, ae.expTimeNormal,
+            ae.adrcGainNormal, ae.sensitivityRatio, ae.expTimeRatio, ae.gainRatio);
   using Floats = std::array<float, sizeof(AeResult) / sizeof(float)>;
   writeAll(outMeta, tags::HESK_CONTROL_AE_RESULT, std::bit_cast<Floats>(ae));
 }
@@ -47,10 +48,10 @@ void writeLightFlag(IMetadata* outMeta, std::int32_t luxIndex) {
   constexpr std::int32_t kFirstDarkLux = 311;
   const std::int32_t lightEnv = luxIndex < kFirstDarkLux ? 1 : 0;
   write(outMeta, tags::MTK_RAW_ALGO_ISLIGHTENV, lightEnv);
-  HESK_LOGD(kOperation, " ISLIGHTENV  %d", lightEnv);
+  HESK_LOG_RECORD(kOperation, log::kDebug, " ISLIGHTENV  %d", lightEnv);
 }
 
-/// The inverse of the neutral point; infinite where there is none.
+/// Writes the inverse of the neutral color point, infinite if it is absent.
 void writeAwbGains(IMetadata* outMeta, const IMetadata* appMeta) {
   std::array<MRational, 3> neutral;
   neutral.fill({.numerator = 0, .denominator = 1});
@@ -68,8 +69,7 @@ void writeAwbGains(IMetadata* outMeta, const IMetadata* appMeta) {
   write(outMeta, tags::MTK_RAW_ALGO_AWB_GAIN_G, green);
   write(outMeta, tags::MTK_RAW_ALGO_AWB_GAIN_B, blue);
   write(outMeta, tags::MTK_RAW_ALGO_AWB_RESULT_INFO, result);
-  HESK_LOGD(kOperation, "[%s] [%s]AWBEResult: %f %f %f %d", kOperation.name, kOperation.name, red,
-            green, blue, result);
+  HESK_LOGD(kOperation, "[%s]AWBEResult: %f %f %f %d", kOperation.name, red, green, blue, result);
 }
 
 void writeAwbCalibration(IMetadata* outMeta, const IMetadata* appMeta) {
@@ -77,21 +77,20 @@ void writeAwbCalibration(IMetadata* outMeta, const IMetadata* appMeta) {
   if (count(appMeta, tags::MTK_3A_AWB_OTP_DATA) == otp.size()) {
     readAll(appMeta, tags::MTK_3A_AWB_OTP_DATA, std::span(otp));
   }
-  HESK_LOGD(kOperation, "[%s] [%s]awbOtpData: %f %f %f %f", kOperation.name, kOperation.name,
-            otp[0], otp[1], otp[2], otp[3]);
+  HESK_LOGD(kOperation, "[%s]awbOtpData: %f %f %f %f", kOperation.name, otp[0], otp[1], otp[2],
+            otp[3]);
   writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_OTP_DATA, otp);
 }
 
-/// As many bytes as the size says: zeros where the statistics are not of that size.
+/// Writes as many bytes as the size tag states; zeros if the statistics have another size.
 void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
   constexpr std::int32_t kMostBytes = 73'728;
 
   const std::int32_t size = read(appMeta, tags::MTK_3A_AWB_STATS_SIZE);
-  HESK_LOGD(kOperation, "[%s] [%s]awbStatsSize: %d", kOperation.name, kOperation.name, size);
+  HESK_LOGD(kOperation, "[%s]awbStatsSize: %d", kOperation.name, size);
   const bool isTaken = 0 <= size && size <= kMostBytes;
   if (!isTaken) {
-    HESK_LOGE(kOperation, "[%s] no statistics have %d bytes, at most %d", kOperation.name, size,
-              kMostBytes);
+    HESK_LOGE(kOperation, "no statistics have %d bytes, at most %d", size, kMostBytes);
   }
   write(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_SIZE, size);
 
@@ -101,13 +100,6 @@ void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
     readAll(appMeta, tags::MTK_3A_AWB_STATS_DATA, bytes);
   }
   writeAll(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_DATA, bytes);
-}
-
-void writeColourTemperatureUse(IMetadata* outMeta, const IMetadata* appMeta) {
-  const std::int32_t aeCctUseData = read(appMeta, tags::MTK_3A_AE_CCT_USE_DATA);
-  HESK_LOGD(kOperation, "[%s] [%s]aeCctUseData: %d", kOperation.name, kOperation.name,
-            aeCctUseData);
-  write(outMeta, tags::MTK_RAW_ALGO_AE_CCT_USE_DATA, aeCctUseData);
 }
 
 }  // namespace
@@ -121,5 +113,5 @@ void HeskParameterUpdater::update3ACaptureRawParameter(IMetadata* appMeta, IMeta
   write(outMeta, tags::MTK_RAW_ALGO_SENSITIVITY, read(appMeta, tags::ANDROID_SENSOR_SENSITIVITY));
   writeAwbCalibration(outMeta, appMeta);
   writeAwbStatistics(outMeta, appMeta);
-  writeColourTemperatureUse(outMeta, appMeta);
+  copyColourTemperatureUse(appMeta, outMeta, kOperation);
 }

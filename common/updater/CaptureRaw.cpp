@@ -1,5 +1,4 @@
-// The capture hook, as the list of its steps: what a still-capture frame hands to the raw
-// algorithms.
+// The capture hook: prepares the metadata of a still-capture frame for the raw algorithms.
 
 #include <algorithm>
 #include <array>
@@ -8,8 +7,8 @@
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
-#include "common/tags/ModeBits.h"
-#include "common/updater/Borrowed.h"
+#include "common/tags/Values.h"
+#include "common/updater/PlatformHandle.h"
 #include "common/updater/StaticMetadata.h"
 #include "common/updater/UpdaterLog.h"
 #include "platform/DefaultShading.h"
@@ -30,22 +29,21 @@ void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IM
       NSCam::getMtkcamModuleFactory(NSCam::kModuleDefaultShading));
   const auto shading = create != nullptr ? create(kUpdaterUser, sensor) : nullptr;
   if (shading == nullptr) {
-    HESK_LOGE(kOperation, "[%s] no default shading for sensor %d", kOperation.name, sensor);
+    HESK_LOGE(kOperation, "no default shading for sensor %d", sensor);
     return;
   }
   const IMetadata answer = shading->query(halMeta, appMeta);
   if (outMeta != nullptr) *outMeta += answer;
-  HESK_LOGD(kOperation, "[%s] get shadingtable default", kOperation.name);
+  HESK_LOGD(kOperation, "get shadingtable default");
 }
 
 void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
   constexpr MSize kGrid{17, 13};
   constexpr std::size_t kChannels = 4;
 
-  const auto hal3A = borrowHal3A(sensor);
+  const auto hal3A = createHal3A(sensor);
   if (hal3A == nullptr) {
-    HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
-              kOperation.name);
+    HESK_LOGD(kOperation, "HeskParameterUpdater create IHal3A instance failed");
     return;
   }
   std::array<float, std::size_t{kGrid.w} * kGrid.h * kChannels> table{};
@@ -53,19 +51,15 @@ void writeShadingOf3A(IMetadata* outMeta, std::int32_t sensor) {
   hal3A->control(NS3Av3::IHal3A::kGetShadingTable, reinterpret_cast<std::intptr_t>(&grid),
                  reinterpret_cast<std::intptr_t>(table.data()));
   writeAll(outMeta, tags::ANDROID_STATISTICS_LENS_SHADING_MAP, table);
-  HESK_LOGD(kOperation, "[%s] get shadingtable from 3a", kOperation.name);
+  HESK_LOGD(kOperation, "get shadingtable from 3a");
 }
 
-bool isShadingOf3A(std::int64_t mode) {
-  constexpr std::int64_t kShadingModes = 0x00B8000808040000;
-  return mode > 0 && (mode & kShadingModes) != 0;
-}
+bool isShadingOf3A(std::int64_t mode) { return mode > 0 && (mode & mode::kShadingFrom3A) != 0; }
 
 void markSlave(IMetadata* outMeta, const IMetadata* halMeta, std::int32_t cameraId) {
-  const std::int32_t master = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 0);
-  const std::int32_t slave = read(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0, 1);
-  HESK_LOGD(kOperation, "[%s] materID %d, slaveID %d, current camera id %d", kOperation.name,
-            master, slave, cameraId);
+  const std::int32_t master = readItem(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 0);
+  const std::int32_t slave = readItem(halMeta, tags::MTK_MULTICAM_MASTER_SLAVE_ID, 1);
+  HESK_LOGD(kOperation, "materID %d, slaveID %d, current camera id %d", master, slave, cameraId);
   if (master != slave && slave == cameraId) write(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, 1);
 }
 
@@ -75,36 +69,31 @@ void markForRawAlgorithm(IMetadata* halMeta) {
   write(halMeta, tags::MTK_CONTROL_RAW_ALGO_ENABLE, 1);
 }
 
-/// Whether a capture has neither crop nor role of the zoom transition.
+/// Returns true if a capture gets neither the crop region nor the role of the zoom transition.
 bool isWithoutSat(const IMetadata* appMeta, std::int64_t mode) {
-  constexpr std::int64_t kModeWithoutSat = modeBit(24);
-  constexpr std::int32_t kModuleWithoutSat = 32;
   const std::int32_t uiModule = read(appMeta, tags::COM_HESK_CURRENTUIMODULE);
-  return (mode & kModeWithoutSat) != 0 && uiModule == kModuleWithoutSat;
+  return (mode & mode::kBit24) != 0 && uiModule == uimodule::kMoon;
 }
 
 float appZoomRatio(const IMetadata* appMeta) {
-  HESK_LOGD(kOperation, "[%s] no MTK_SENSOR_SCALER_CROP_REGION,use HESK_CONTROL_ZOOM_ZOOM_RATIO",
-            kOperation.name);
+  HESK_LOGD(kOperation, "no MTK_SENSOR_SCALER_CROP_REGION,use HESK_CONTROL_ZOOM_ZOOM_RATIO");
   if (const auto ratio = readIfPresent(appMeta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO)) return *ratio;
-  HESK_LOGE(
-      kOperation,
-      "[%s] both MTK_SENSOR_SCALER_CROP_REGION and HESK_CONTROL_ZOOM_ZOOM_RATIO not set,use 1.0f "
-      "default!",
-      kOperation.name);
+  HESK_LOGE(kOperation,
+            "both MTK_SENSOR_SCALER_CROP_REGION and HESK_CONTROL_ZOOM_ZOOM_RATIO not set,use 1.0f "
+            "default!");
   return 1.0F;
 }
 
-/// The width of the camera's active array by that of the crop; 0 without active array, 1 without
-/// static characteristics.
+/// Returns the ratio of the active array's width to the crop's width; 0 without active array, 1
+/// without static metadata.
 float arrayToCropRatio(MRect crop, const IMetadata* statics, std::int32_t cameraId) {
   if (statics == nullptr) return 1.0F;
   const auto array = readIfPresent(statics, tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION);
   if (array) {
-    HESK_LOGD(kOperation, "[%s] currentCameraId: %d, active array(%d, %d, %dx%d)", kOperation.name,
-              cameraId, array->x, array->y, array->w, array->h);
+    HESK_LOGD(kOperation, "currentCameraId: %d, active array(%d, %d, %dx%d)", cameraId, array->x,
+              array->y, array->w, array->h);
   } else {
-    HESK_LOGE(kOperation, "[%s]  Cann't get MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION", kOperation.name);
+    HESK_LOGE(kOperation, " Cann't get MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION");
   }
   return static_cast<float>(array ? array->w : 0) / static_cast<float>(crop.w);
 }
@@ -114,16 +103,16 @@ void writeZoomRatio(IMetadata* outMeta, const IMetadata* appMeta, const IMetadat
   const auto crop = readIfPresent(halMeta, tags::MTK_P1NODE_SCALAR_CROP_REGION);
   const float ratio = crop ? arrayToCropRatio(*crop, statics, cameraId) : appZoomRatio(appMeta);
   const int status = write(outMeta, tags::MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO, ratio);
-  HESK_LOGD(kOperation, "[%s] Current camera id %d, physicalZoomRatio: %f, result:%d",
-            kOperation.name, cameraId, ratio, status);
+  HESK_LOGD(kOperation, "Current camera id %d, physicalZoomRatio: %f, result:%d", cameraId, ratio,
+            status);
 }
 
-/// What a sensor's static characteristics say of its phase-detection pixels.
+/// The phase-detection pixels of a sensor according to its static metadata.
 struct PdDescription {
   std::int32_t compensation;  // COM_HESK_ISPDCOMPENSATION
   std::int32_t bufferType;    // COM_HESK_PDBUFFERTYPE
 
-  /// Whether the raw algorithms need the layout of the pixels.
+  /// Returns true if the raw algorithms need the layout of the pixels.
   [[nodiscard]] bool isLayoutNeeded() const {
     return bufferType == 2 || bufferType == 4 || bufferType == 18 ||
            (bufferType == 1 && compensation == 0);
@@ -133,35 +122,31 @@ struct PdDescription {
 PdDescription readPdDescription(const IMetadata* statics) {
   const auto compensation = readIfPresent(statics, tags::COM_HESK_ISPDCOMPENSATION);
   if (compensation) {
-    HESK_LOGD(kOperation, "[%s] preview COM_HESK_ISPDCOMPENSATION:%d", kOperation.name,
-              *compensation);
+    HESK_LOGD(kOperation, "preview COM_HESK_ISPDCOMPENSATION:%d", *compensation);
   } else {
-    HESK_LOGE(kOperation, "[%s] preview Get Meta :COM_HESK_ISPDCOMPENSATION Error",
-              kOperation.name);
+    HESK_LOGE(kOperation, "preview Get Meta :COM_HESK_ISPDCOMPENSATION Error");
   }
   const auto bufferType = readIfPresent(statics, tags::COM_HESK_PDBUFFERTYPE);
   if (bufferType) {
-    HESK_LOGD(kOperation, "[%s] preview COM_HESK_PDBUFFERTYPE:%d", kOperation.name, *bufferType);
+    HESK_LOGD(kOperation, "preview COM_HESK_PDBUFFERTYPE:%d", *bufferType);
   } else {
-    HESK_LOGE(kOperation, "[%s] preview Get Meta :COM_HESK_PDBUFFERTYPE Error", kOperation.name);
+    HESK_LOGE(kOperation, "preview Get Meta :COM_HESK_PDBUFFERTYPE Error");
   }
   return {.compensation = compensation.value_or(0), .bufferType = bufferType.value_or(0)};
 }
 
 void writeFaces(IMetadata* outMeta, NSCam::IFDContainer& container, std::int32_t sensor) {
-  constexpr int kMostFaces = 10;
-  static_assert(kMostFaces <= NSCam::FaceRecord::kCapacity);
+  constexpr int kMaxFaces = 10;
+  static_assert(kMaxFaces <= NSCam::FaceRecord::kCapacity);
 
   NSCam::FaceRecord record;
   container.queryLatest(sensor, record);
-  HESK_LOGD(kOperation, "[%s] fdChunk FD num:%d, MAX_FACES: %d, sensorId %d", kOperation.name,
-            record.count, kMostFaces, sensor);
-  std::array<MRect, kMostFaces> rects;
-  const auto taken = static_cast<std::size_t>(std::clamp(record.count, 0, kMostFaces));
-  for (std::size_t i = 0; i < taken; ++i) rects[i] = record.faces[i].rect;
-  if (taken > 0) {
-    writeAll(outMeta, tags::MTK_RAW_ALGO_FACE_RECTS, std::span(rects).first(taken));
-  }
+  HESK_LOGD(kOperation, "fdChunk FD num:%d, MAX_FACES: %d, sensorId %d", record.count, kMaxFaces,
+            sensor);
+  std::array<MRect, kMaxFaces> rects;
+  const auto count = static_cast<std::size_t>(std::clamp(record.count, 0, kMaxFaces));
+  for (std::size_t i = 0; i < count; ++i) rects[i] = record.faces[i].rect;
+  if (count > 0) writeAll(outMeta, tags::MTK_RAW_ALGO_FACE_RECTS, std::span(rects).first(count));
 }
 
 void copyStaticBytes(IMetadata* outMeta, const IMetadata* statics) {
@@ -200,7 +185,7 @@ void HeskParameterUpdater::updateCaptureRawParameter(IMetadata* appMeta, IMetada
   const IMetadata* statics = cameraCharacteristics(cameraId);
   writeZoomRatio(outMeta, appMeta, halMeta, statics, cameraId);
   if (statics == nullptr) {
-    HESK_LOGE(kOperation, "[%s] PDAF pMetadataProvider.get() == NULL", kOperation.name);
+    HESK_LOGE(kOperation, "PDAF pMetadataProvider.get() == NULL");
   } else if (const PdDescription pd = readPdDescription(statics); pd.isLayoutNeeded()) {
     updateSensorPdafInfo(cameraId, pd.compensation, pd.bufferType, outMeta);
   }

@@ -7,7 +7,7 @@
 #include "common/Product.h"
 #include "common/tags/FrameRateRange.h"
 #include "common/tags/Metadata.h"
-#include "common/tags/ModeBits.h"
+#include "common/tags/Values.h"
 #include "common/updater/UpdaterLog.h"
 #include "platform/CameraProvider.h"
 #include "platform/Properties.h"
@@ -23,7 +23,8 @@ constexpr log::Operation kAppOperation = updaterOperation("update3rdpartyAppCont
 
 constexpr std::size_t kUpperBound = 1;
 
-/// The maker's camera provider service: looked up until it is there, then kept. Any thread.
+/// Returns the camera provider service, null if it is not running. Once available, it is kept. Any
+/// thread.
 android::sp<IHeskCameraProvider> cameraProvider() {
   static std::mutex mutex;
   static android::sp<IHeskCameraProvider> service;
@@ -33,20 +34,16 @@ android::sp<IHeskCameraProvider> cameraProvider() {
 }
 
 bool isLimitedAppOrMode(const IMetadata* request, std::string_view appName) {
-  constexpr std::int64_t kPhotoMode = modeBit(0);
-  constexpr std::int64_t kOtherLimitedMode = modeBit(5);
-  constexpr std::int32_t kArStickersModule = 24;
-
   if (appName == "3rd_party" || appName == "mtk_ims" || appName == "Whatsapp") return true;
   const std::int64_t currentMode = read(request, tags::HESK_CONTROL_CURRENTMODE);
-  if ((currentMode & kPhotoMode) != 0 && read(request, tags::HESK_CONTROL_VIDEOMODE, 1) == 0) {
+  if ((currentMode & mode::kPhoto) != 0 && read(request, tags::HESK_CONTROL_VIDEOMODE, 1) == 0) {
     return true;
   }
-  return (currentMode & kOtherLimitedMode) != 0 ||
-         read(request, tags::COM_HESK_CURRENTUIMODULE) == kArStickersModule;
+  return (currentMode & mode::kBit5) != 0 ||
+         read(request, tags::COM_HESK_CURRENTUIMODULE) == uimodule::kArStickers;
 }
 
-/// Returns the range that it has written; none where the request's own is low enough.
+/// Returns the range that was written, if any.
 std::optional<FrameRateRange> limitFrameRate(IMetadata* request, std::string_view appName) {
   constexpr FrameRateRange kLimit{.lower = 5, .upper = 24};
   constexpr std::int32_t kHighestManual = 30;
@@ -56,30 +53,29 @@ std::optional<FrameRateRange> limitFrameRate(IMetadata* request, std::string_vie
   if (!isLimitedAppOrMode(request, appName) && manual.lower == 0) return {};
   if (manual.lower >= 1 && manual.lower <= manual.upper && manual.upper <= kHighestManual) {
     writeFrameRateRange(request, manual);
-    HESK_LOGD(kAppOperation, "[%s] manul set fps range set default fps range %d ~ %d fps",
-              kAppOperation.name, manual.lower, manual.upper);
+    HESK_LOGD(kAppOperation, "manul set fps range set default fps range %d ~ %d fps", manual.lower,
+              manual.upper);
     return manual;
   }
   if (!has(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE)) {
     writeFrameRateRange(request, kLimit);
-    HESK_LOGD(kAppOperation, "[%s] set default fps range 5 ~ 24 fps", kAppOperation.name);
+    HESK_LOGD(kAppOperation, "set default fps range 5 ~ 24 fps");
     return kLimit;
   }
   const FrameRateRange asked = readFrameRateRange(request);
   if (asked.upper <= kLimit.upper) return {};
   writeFrameRateRange(request, kLimit);
-  HESK_LOGD(kAppOperation, "[%s] set fps range 5 ~ 24 fps before %d ~ %d fps", kAppOperation.name,
-            asked.lower, asked.upper);
+  HESK_LOGD(kAppOperation, "set fps range 5 ~ 24 fps before %d ~ %d fps", asked.lower, asked.upper);
   return kLimit;
 }
 
-/// Pins the range for video noise reduction.
+/// Pins the range for video noise reduction in night mode.
 void pinFrameRate(IMetadata* request, const std::optional<FrameRateRange>& limited) {
   if (read(request, tags::HESK_CONTROL_NIGHTMODE) != 1) return;
   const std::int32_t rate = read(request, tags::HESK_CONTROL_FPS_RANGE_MAX);
   if (rate == 12 || rate == 15 || rate == 24) {
     if (limited) {
-      // Four items: what reads the range takes the first two.
+      // Readers of the range use the first two items: the limit.
       write(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, limited->lower, limited->upper, rate,
             rate);
     } else {
@@ -88,8 +84,7 @@ void pinFrameRate(IMetadata* request, const std::optional<FrameRateRange>& limit
   }
   if (!has(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE)) return;
   const FrameRateRange range = readFrameRateRange(request);
-  HESK_LOGD(kAppOperation, "[%s] videonr2.0 set fps range to %d ~ %d fps", kAppOperation.name,
-            range.lower, range.upper);
+  HESK_LOGD(kAppOperation, "videonr2.0 set fps range to %d ~ %d fps", range.lower, range.upper);
 }
 
 }  // namespace
@@ -100,14 +95,14 @@ void hesk::replaceUpperFrameRate(IMetadata* request) {
   }
 }
 
-void hesk::takeProviderFrameRate(IMetadata* metadata, std::string_view appType) {
-  constexpr std::int32_t kFrameRateCap = 20;  // what the service is asked for
+void hesk::applyProviderCap(IMetadata* metadata, std::string_view appType) {
+  constexpr std::int32_t kFrameRateCap = 20;  // number of the service's value
   constexpr std::int32_t kLowerBound = 5;
   constexpr std::int32_t kLowestCap = 15;
   constexpr std::int32_t kHighestCap = 25;
   constexpr std::int32_t kLimitedByProvider = 43;
 
-  // Looked up for every app, asked for those of other makers alone.
+  // The service is looked up for every app, but queried only for third-party apps.
   const android::sp<IHeskCameraProvider> provider = cameraProvider();
   if (appType == "heskCamera" || appType == "CTS" || provider == nullptr) return;
   const std::int32_t cap = provider->query(kFrameRateCap).withDefault(0);
@@ -132,6 +127,5 @@ void hesk::fixHighFrameRate(IMetadata* request) {
   const std::int32_t frameRate = read(request, tags::HESK_CONTROL_FPS_RANGE_MAX);
   if (frameRate < kLowestFixed) return;
   writeFrameRateRange(request, {.lower = frameRate, .upper = frameRate});
-  HESK_LOGI(kRequestOperation, "[%s] update MTK_CONTROL_AE_TARGET_FPS_RANGE:%d",
-            kRequestOperation.name, frameRate);
+  HESK_LOGI(kRequestOperation, "update MTK_CONTROL_AE_TARGET_FPS_RANGE:%d", frameRate);
 }

@@ -1,5 +1,5 @@
-// The steps that rewrite the frame-rate range, MTK_CONTROL_AE_TARGET_FPS_RANGE, in frames a
-// second. The order in which the hooks take them decides, as each overwrites the ones before.
+// The steps that change the fps range, MTK_CONTROL_AE_TARGET_FPS_RANGE. Each step overwrites the
+// range of the steps before it.
 
 #pragma once
 
@@ -9,22 +9,23 @@
 
 namespace hesk {
 
-/// Makes HESK_CONTROL_FPS_RANGE_MAX, where it is there, the range's upper bound.
+/// Sets the upper bound to HESK_CONTROL_FPS_RANGE_MAX, if present.
 void replaceUpperFrameRate(NSCam::IMetadata* request);
 
-/// For app types other than "heskCamera" and "CTS": makes the range 5 to what the camera provider
-/// service says, where that is 15 to 25, and notes it in HESK_CONTROL_FPSLIMITTYPE.
-void takeProviderFrameRate(NSCam::IMetadata* metadata, std::string_view appType);
+/// Applies the camera provider service's cap to app types other than "heskCamera" and "CTS": if the
+/// cap is 15 to 25, the range becomes 5 to cap, and HESK_CONTROL_FPSLIMITTYPE is written.
+void applyProviderCap(NSCam::IMetadata* metadata, std::string_view appType);
 
-/// Limits the range for communication apps, some modes of the maker's app and the properties
-/// vendor.debug.camera.fps.low and .max; then pins it to a HESK_CONTROL_FPS_RANGE_MAX of 12, 15 or
-/// 24 in night mode. A pinned pair stands behind the limit's, so that a limit holds.
+/// Limits the range for communication apps, some modes of the OEM camera app and the properties
+/// vendor.debug.camera.fps.low and .max; then, in night mode, pins it to a
+/// HESK_CONTROL_FPS_RANGE_MAX of 12, 15 or 24. After a limit the pinned range is appended to the
+/// limited one; readers use the first two items.
 void limitAndPinFrameRate(NSCam::IMetadata* request, std::string_view appName);
 
-/// Makes the range's upper bound 29 on product KX0102.
+/// Sets the upper bound to 29 on product KX0102.
 void setLogicalMulticamFrameRate(NSCam::IMetadata* request);
 
-/// Makes both bounds HESK_CONTROL_FPS_RANGE_MAX where that is 31 or more.
+/// Sets both bounds to HESK_CONTROL_FPS_RANGE_MAX if that is 31 or more.
 void fixHighFrameRate(NSCam::IMetadata* request);
 
 }  // namespace hesk

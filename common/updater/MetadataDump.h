@@ -1,4 +1,4 @@
-// Where a frame's metadata is dumped.
+// The path of a metadata dump.
 
 #pragma once
 
@@ -7,11 +7,11 @@
 
 namespace hesk {
 
-/// Room for the path of a dump and its terminating zero.
+/// The path and its terminating zero.
 using MetadataDumpPath = std::array<char, 100>;
 
-/// Writes the path for a label, a frame and a time stamp. Returns the path's length; one that has
-/// no room is cut.
+/// Writes the path for a label, a frame number and a time stamp; a path that is too long is
+/// truncated. Returns the length of the whole path.
 inline int formatMetadataDumpPath(MetadataDumpPath& path, const char* label, int frameNumber,
                                   const char* timeStamp) {
   return std::snprintf(path.data(), path.size(), "%s/%s_metadata_[%d]_%s.txt",

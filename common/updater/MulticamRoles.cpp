@@ -1,5 +1,5 @@
-// Who is who in a multi-camera device: its main and its master camera, and the role of the camera
-// that captured.
+// The main camera and the master camera of a multi-camera device, and the role of the capturing
+// camera.
 
 #include <algorithm>
 
@@ -14,11 +14,11 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-/// The digit that the list of a device's physical cameras begins with; -48 where there is none.
+/// Returns the first digit of the list of a device's physical cameras; -48 if there is none.
 int firstPhysicalCamera(int deviceId, const log::Operation& operation) {
   const std::uint8_t character =
       read(staticCharacteristics(deviceId), tags::ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS);
-  HESK_LOGD(operation, "[%s] main %d", operation.name, character);
+  HESK_LOGD(operation, "main %d", character);
   return character - '0';
 }
 
@@ -32,7 +32,7 @@ std::int32_t HeskParameterUpdater::getMulticamMasterID(int deviceId, IMetadata* 
   constexpr log::Operation kOperation = updaterOperation("getMulticamMasterID");
 
   if (const auto master = readIfPresent(halMeta, tags::MTK_MULTICAM_REAL_MASTER_ID)) {
-    HESK_LOGD(kOperation, "[%s] masterid %d", kOperation.name, *master);
+    HESK_LOGD(kOperation, "masterid %d", *master);
     if (mMulticamFeatureMode == MulticamFeatureMode::logicalMulticam) return *master;
   }
   return firstPhysicalCamera(deviceId, kOperation);
@@ -45,6 +45,6 @@ void HeskParameterUpdater::setCameraRole(IMetadata* outMeta, int cameraId) {
   const auto cameras = sat.cameras();
   const auto camera = std::ranges::find(cameras, cameraId, &TqcSat::Camera::id);
   const std::int32_t role = camera != cameras.end() ? camera->role : sat.defaultRole();
-  HESK_LOGI(kOperation, "[%s] current snapshot cameraRole %d", kOperation.name, role);
+  HESK_LOGI(kOperation, "current snapshot cameraRole %d", role);
   write(outMeta, tags::MTK_RAW_ALGO_CAMERA_ROLE, role);
 }

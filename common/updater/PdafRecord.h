@@ -1,4 +1,4 @@
-// The record of a sensor's phase-detection pixels that the raw algorithms take.
+// The layout of a sensor's phase-detection pixels in the format of the raw algorithms.
 
 #pragma once
 
@@ -15,9 +15,10 @@ inline constexpr std::size_t PDAF_STATS_DATA_SIZE = 2080;
 
 using PdafRecord = std::array<std::uint8_t, PDAF_STATS_DATA_SIZE>;
 
-/// Little-endian int32 words: words 2 and 3 of the driver's block, its two last, twice the count of
-/// pairs, the pairs left and right by turns; at the end the buffer type, three times. All else is
-/// 0. A count of pairs below 0 or above the block's room is taken as the nearest that is not.
+/// Returns a record of little-endian int32 words: words 2 and 3 of the driver's block, its two last
+/// words, twice the number of pairs, and the left and right pairs alternately; the last three words
+/// are the buffer type. All other bytes are 0. The number of pairs is clamped to the size of the
+/// block.
 inline PdafRecord pdafRecordOf(const NSCam::SensorPdBlock& block,
                                std::int32_t bufferType) noexcept {
   constexpr std::size_t kWordBytes = 4;
@@ -31,8 +32,8 @@ inline PdafRecord pdafRecordOf(const NSCam::SensorPdBlock& block,
       record[place++] = static_cast<std::uint8_t>(bits >> 8 * byte);
     }
   };
-  constexpr auto kMostPairs = static_cast<std::int32_t>(NSCam::SensorPdBlock::kMostPairs);
-  const std::int32_t pairs = std::clamp(block.words[4], 0, kMostPairs);
+  constexpr auto kMaxPairs = static_cast<std::int32_t>(NSCam::SensorPdBlock::kMaxPairs);
+  const std::int32_t pairs = std::clamp(block.words[4], 0, kMaxPairs);
   put(block.words[2]);
   put(block.words[3]);
   for (const std::int32_t word : block.tail) put(word);

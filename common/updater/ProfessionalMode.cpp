@@ -1,5 +1,5 @@
-// What a request says by hand: exposure, sensitivity, white balance. 3A and the tuning of the
-// professional mode read it in the event store, every number as a decimal text.
+// Publishes the manual settings of a request (exposure, sensitivity, white balance) in the event
+// store for 3A and the tuning of the professional mode. Each number is a decimal text.
 
 #include <concepts>
 #include <string>
@@ -24,7 +24,7 @@ void publish(std::string_view key, std::integral auto number) {
 void publishExposureTime(IMetadata* request) {
   const auto exposureNs = readIfPresent(request, tags::ANDROID_SENSOR_EXPOSURE_TIME);
   if (!exposureNs) return;
-  // In professional mode the maker's tag is left as the app set it.
+  // In professional mode the tag keeps the value that the app set.
   if (eventValue("APP_MODE") != "Professional") {
     write(request, tags::HESK_CONTROL_EXPTIME, *exposureNs);
   }
@@ -42,7 +42,7 @@ void copyRemosaic(IMetadata* request) {
   const auto remosaic = readIfPresent(request, tags::HESK_CONTROL_ALGO_OVERRIDE);
   if (!remosaic) return;
   write(request, tags::MTK_CONTROL_CAPTURE_REMOSAIC_EN, *remosaic);
-  HESK_LOGD(kOperation, "[%s] MTK_CONTROL_CAPTURE_REMOSAIC_EN: %d", kOperation.name, *remosaic);
+  HESK_LOGD(kOperation, "MTK_CONTROL_CAPTURE_REMOSAIC_EN: %d", *remosaic);
 }
 
 void publishWhiteBalance(const IMetadata* request) {
@@ -56,12 +56,12 @@ void publishUiModule(const IMetadata* request) {
   const auto uiModule = readIfPresent(request, tags::COM_HESK_CURRENTUIMODULE);
   if (!uiModule) return;
   publish("HESK_CURRENTUIMODE", *uiModule);
-  HESK_LOGD(kOperation, "HESK_CURRENTUIMODE: %d", *uiModule);
+  HESK_LOG_RECORD(kOperation, log::kDebug, "HESK_CURRENTUIMODE: %d", *uiModule);
 }
 
 void publishMotionLevel(const IMetadata* request) {
   const std::int32_t motionLevel = read(request, tags::HESK_CONTROL_MOTIONLEVEL, -1);
-  HESK_LOGD(kOperation, "HESK_MOTIONLEVEL : %d", motionLevel);
+  HESK_LOG_RECORD(kOperation, log::kDebug, "HESK_MOTIONLEVEL : %d", motionLevel);
   publish("HESK_MOTIONLEVEL", motionLevel);
 }
 
@@ -69,13 +69,12 @@ void publishSecondSnapshot(const IMetadata* request) {
   const auto secondSnapshot = readIfPresent(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT);
   if (!secondSnapshot) return;
   publish("HESK_ISSECONDSNAPSHOT", *secondSnapshot);
-  HESK_LOGD(kOperation, "HESK_ISSECONDSNAPSHOT : %d", *secondSnapshot);
+  HESK_LOG_RECORD(kOperation, log::kDebug, "HESK_ISSECONDSNAPSHOT : %d", *secondSnapshot);
 }
 
 }  // namespace
 
-void HeskParameterUpdater::updateProfModeControlMeta(IMetadata* request,
-                                                     unsigned int /*requestNo*/) {
+void HeskParameterUpdater::updateProfModeControlMeta(IMetadata* request, unsigned int) {
   publishExposureTime(request);
   publishSensitivity(request);
   copyRemosaic(request);

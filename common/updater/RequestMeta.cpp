@@ -1,4 +1,4 @@
-// The request hook, as the list of its steps. Later steps overwrite what earlier ones wrote.
+// The request hook as the list of its steps. A step can overwrite the tags of the steps before it.
 
 #include <string>
 #include <string_view>
@@ -6,7 +6,7 @@
 #include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
-#include "common/tags/ModeBits.h"
+#include "common/tags/Values.h"
 #include "common/updater/FrameRate.h"
 #include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
@@ -17,8 +17,6 @@ using namespace hesk;
 using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("updateRequestMeta");
-
-constexpr std::int32_t kUiModule8 = 8;
 
 void writeMulticamEnable(IMetadata* meta, MulticamFeatureMode mode) {
   if (!isMulticam(mode)) return;
@@ -33,15 +31,14 @@ void writeMulticamEnable(IMetadata* meta, MulticamFeatureMode mode) {
 
 void forcePreview(IMetadata* meta, std::int32_t uiModule) {
   const std::int32_t keep = read(meta, tags::HESK_CONTROL_KEEP_CAPTURE_INTENT);
-  if (uiModule != kUiModule8 || keep == 1) return;
-  // int32 items in byte tags: established behaviour, which is kept.
-  writeAs<std::int32_t>(meta, tags::ANDROID_CONTROL_CAPTURE_INTENT, 1);
+  if (uiModule != uimodule::k8 || keep == 1) return;
+  // int32 items in byte tags: this is the established behaviour.
+  writeAs<std::int32_t>(meta, tags::ANDROID_CONTROL_CAPTURE_INTENT, intent::kPreview);
   writeAs<std::int32_t>(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, 0);
 }
 
 bool isStillCapture(const IMetadata* meta) {
-  constexpr std::uint8_t kStillCapture = 2;
-  return read(meta, tags::ANDROID_CONTROL_CAPTURE_INTENT) == kStillCapture;
+  return read(meta, tags::ANDROID_CONTROL_CAPTURE_INTENT) == intent::kStillCapture;
 }
 
 void writeMoonRawType(IMetadata* meta, std::string_view appName) {
@@ -49,7 +46,7 @@ void writeMoonRawType(IMetadata* meta, std::string_view appName) {
   const bool isZoomed = read(meta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 1.0F) > 1.0F;
   if (isZoomed && appName == "SuperMoon") {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, kSuperMoonRawTypes);
-    HESK_LOGD(kOperation, "[%s] superMoon update rawtype 4+8+16+32", kOperation.name);
+    HESK_LOGD(kOperation, "superMoon update rawtype 4+8+16+32");
   } else {
     clear(meta, tags::MTK_CONTROL_RAW_TYPE);
   }
@@ -57,8 +54,7 @@ void writeMoonRawType(IMetadata* meta, std::string_view appName) {
 
 void writeDiagonalFov(IMetadata* meta, std::int64_t currentMode, std::int32_t uiModule,
                       std::int32_t fovDegrees) {
-  constexpr std::int64_t kDiagonalFovMode = modeBit(59);
-  if ((currentMode & kDiagonalFovMode) == 0 || uiModule != kUiModule8) return;
+  if ((currentMode & mode::kPanorama59) == 0 || uiModule != uimodule::k8) return;
   write(meta, tags::MTK_RAW_ALGO_DIAGONAL_FOV, fovDegrees);
 }
 
@@ -83,7 +79,7 @@ void HeskParameterUpdater::updateRequestMeta(IMetadata* meta, unsigned int reque
     setLogicalMulticamFrameRate(meta);
   }
   writeVideoHdrMode(meta, kOperation);
-  switchOffFrontStabilization(meta, mInstanceId, eventValue("APP_TYPE"));
+  disableFrontStabilization(meta, mInstanceId, eventValue("APP_TYPE"));
   fixHighFrameRate(meta);
   writeDiagonalFov(meta, currentMode, uiModule, mPrimaryCameraDiagonalFov);
 }

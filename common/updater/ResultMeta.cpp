@@ -1,4 +1,4 @@
-// The result hook, as the list of its steps.
+// updateResultMeta: the result hook and its steps.
 
 #include <optional>
 #include <string>
@@ -9,6 +9,7 @@
 #include "common/NumberText.h"
 #include "common/math/Conversion.h"
 #include "common/tags/Metadata.h"
+#include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
 
 namespace {
@@ -18,7 +19,7 @@ using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("updateResultMeta");
 
-/// The number that 3A left under the key, `fallback` where there is none.
+/// Returns the number that 3A published under the key, `fallback` if there is none.
 template <typename T>
 T eventNumber(std::string_view key, T fallback) {
   return leadingNumber<T>(eventValue(key)).value_or(fallback);
@@ -38,7 +39,7 @@ void echoVideoNoiseReduction(IMetadata* result) {
   if (eventValue("APP_NAME") != "VideoNight") return;
   const auto recommendation = eventNumber<std::int32_t>("HESK_VIDEONRRECOMMAND", 0);
   write(result, tags::HESK_FEEDBACK_VIDEONRRECOMMEND, recommendation);
-  HESK_LOGD(kOperation, "[%s] HESK_FEEDBACK_VIDEONRRECOMMEND:%d", kOperation.name, recommendation);
+  HESK_LOGD(kOperation, "HESK_FEEDBACK_VIDEONRRECOMMEND:%d", recommendation);
 }
 
 void publishPreviewScene(std::optional<std::int32_t> scene) {
@@ -51,7 +52,7 @@ void writePair(IMetadata* result, float first, float second) {
   write(result, tags::HESK_RESULT_PAIR_SECOND, second);
 }
 
-/// Copies an int32 lux value into the result's float, where there is one.
+/// Copies an int32 lux value, if present, to the result's float.
 void copyLux(IMetadata* result, Tag<std::int32_t> source) {
   if (const auto lux = readIfPresent(result, source)) {
     write(result, tags::MTK_HESK_RESULT_LUX_INDEX, static_cast<float>(*lux));
@@ -59,10 +60,10 @@ void copyLux(IMetadata* result, Tag<std::int32_t> source) {
 }
 
 void writePairAndLux(IMetadata* result, std::int32_t sensor) {
-  switch (read(result, tags::HESK_CONTROL_PAIR_SOURCE, 0)) {
+  switch (read(result, tags::HESK_CONTROL_PAIR_SOURCE)) {
     case 1:
-      writePair(result, read(result, tags::HESK_CONTROL_PAIR_INPUT, 0.0F, 0),
-                read(result, tags::HESK_CONTROL_PAIR_INPUT, 0.0F, 1));
+      writePair(result, readItem(result, tags::HESK_CONTROL_PAIR_INPUT, 0),
+                readItem(result, tags::HESK_CONTROL_PAIR_INPUT, 1));
       copyLux(result, tags::MTK_3A_AE_LUX_INDEX);
       break;
     case 0:
@@ -71,7 +72,7 @@ void writePairAndLux(IMetadata* result, std::int32_t sensor) {
       } else {
         writePair(result, 30.0F, 23.0F);
       }
-      copyLux(result, tags::unlisted::PLATFORM_LUX);
+      copyLux(result, tags::PLATFORM_LUX);
       break;
     default: break;
   }
@@ -79,15 +80,7 @@ void writePairAndLux(IMetadata* result, std::int32_t sensor) {
 
 void echoRequestNo(IMetadata* result, unsigned int requestNo) {
   write(result, tags::HESK_CONTROL_REQUESTNO, static_cast<std::int32_t>(requestNo));
-  HESK_LOGD(kOperation, "[%s] update frameNo %d in HESK_CONTROL_REQUESTNO", kOperation.name,
-            requestNo);
-}
-
-void echoColourTemperatureUse(IMetadata* result) {
-  const std::int32_t aeCctUseData = read(result, tags::MTK_3A_AE_CCT_USE_DATA);
-  HESK_LOGD(kOperation, "[%s] [%s]aeCctUseData: %d", kOperation.name, kOperation.name,
-            aeCctUseData);
-  write(result, tags::MTK_RAW_ALGO_AE_CCT_USE_DATA, aeCctUseData);
+  HESK_LOGD(kOperation, "update frameNo %d in HESK_CONTROL_REQUESTNO", requestNo);
 }
 
 }  // namespace
@@ -100,5 +93,5 @@ void HeskParameterUpdater::updateResultMeta(IMetadata* result, unsigned int requ
   writePairAndLux(result, mInstanceId);
   write(result, tags::MTK_RAW_ALGO_SENSITIVITY, read(result, tags::ANDROID_SENSOR_SENSITIVITY));
   echoRequestNo(result, requestNo);
-  echoColourTemperatureUse(result);
+  copyColourTemperatureUse(result, result, kOperation);
 }

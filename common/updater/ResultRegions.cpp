@@ -1,5 +1,4 @@
-// Detected regions on their way from the camera that saw them to the one that the app looks
-// through.
+// Translates detected regions from the coordinates of the detecting camera to those of the app.
 
 #include <algorithm>
 #include <array>
@@ -19,15 +18,15 @@ using namespace hesk;
 using NSCam::IMetadata;
 using NSCam::MRect;
 
-constexpr auto kEyes = tags::unlisted::RESULT_EYE_REGIONS;
-constexpr auto kHumanBodies = tags::unlisted::RESULT_HUMAN_BODY_REGIONS;
-constexpr auto kLots = tags::unlisted::RESULT_LOT_REGIONS;
+constexpr auto kEyes = tags::RESULT_EYE_REGIONS;
+constexpr auto kHumanBodies = tags::RESULT_HUMAN_BODY_REGIONS;
+constexpr auto kLots = tags::RESULT_LOT_REGIONS;
 
 enum RegionKind : std::int32_t { kEye = 3, kLot = 4, kHumanBody = 5 };
 
 constexpr std::size_t kSides = 4;  // the items of a rectangle
 
-/// The position of the first configured camera with that id; -1 for none.
+/// Returns the index of the first configured camera with this id; -1 if there is none.
 int satCameraIndex(const TqcSat& sat, std::int32_t cameraId) {
   const auto cameras = sat.cameras();
   const auto found = std::ranges::find(cameras, cameraId, &TqcSat::Camera::id);
@@ -41,17 +40,17 @@ TagInfo regionOf(RegionKind kind, std::int32_t left, std::int32_t top, std::int3
           .output = {}};
 }
 
-/// Item `first` and the three behind it as left, top, right and bottom.
+/// Reads four items from `first` on: left, top, right and bottom.
 TagInfo readRegion(const IMetadata* result, RegionKind kind, Tag<std::int32_t> tag,
                    std::size_t first) {
-  return regionOf(kind, read(result, tag, 0, first), read(result, tag, 0, first + 1),
-                  read(result, tag, 0, first + 2), read(result, tag, 0, first + 3));
+  return regionOf(kind, readItem(result, tag, first), readItem(result, tag, first + 1),
+                  readItem(result, tag, first + 2), readItem(result, tag, first + 3));
 }
 
 std::int32_t rightOf(const MRect& rect) { return wrappingAdd(rect.x, rect.w); }
 std::int32_t bottomOf(const MRect& rect) { return wrappingAdd(rect.y, rect.h); }
 
-/// Appends what became of every region as left, top, right and bottom.
+/// Appends left, top, right and bottom of each translated region.
 void appendOutputs(std::vector<std::int32_t>& items, const std::vector<TagInfo>& regions) {
   for (const TagInfo& region : regions) {
     const MRect& output = region.output;
@@ -69,19 +68,17 @@ void HeskParameterUpdater::translateResultRegionForHesk(IMetadata* result, float
   const int index = satCameraIndex(sat, cameraId);
   TqcMetaConverter& converter = sat.converter();
   const float ratio = value / converter.GetSensorFovByCameraIdx(index);
-  switch (static_cast<unsigned long>(tag)) {  // in its whole width
+  switch (static_cast<unsigned long>(tag)) {  // all 64 bits
     case kLots.value: translatLotRegion(result, &converter, ratio, index); break;
     case kHumanBodies.value: translatHumanBodyRegion(result, &converter, ratio, index); break;
     case kEyes.value: translateEyeRegion(result, &converter, ratio, index); break;
     default:
-      HESK_LOGE(kOperation, "[%s] please check tag id: %d", kOperation.name,
-                static_cast<std::int32_t>(tag));
+      HESK_LOGE(kOperation, "please check tag id: %d", static_cast<std::int32_t>(tag));
       break;
   }
 }
 
-/// Two rectangles as left, right, top and bottom, then an item that stays as it is. As many are
-/// written back as the converter has left.
+/// The tag has two rectangles, each as left, right, top and bottom, then an item that is kept.
 void HeskParameterUpdater::translateEyeRegion(IMetadata* result, TqcMetaConverter* converter,
                                               float ratio, int index) {
   constexpr std::size_t kEyeCount = 2;
@@ -104,7 +101,7 @@ void HeskParameterUpdater::translateEyeRegion(IMetadata* result, TqcMetaConverte
   writeAll(result, kEyes, translated);
 }
 
-/// One rectangle.
+/// The tag has one rectangle.
 void HeskParameterUpdater::translatLotRegion(IMetadata* result, TqcMetaConverter* converter,
                                              float ratio, int index) {
   if (!has(result, kLots)) return;
@@ -115,8 +112,8 @@ void HeskParameterUpdater::translatLotRegion(IMetadata* result, TqcMetaConverter
   writeAll(result, kLots, translated);
 }
 
-/// The count of bodies, then a rectangle each. Of a count that is too large those are taken that
-/// are there.
+/// The tag has the number of bodies, then a rectangle for each. Only bodies whose data is complete
+/// are used.
 void HeskParameterUpdater::translatHumanBodyRegion(IMetadata* result, TqcMetaConverter* converter,
                                                    float ratio, int index) {
   const std::int32_t announced = read(result, kHumanBodies);

@@ -1,4 +1,4 @@
-// What a still capture shows of its frame in the preview's shape, for the zoom transition.
+// The crop region of a still capture in the aspect ratio of the preview, for the zoom transition.
 
 #include "common/HeskParameterUpdater.h"
 #include "common/math/SatCrop.h"
@@ -15,11 +15,11 @@ using NSCam::MSize;
 
 constexpr log::Operation kOperation = updaterOperation("setSATCropInfo");
 
-/// The sensor that opened the pipeline, unless the platform chose another for the frame.
+/// Returns the real master camera of the frame, by default the sensor that opened the pipeline.
 std::int32_t masterSensor(const IMetadata* halMeta, std::int32_t openedSensor) {
   const auto master = readIfPresent(halMeta, tags::MTK_MULTICAM_REAL_MASTER_ID);
   if (!master) return openedSensor;
-  HESK_LOGI(kOperation, "[%s] Logical devices,set real master id:%d", kOperation.name, *master);
+  HESK_LOGI(kOperation, "Logical devices,set real master id:%d", *master);
   return *master;
 }
 
@@ -27,7 +27,7 @@ MSize activeArraySize(std::int32_t sensor) {
   const auto array =
       readIfPresent(staticCharacteristics(sensor), tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION);
   if (!array) {
-    HESK_LOGI(kOperation, "[%s] get sensor active size failed", kOperation.name);
+    HESK_LOGI(kOperation, "get sensor active size failed");
     return {};
   }
   return {array->w, array->h};
@@ -38,22 +38,19 @@ MSize activeArraySize(std::int32_t sensor) {
 void HeskParameterUpdater::setSATCropInfo(IMetadata* appMeta, IMetadata* halMeta,
                                           IMetadata* outMeta) {
   if (!has(appMeta, tags::HESK_CONTROL_CURRENTMODE)) {
-    HESK_LOGE(kOperation, "[%s] get currentMode from inputMetadata failed", kOperation.name);
+    HESK_LOGE(kOperation, "get currentMode from inputMetadata failed");
     return;
   }
   const auto crop = readIfPresent(halMeta, tags::MTK_P1NODE_SCALAR_CROP_REGION);
   if (!crop) {
-    HESK_LOGE(kOperation, "[%s] get crop region from app metadata failed", kOperation.name);
+    HESK_LOGE(kOperation, "get crop region from app metadata failed");
     return;
   }
   const MSize activeArray = activeArraySize(masterSensor(halMeta, mInstanceId));
   const auto [fittedArray, fitted] = satCropOf(*crop, activeArray, mPreviewSize);
-  HESK_LOGI(kOperation, "[%s] after cropDim[%d %d]", kOperation.name, fitted.w, fitted.h);
-  HESK_LOGI(kOperation, "[%s] after sensorDim[%d %d]", kOperation.name, fittedArray.w,
-            fittedArray.h);
-  HESK_LOGI(kOperation, "[%s] get crop region is [%d %d %d %d]", kOperation.name, crop->x, crop->y,
-            crop->w, crop->h);
-  HESK_LOGI(kOperation, "[%s] set crop region is [%d %d %d %d]", kOperation.name, fitted.x,
-            fitted.y, fitted.w, fitted.h);
+  HESK_LOGI(kOperation, "after cropDim[%d %d]", fitted.w, fitted.h);
+  HESK_LOGI(kOperation, "after sensorDim[%d %d]", fittedArray.w, fittedArray.h);
+  HESK_LOGI(kOperation, "get crop region is [%d %d %d %d]", crop->x, crop->y, crop->w, crop->h);
+  HESK_LOGI(kOperation, "set crop region is [%d %d %d %d]", fitted.x, fitted.y, fitted.w, fitted.h);
   write(outMeta, tags::MTK_RAW_ALGO_SAT_CROP_REGION, fitted);
 }

@@ -1,9 +1,9 @@
-// The layout of a sensor's phase-detection pixels, from its driver.
+// Reads the layout of a sensor's phase-detection pixels from its driver.
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
-#include "common/updater/Borrowed.h"
 #include "common/updater/PdafRecord.h"
+#include "common/updater/PlatformHandle.h"
 #include "common/updater/UpdaterLog.h"
 #include "platform/HalSensor.h"
 #include "platform/ModuleFactory.h"
@@ -14,7 +14,7 @@ using namespace hesk;
 
 constexpr log::Operation kOperation = updaterOperation("updateSensorPdafInfo");
 
-// The sensor is borrowed under this text; it goes back under the class's name.
+// The sensor is created with this name and released with the name of the class.
 constexpr const char* kUser = "LOG_TAG";
 
 constexpr int kNothingWritten = -1;
@@ -31,12 +31,12 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
                                                NSCam::IMetadata* outMeta) {
   NSCam::IHalSensorList* const list = sensorList();
   if (list == nullptr) {
-    HESK_LOGE(kOperation, "[%s] pHalSensorList == NULL", kOperation.name);
+    HESK_LOGE(kOperation, "pHalSensorList == NULL");
     return kNothingWritten;
   }
-  const Borrowed<NSCam::IHalSensor> sensor(list->createSensor(kUser, openId));
+  const PlatformHandle<NSCam::IHalSensor> sensor(list->createSensor(kUser, openId));
   if (sensor == nullptr) {
-    HESK_LOGE(kOperation, "[%s] pIHalSensor is NULL", kOperation.name);
+    HESK_LOGE(kOperation, "pIHalSensor is NULL");
     return kNothingWritten;
   }
 
@@ -54,15 +54,14 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
   send(NSCam::IHalSensor::kSupportsPd, pdSupport);
   if (pdSupport != 0) {
     send(NSCam::IHalSensor::kGetPdBlock, block);
-    HESK_LOGD(kOperation, "[%s] PDAF_STATS_DATA_SIZE %d.", kOperation.name,
-              static_cast<int>(PDAF_STATS_DATA_SIZE));
+    HESK_LOGD(kOperation, "PDAF_STATS_DATA_SIZE %d.", static_cast<int>(PDAF_STATS_DATA_SIZE));
     status = writeAll(outMeta, tags::MTK_RAW_ALGO_PDAF_INFO, pdafRecordOf(block, pdBufferType));
   }
   HESK_LOGD(kOperation,
-            "[%s] pdaf openid %d queryId %d isPDComp %d bSensorModeSupportPD %d PDAFInfo %d %d, %d "
+            "pdaf openid %d queryId %d isPDComp %d bSensorModeSupportPD %d PDAFInfo %d %d, %d "
             "%d, %d. "
             "ret = %d",
-            kOperation.name, openId, deviceIndex, isPDComp, pdSupport, block.words[2],
-            block.words[3], block.words[0], block.words[1], block.words[4], status);
+            openId, deviceIndex, isPDComp, pdSupport, block.words[2], block.words[3],
+            block.words[0], block.words[1], block.words[4], status);
   return status;
 }

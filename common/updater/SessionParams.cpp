@@ -1,7 +1,4 @@
-// The session hook, as the list of its steps. Later steps overwrite what earlier ones wrote.
-//
-// What is read of a null session is -1. It is the one hook in which a null container does not read
-// as an empty one.
+// The session hook as the list of its steps. A step can overwrite the tags of the steps before it.
 
 #include <string>
 #include <string_view>
@@ -9,6 +6,7 @@
 #include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
+#include "common/tags/Values.h"
 #include "common/updater/FrameRate.h"
 #include "common/updater/SharedSteps.h"
 #include "common/updater/StaticMetadata.h"
@@ -26,35 +24,35 @@ constexpr log::Operation kOperation = updaterOperation("updateSessionParams");
 
 constexpr std::int32_t kMissing = -1;
 
-/// Item `index` of `tag`: -1 of a null session, 0 without the entry.
-std::int32_t readOrZero(const IMetadata* session, Tag<std::int32_t> tag, std::size_t index = 0) {
-  return session != nullptr ? read(session, tag, 0, index) : kMissing;
+/// Returns item `index` of `tag`: -1 if the session is null, 0 if the item is absent.
+std::int32_t readItemOfSession(const IMetadata* session, Tag<std::int32_t> tag,
+                               std::size_t index = 0) {
+  return session != nullptr ? readItem(session, tag, index) : kMissing;
 }
 
 bool isForVideoEncoder(const NSCam::v3::IImageStreamInfo& stream) {
   return (stream.getUsageForConsumer() & GRALLOC_USAGE_HW_VIDEO_ENCODER) != 0;
 }
 
-void tellStereoSettings(const IMetadata* session) {
+void passToStereoSettings(const IMetadata* session) {
   const std::int32_t eisEnable = read(session, tags::HESK_CONTROL_EISENABLE, kMissing);
   StereoSettingProvider::setEisEnable(eisEnable);
   const std::int32_t videoAlgoType = read(session, tags::HESK_CONTROL_VIDEOALGOTYPE, kMissing);
-  HESK_LOGD(kOperation, "[%s] set eisEnable = %d, videoAlgoType = %d", kOperation.name, eisEnable,
-            videoAlgoType);
+  HESK_LOGD(kOperation, "set eisEnable = %d, videoAlgoType = %d", eisEnable, videoAlgoType);
   StereoSettingProvider::setVideoAlgoType(videoAlgoType);
 }
 
 std::int32_t readUiModule(const IMetadata* session) {
   const std::int32_t uiModule = read(session, tags::COM_HESK_CURRENTUIMODULE, kMissing);
-  HESK_LOGD(kOperation, "[%s] COM_HESK_CURRENTUIMODULE %d", kOperation.name, uiModule);
+  HESK_LOGD(kOperation, "COM_HESK_CURRENTUIMODULE %d", uiModule);
   return uiModule;
 }
 
-/// The upper bound of the frame-rate range.
+/// Returns the upper bound of the fps range.
 std::int32_t readFrameRate(const IMetadata* session) {
-  const std::int32_t lower = readOrZero(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0);
-  const std::int32_t upper = readOrZero(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 1);
-  HESK_LOGD(kOperation, "[%s] aeTargetFpsRange %d, %d", kOperation.name, lower, upper);
+  const std::int32_t lower = readItemOfSession(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0);
+  const std::int32_t upper = readItemOfSession(session, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 1);
+  HESK_LOGD(kOperation, "aeTargetFpsRange %d, %d", lower, upper);
   return upper;
 }
 
@@ -67,12 +65,12 @@ void markHighFrameRatePreview(IMetadata* session, std::int32_t frameRate) {
 void writeHighSpeedVideo(IMetadata* session, std::string_view appType, std::int32_t frameRate) {
   constexpr std::int32_t kLowestHighSpeed = 120;
   constexpr std::int32_t kDivisor = 30;
-  // With a capital first letter: another text than the next step compares with.
+  // With a capital H, unlike the app type of the next step.
   if (appType != "HeskCamera" || frameRate < kLowestHighSpeed) return;
-  write(session, tags::unlisted::SESSION_HIGH_SPEED, frameRate, frameRate / kDivisor);
+  write(session, tags::SESSION_HIGH_SPEED, frameRate, frameRate / kDivisor);
 }
 
-/// Whether the last stream for a video encoder is of 4K or larger.
+/// Returns true if the last stream for a video encoder is 4K or larger.
 bool isVideo4K(const ImageStreams& streams) {
   constexpr NSCam::MSize k4K{3840, 2160};
   bool is4K = false;
@@ -84,8 +82,7 @@ bool isVideo4K(const ImageStreams& streams) {
   return is4K;
 }
 
-/// Video of 4K at 60 frames a second is left to the platform's stabilisation, whether the app asks
-/// for stabilisation or says nothing.
+/// 4K video at 60 fps uses the platform's stabilisation, unless the app disables stabilisation.
 void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::string_view appType,
                          std::int32_t frameRate) {
   if (appType != "heskCamera") return;
@@ -95,24 +92,23 @@ void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::s
     write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{0});
     return;
   }
-  HESK_LOGD(kOperation, "[%s] use mtk eis for 4k and 60fps video", kOperation.name);
+  HESK_LOGD(kOperation, "use mtk eis for 4k and 60fps video");
   write(session, tags::HESK_CONTROL_EISENABLE, 0);
   write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{1});
-  write(session, tags::unlisted::SESSION_4K60_0, 1);
-  write(session, tags::unlisted::SESSION_4K60_3, 1);
+  write(session, tags::SESSION_4K60_0, 1);
+  write(session, tags::SESSION_4K60_3, 1);
 }
 
 bool isVideoFlipped(const IMetadata* session) {
-  const std::int32_t flip = readOrZero(session, tags::unlisted::APP_VIDEO_FLIP);
+  const std::int32_t flip = readItemOfSession(session, tags::APP_VIDEO_FLIP);
   return property_get_int32("vendor.debug.camera.VideoFlip", flip) != 0;
 }
 
 void copyPictureInPictureDevices(IMetadata* session) {
-  if (!has(session, tags::unlisted::APP_PIP_DEVICES)) return;
-  const std::int32_t first = read(session, tags::unlisted::APP_PIP_DEVICES, 0, 0);
-  const std::int32_t second = read(session, tags::unlisted::APP_PIP_DEVICES, 0, 1);
-  HESK_LOGD(kOperation, "[%s] update MTK_STREAMING_FEATURE_PIP_DEVICES %d, %d", kOperation.name,
-            first, second);
+  if (!has(session, tags::APP_PIP_DEVICES)) return;
+  const std::int32_t first = readItem(session, tags::APP_PIP_DEVICES, 0);
+  const std::int32_t second = readItem(session, tags::APP_PIP_DEVICES, 1);
+  HESK_LOGD(kOperation, "update MTK_STREAMING_FEATURE_PIP_DEVICES %d, %d", first, second);
   write(session, tags::MTK_STREAMING_FEATURE_PIP_DEVICES, first, second);
 }
 
@@ -120,12 +116,12 @@ void copyPictureInPictureDevices(IMetadata* session) {
 
 void HeskParameterUpdater::updateSessionParams(
     IMetadata* sessionMeta,
-    // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is a given one
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the platform fixes the signature
     ImageStreams streams) {
-  tellStereoSettings(sessionMeta);
+  passToStereoSettings(sessionMeta);
   chooseMulticamFeatureMode(sessionMeta);
   const std::int32_t uiModule = readUiModule(sessionMeta);
-  write(sessionMeta, tags::unlisted::SESSION_MARK, std::uint8_t{1});
+  write(sessionMeta, tags::SESSION_MARK, std::uint8_t{1});
 
   const std::int32_t frameRate = readFrameRate(sessionMeta);
   markHighFrameRatePreview(sessionMeta, frameRate);
@@ -139,14 +135,14 @@ void HeskParameterUpdater::updateSessionParams(
   writeSelectedStream(sessionMeta, mStreamIds);
 
   const std::string appTypeAgain = eventValue("APP_TYPE");
-  switchOffFrontStabilization(sessionMeta, mInstanceId, appTypeAgain);
+  disableFrontStabilization(sessionMeta, mInstanceId, appTypeAgain);
   setProductionScene(sessionMeta, mInstanceId, eventValue("APP_NAME"), kOperation);
-  takeProviderFrameRate(sessionMeta, appTypeAgain);
+  applyProviderCap(sessionMeta, appTypeAgain);
 }
 
 void HeskParameterUpdater::chooseMulticamFeatureMode(IMetadata* session) {
   std::int32_t multicamEnable = -1;
-  switch (read(staticCharacteristics(mInstanceId), tags::unlisted::STATIC_MULTICAM_FEATURE)) {
+  switch (read(staticCharacteristics(mInstanceId), tags::STATIC_MULTICAM_FEATURE)) {
     case 6:
     case 7:
     case 14:
@@ -159,25 +155,23 @@ void HeskParameterUpdater::chooseMulticamFeatureMode(IMetadata* session) {
       mMulticamFeatureMode = MulticamFeatureMode::logicalMulticam;
       multicamEnable = 0;
       break;
-    default: HESK_LOGD(kOperation, "[%s] multicam get wrong FeatureMode", kOperation.name); break;
+    default: HESK_LOGD(kOperation, "multicam get wrong FeatureMode"); break;
   }
   write(session, tags::MTK_HESK_MULTICAM_ENABLE, multicamEnable);
 }
 
 void HeskParameterUpdater::recordStreams(const IMetadata* session, const ImageStreams& streams,
                                          std::int32_t uiModule) {
-  constexpr std::int32_t kVideoModule = 3;
-
   mHasVideoStream = false;
   mStreamIds.clear();
   const bool isFlipped = isVideoFlipped(session);
   for (const auto& [id, stream] : streams) {
     mStreamIds.push_back(static_cast<std::uint32_t>(id));
     const bool isForEncoder = stream != nullptr && isForVideoEncoder(*stream);
-    if (uiModule != kVideoModule && !isForEncoder) continue;
+    if (uiModule != uimodule::k3 && !isForEncoder) continue;
     mHasVideoStream = true;
     if (!isFlipped || stream == nullptr) continue;
     stream->setTransform(NSCam::eTransform_FLIP_V);
-    HESK_LOGD(kOperation, "[%s] set VideoFlip to eTransform_FLIP_V", kOperation.name);
+    HESK_LOGD(kOperation, "set VideoFlip to eTransform_FLIP_V");
   }
 }

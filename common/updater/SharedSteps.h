@@ -1,5 +1,5 @@
-// Steps that more than one hook takes, each written once. Records are written in the name of the
-// calling hook.
+// Steps that are shared by several hooks. Their log records carry the operation of the calling
+// hook.
 
 #pragma once
 
@@ -12,25 +12,28 @@
 
 namespace hesk {
 
-/// Whether an "APP_TYPE" is the maker's camera app or the engineering camera app.
-bool isOwnCameraApp(std::string_view appType);
+/// Returns true if an "APP_TYPE" is the OEM camera app or the engineering camera app.
+bool isOemCameraApp(std::string_view appType);
 
-/// Writes MTK_CONTROL_SELECTED_STREAM_ID: -1, then each stream that HESK_CONTROL_STREAM_FLAGS marks
-/// by a 1, so that the last one stays. Item 0 of the flags marks no stream; item k + 1 belongs to
-/// `streamIds[k]`.
+/// Writes MTK_CONTROL_SELECTED_STREAM_ID: the last stream whose flag in HESK_CONTROL_STREAM_FLAGS
+/// is 1, -1 if there is none. Item k + 1 of the flags belongs to `streamIds[k]`; item 0 is unused.
 void writeSelectedStream(NSCam::IMetadata* metadata, const std::vector<std::uint32_t>& streamIds);
 
-/// Writes MTK_HDR_FEATURE_HDR_MODE as HESK_CONTROL_VIDEO_HDR asks; leaves it alone where nothing is
-/// asked.
+/// Writes MTK_HDR_FEATURE_HDR_MODE according to HESK_CONTROL_VIDEO_HDR, if present.
 void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operation);
 
-/// Switches ANDROID_CONTROL_VIDEO_STABILIZATION_MODE off for other makers' apps on the front camera
-/// of the products KX0106 and KX0107.
-void switchOffFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor,
-                                 std::string_view appType);
+/// Disables ANDROID_CONTROL_VIDEO_STABILIZATION_MODE for third-party apps on the front camera of
+/// products KX0106 and KX0107.
+void disableFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor,
+                               std::string_view appType);
 
-/// Writes ANDROID_CONTROL_SCENE_MODE for the ultra-wide camera on the production line.
+/// Writes ANDROID_CONTROL_SCENE_MODE for the ultra-wide camera of the production-line app.
 void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::string_view appName,
                         const log::Operation& operation);
+
+/// Copies MTK_3A_AE_CCT_USE_DATA of `source`, 0 if absent, to MTK_RAW_ALGO_AE_CCT_USE_DATA of
+/// `target`.
+void copyColourTemperatureUse(const NSCam::IMetadata* source, NSCam::IMetadata* target,
+                              const log::Operation& operation);
 
 }  // namespace hesk

@@ -1,4 +1,4 @@
-// The static characteristics of the devices.
+// Look-up of static metadata (characteristics).
 
 #pragma once
 
@@ -8,14 +8,14 @@
 
 namespace hesk {
 
-/// Those of a device, null where it has none.
+/// Returns the static metadata of a device, null if it has none.
 inline const NSCam::IMetadata* staticCharacteristics(std::int32_t deviceId) {
   const NSCam::IMetadataProvider* provider =
       NSCam::NSMetadataProviderManager::valueForByDeviceId(deviceId);
   return provider != nullptr ? &provider->getStaticCharacteristics() : nullptr;
 }
 
-/// Those of a camera, null where it has none.
+/// Returns the static metadata of a camera, null if it has none.
 inline const NSCam::IMetadata* cameraCharacteristics(std::int32_t cameraId) {
   const NSCam::IMetadataProvider* provider = NSCam::NSMetadataProviderManager::valueFor(cameraId);
   return provider != nullptr ? &provider->getStaticCharacteristics() : nullptr;

@@ -1,8 +1,8 @@
-// Still captures in the request hook: the book of multi-frame captures.
+// Still captures in the request hook: burst tracking.
 //
-// The camera app announces a capture with HESK_CONTROL_HISFRAME: its counts of "hisframes" and
-// "nonhisframes". From then on the book knows of every request which frame of the burst it is
-// (mNonZslFrames) and how many frames are still to come (mCaptureCount).
+// The camera app announces a capture with HESK_CONTROL_HISFRAME: its numbers of "hisframes" and
+// "nonhisframes". mNonZslFrames then maps each request of the burst to its frame index, and
+// mCaptureCount is the number of frames still expected.
 
 #include <algorithm>
 #include <string_view>
@@ -10,8 +10,8 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/math/Conversion.h"
 #include "common/tags/Metadata.h"
-#include "common/tags/ModeBits.h"
-#include "common/updater/Borrowed.h"
+#include "common/tags/Values.h"
+#include "common/updater/PlatformHandle.h"
 #include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
 
@@ -22,19 +22,12 @@ using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("updateRequestMeta");
 
-constexpr std::uint8_t kAbsentByte = 255;
-
-constexpr std::int64_t kSingleFrameMode = modeBit(13);
-constexpr std::int64_t kRawModes =
-    modeBit(1) | modeBit(18) | modeBit(19) | modeBit(27) | modeBit(51) | modeBit(52);
-
-// The counts come from an app: a burst beyond this is booked in part, so that it cannot exhaust
-// memory.
-constexpr std::int32_t kMostBookedFrames = 1024;
+// The number of frames comes from an app: this limit protects against memory exhaustion.
+constexpr std::int32_t kMaxBurstFrames = 1024;
 
 void writeRawType(IMetadata* meta, std::int64_t currentMode) {
-  // The moon scene's step of the same hook overwrites this. Kept in its place.
-  if ((currentMode & kRawModes) != 0) {
+  // `writeMoonRawType` overwrites this value; it only appears in a record of all writes.
+  if ((currentMode & mode::kRawType) != 0) {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, 1);
   } else {
     clear(meta, tags::MTK_CONTROL_RAW_TYPE);
@@ -45,25 +38,24 @@ void writeRawType(IMetadata* meta, std::int64_t currentMode) {
 
 void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requestNo,
                                               std::string_view appType, std::int64_t currentMode) {
-  const std::uint8_t enableZsl = read(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, kAbsentByte);
+  const std::uint8_t enableZsl = read(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, 255);
   const bool isZslOff = enableZsl == 0;
-  HESK_LOGE(kOperation, "[%s] cap request app enableZsl %d, currentMode %lld, requestNo %d",
-            kOperation.name, enableZsl, static_cast<long long>(currentMode),
-            static_cast<std::int32_t>(requestNo));
+  HESK_LOGE(kOperation, "cap request app enableZsl %d, currentMode %lld, requestNo %d", enableZsl,
+            static_cast<long long>(currentMode), static_cast<std::int32_t>(requestNo));
 
   const int mainId =
       isMulticam(mMulticamFeatureMode) ? getMulticamMainID(mInstanceId) : mInstanceId;
   if (has(meta, tags::HESK_CONTROL_HISFRAME)) {
-    bookAnnouncedFrames(meta, requestNo, mainId);
+    recordAnnouncedFrames(meta, requestNo, mainId);
   } else if (isZslOff) {
     mNonZslFrames.clear();
     mNonZslFrames.emplace(requestNo, 0);
   }
-  if (currentMode >= 1 && (currentMode & kSingleFrameMode) != 0) mCaptureCount = 1;
+  if (currentMode >= 1 && (currentMode & mode::kSingleFrame) != 0) mCaptureCount = 1;
 
   if (isZslOff) write(meta, tags::MTK_HESK_NON_ZSL_CAPTURE, 1);
   writeBurstFrame(meta, requestNo);
-  if (!mHasVideoStream && isOwnCameraApp(appType)) {
+  if (!mHasVideoStream && isOemCameraApp(appType)) {
     write(meta, tags::MTK_HESK_NO_VIDEO_STREAM, std::uint8_t{1});
   }
   write(meta, tags::MTK_HESK_STILL_CAPTURE, 1);
@@ -71,28 +63,26 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG1, 1);
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG0, 0);
   write(meta, tags::MTK_HESK_CAPTURE_COUNT, mCaptureCount);
-  HESK_LOGD(kOperation, "[%s] update CaptureCount:%d", kOperation.name, mCaptureCount);
+  HESK_LOGD(kOperation, "update CaptureCount:%d", mCaptureCount);
   setDumpPathForHeskDump(mInstanceId, meta);
   write(meta, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE,
         static_cast<std::int32_t>(mMulticamFeatureMode));
 }
 
-void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned int requestNo,
-                                               int mainId) {
-  const std::int32_t hisFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 0);
-  const std::int32_t nonHisFrames = read(meta, tags::HESK_CONTROL_HISFRAME, 0, 1);
-  HESK_LOGE(kOperation, "[%s] cap request hisframe %d, nonhisframe %d", kOperation.name, hisFrames,
-            nonHisFrames);
+void HeskParameterUpdater::recordAnnouncedFrames(const IMetadata* meta, unsigned int requestNo,
+                                                 int mainId) {
+  const std::int32_t hisFrames = readItem(meta, tags::HESK_CONTROL_HISFRAME, 0);
+  const std::int32_t nonHisFrames = readItem(meta, tags::HESK_CONTROL_HISFRAME, 1);
+  HESK_LOGE(kOperation, "cap request hisframe %d, nonhisframe %d", hisFrames, nonHisFrames);
 
-  const auto hal3A = borrowHal3A(mainId);
+  const auto hal3A = createHal3A(mainId);
   if (hal3A == nullptr) {
-    HESK_LOGD(kOperation, "[%s] HeskParameterUpdater create IHal3A instance failed",
-              kOperation.name);
+    HESK_LOGD(kOperation, "HeskParameterUpdater create IHal3A instance failed");
   }
 
   if (nonHisFrames >= 1) {
     if (hal3A != nullptr) hal3A->control(NS3Av3::IHal3A::kSetNonZslFrameCount, nonHisFrames, 0);
-    if (hisFrames == 0) bookBurst(requestNo, nonHisFrames);
+    if (hisFrames == 0) recordBurst(requestNo, nonHisFrames);
   }
 
   const std::int32_t announced = wrappingAdd(hisFrames, nonHisFrames);
@@ -103,27 +93,27 @@ void HeskParameterUpdater::bookAnnouncedFrames(const IMetadata* meta, unsigned i
   }
 }
 
-void HeskParameterUpdater::bookBurst(unsigned int firstRequestNo, std::int32_t frameCount) {
+void HeskParameterUpdater::recordBurst(unsigned int firstRequestNo, std::int32_t frameCount) {
   mNonZslFrames.clear();
-  const auto booked = static_cast<std::uint32_t>(std::min(frameCount, kMostBookedFrames));
-  for (std::uint32_t index = 0; index < booked; ++index) {
+  const auto recorded = static_cast<std::uint32_t>(std::min(frameCount, kMaxBurstFrames));
+  for (std::uint32_t index = 0; index < recorded; ++index) {
     const std::uint32_t requestNo = firstRequestNo + index;  // request numbers wrap
     mNonZslFrames.emplace(requestNo, index);
-    HESK_LOGD(kOperation, "[%s] non-zsl Frames[frameNo %d/index %d]", kOperation.name,
+    HESK_LOGD(kOperation, "non-zsl Frames[frameNo %d/index %d]",
               static_cast<std::int32_t>(requestNo), static_cast<std::int32_t>(index));
   }
-  if (frameCount > kMostBookedFrames) {
-    HESK_LOGE(kOperation, "[%s] non-zsl burst of %d frames, only the first %d are booked",
-              kOperation.name, frameCount, kMostBookedFrames);
+  if (frameCount > kMaxBurstFrames) {
+    HESK_LOGE(kOperation, "non-zsl burst of %d frames, only the first %d are recorded", frameCount,
+              kMaxBurstFrames);
   }
 }
 
 void HeskParameterUpdater::writeBurstFrame(IMetadata* meta, unsigned int requestNo) const {
-  const auto booked = mNonZslFrames.find(requestNo);
-  const std::uint32_t frameIndex = booked != mNonZslFrames.end() ? booked->second : 0;
+  const auto frame = mNonZslFrames.find(requestNo);
+  const std::uint32_t frameIndex = frame != mNonZslFrames.end() ? frame->second : 0;
   const std::size_t frameCount = mNonZslFrames.size();
 
-  const bool isFlashOn = read(meta, tags::ANDROID_FLASH_MODE, kAbsentByte) == 1;
+  const bool isFlashOn = read(meta, tags::ANDROID_FLASH_MODE) == 1;
   const bool isOverridden = read(meta, tags::HESK_CONTROL_ALGO_OVERRIDE) == 1;
   const bool isLastFrame = frameCount == std::size_t{frameIndex} + 1;
   if (!isFlashOn && !isOverridden && !isLastFrame) return;
@@ -132,5 +122,5 @@ void HeskParameterUpdater::writeBurstFrame(IMetadata* meta, unsigned int request
   const auto index = static_cast<std::int32_t>(frameIndex);
   write(meta, tags::MTK_HESK_FRAME_COUNT, count);
   write(meta, tags::MTK_HESK_FRAME_INDEX, index);
-  HESK_LOGD(kOperation, "[%s] frameCount %d, frameIndex %d", kOperation.name, count, index);
+  HESK_LOGD(kOperation, "frameCount %d, frameIndex %d", count, index);
 }

@@ -1,5 +1,5 @@
-// What requests of other makers' apps get: face detection, the production line's scene, frame
-// rates. The frame-rate steps look at some modes of the maker's own app, too.
+// The request steps for third-party apps: face detection, the scene of the production line and fps
+// ranges. The fps steps also apply to some modes of the OEM camera app.
 
 #include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
@@ -15,34 +15,31 @@ using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("update3rdpartyAppControlMeta");
 
-/// Face detection for exposure by faces.
+/// Enables face detection for apps whose exposure follows faces.
 void forceFaceDetection(IMetadata* request, const std::string& appName) {
   constexpr std::uint8_t kSimple = 1;
 
   if (appName != "TikTok" && appName != "TikTokExternal") return;
   if (const auto mode = readIfPresent(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE)) {
-    HESK_LOGD(kOperation, "[%s] Pack Name is: %s, FDMode is %d", kOperation.name, appName.c_str(),
-              *mode);
+    HESK_LOGD(kOperation, "Pack Name is: %s, FDMode is %d", appName.c_str(), *mode);
   }
   write(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE, kSimple);
-  HESK_LOGD(kOperation, "[%s] Pack Name is: %s, Force fd open for FaceAE", kOperation.name,
-            appName.c_str());
+  HESK_LOGD(kOperation, "Pack Name is: %s, Force fd open for FaceAE", appName.c_str());
 }
 
 void logTemperatureFrameRate(const IMetadata* request) {
   if (const auto frameRate = readIfPresent(request, tags::HESK_CONTROL_FPS_RANGE_MAX)) {
-    HESK_LOGD(kOperation, "[%s] temperaturefps:%d", kOperation.name, *frameRate);
+    HESK_LOGD(kOperation, "temperaturefps:%d", *frameRate);
   }
 }
 
 }  // namespace
 
-void HeskParameterUpdater::update3rdpartyAppControlMeta(IMetadata* request,
-                                                        unsigned int /*requestNo*/) {
+void HeskParameterUpdater::update3rdpartyAppControlMeta(IMetadata* request, unsigned int) {
   const std::string appName = eventValue("APP_NAME");
   forceFaceDetection(request, appName);
   setProductionScene(request, mInstanceId, appName, kOperation);
   logTemperatureFrameRate(request);
-  takeProviderFrameRate(request, eventValue("APP_TYPE"));
+  applyProviderCap(request, eventValue("APP_TYPE"));
   limitAndPinFrameRate(request, appName);
 }

@@ -3,22 +3,32 @@
 #include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <span>
 
+#include "common/HeskParameterUpdater.h"
+#include "common/tags/Metadata.h"
 #include "platform/CLibrary.h"
 
 using namespace hesk;
 
-void HeskParameterUpdater::getCurrentTime(char* out) {
-  constexpr std::size_t kZeroedFirst = 8;
-  constexpr std::size_t kMostCharacters = sizeof(TimeStamp) - 1;
-
-  std::fill_n(out, kZeroedFirst, '\0');
-  const std::time_t now = cam::time(nullptr);
+TimeStamp hesk::currentTimeStamp() {
+  TimeStamp stamp{};
+  const std::time_t now = std::time(nullptr);
   std::tm local{};
-  if (cam::localtime_r(&now, &local) == nullptr) return;
-  std::array<char, 256> text{};
-  std::strftime(text.data(), text.size(), "%Y%m%d%H%M%S", &local);
-  // Behind the year 9999 a time has more digits than there is room for.
-  const std::size_t length = std::min(std::strlen(text.data()), kMostCharacters);
-  *std::copy_n(text.data(), length, out) = '\0';
+  ::tzset();  // without it `localtime_r` need not follow a change of the time zone
+  if (cam::localtime_r(&now, &local) == nullptr) return stamp;
+  std::array<char, 256> text;
+  const std::size_t length = std::strftime(text.data(), text.size(), "%Y%m%d%H%M%S", &local);
+  // The year can have more than four digits; the text is then truncated.
+  std::copy_n(text.data(), std::min(length, stamp.size() - 1), stamp.data());
+  return stamp;
+}
+
+void HeskParameterUpdater::getCurrentTime(char* out) { std::ranges::copy(currentTimeStamp(), out); }
+
+void HeskParameterUpdater::setDumpPathForHeskDump(int, IMetadata* request) {
+  const TimeStamp stamp = currentTimeStamp();
+  const std::size_t sizeWithZero = std::strlen(stamp.data()) + 1;
+  writeAll(request, tags::HESK_CONTROL_DUMPPATH,
+           std::span(reinterpret_cast<const std::uint8_t*>(stamp.data()), sizeWithZero));
 }

@@ -1,20 +1,15 @@
-// The local time under which dumps are found.
+// The local time as text, for the names of dumps.
 
 #pragma once
 
 #include <array>
 
-#include "common/HeskParameterUpdater.h"
-
 namespace hesk {
 
-/// "20210304050607" and its terminating zero, or the empty text.
+/// "20210304050607" and a terminating zero, or an empty text.
 using TimeStamp = std::array<char, 15>;
 
-inline TimeStamp currentTimeStamp() {
-  TimeStamp stamp{};
-  HeskParameterUpdater::getCurrentTime(stamp.data());
-  return stamp;
-}
+/// Returns the current local time; an empty text if it is not available. Any thread.
+TimeStamp currentTimeStamp();
 
 }  // namespace hesk

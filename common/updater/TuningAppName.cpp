@@ -1,6 +1,6 @@
-// Which tuning profile a request goes by: the event store's "APP_NAME", which the image pipeline's
-// tuning reads. The maker's camera app is told apart by its UI module and mode, in steps of which
-// the last that names a profile wins.
+// Selects the tuning profile of a request and publishes its name as the event store's "APP_NAME",
+// which the ISP tuning reads. For the OEM camera app the profile depends on UI module and mode; the
+// last step that sets a name wins.
 
 #include <algorithm>
 #include <iterator>
@@ -10,7 +10,7 @@
 #include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
-#include "common/tags/ModeBits.h"
+#include "common/tags/Values.h"
 #include "common/updater/UpdaterLog.h"
 
 namespace {
@@ -20,20 +20,7 @@ using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("updateTuningAppName");
 
-// Modules that more than their name depends on.
-constexpr std::int32_t kSuperNightModule = 7;
-constexpr std::int32_t kProfessionalModule = 16;
-constexpr std::int32_t kFunVideoModule = 26;
-constexpr std::int32_t kPhotoModule = 31;
-constexpr std::int32_t kMoonModule = 32;
-constexpr std::int32_t kProfessionalModule2 = 51;
-constexpr std::int32_t kEisReportModule = 53;
-
-constexpr std::int64_t kPhotoMode = modeBit(0);
-constexpr std::int64_t kHdrMode = modeBit(1);
-constexpr std::int64_t kPanoramaModes = modeBit(15) | modeBit(16) | modeBit(59);
-
-// Scene modes, as far as tuning sets them.
+// Values of ANDROID_CONTROL_SCENE_MODE.
 constexpr std::uint8_t kLandscape = 4;
 constexpr std::uint8_t kNight = 5;
 constexpr std::uint8_t kParty = 14;
@@ -43,19 +30,19 @@ struct UiModule {
   const char* name;
 };
 
-/// The modules that have one name.
+/// The modules with a fixed profile name.
 constexpr UiModule kUiModules[] = {
     {11, "SlowMotion"},
     {12, "TimeLapse"},
-    {kProfessionalModule, "Professional"},
-    {24, "ARStickers"},
-    {kFunVideoModule, "FunVideo"},
+    {uimodule::kProfessional16, "Professional"},
+    {uimodule::kArStickers, "ARStickers"},
+    {uimodule::kFunVideo, "FunVideo"},
     {28, "LivePhoto"},
     {29, "SuperClearness"},
     {35, "MotionCapture"},
     {40, "SuperStar"},
     {42, "DiplexExposure"},
-    {kProfessionalModule2, "Professional"},
+    {uimodule::kProfessional51, "Professional"},
 };
 
 const char* superNightName(std::int32_t sceneType) {
@@ -69,7 +56,8 @@ const char* superNightName(std::int32_t sceneType) {
 
 const char* moonName(std::int32_t moonMode) { return moonMode == 3 ? "SuperMoon" : "NormalMoon"; }
 
-/// What the steps look at. Without a mode, -1, every bit counts as set: such a request is a photo.
+/// The inputs of the steps. An absent mode is -1, in which all bits are set: the request is a
+/// photo.
 struct AppState {
   std::int32_t uiModule;
   std::int64_t currentMode;
@@ -82,18 +70,16 @@ AppState readAppState(const IMetadata* request) {
                        .currentMode = read(request, tags::HESK_CONTROL_CURRENTMODE, -1),
                        .eisEnable = read(request, tags::HESK_CONTROL_EISENABLE, -1),
                        .sceneType = read(request, tags::COM_HESK_SCENETYPE)};
-  HESK_LOGD(kOperation,
-            "[%s] COM_HESK_CURRENTUIMODULE %d, HESK_CONTROL_CURRENTMODE %d, eisenable %d",
-            kOperation.name, state.uiModule, static_cast<std::int32_t>(state.currentMode),
-            state.eisEnable);
+  HESK_LOGD(kOperation, "COM_HESK_CURRENTUIMODULE %d, HESK_CONTROL_CURRENTMODE %d, eisenable %d",
+            state.uiModule, static_cast<std::int32_t>(state.currentMode), state.eisEnable);
   return state;
 }
 
-/// What the UI module is called; null where that says nothing.
+/// Returns the profile name of the UI module, null if it has none.
 const char* moduleName(const IMetadata* request, const AppState& state) {
   switch (state.uiModule) {
-    case kSuperNightModule: return superNightName(state.sceneType);
-    case kMoonModule: return moonName(read(request, tags::HESK_CONTROL_MOONMODE));
+    case uimodule::kSuperNight: return superNightName(state.sceneType);
+    case uimodule::kMoon: return moonName(read(request, tags::HESK_CONTROL_MOONMODE));
     default: break;
   }
   const auto* module = std::ranges::find(kUiModules, state.uiModule, &UiModule::number);
@@ -101,24 +87,23 @@ const char* moduleName(const IMetadata* request, const AppState& state) {
 }
 
 bool isProfessional(std::int32_t uiModule) {
-  return uiModule == kProfessionalModule || uiModule == kProfessionalModule2;
+  return uiModule == uimodule::kProfessional16 || uiModule == uimodule::kProfessional51;
 }
 
 void setAppName(std::string_view name) { setEvent("APP_NAME", name); }
 
-// The naming steps return whether they have named a profile.
+// These steps return true if they set a profile name.
 
 bool namePhotoOrPanorama(IMetadata* request, const AppState& state) {
-  if (state.uiModule == kPhotoModule || (state.currentMode & kPhotoMode) != 0) {
+  if (state.uiModule == uimodule::kPhoto || (state.currentMode & mode::kPhoto) != 0) {
     setAppName(read(request, tags::HESK_CONTROL_NATIVEMODE) == 0 ? "FaceBeauty" : "NativeMode");
     if (read(request, tags::HESK_CONTROL_ISSECONDSNAPSHOT) == 1) setAppName("PartyPortrait");
     return true;
   }
-  if ((state.currentMode & kPanoramaModes) != 0) {
+  if ((state.currentMode & mode::kPanorama) != 0) {
     setAppName("Panorama");
     write(request, tags::ANDROID_CONTROL_SCENE_MODE, kLandscape);
-    HESK_LOGD(kOperation, "[%s] Panorama mode set MTK_CONTROL_SCENE_MODE_LANDSCAPE",
-              kOperation.name);
+    HESK_LOGD(kOperation, "Panorama mode set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
     return true;
   }
   return false;
@@ -132,44 +117,43 @@ bool nameVideo(const IMetadata* request) {
 }
 
 void setUpSuperNight(IMetadata* request, std::int32_t sceneType) {
-  constexpr std::uint8_t kStillCapture = 2;
-  HESK_LOGD(kOperation, "[%s] sceneType %d", kOperation.name, sceneType);
+  HESK_LOGD(kOperation, "sceneType %d", sceneType);
   write(request, tags::ANDROID_CONTROL_SCENE_MODE, kNight);
-  HESK_LOGD(kOperation, "[%s] supernight mode set MTK_CONTROL_SCENE_MODE_NIGHT", kOperation.name);
-  if (read(request, tags::ANDROID_CONTROL_CAPTURE_INTENT) != kStillCapture) return;
+  HESK_LOGD(kOperation, "supernight mode set MTK_CONTROL_SCENE_MODE_NIGHT");
+  if (read(request, tags::ANDROID_CONTROL_CAPTURE_INTENT) != intent::kStillCapture) return;
   write(request, tags::MTK_HESK_SUPER_NIGHT_ON, 1);
-  HESK_LOGD(kOperation, "[%s] supernight mode set MTK_HESK_SUPER_NIGHT_ON", kOperation.name);
+  HESK_LOGD(kOperation, "supernight mode set MTK_HESK_SUPER_NIGHT_ON");
 }
 
 void setUpProfessional(IMetadata* request) {
   setEvent("APP_MODE", "Professional");
   write(request, tags::ANDROID_CONTROL_SCENE_MODE, kParty);
-  HESK_LOGD(kOperation, "[%s] Professional mode set MTK_CONTROL_SCENE_MODE_PARTY", kOperation.name);
+  HESK_LOGD(kOperation, "Professional mode set MTK_CONTROL_SCENE_MODE_PARTY");
 }
 
 bool nameModule(IMetadata* request, const AppState& state) {
   const char* name = moduleName(request, state);
   if (name == nullptr) return false;
   setAppName(name);
-  if (state.uiModule == kSuperNightModule) setUpSuperNight(request, state.sceneType);
+  if (state.uiModule == uimodule::kSuperNight) setUpSuperNight(request, state.sceneType);
   if (isProfessional(state.uiModule)) setUpProfessional(request);
   return true;
 }
 
 bool nameHdr(const AppState& state) {
-  if (state.currentMode < 1 || (state.currentMode & kHdrMode) == 0) return false;
+  if (state.currentMode < 1 || (state.currentMode & mode::kHdr) == 0) return false;
   setAppName("HDR");
   return true;
 }
 
 void reportStabilization(IMetadata* request, const AppState& state, bool hasVideoStream) {
-  if (!hasVideoStream && state.uiModule != kEisReportModule && state.uiModule != kFunVideoModule) {
+  if (!hasVideoStream && state.uiModule != uimodule::k53 && state.uiModule != uimodule::kFunVideo) {
     return;
   }
   write(request, tags::HESK_EISSTATE, state.eisEnable >= 1 ? 1 : 0);
 }
 
-void tuneOwnCamera(IMetadata* request, const AppState& state, bool hasVideoStream) {
+void tuneOemCamera(IMetadata* request, const AppState& state, bool hasVideoStream) {
   bool isNamed = namePhotoOrPanorama(request, state);
   isNamed |= nameVideo(request);
   isNamed |= nameModule(request, state);
@@ -181,16 +165,16 @@ void tuneOwnCamera(IMetadata* request, const AppState& state, bool hasVideoStrea
 
 }  // namespace
 
-void HeskParameterUpdater::updateTuningAppName(IMetadata* request, unsigned int /*requestNo*/) {
+void HeskParameterUpdater::updateTuningAppName(IMetadata* request, unsigned int) {
   constexpr std::int32_t kOisTest = 8;
 
   const std::string appType = eventValue("APP_TYPE");
   const AppState state = readAppState(request);
   if (appType == "heskCamera") {
-    tuneOwnCamera(request, state, mHasVideoStream);
+    tuneOemCamera(request, state, mHasVideoStream);
   } else if (appType == "engcamera" && read(request, tags::HESK_CONTROL_ENGTESTITEM) == kOisTest) {
     setAppName("OISTest");
   }
   const std::string appName = eventValue("APP_NAME");
-  HESK_LOGD(kOperation, "[%s] Set APPName:(%s)", kOperation.name, appName.c_str());
+  HESK_LOGD(kOperation, "Set APPName:(%s)", appName.c_str());
 }

@@ -1,4 +1,4 @@
-// Tuning data of raw captures, on their way to the 3A debug tools.
+// Copies the tuning data of raw captures to a shared buffer for the 3A debug tools.
 
 #include <cstring>
 
@@ -13,7 +13,7 @@ using namespace hesk;
 
 constexpr log::Operation kOperation = updaterOperation("updateTuningData");
 
-/// Whether the manager has given a buffer with room for the data.
+/// Returns true if the manager returned a buffer that is large enough.
 bool fits(const HIF3ABufferInfo& buffer, const void* data, unsigned int size) {
   if (buffer.fd < 1 || buffer.bufferSize < size) return false;
   return size == 0 || (data != nullptr && buffer.address != nullptr);
@@ -25,21 +25,19 @@ bool HeskParameterUpdater::updateTuningData(NSCam::IMetadata* meta, void* tuning
                                             unsigned int tuningDataSize) {
   constexpr unsigned int kRequestedSize = 1920 * 1080;
 
-  HESK_LOGD(kOperation, "[%s] updateTuningData E", kOperation.name);
+  HESK_LOGD(kOperation, "updateTuningData E");
   HIF3ABufferInfo buffer;
   Hesk3AInfoManager::Get3AInfoBuf(&buffer, kRequestedSize);
-  HESK_LOGD(kOperation,
-            "[%s] [3ADebugInfo] fd: %d, bufferIndex %d, tuningDataSize %d, bufferSize %d",
-            kOperation.name, buffer.fd, buffer.bufferIndex, tuningDataSize, buffer.bufferSize);
+  HESK_LOGD(kOperation, "[3ADebugInfo] fd: %d, bufferIndex %d, tuningDataSize %d, bufferSize %d",
+            buffer.fd, buffer.bufferIndex, tuningDataSize, buffer.bufferSize);
   const bool isCopied = fits(buffer, tuningData, tuningDataSize);
   if (isCopied) {
     if (tuningDataSize > 0) std::memcpy(buffer.address, tuningData, tuningDataSize);
-    HESK_LOGD(kOperation, "[%s] [3ADebugInfo] src: %p, dst: %p", kOperation.name, tuningData,
-              buffer.address);
+    HESK_LOGD(kOperation, "[3ADebugInfo] src: %p, dst: %p", tuningData, buffer.address);
     write(meta, tags::MTK_RAW_ALGO_TUNING_BUFFER_INDEX, buffer.bufferIndex);
   } else {
-    HESK_LOGD(kOperation, "[%s] [3ADebugInfo] Get3AInfoBuf Failed", kOperation.name);
+    HESK_LOGD(kOperation, "[3ADebugInfo] Get3AInfoBuf Failed");
   }
-  HESK_LOGD(kOperation, "[%s] updateTuningData X", kOperation.name);
+  HESK_LOGD(kOperation, "updateTuningData X");
   return isCopied;
 }

@@ -1,5 +1,4 @@
-// The window through which the replay tool and the tests see an updater's fields. Nothing that runs
-// on a phone includes it.
+// Gives the replay tool and the tests access to an updater's fields. Not used on a phone.
 
 #pragma once
 
@@ -22,7 +21,7 @@ struct HeskParameterUpdaterInspector {
   [[nodiscard]] auto& streamIds() const { return updater.mStreamIds; }
   [[nodiscard]] auto& diagonalFovDegrees() const { return updater.mPrimaryCameraDiagonalFov; }
 
-  // The translators of regions, for converters of other answers than the phone's.
+  // The region translators, to be called with other converters than the phone's.
   static constexpr auto kTranslateEyes = &HeskParameterUpdater::translateEyeRegion;
   static constexpr auto kTranslateLots = &HeskParameterUpdater::translatLotRegion;
   static constexpr auto kTranslateBodies = &HeskParameterUpdater::translatHumanBodyRegion;

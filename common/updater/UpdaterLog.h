@@ -1,4 +1,4 @@
-// In whose name the updater's records are written, and platform objects borrowed.
+// The names under which the updater writes log records and uses platform objects.
 
 #pragma once
 
@@ -9,10 +9,10 @@ namespace hesk {
 inline constexpr log::Source kUpdaterSource{"HeskParameterUpdater",
                                             "common/HeskParameterUpdater.cpp"};
 
-/// The name under which the updater borrows what belongs to the platform.
+/// The user name with which the updater creates and releases platform objects.
 inline constexpr const char* kUpdaterUser = "HeskParameterUpdater";
 
-/// The operation of the updater with that listed name.
+/// Returns the operation of the updater with this name.
 constexpr log::Operation updaterOperation(const char* name) noexcept {
   return {kUpdaterSource, name};
 }

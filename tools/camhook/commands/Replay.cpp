@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "common/tags/TagCatalogue.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/rules/DecideText.h"
 #include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/run/Replay.h"
@@ -63,7 +63,7 @@ TraceFilter filterOf(const ReplayOptions& options, std::size_t callCount) {
 host::PhoneConfig platformOf(const ScenarioText& scenario) {
   host::PhoneConfig platform = scenario.platform();
   platform.tagName = [](std::uint32_t tag) {
-    const hesk::TagDescription* info = hesk::findTag(tag);
+    const TagDescription* info = findTag(tag);
     return info != nullptr ? info->name : std::string_view();
   };
   return platform;

@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "common/HeskParameterUpdater.h"
-#include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace camhook {
 namespace {
@@ -83,7 +83,7 @@ bool isFloatPlace(const std::string& key) {
 /// Every entry of static metadata that the catalogue knows, with some value.
 std::vector<Json> someStatics() {
   std::vector<Json> list{Json::object()};
-  for (const hesk::TagDescription& tag : hesk::kTagCatalogue) {
+  for (const TagDescription& tag : kTagCatalogue) {
     if (!tag.meaning.starts_with("static")) continue;
     Json item = 1;
     if (tag.type == "rect") item = Json::array({0, 0, 1, 1});
@@ -213,7 +213,7 @@ std::vector<Json> Candidates::items(const Json& present, const std::string& type
 }
 
 std::vector<Json> Candidates::entries(std::uint32_t tag, const Json& present) const {
-  const hesk::TagDescription* const info = hesk::findTag(tag);
+  const TagDescription* const info = findTag(tag);
   std::vector<Json> list;
   if (present.is_null()) {
     const std::string type = info != nullptr ? std::string(info->type) : "int32";
@@ -345,7 +345,7 @@ std::vector<Json> Candidates::arguments(const std::string& key, const Json& pres
     for (const std::int64_t number : mNumbers) {
       if (number < 0) list.emplace_back(hexadecimal(static_cast<std::uint32_t>(number)));
     }
-    for (const hesk::TagDescription& tag : hesk::kTagCatalogue) list.emplace_back(tag.name);
+    for (const TagDescription& tag : kTagCatalogue) list.emplace_back(tag.name);
     std::erase(list, present);
     return list;
   }

@@ -99,7 +99,7 @@ what these runs came by, steps and accesses in the order in which a call first c
 function of the library.
 
 - `meta`, `app`, `hal`, `out`: tags of the container that the hook is handed under that name. Clearing a tag is
-  writing it.
+  writing it. A tag without a published name is shown by its value ([tags.md](tags.md)).
 - static: tags of a device's static characteristics.
 - event, property: keys of the event store, system properties.
 - service: what of the phone was asked, as the `platform` of a scenario has it ([scenarios.md](scenarios.md)).

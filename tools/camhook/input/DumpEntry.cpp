@@ -10,10 +10,10 @@
 #include <variant>
 
 #include "common/NumberText.h"
-#include "common/tags/TagCatalogue.h"
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
@@ -207,7 +207,7 @@ std::string DumpEntry::problem(bool isCutOff) const {
 }
 
 IMetadata::IEntry DumpEntry::take() const {
-  const hesk::TagDescription* info = hesk::findTag(mTag);
+  const TagDescription* info = findTag(mTag);
   const auto* numbers = std::get_if<std::vector<std::int32_t>>(&mItems);
   if (info != nullptr && info->type == "rect" && numbers != nullptr && numbers->size() % 4 == 0) {
     return entryOf(mTag, rectanglesOf(*numbers));
@@ -216,7 +216,7 @@ IMetadata::IEntry DumpEntry::take() const {
 }
 
 std::string DumpEntry::doubt(const IMetadata::IEntry& taken) const {
-  const hesk::TagDescription* info = hesk::findTag(mTag);
+  const TagDescription* info = findTag(mTag);
   if (info == nullptr) return {};
   const host::AndroidTag* known = host::findAndroidTag(mTag);
   const bool isAndroids = mName.starts_with("android.");

@@ -8,9 +8,9 @@
 #include <system_error>
 #include <utility>
 
-#include "common/tags/TagCatalogue.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace camhook {
 namespace {
@@ -128,7 +128,7 @@ class Notes {
 /// Whether a dump has what the library reads of a camera's static metadata alone.
 bool hasStatics(const Dump& dump) {
   return std::ranges::any_of(dump.entries, [](const NSCam::IMetadata::IEntry& entry) {
-    const hesk::TagDescription* info = hesk::findTag(entry.tag());
+    const TagDescription* info = findTag(entry.tag());
     return info != nullptr && info->meaning.starts_with("static: ");
   });
 }

@@ -5,11 +5,11 @@
 #include <concepts>
 #include <variant>
 
-#include "common/tags/TagCatalogue.h"
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/Document.h"
 #include "tools/camhook/input/MetadataReader.h"
 #include "tools/camhook/input/NearNames.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
@@ -116,7 +116,7 @@ bool areSame(const IMetadata::IEntry& left, const IMetadata::IEntry& right) {
 }
 
 std::string tagText(std::uint32_t tag) {
-  const hesk::TagDescription* info = hesk::findTag(tag);
+  const TagDescription* info = findTag(tag);
   return info != nullptr ? std::string(info->name) : hexadecimal(tag);
 }
 

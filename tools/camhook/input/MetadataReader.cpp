@@ -4,13 +4,12 @@
 #include <array>
 #include <string>
 #include <type_traits>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "common/tags/TagCatalogue.h"
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/NearNames.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
@@ -86,7 +85,7 @@ const ItemType* findType(std::string_view name) {
 }
 
 /// The long form: {"type": ..., "items": ...}.
-void readTypedItems(const Value& value, std::uint32_t tag, const hesk::TagDescription* info,
+void readTypedItems(const Value& value, std::uint32_t tag, const TagDescription* info,
                     IMetadata::IEntry* target) {
   constexpr std::array<std::string_view, 2> kKeys{"type", "items"};
   value.forEachMember([&](const Value& key, const Value&) {
@@ -113,19 +112,7 @@ void readTypedItems(const Value& value, std::uint32_t tag, const hesk::TagDescri
   known->read(*items, tag, target);
 }
 
-/// As `hesk::findTag` does, but without a look at every tag: each key of a scenario's metadata is
-/// one.
-const hesk::TagDescription* findTag(std::string_view name) {
-  static const auto kByName = [] {
-    std::unordered_map<std::string_view, const hesk::TagDescription*> byName;
-    for (const hesk::TagDescription& tag : hesk::kTagCatalogue) byName.emplace(tag.name, &tag);
-    return byName;
-  }();
-  const auto found = kByName.find(name);
-  return found != kByName.end() ? found->second : nullptr;
-}
-
-void readEntryOf(const Value& value, std::uint32_t tag, const hesk::TagDescription* info,
+void readEntryOf(const Value& value, std::uint32_t tag, const TagDescription* info,
                  IMetadata::IEntry* target) {
   if (value.isObject()) {
     readTypedItems(value, tag, info, target);
@@ -152,7 +139,7 @@ void failRepeated(std::vector<std::pair<std::uint32_t, Value>>& keys) {
 }  // namespace
 
 std::optional<std::uint64_t> wideTagFrom(std::string_view text) {
-  if (const hesk::TagDescription* info = findTag(text)) return info->value;
+  if (const TagDescription* info = findTag(text)) return info->value;
   return numberFromHexadecimal(text);
 }
 
@@ -163,7 +150,7 @@ std::optional<std::uint32_t> tagFrom(std::string_view text) {
 }
 
 void readEntry(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
-  readEntryOf(value, tag, hesk::findTag(tag), target);
+  readEntryOf(value, tag, findTag(tag), target);
 }
 
 void readMetadata(const Value& value, IMetadata* target) {
@@ -172,13 +159,13 @@ void readMetadata(const Value& value, IMetadata* target) {
   std::vector<std::pair<std::uint32_t, Value>> keys;
   keys.reserve(value.size());
   value.forEachMember([&](const Value& key, const Value& member) {
-    const hesk::TagDescription* info = findTag(key.text());
+    const TagDescription* info = findTag(key.text());
     const auto tag = info != nullptr ? info->value : tagFrom(key.text());
     if (!tag) {
       return key.fail(key.isHeard() ? "unknown tag" + nearTags(key.text()) : std::string());
     }
     hasNumbers = hasNumbers || info == nullptr;
-    if (info == nullptr) info = hesk::findTag(*tag);
+    if (info == nullptr) info = findTag(*tag);
     keys.emplace_back(*tag, key);
     if (target == nullptr) return readEntryOf(member, *tag, info, nullptr);
     IMetadata::IEntry entry(*tag);

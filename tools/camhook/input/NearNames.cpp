@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/tags/TagCatalogue.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace camhook {
 
@@ -53,8 +53,8 @@ std::string nearNames(std::string_view text, std::span<const std::string_view> n
 
 std::string nearTags(std::string_view text) {
   std::vector<std::string_view> names;
-  names.reserve(hesk::kTagCatalogue.size());
-  for (const hesk::TagDescription& tag : hesk::kTagCatalogue) names.push_back(tag.name);
+  names.reserve(kTagCatalogue.size());
+  for (const TagDescription& tag : kTagCatalogue) names.push_back(tag.name);
   return nearNames(text, names);
 }
 

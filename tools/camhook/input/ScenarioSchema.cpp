@@ -9,9 +9,9 @@
 #include <string>
 #include <utility>
 
-#include "common/tags/TagCatalogue.h"
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/ScenarioKeys.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
@@ -219,14 +219,14 @@ void addEntries(Json& definitions) {
 }
 
 /// "2 int32: request: AE target fps range [min,max]"
-std::string described(const hesk::TagDescription& tag) {
+std::string described(const TagDescription& tag) {
   const std::string count =
-      tag.count == hesk::kAnyCount ? std::string("any number of") : std::to_string(tag.count);
+      tag.count == kAnyCount ? std::string("any number of") : std::to_string(tag.count);
   return count + ' ' + std::string(tag.type) + ": " + std::string(tag.meaning);
 }
 
 /// An entry whose items may have names.
-Json enumeratedEntry(const hesk::TagDescription& tag, const host::AndroidTag& known) {
+Json enumeratedEntry(const TagDescription& tag, const host::AndroidTag& known) {
   Json names = Json::array();
   for (const host::AndroidTag::Value& value : known.values) names.push_back(value.name);
   const Json items = listOf(anyOf({{{"enum", std::move(names)}}, reference(tag.type)}));
@@ -238,7 +238,7 @@ Json enumeratedEntry(const hesk::TagDescription& tag, const host::AndroidTag& kn
 void addMetadata(Json& definitions) {
   Json tags = Json::object();
   Json names = Json::array();
-  for (const hesk::TagDescription& tag : hesk::kTagCatalogue) {
+  for (const TagDescription& tag : kTagCatalogue) {
     names.push_back(tag.name);
     Json entry = {{"description", described(tag)}};
     const host::AndroidTag* known = host::findAndroidTag(tag.value);

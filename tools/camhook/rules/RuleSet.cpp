@@ -98,7 +98,7 @@ Override overrideFrom(const RuleValue& value) {
                     .size = value["size"].word<Override::Size>(kSizeWords),
                     .scenario = static_cast<hesk::SensorScenario>(value["scenario"].number()),
                     .level = nullptr,
-                    .message = nullptr};
+                    .format = nullptr};
   std::size_t count = 0;
   value["appNames"].forEach([&](const RuleValue& name) {
     if (count == override.appNames.size()) name.place.fail("one name too many");

@@ -13,7 +13,7 @@ constexpr std::string_view kVocabulary[] = {"common/tags/",
                                             "common/log/",
                                             "common/Events.h",
                                             "common/Product.h",
-                                            "common/updater/Borrowed.h",
+                                            "common/updater/PlatformHandle.h",
                                             "common/updater/StaticMetadata.h"};
 
 bool isInSteps(const Frame& frame) {

@@ -21,7 +21,7 @@ EntryItems itemsOf(const Entry& entry) {
 }
 
 std::string textOf(std::uint32_t tag, const EntryItems& entry) {
-  return entry.items.empty() ? "absent" : entryText(hesk::findTag(tag), entry);
+  return entry.items.empty() ? "absent" : entryText(findTag(tag), entry);
 }
 
 /// The tags that a call may have changed, ordered: those that hold items before or after it.

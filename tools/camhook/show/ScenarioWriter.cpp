@@ -10,12 +10,12 @@
 #include <variant>
 #include <vector>
 
-#include "common/tags/TagCatalogue.h"
 #include "host/AndroidTags.h"
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace camhook {
 namespace {
@@ -81,7 +81,7 @@ std::string valueText(const IMetadata::IEntry& entry) {
         }
       },
       items);
-  const hesk::TagDescription* info = hesk::findTag(entry.tag());
+  const TagDescription* info = findTag(entry.tag());
   const std::string_view type = host::typeName(items);
   const bool isOfCatalogue = info != nullptr && info->type == type;
   // A name by itself would be the bytes of its text.

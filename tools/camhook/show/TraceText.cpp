@@ -98,7 +98,7 @@ std::string itemText(const host::AndroidTag* known, const Json& item) {
 }
 
 /// "1", "[15, 60]", "[50, 48, ... 15 items, sum 1f00beef]".
-std::string itemsText(const hesk::TagDescription* tag, const Json& items) {
+std::string itemsText(const TagDescription* tag, const Json& items) {
   const host::AndroidTag* known = tag != nullptr ? host::findAndroidTag(tag->value) : nullptr;
   if (items.size() == 1) return itemText(known, items.front());
   std::string text = "[";
@@ -205,7 +205,7 @@ std::string effectFields(const host::Effect& effect) {
   return fields;
 }
 
-std::string entryText(const hesk::TagDescription* tag, const EntryItems& entry) {
+std::string entryText(const TagDescription* tag, const EntryItems& entry) {
   std::string text = itemsText(tag, entry.items);
   if (tag == nullptr || tag->type != entry.type)
     text.append(" (").append(printable(entry.type)).append(")");
@@ -222,7 +222,7 @@ std::optional<EntryItems> entryFromTrace(const Json& value) {
 }
 
 std::string memberValueText(std::string_view key, const Json& value) {
-  if (const auto entry = entryFromTrace(value)) return entryText(hesk::findTag(key), *entry);
+  if (const auto entry = entryFromTrace(value)) return entryText(findTag(key), *entry);
   return value.is_object() ? std::to_string(value.size()) + " entries" : valueText(value);
 }
 

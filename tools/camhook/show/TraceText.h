@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "common/tags/TagCatalogue.h"
 #include "host/Effect.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace camhook {
 
@@ -30,7 +30,7 @@ struct EntryItems {
 /// The items of a tag's entry, and their type where the catalogue would have another. Of a long
 /// list the first items, their count and a checksum of them all. `tag` is null for one that the
 /// catalogue does not list.
-std::string entryText(const hesk::TagDescription* tag, const EntryItems& entry);
+std::string entryText(const TagDescription* tag, const EntryItems& entry);
 
 /// None where a member of a call in a trace is no entry.
 std::optional<EntryItems> entryFromTrace(const Json& value);
