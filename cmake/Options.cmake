@@ -1,4 +1,4 @@
-# How every target of the project is compiled: cam_options.
+# Compiler options of every target of the project: link to cam_options.
 
 add_library(cam_options INTERFACE)
 target_include_directories(cam_options INTERFACE ${PROJECT_SOURCE_DIR})
@@ -6,10 +6,23 @@ target_compile_options(cam_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow
   # Every processor computes the same floats.
   -ffp-contract=off
-  # No path of the machine that built it stands in what is shipped. Profiles keep theirs: what reads
-  # them looks for the sources.
+  # The binaries contain no path of the build machine. Profiles keep their paths, because the profile reader
+  # opens the sources.
   -fdebug-prefix-map=${PROJECT_SOURCE_DIR}=.
   -fmacro-prefix-map=${PROJECT_SOURCE_DIR}=.)
 if(CAM_WARNINGS_AS_ERRORS)
   target_compile_options(cam_options INTERFACE -Werror)
+endif()
+
+# Sanitizers and coverage need the same options for every object, those of other projects included.
+if(CAM_SANITIZE)
+  add_compile_options(-fsanitize=${CAM_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    add_compile_options(-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitizers.ignore)
+  endif()
+  add_link_options(-fsanitize=${CAM_SANITIZE})
+endif()
+if(CAM_COVERAGE)
+  add_compile_options(--coverage -fprofile-update=atomic)
+  add_link_options(--coverage)
 endif()

@@ -1,30 +1,43 @@
-# What the tool and the tests use of other projects; the library itself needs the standard library alone.
+# Packages of the tool and the tests. The library itself needs the standard library alone.
 
-find_package(nlohmann_json REQUIRED)
-find_package(CLI11 REQUIRED)
-find_path(rapidjsonHeaders rapidjson/reader.h REQUIRED)  # where the compiler looks by itself
-mark_as_advanced(rapidjsonHeaders)
-if(NOT CMAKE_CROSSCOMPILING)
-  find_package(PkgConfig)
+# Header-only packages: link to cam_packages.
+add_library(cam_packages INTERFACE)
+foreach(package IN ITEMS CLI/CLI.hpp:libcli11-dev nlohmann/json.hpp:nlohmann-json3-dev
+    rapidjson/reader.h:rapidjson-dev)
+  string(REPLACE ":" ";" package ${package})
+  list(POP_FRONT package header)
+  string(MAKE_C_IDENTIFIER CAM_INCLUDE_${header} variable)
+  find_path(${variable} ${header})
+  mark_as_advanced(${variable})
+  if(NOT ${variable})
+    message(FATAL_ERROR "CAM_TOOL needs the header ${header} (Debian: ${package}); "
+      "-DCAM_TOOL=OFF builds the library alone")
+  endif()
+  set(include ${${variable}})
+  if(CMAKE_CROSSCOMPILING)
+    # The folder may also hold the C library's headers of the build machine.
+    set(include ${PROJECT_BINARY_DIR}/include)
+    cmake_path(GET header PARENT_PATH folder)
+    file(MAKE_DIRECTORY ${include})
+    file(CREATE_LINK ${${variable}}/${folder} ${include}/${folder} SYMBOLIC)
+  endif()
+  target_include_directories(cam_packages SYSTEM INTERFACE ${include})
+endforeach()
+
+if(CAM_STEPS)
+  find_package(PkgConfig QUIET)
   if(PkgConfig_FOUND)
-    pkg_check_modules(libdw IMPORTED_TARGET libdw)
+    pkg_check_modules(libdw QUIET IMPORTED_TARGET libdw)
+  endif()
+  if(NOT libdw_FOUND)
+    message(FATAL_ERROR "CAM_STEPS needs libdw and pkg-config (Debian: libdw-dev pkgconf); "
+      "-DCAM_STEPS=OFF builds a camhook that does not name steps")
   endif()
 endif()
-if(CMAKE_CROSSCOMPILING)
-  # Of this machine's headers those alone: beside them stand those of its C library.
-  set(headers ${PROJECT_BINARY_DIR}/include)
-  file(MAKE_DIRECTORY ${headers})
-  foreach(folder IN ITEMS nlohmann CLI rapidjson)
-    file(CREATE_LINK /usr/include/${folder} ${headers}/${folder} SYMBOLIC)
-  endforeach()
-  set_target_properties(nlohmann_json::nlohmann_json CLI11::CLI11 PROPERTIES
-    INTERFACE_INCLUDE_DIRECTORIES ${headers})
-endif()
-if(CMAKE_CROSSCOMPILING OR CMAKE_CXX_FLAGS MATCHES "-stdlib=")
-  # GoogleTest from its sources: Debian's libraries of it are for this machine's processor and for gcc's
-  # C++ library.
+
+if(CAM_GTEST_SOURCE)
   set(BUILD_GMOCK OFF)
   set(INSTALL_GTEST OFF)
   include(FetchContent)
-  FetchContent_Declare(GTest SOURCE_DIR /usr/src/googletest OVERRIDE_FIND_PACKAGE)
+  FetchContent_Declare(GTest SOURCE_DIR ${CAM_GTEST_SOURCE} OVERRIDE_FIND_PACKAGE)
 endif()

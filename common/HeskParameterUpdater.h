@@ -1,6 +1,6 @@
 // The per-sensor hooks of the camera HAL. The pipeline passes its own metadata containers to the
 // hooks, which read them, write derived tags into them and return before the pipeline continues.
-// docs/hooks.md, installed with this header, lists what each step of a hook reads and writes.
+// docs/hooks.md, installed with the documentation, lists what each step of a hook reads and writes.
 //
 // Failures are only logged. A value that cannot be read takes the default stated for the operation,
 // otherwise 0. A null container is read as empty, except where `updateSessionParams` states

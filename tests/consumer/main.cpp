@@ -1,5 +1,5 @@
-// Uses the installed library as a camera pipeline does: through its public headers alone. Says what
-// does not hold, and ends with 1.
+// Uses the library as a camera pipeline does, through its public headers, and sets up the simulated phone.
+// Prints what fails and exits with 1.
 
 #include <cstdint>
 #include <cstdio>
@@ -8,6 +8,7 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/HeskSensorModeControl.h"
 #include "common/sensormode/SensorScenario.h"
+#include "host/Phone.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ class VideoStream : public NSCam::v3::IImageStreamInfo {
 };
 
 bool holds(bool condition, const char* what) {
-  if (!condition) std::printf("does not hold: %s\n", what);
+  if (!condition) std::printf("failed: %s\n", what);
   return condition;
 }
 
@@ -39,6 +40,18 @@ bool updaterWorks() {
                "a result carries the number of its request");
 }
 
+bool phoneWorks() {
+  host::Phone phone;
+  phone.properties.set("ro.product.model.zdm", "KX0105");
+  phone.eventStore.set("APP_TYPE", "Wechat");
+  auto* control = HeskSensorModeControl::createInstance(1);
+  auto preview = std::make_shared<HeskSensorModeControl::StreamInfo>();
+  preview->mainOutputSize = {640, 480};
+  NSCam::IMetadata session;
+  return holds(control->decideSensorScenario(&session, preview) == hesk::CUSTOM2,
+               "an override uses the event store of the simulated phone");
+}
+
 bool sensorModeWorks() {
   auto* control = HeskSensorModeControl::createInstance(0);
   auto video = std::make_shared<HeskSensorModeControl::StreamInfo>();
@@ -50,4 +63,4 @@ bool sensorModeWorks() {
 
 }  // namespace
 
-int main() { return updaterWorks() && sensorModeWorks() ? 0 : 1; }
+int main() { return updaterWorks() && sensorModeWorks() && phoneWorks() ? 0 : 1; }

@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Builds and runs a program against the library in each way that docs name: packages_test.sh BUILD CHECKOUT, with
+# CXX set. The installed tree is moved first, because it must not depend on its place.
+set -euo pipefail
+build=$1 checkout=$2
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+fail() {
+  echo "$1"
+  exit 1
+}
+
+quietly() {
+  "$@" >"$work/log" 2>&1 || {
+    cat "$work/log"
+    fail "failed: $*"
+  }
+}
+
+buildConsumer() { # directory [cmake option...]
+  local directory=$work/$1
+  shift
+  quietly cmake -S "$checkout/tests/consumer" -B "$directory" -G Ninja "$@"
+  quietly cmake --build "$directory"
+  "$directory/consumer"
+}
+
+quietly cmake --install "$build" --prefix "$work/installed"
+prefix=$work/moved
+mv "$work/installed" "$prefix"
+! grep -rlF -e "$checkout" -e "$work" "$prefix" || fail 'these files contain a path of the machine'
+library=$(find "$prefix" -name libcam_common.so)
+bash "$checkout/tests/hardened_binary_test.sh" "$library"
+[ -s "$prefix/share/doc/cam_common/hooks.md" ] || fail 'the headers refer to docs/hooks.md'
+"$prefix/bin/camhook" tags MTK_HESK_FRAME_INDEX >"$work/tags" || fail 'the installed camhook does not run'
+strip --strip-all "$prefix/bin/camhook"
+"$prefix/bin/camhook" replay --steps "$checkout/scenarios/preview.json" >"$work/trace" 2>"$work/error"
+[ "$(wc -l <"$work/error")" -eq 1 ] || fail "a stripped camhook does not give one warning: $(cat "$work/error")"
+
+buildConsumer installed -DCMAKE_PREFIX_PATH="$prefix"
+buildConsumer subdirectory -DCAM_SOURCE="$checkout"
+
+export PKG_CONFIG_PATH=${library%/*}/pkgconfig
+read -ra flags < <(pkg-config --cflags --libs cam_common)
+quietly "$CXX" -std=c++20 "$checkout/tests/consumer/main.cpp" "${flags[@]}" -o "$work/consumer"
+LD_LIBRARY_PATH=${library%/*} "$work/consumer"
+
+# Each installed header finds the headers that it includes.
+(cd "$prefix/include/cam_common" && find . -name '*.h' -printf '#include "%P"\n') >"$work/all.cpp"
+quietly "$CXX" -std=c++20 -fsyntax-only "${flags[@]}" "$work/all.cpp"
