@@ -143,7 +143,7 @@ Inputs inputsOf(const DecideSensorScenario& call) {
     const hesk::Tag<std::int32_t> tag{kFields[i].tag};
     if (kFields[i].tag == NSCam::IMetadata::kNoTag || !hesk::has(meta, tag)) continue;
     inputs.set(static_cast<InputIndex>(i),
-               textOf(kFields[i].form, {hesk::read(meta, tag), hesk::read(meta, tag, 0, 1)}));
+               textOf(kFields[i].form, {hesk::read(meta, tag), hesk::readItem(meta, tag, 1)}));
   }
   return inputs;
 }

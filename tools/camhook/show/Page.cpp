@@ -14,7 +14,7 @@
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/PageParts.h"
 #include "tools/camhook/show/Rectangles.h"
-#include "tools/camhook/show/SensorScenarioName.h"
+#include "tools/camhook/show/SensorModeName.h"
 #include "tools/camhook/show/TraceText.h"
 
 namespace camhook {
@@ -96,7 +96,7 @@ std::string modeNames() {
   JsonLine line;
   line.open('{');
   for (int mode = 0; mode <= hesk::NO_DECISION; ++mode) {
-    const std::string_view name = scenarioName(mode);
+    const std::string_view name = sensorModeName(mode);
     if (!name.empty()) line.member(std::to_string(mode), name);
   }
   return closed(line, '}');
