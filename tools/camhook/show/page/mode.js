@@ -67,13 +67,14 @@
       { class: verdict === "decides" ? "taken" : null },
       element("th", { scope: "row" }, `override ${number}`),
       element("td", when, element("small", ` → ${mode(gives)}`)),
-      element("td", verdict),
+      element("td.verdict", verdict),
       element("td", conditions.map(conditionLine)),
     );
 
   const overridesOf = ({ overrides }) => {
     const close = overrides.filter(({ verdict }) => verdict !== "no");
     if (!close.length) return element("p.note", "No override applies or nearly does.");
+    close.sort((one, other) => (other.verdict === "decides") - (one.verdict === "decides"));
     const others = `${overrides.length - close.length} other overrides do not apply.`;
     return [page.table("overrides", "overrides", [], close.map(overrideOf)), element("p.note", others)];
   };
