@@ -3,6 +3,7 @@
 // decideSensorScenario runs the filter of several conditions first, then one filter per condition.
 // The first filter that selects a rule decides.
 
+#include <algorithm>
 #include <string>
 
 #include "common/Events.h"
@@ -68,12 +69,12 @@ bool meetsSeveral(const SensorModeCfg& rule, const IMetadata* meta) {
 
 void HeskSensorModeControl::getSensorModeCfgByMultiCondition(IMetadata* meta) {
   if (!selectedSensorModeCfgs.empty()) return;
-  for (auto rule = multiConditionTable.rbegin(); rule != multiConditionTable.rend(); ++rule) {
-    if (!meetsSeveral(*rule, meta)) continue;
-    selectedSensorModeCfgs.push_back(*rule);
-    HESK_LOGD(kSeveral, "selected");
-    return;
-  }
+  const auto rule =
+      std::find_if(multiConditionTable.rbegin(), multiConditionTable.rend(),
+                   [meta](const SensorModeCfg& each) { return meetsSeveral(each, meta); });
+  if (rule == multiConditionTable.rend()) return;
+  selectedSensorModeCfgs.push_back(*rule);
+  HESK_LOGD(kSeveral, "selected");
 }
 
 void HeskSensorModeControl::getSensorModeCfgByEisMode(IMetadata* meta) {
