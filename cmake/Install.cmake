@@ -11,8 +11,8 @@ install(FILES common/sensormode/SensorModeTables.h common/sensormode/SensorScena
   DESTINATION ${headerDir}/common/sensormode)
 install(DIRECTORY platform DESTINATION ${headerDir} FILES_MATCHING PATTERN "*.h")
 # host/Phone.h and the headers that it includes: a simulated phone for the tests of a pipeline.
-install(FILES host/Effect.h host/EffectCollector.h host/LogSink.h host/Observer.h host/OpenedFiles.h
-    host/Phone.h host/PhoneConfig.h host/TextStore.h host/TuningBuffer.h
+install(FILES host/Effect.h host/EffectCollector.h host/LogSink.h host/Observer.h host/Phone.h
+    host/PhoneConfig.h host/PhoneFiles.h host/TextStore.h host/TuningBuffer.h
   DESTINATION ${headerDir}/host)
 # The public headers refer to docs/hooks.md.
 install(FILES docs/hooks.md docs/tags.md docs/rules.md docs/scenario.schema.json

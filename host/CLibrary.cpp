@@ -15,3 +15,5 @@ std::tm* cam::localtime_r(const std::time_t* time, std::tm* out) {
 int cam::open(const char* path, int /*flags*/, unsigned int /*mode*/) {
   return host::Phone::current().files.open(path);
 }
+
+int cam::close(int descriptor) { return host::Phone::current().files.close(descriptor); }

@@ -1,6 +1,5 @@
 #include "host/PhoneFiles.h"
 
-#include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -11,31 +10,53 @@
 namespace host {
 namespace {
 
+constexpr std::string_view kFolder = "/data/vendor/camera/";
+
 std::string resolved(std::string_view path) {
   return std::filesystem::path(path).lexically_normal().string();
 }
 
-}  // namespace
-
-PhoneFiles::~PhoneFiles() {
-  for (const auto& [path, file] : mFiles) ::close(file);
+bool writeAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(descriptor, text.data(), text.size());
+    if (written <= 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return ::lseek(descriptor, 0, SEEK_SET) == 0;
 }
+
+std::string readAll(int descriptor) {
+  std::string text(static_cast<std::size_t>(std::max<off_t>(::lseek(descriptor, 0, SEEK_END), 0)),
+                   '\0');
+  const ssize_t size = ::pread(descriptor, text.data(), text.size(), 0);
+  text.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+  return text;
+}
+
+}  // namespace
 
 int PhoneFiles::open(std::string_view path) {
   std::string place = resolved(path);
-  if (!place.starts_with("/data/vendor/camera/")) return -1;
+  if (!place.starts_with(kFolder)) return -1;
   const std::lock_guard lock(mMutex);
-  auto found = mFiles.find(place);
-  if (found == mFiles.end()) {
-    const int file = ::memfd_create("phone file", MFD_CLOEXEC);
-    if (file < 0) return -1;
-    found = mFiles.emplace(std::move(place), file).first;
+  const int descriptor = ::memfd_create("phone file", MFD_CLOEXEC);
+  if (descriptor < 0) return -1;
+  if (!writeAll(descriptor, mContents[place])) {
+    ::close(descriptor);
+    return -1;
   }
-  // Opened again, so that the caller has an offset of its own.
-  const std::string again = "/proc/self/fd/" + std::to_string(found->second);
-  const int descriptor = ::open(again.c_str(), O_RDWR | O_CLOEXEC);
-  if (descriptor >= 0) mOpened.emplace_back(path);
+  mOpened.emplace_back(path);
+  mPaths[descriptor] = std::move(place);
   return descriptor;
+}
+
+int PhoneFiles::close(int descriptor) {
+  const std::lock_guard lock(mMutex);
+  const auto open = mPaths.find(descriptor);
+  if (open == mPaths.end()) return -1;
+  mContents[open->second] = readAll(descriptor);
+  mPaths.erase(open);
+  return ::close(descriptor);
 }
 
 std::vector<std::string> PhoneFiles::takeOpened() {
@@ -45,13 +66,8 @@ std::vector<std::string> PhoneFiles::takeOpened() {
 
 std::string PhoneFiles::content(std::string_view path) const {
   const std::lock_guard lock(mMutex);
-  const auto found = mFiles.find(resolved(path));
-  if (found == mFiles.end()) return {};
-  const auto size = std::max<off_t>(::lseek(found->second, 0, SEEK_END), 0);
-  std::string text(static_cast<std::size_t>(size), '\0');
-  const ssize_t read = ::pread(found->second, text.data(), text.size(), 0);
-  text.resize(static_cast<std::size_t>(std::max<ssize_t>(read, 0)));
-  return text;
+  const auto found = mContents.find(resolved(path));
+  return found != mContents.end() ? found->second : std::string();
 }
 
 }  // namespace host

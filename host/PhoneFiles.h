@@ -1,4 +1,5 @@
-// The files that the library writes, in memory: no file of the machine is read or written.
+// The files that the library writes, in memory: nothing of the machine's file system is read or
+// written.
 
 #pragma once
 
@@ -11,29 +12,29 @@
 
 namespace host {
 
-/// The files in /data/vendor/camera, the only directory in which the library may open files. Any
+/// The files in /data/vendor/camera, the only folder in which the library may open files. Any
 /// thread.
 class PhoneFiles {
  public:
-  PhoneFiles() = default;
-  ~PhoneFiles();
-  PhoneFiles(const PhoneFiles&) = delete;
-  PhoneFiles& operator=(const PhoneFiles&) = delete;
-
   /// Opens the file at `path`, which may contain "." and "..", at its start, and keeps its content.
-  /// Returns a descriptor that the caller closes, -1 if the path is outside the directory.
+  /// Returns a descriptor of an anonymous file, -1 if the path is outside the folder. The content
+  /// is stored when `close` is called.
   int open(std::string_view path);
 
-  /// Returns the paths opened since the last call, as they were passed to `open`.
+  /// Closes a descriptor that `open` returned. Returns 0, -1 on error.
+  int close(int descriptor);
+
+  /// The paths opened since the last call, as they were passed to `open`.
   std::vector<std::string> takeOpened();
 
-  /// Returns the content of a file, empty if there is no such file.
+  /// The content of a closed file; empty if there is no such file.
   [[nodiscard]] std::string content(std::string_view path) const;
 
  private:
   mutable std::mutex mMutex;
   std::vector<std::string> mOpened;
-  std::map<std::string, int, std::less<>> mFiles;  // descriptors of anonymous files, by path
+  std::map<int, std::string> mPaths;                          // of open descriptors, resolved
+  std::map<std::string, std::string, std::less<>> mContents;  // by resolved path
 };
 
 }  // namespace host

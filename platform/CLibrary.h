@@ -12,8 +12,11 @@ namespace cam {
 /// available.
 std::tm* localtime_r(const std::time_t* time, std::tm* out);
 
-/// Opens a file by its absolute path on the phone. Returns its descriptor, which `::close` closes;
-/// a negative value if the file cannot be opened.
+/// Opens a file by its absolute path on the phone. Returns its descriptor, a negative value if the
+/// file cannot be opened.
 int open(const char* path, int flags, unsigned int mode);
+
+/// Closes a descriptor that `open` returned. Returns 0, or -1 on error.
+int close(int descriptor);
 
 }  // namespace cam

@@ -2,7 +2,8 @@
 # Compares the binary interface of a built library with the one on record: abi_test.sh LIBRARY CHECKOUT
 set -euo pipefail
 
-record=$2/common/$(basename "$1" .so).abi
+name=${1##*/}
+record=$2/common/${name%%.so*}.abi
 built=$(mktemp --suffix=.abi)
 trap 'rm -f "$built"' EXIT
 "$2/scripts/describe-abi" "$1" >"$built"

@@ -27,7 +27,7 @@ grep -q ' UND __stack_chk_fail' <<<"$symbols" || fault 'no function has a stack 
 
 for library in $(entries NEEDED); do
   case $library in
-    libcam_host.so) ;;  # the platform's
+    libcam_host.so.*) ;;  # the platform's
     libstdc++.so.* | libc++.so.* | libc++abi.so.* | libunwind.so.*) ;;
     libgcc_s.so.* | libm.so.* | libc.so.* | ld-linux*.so.*) ;;
     *) fault "needs another library: $library" ;;

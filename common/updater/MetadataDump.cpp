@@ -3,7 +3,6 @@
 #include "common/updater/MetadataDump.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -67,5 +66,5 @@ void HeskParameterUpdater::dumpMetadata(camera_metadata* meta, const char* name,
   const int file = cam::open(path.data(), O_RDWR | O_CREAT, 0666);
   if (file < 0) return;
   if (file >= 1) dump_camera_metadata(meta, file, kEveryValue);
-  ::close(file);
+  cam::close(file);
 }
