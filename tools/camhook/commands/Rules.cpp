@@ -17,7 +17,6 @@ namespace {
 struct RulesArguments {
   std::string product;
   bool json = false;
-  bool markdown = false;
   bool check = false;
   std::string assume;
   std::string matrix;
@@ -50,8 +49,6 @@ int rules(const RulesArguments& arguments) {
     writeMatrix(std::cout, shown, tableOf(shown, arguments.matrix), style);
   } else if (arguments.json) {
     writeJson(std::cout, jsonFromRules(shown));
-  } else if (arguments.markdown) {
-    writeRulesMarkdown(std::cout, shown);
   } else {
     writeRulesText(std::cout, shown, style);
   }
@@ -68,7 +65,6 @@ void addRules(CLI::App& app, int& status) {
                                                    "Show or prove the table of this product alone");
   auto* ways = command->add_option_group("ways", "What to do instead of showing tables");
   ways->add_flag("--json", arguments->json, "Write the tables as JSON");
-  ways->add_flag("--markdown", arguments->markdown, "Write the tables as a page of Markdown");
   CLI::Option* const check = ways->add_flag("--check", arguments->check,
                                             "Prove of each row that it can decide, or cannot");
   ways->add_option("--matrix", arguments->matrix, "Show what each app and module gets on a product")

@@ -58,7 +58,7 @@ void writeJsonList(std::ostream& out, const std::vector<TagDescription>& tags) {
 
 void writeMarkdown(std::ostream& out, const std::vector<TagDescription>& tags) {
   out << "# Metadata tags\n\n"
-         "Every tag that the library reads or writes. Made by `./camhook tags --markdown`.\n\n"
+         "Every tag that the library reads or writes. Written by `./camhook reference`.\n\n"
          "| Name | Value | Items | Meaning |\n|---|---|---|---|\n";
   for (const TagDescription& tag : tags) {
     out << "| `" << tag.name << "` | `" << hexadecimal(tag.value) << "` | " << tag.type << '['
