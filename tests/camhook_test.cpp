@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <set>
 #include <sstream>
 #include <string>
@@ -17,8 +18,8 @@ using camhook::Json;
 TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
   const std::pair<const char*, const char*> rows[] = {
       {"",
-       "camhook: a command must follow: replay, why, decide, rules, scenario, schema, tags or "
-       "hooks\n"},
+       "camhook: a command must follow: replay, why, decide, rules, scenario, tags or "
+       "reference\n"},
       {"replya", "camhook: unknown command \"replya\"; near: replay\n"},
       {"replay", "camhook: FILE is required\n"},
       {"replay --lgos info a", "camhook: unknown option --lgos; near: --logs\n"},
@@ -288,13 +289,15 @@ TEST(Camhook, ListsTheCatalogue) {
 }
 
 TEST(Camhook, WritesThePagesOfTheDocumentation) {
-  const std::pair<const char*, const char*> rows[] = {{"docs/tags.md", "tags --markdown"},
-                                                      {"docs/rules.md", "rules --markdown"},
-                                                      {"docs/scenario.schema.json", "schema"}};
-  for (const auto& [page, words] : rows) {
-    EXPECT_EQ(contentOf(kSourceRoot / page), camhookWith(words).output)
-        << "make it anew: ./camhook " << words << " > " << page;
+  const std::string folder = testing::TempDir() + "/camhook_reference";
+  std::filesystem::create_directory(folder);
+  EXPECT_EQ(camhookWith("reference " + folder + " still_burst.json", "", "2>/dev/null").status, 0);
+  for (const char* page : {"tags.md", "rules.md", "scenario.schema.json"}) {
+    EXPECT_EQ(contentOf(kSourceRoot / "docs" / page),
+              contentOf(std::filesystem::path(folder) / page))
+        << "write it again: ./camhook reference docs scenarios/*.json";
   }
+  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -121,6 +121,7 @@ def leaves_nothing(temporary):
 
 def examples(folder):
     """Pastes the example of each command's help into a shell."""
+    (folder / "docs").mkdir()
     for name in ("scenarios", "tests"):
         (folder / name).symlink_to(CHECKOUT / name)
     own = "camhook() { %s \"$@\"; }\nset -e\n" % shlex.join(CAMHOOK)

@@ -5,9 +5,17 @@
 
 #include <string_view>
 
+#include "platform/CameraProvider.h"
 #include "platform/IMetadata.h"
 
 namespace hesk {
+
+using CameraProvider = vendor::hesk::hardware::camera::provider::V1_0::IHeskCameraProvider;
+
+/// The handle of the camera provider service that `applyProviderCap` keeps for the life of the
+/// process; null until the service is found. A tool that runs several scenarios in one process
+/// resets it while no hook runs.
+android::sp<CameraProvider>& cameraProviderHandle();
 
 /// Sets the upper bound to HESK_CONTROL_FPS_RANGE_MAX, if present.
 void replaceUpperFrameRate(NSCam::IMetadata* request);

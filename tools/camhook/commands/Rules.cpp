@@ -15,7 +15,6 @@ namespace {
 
 struct RulesArguments {
   std::string product;
-  bool markdown = false;
   bool check = false;
   std::string matrix;
 };
@@ -34,8 +33,6 @@ int runRules(const RulesArguments& arguments) {
   if (arguments.check) return checkRules(std::cout, only);
   if (!arguments.matrix.empty()) {
     writeMatrix(std::cout, tableFor(arguments.matrix), style);
-  } else if (arguments.markdown) {
-    writeRulesMarkdown(std::cout);
   } else {
     writeRulesText(std::cout, only, style);
   }
@@ -50,8 +47,6 @@ void addRules(CLI::App& app, int& status) {
   CLI::Option* const product = command->add_option("PRODUCT", arguments->product,
                                                    "Show or check the table of this product alone");
   auto* ways = command->add_option_group("ways", "What to do instead of showing tables");
-  ways->add_flag("--markdown", arguments->markdown, "Write the tables as a page of Markdown")
-      ->excludes(product);
   ways->add_flag(
       "--check", arguments->check,
       "Report rows that can never decide; with PRODUCT also print for each row a command "

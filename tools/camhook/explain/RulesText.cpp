@@ -89,7 +89,7 @@ void writeRulesText(std::ostream& out, const SensorModeTable* only, Style style)
 
 void writeRulesMarkdown(std::ostream& out) {
   out << "# Rules of sensor scenarios\n\n"
-         "By which each product's sensors are read out. Made by `./camhook rules --markdown`.\n\n"
+         "By which each product's sensors are read out. Written by `./camhook reference`.\n\n"
          "A row is met by what its columns ask for:\n\n"
          "| column | what a configuration has |\n|---|---|\n";
   for (const RuleColumn& column : ruleColumns()) {
