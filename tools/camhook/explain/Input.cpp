@@ -8,7 +8,7 @@
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/show/TraceFilter.h"
+#include "tools/camhook/run/TraceFilter.h"
 
 namespace camhook {
 namespace {
