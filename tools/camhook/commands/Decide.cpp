@@ -40,7 +40,9 @@ Inputs decideInputs(const DecideArguments& arguments) {
   dataRoot.removeAtAnyEnd();
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
-    const std::size_t index = callFromText(arguments.call, scenario.calls.size());
+    const std::size_t index =
+        callFromText(arguments.call, scenario.calls.size(),
+                     [&](std::size_t each) { return scenario.calls[each].call; });
     if (std::ranges::any_of(scenario.calls, opensFiles)) {
       scenario.platform.dataRoot = dataRoot.path().string();
     }

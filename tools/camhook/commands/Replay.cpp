@@ -44,7 +44,7 @@ TextTrace::Records recordsFromName(const std::string& level) {
   return TextTrace::Records::none;
 }
 
-TraceFilter filterOf(const ReplayOptions& options, std::size_t callCount) {
+TraceFilter filterOf(const ReplayOptions& options, const ScenarioText& scenario) {
   TraceFilter filter;
   const auto addAll = [](const char* option, const std::vector<std::string>& words, auto add) {
     try {
@@ -53,7 +53,9 @@ TraceFilter filterOf(const ReplayOptions& options, std::size_t callCount) {
       throw InputError("camhook: " + std::string(option) + ": " + error.what());
     }
   };
-  addAll("--call", options.calls, [&](const auto& word) { filter.addCall(word, callCount); });
+  const auto callAt = [&](std::size_t index) { return scenario.call(index).call; };
+  addAll("--call", options.calls,
+         [&](const auto& word) { filter.addCall(word, scenario.callCount(), callAt); });
   addAll("--hook", options.hooks, [&](const auto& word) { filter.addHook(word); });
   addAll("--tag", options.tags, [&](const auto& word) { filter.addTag(word); });
   return filter;
@@ -87,7 +89,7 @@ void runCalls(Replay& run, const ScenarioText& scenario, const DataRoot& dataRoo
 
 void writeTrace(const ReplayOptions& options, const ScenarioText& scenario,
                 const DataRoot& dataRoot) {
-  const TraceFilter filter = filterOf(options, scenario.callCount());
+  const TraceFilter filter = filterOf(options, scenario);
   std::unique_ptr<TraceWriter> writer;
   if (options.json) {
     writer = std::make_unique<JsonTrace>(std::cout);
