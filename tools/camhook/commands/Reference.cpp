@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "tools/camhook/explain/HookReference.h"
+#include "tools/camhook/explain/RulesCommand.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/ScenarioSchema.h"
-#include "tools/camhook/rules/RulesCommand.h"
 #include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/show/TagsCommand.h"
 #include "tools/camhook/show/Terminal.h"
@@ -45,7 +45,7 @@ int reference(const std::string& folder, const std::vector<std::string>& files) 
   writeFile(path("hooks.def"), [&](std::ostream& out) { hooks.writeData(out); });
   writeFile(path("tags.md"),
             [](std::ostream& out) { listTags(out, "", TagsFormat::markdown, Style(false)); });
-  writeFile(path("rules.md"), [](std::ostream& out) { writeRulesMarkdown(out, rulesOfLibrary()); });
+  writeFile(path("rules.md"), [](std::ostream& out) { writeRulesMarkdown(out); });
   writeFile(path("scenario.schema.json"),
             [](std::ostream& out) { writeJson(out, scenarioSchema()); });
   return 0;

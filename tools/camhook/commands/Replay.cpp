@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "common/tags/TagCatalogue.h"
+#include "tools/camhook/explain/DecisionText.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/rules/DecideText.h"
 #include "tools/camhook/run/DataRoot.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"
@@ -120,21 +120,23 @@ void writeTrace(const ReplayOptions& options, const ScenarioText& scenario,
 void writePage(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario,
                const DataRoot& dataRoot) {
   Page page(out, titleOfPage(options.file), scenario);
-  Replay run(platformOf(scenario));
+  std::optional<Replay> run(std::in_place, platformOf(scenario));
   StepFinder steps;
-  run.followSteps(&steps, Replay::StepsOf::writes);
+  run->followSteps(&steps, Replay::StepsOf::writes);
   std::vector<std::pair<std::size_t, Inputs>> decisions;
   const auto noteDecision = [&](std::size_t index, const ScenarioCall& call) {
     const auto* decision = std::get_if<DecideSensorScenario>(&call.call);
     if (decision != nullptr) decisions.emplace_back(index + 1, inputsOf(*decision));
   };
-  runCalls(run, scenario, dataRoot, noteDecision,
+  runCalls(*run, scenario, dataRoot, noteDecision,
            [&](std::size_t /*index*/, const CallTrace& trace) { page.write(trace); });
-  const RuleSet rules = rulesOfLibrary();
+  const host::TextMap eventStore = run->phone().eventStore.all();
+  run.reset();  // a process has one phone at a time
+  DecidingPhone phone;
   for (const auto& [number, inputs] : decisions) {
-    page.addDecision(number, jsonFromDecision(rules, inputs));
+    page.addDecision(number, jsonFromDecision(phone.explain(inputs)));
   }
-  page.finish(run.phone().eventStore.all());
+  page.finish(eventStore);
 }
 
 int replay(const ReplayOptions& options) {

@@ -7,7 +7,7 @@
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/show/Changes.h"
-#include "tools/camhook/show/SensorScenarioName.h"
+#include "tools/camhook/show/SensorModeName.h"
 #include "tools/camhook/show/TraceText.h"
 
 namespace camhook {
@@ -27,7 +27,7 @@ std::string titleOf(std::size_t number, std::string_view call, const Json& senso
   title += callTitle(call, sensor, arguments);
   if (!result.is_null()) title.append(kReturns) += lineOfJson(result);
   if (call == DecideSensorScenario::kName && result.is_number_integer()) {
-    title.append(" ").append(scenarioName(result.get<std::int32_t>()));
+    title.append(" ").append(sensorModeName(result.get<std::int32_t>()));
   }
   return title;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/tags/TagCatalogue.h"
+#include "host/AndroidTags.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/WholeNumber.h"
 
@@ -41,6 +42,13 @@ void writeText(std::ostream& out, const std::vector<TagDescription>& tags, Style
   }
   columns.write(out, 0);
   if (columns.isEmpty()) out << "no tag matches\n";
+  const auto* const android = tags.size() == 1 ? host::findAndroidTag(tags[0].value) : nullptr;
+  if (android == nullptr) return;
+  Columns values;
+  for (const auto& [number, name] : android->values) {
+    values.add({std::to_string(number), std::string(name)});
+  }
+  values.write(out, 2);
 }
 
 void writeJsonList(std::ostream& out, const std::vector<TagDescription>& tags) {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "tools/camhook/input/PlainText.h"
-#include "tools/camhook/show/SensorScenarioName.h"
+#include "tools/camhook/show/SensorModeName.h"
 #include "tools/camhook/show/TraceText.h"
 
 namespace camhook {
@@ -85,7 +85,7 @@ void TextTrace::writeTitle(const CallTrace& trace) {
     line.append("  ").append(kArrow).append("  ") += lineOfJson(trace.result);
   }
   if (trace.call == DecideSensorScenario::kName) {
-    line.append(" ").append(scenarioName(trace.result.get<std::int32_t>()));
+    line.append(" ").append(sensorModeName(trace.result.get<std::int32_t>()));
   }
   writeLine(line, kMargin);
   for (const auto& [name, value] : trace.extras) writeExtra(name, value);
