@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/NumberText.h"
 #include "platform/EventStore.h"
 
 namespace hesk {
@@ -14,6 +15,12 @@ inline std::string eventValue(std::string_view key) {
   std::string value;
   NSCam::ATMsEventMgr::getInstance().get(key, value);
   return value;
+}
+
+/// The number that the value of a key begins with; `fallback` if it begins with none.
+template <typename T>
+T eventNumber(std::string_view key, T fallback) {
+  return leadingNumber<T>(eventValue(key)).value_or(fallback);
 }
 
 /// Replaces the value of a key.

@@ -32,16 +32,18 @@ const std::filesystem::path kScenarios = kSourceRoot / "scenarios";
 
 /// As `camhook why --json` writes it; `tag` may have its container.
 Json explanationOf(const std::string& scenario, const std::string& call, const std::string& tag,
-                   const std::optional<Json>& wanted = {}) {
+                   const std::string& want = "") {
   const camhook::Question question = camhook::readQuestion(scenario, call, tag);
+  std::optional<camhook::Wanted> wanted;
+  if (!want.empty()) wanted.emplace(want, question);
   std::ostringstream out;
   camhook::writeJson(out, question, camhook::explain(question, wanted));
   return Json::parse(out.str());
 }
 
 Json explanationOfStored(const std::string& file, const std::string& call, const std::string& tag,
-                         const std::optional<Json>& wanted = {}) {
-  return explanationOf(contentOf(kScenarios / file), call, tag, wanted);
+                         const std::string& want = "") {
+  return explanationOf(contentOf(kScenarios / file), call, tag, want);
 }
 
 /// The tag, or what is returned, after the scenario's last call, as an explanation writes it.
@@ -229,8 +231,7 @@ TEST(Why, FindsWhatTheLibraryComparesWith) {
     {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": {}}]})",
                                   "1", "HESK_EISSTATE");
   EXPECT_EQ(outcomesOf(mode, "COM_HESK_CURRENTUIMODULE"), Json::parse("[[[26], [0]]]"));
-  const Json moon =
-      explanationOfStored("super_moon_zoom.json", "1", "MTK_CONTROL_RAW_TYPE", Json(60));
+  const Json moon = explanationOfStored("super_moon_zoom.json", "1", "MTK_CONTROL_RAW_TYPE", "60");
   EXPECT_EQ(outcomesOf(moon, "HESK_CONTROL_ZOOM_ZOOM_RATIO").size(), 1U);
   const Json decision = explanationOf(R"({
     "platform": {"properties": {"ro.product.model.zdm": "KX0107"},
@@ -248,7 +249,7 @@ TEST(Why, FindsPairsOfChangesWhereNoSingleOneIsEnough) {
   const Json bounds = explanationOf(R"({"calls": [
     {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1,
      "meta": {"MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 24]}}]})",
-                                    "1", "MTK_CONTROL_AE_TARGET_FPS_RANGE", Json::parse("[5, 30]"));
+                                    "1", "MTK_CONTROL_AE_TARGET_FPS_RANGE", "[5, 30]");
   EXPECT_NE(
       bounds.value("together", Json::array())
           .dump()
@@ -260,7 +261,7 @@ TEST(Why, FindsPairsOfChangesWhereNoSingleOneIsEnough) {
   Json& meta = moon["calls"][1]["meta"];
   meta.erase("HESK_CONTROL_MOONMODE");
   meta.erase("HESK_CONTROL_ZOOM_ZOOM_RATIO");
-  const Json found = explanationOf(moon.dump(), "2", "MTK_CONTROL_RAW_TYPE", Json(60));
+  const Json found = explanationOf(moon.dump(), "2", "MTK_CONTROL_RAW_TYPE", "60");
   EXPECT_NE(
       found.value("together", Json::array())
           .dump()
@@ -330,6 +331,26 @@ TEST(OwnUpdaters, LeaveNothingToTheNextRun) {
   }
 }
 
+TEST(Why, BeginsWithTheAnswer) {
+  const std::tuple<const char*, const char*> rows[] = {
+      {"third_party_apps.json 1 MTK_CONTROL_AE_TARGET_FPS_RANGE",
+       "MTK_CONTROL_AE_TARGET_FPS_RANGE is [5, 24]: limitFrameRate wrote it, because of event "
+       "APP_NAME \"Whatsapp\"\n"},
+      {"still_burst.json 5 MTK_HESK_FRAME_INDEX",
+       "; request 200 is not in the burst of 100 to 102; "
+       "0 by default\n"},
+      {"still_burst.json requestNo:200 MTK_HESK_FRAME_INDEX", "is not in the burst of 100 to 102"},
+      {"third_party_apps.json 1 MTK_HESK_STILL_CAPTURE", ": no step of this call writes it"},
+      {"third_party_apps.json 1 MTK_HESK_STILL_CAPTURE",
+       "  updateStillCapture of updateRequestMeta\n"},
+  };
+  for (const auto& [words, text] : rows) {
+    const std::string output = camhookWith(std::string("why ") + words).output;
+    if (output.find(": ? wrote") != std::string::npos) continue;  // without debug information
+    EXPECT_NE(output.find(text), std::string::npos) << output;
+  }
+}
+
 TEST(Why, SaysWhatItCannotAnswerInOneLine) {
   const std::tuple<const char*, int, const char*> rows[] = {
       {"super_moon_zoom.json 7 MTK_CONTROL_RAW_TYPE", 2,
@@ -337,13 +358,17 @@ TEST(Why, SaysWhatItCannotAnswerInOneLine) {
       {"super_moon_zoom.json 0 MTK_CONTROL_RAW_TYPE", 2,
        "super_moon_zoom.json: there is no call 0: the scenario has 6\n"},
       {"super_moon_zoom.json first MTK_CONTROL_RAW_TYPE", 2,
-       "super_moon_zoom.json: CALL must be a number from 1, or last, not \"first\"\n"},
+       "super_moon_zoom.json: CALL must be a number from 1, last, or requestNo:N, not \"first\"\n"},
+      {"super_moon_zoom.json requestNo:12345 MTK_CONTROL_RAW_TYPE", 2,
+       "super_moon_zoom.json: no call has \"requestNo:12345\"\n"},
+      {"third_party_apps.json 1 MTK_CONTROL_AE_TARGET_FPS_RANGE --want 30", 2,
+       "camhook: --want: MTK_CONTROL_AE_TARGET_FPS_RANGE has 2 items: [_, 30]\n"},
       {"super_moon_zoom.json last MTK_CONTROL_RAWTYPE", 2,
        "super_moon_zoom.json: unknown tag \"MTK_CONTROL_RAWTYPE\"; near: MTK_CONTROL_RAW_TYPE\n"},
       {"super_moon_zoom.json 1 out:MTK_CONTROL_RAW_TYPE", 2,
        "super_moon_zoom.json: the call has no container \"out\"; it has meta\n"},
       {"super_moon_zoom.json 1 MTK_CONTROL_RAW_TYPE --want '\"x\"'", 2,
-       "--want: must be an integer of int32, -2147483648 to 2147483647, not \"x\"\n"},
+       "--want[0]: must be an integer of int32, -2147483648 to 2147483647, not \"x\"\n"},
       {"no_such.json 1 MTK_CONTROL_RAW_TYPE", 2,
        "no_such.json: cannot be read: No such file or directory\n"},
   };

@@ -2,11 +2,9 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "common/Events.h"
 #include "common/HeskParameterUpdater.h"
-#include "common/NumberText.h"
 #include "common/math/Conversion.h"
 #include "common/tags/Metadata.h"
 #include "common/updater/SharedSteps.h"
@@ -18,12 +16,6 @@ using namespace hesk;
 using NSCam::IMetadata;
 
 constexpr log::Operation kOperation = updaterOperation("updateResultMeta");
-
-/// Returns the number that 3A published under the key, `fallback` if there is none.
-template <typename T>
-T eventNumber(std::string_view key, T fallback) {
-  return leadingNumber<T>(eventValue(key)).value_or(fallback);
-}
 
 void writeExposure(IMetadata* result) {
   constexpr std::int64_t kExposureUnit = 1000;

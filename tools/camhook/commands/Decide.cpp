@@ -63,7 +63,9 @@ Inputs inputsOfOptions(const DecideArguments& arguments) {
 Inputs inputsOfScenario(const DecideArguments& arguments) {
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
-    const std::size_t index = callFromText(arguments.call, scenario.calls.size());
+    const std::size_t index =
+        callFromText(arguments.call, scenario.calls.size(),
+                     [&](std::size_t each) { return scenario.calls[each].call; });
     const auto* call = std::get_if<DecideSensorScenario>(&scenario.calls[index].call);
     if (call == nullptr) {
       throw InputError("call " + std::to_string(index + 1) + " is no " +
@@ -143,9 +145,10 @@ void addDecide(CLI::App& app, int& status) {
   CLI::Option* const scenario =
       command->add_option("--scenario", arguments->scenario, "Take the inputs from a scenario")
           ->type_name("FILE");
-  scenario->needs(
-      command->add_option("--call", arguments->call, "Number of its call, from 1, or last")
-          ->type_name("CALL"));
+  scenario->needs(command
+                      ->add_option("--call", arguments->call,
+                                   "Number of its call, from 1; last; or requestNo:N")
+                      ->type_name("CALL"));
   const auto input = [&](InputIndex index, const char* type, const std::string& meaning) {
     command
         ->add_option(std::string(inputFields()[index].options), arguments->values[index], meaning)

@@ -39,6 +39,7 @@ int reference(const std::string& folder, const std::vector<std::string>& files) 
   addRuns(hooks, files);
   const auto path = [&](const char* name) { return folder + '/' + name; };
   writeFile(path("hooks.md"), [&](std::ostream& out) { hooks.write(out); });
+  writeFile(path("hooks.def"), [&](std::ostream& out) { hooks.writeData(out); });
   writeFile(path("tags.md"),
             [](std::ostream& out) { listTags(out, "", TagsFormat::markdown, Style(false)); });
   writeFile(path("rules.md"), writeRulesMarkdown);

@@ -41,7 +41,7 @@ TextTrace::Records recordsFromName(const std::string& level) {
   return TextTrace::Records::none;
 }
 
-TraceFilter filterOf(const ReplayOptions& options, std::size_t callCount) {
+TraceFilter filterOf(const ReplayOptions& options, const ScenarioText& scenario) {
   TraceFilter filter;
   const auto addAll = [](const char* option, const std::vector<std::string>& words, auto add) {
     try {
@@ -50,7 +50,9 @@ TraceFilter filterOf(const ReplayOptions& options, std::size_t callCount) {
       throw InputError("camhook: " + std::string(option) + ": " + error.what());
     }
   };
-  addAll("--call", options.calls, [&](const auto& word) { filter.addCall(word, callCount); });
+  const auto callAt = [&](std::size_t index) { return scenario.call(index).call; };
+  addAll("--call", options.calls,
+         [&](const auto& word) { filter.addCall(word, scenario.callCount(), callAt); });
   addAll("--hook", options.hooks, [&](const auto& word) { filter.addHook(word); });
   addAll("--tag", options.tags, [&](const auto& word) { filter.addTag(word); });
   return filter;
@@ -70,7 +72,7 @@ host::PhoneConfig platformOf(const ScenarioText& scenario) {
 /// false if a filter leaves no call.
 bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario) {
   const bool isPage = !options.page.empty();
-  const TraceFilter filter = filterOf(options, scenario.callCount());
+  const TraceFilter filter = filterOf(options, scenario);
   std::unique_ptr<TraceWriter> writer;
   Page* page = nullptr;
   if (isPage) {

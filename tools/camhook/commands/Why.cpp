@@ -20,20 +20,12 @@ struct WhyArguments {
   bool json = false;
 };
 
-std::optional<Json> wantedBy(const std::string& want) {
-  if (want.empty()) return {};
-  try {
-    return parseJson(want);
-  } catch (const InputError& error) {
-    throw InputError("camhook: --want: " + std::string(error.what()));
-  }
-}
-
 int why(const WhyArguments& arguments) {
-  const std::optional<Json> wanted = wantedBy(arguments.want);
   const Question question = readFile(arguments.file, [&](const std::string& text) {
     return readQuestion(text, arguments.call, arguments.tag);
   });
+  std::optional<Wanted> wanted;
+  if (!arguments.want.empty()) wanted.emplace(arguments.want, question);
   const Explanation explanation = explain(question, wanted);
   if (arguments.json) {
     writeJson(std::cout, question, explanation);
@@ -52,19 +44,25 @@ void addWhy(CLI::App& app, int& status) {
       "why", "Explain a tag after a call: what wrote it, and what would change it");
   command->add_option("FILE", arguments->file, "The scenario; - reads it from standard input")
       ->required();
-  command->add_option("CALL", arguments->call, "Number of the call, from 1, or last")->required();
+  command->add_option("CALL", arguments->call, "Number of the call, from 1; last; or requestNo:N")
+      ->required();
   command
       ->add_option("TAG", arguments->tag,
-                   "The tag, written or not; another container than the one that the call writes "
-                   "precedes it (hal:MTK_CONTROL_RAW_TYPE); return for what the call returns")
+                   "The tag, written or not; another container than the one "
+                   "that the call writes "
+                   "precedes it (hal:MTK_CONTROL_RAW_TYPE); return for what "
+                   "the call returns")
       ->required();
-  command->add_option("--want", arguments->want, "Find what gives this value; null for absent")
+  command
+      ->add_option("--want", arguments->want,
+                   "Find what gives this value; null for absent, _ for any item")
       ->type_name("VALUE");
   command->add_flag("--all", arguments->all, "Also list the inputs without effect");
   command->add_flag("--json", arguments->json, "Write the explanation as JSON");
   command->footer(
       "With --want the exit status is 1 if nothing gives that value.\n\n"
-      "Example:\n  camhook why scenarios/third_party_apps.json 1 MTK_CONTROL_AE_TARGET_FPS_RANGE");
+      "Example:\n  camhook why scenarios/third_party_apps.json 1 "
+      "MTK_CONTROL_AE_TARGET_FPS_RANGE");
   command->callback([arguments, &status] { status = why(*arguments); });
 }
 

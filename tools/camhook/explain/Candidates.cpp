@@ -44,7 +44,7 @@ constexpr std::int32_t MRational::*kParts<MRational>[] = {&MRational::numerator,
 template <typename T>
 auto distance(T left, T right) {
   if constexpr (std::integral<T>) {
-    const auto [lower, upper] = std::minmax<std::int64_t>(left, right);
+    const auto [lower, upper] = std::minmax({std::int64_t{left}, std::int64_t{right}});
     return static_cast<std::uint64_t>(upper) - static_cast<std::uint64_t>(lower);
   } else {
     return std::isnan(left - right) ? HUGE_VALF : std::abs(left - right);

@@ -12,7 +12,8 @@
 namespace camhook {
 namespace {
 
-/// "devices.N.faces", "sat.cameras[N].fov": the page speaks of any device and camera.
+/// "devices.N.faces", "sat.cameras[N].fov": the page speaks of any device and
+/// camera.
 std::string withoutNumbers(const std::string& place) {
   static const std::regex number(R"(([.\[])-?\d+)");
   return std::regex_replace(place, number, "$1N");
@@ -134,6 +135,25 @@ void HookReference::write(std::ostream& out) const {
     for (const std::string& stepName : hook.stepNames.names()) {
       const auto& [reads, writes] = hook.steps.at(stepName);
       out << "| `" << stepName << "` | " << reads.text() << " | " << writes.text() << " |\n";
+    }
+  }
+}
+
+void HookReference::writeData(std::ostream& out) const {
+  out << "// Written by `./camhook reference`.\n";
+  for (const std::string& hookName : mHookNames.names()) {
+    const Hook& hook = mHooks.at(hookName);
+    for (const std::string& stepName : hook.stepNames.names()) {
+      const auto& [reads, writes] = hook.steps.at(stepName);
+      for (const Cell* cell : {&reads, &writes}) {
+        for (const std::string& group : cell->groups.names()) {
+          for (const std::string& member : cell->members.at(group).names()) {
+            out << (cell == &reads ? "READS(" : "WRITES(") << jsonText(hookName) << ", "
+                << jsonText(stepName) << ", " << jsonText(group) << ", " << jsonText(member)
+                << ")\n";
+          }
+        }
+      }
     }
   }
 }

@@ -17,8 +17,9 @@
 
 namespace camhook {
 
-/// Names in the order of the runs in which they occur: a name precedes another if it does so in
-/// every run that has both. If runs disagree, the name that was seen first comes first.
+/// Names in the order of the runs in which they occur: a name precedes another
+/// if it does so in every run that has both. If runs disagree, the name that
+/// was seen first comes first.
 class RunOrder {
  public:
   /// `run` is numbered from 1; runs are added one after the other.
@@ -40,6 +41,9 @@ class HookReference {
 
   /// Writes the page docs/hooks.md.
   void write(std::ostream& out) const;
+
+  /// Writes the same for HookSteps.h, docs/hooks.def.
+  void writeData(std::ostream& out) const;
 
  private:
   /// Tags by container, keys by their kind.

@@ -64,8 +64,10 @@ std::string containerFrom(const std::string& text, const Call& call) {
 Question readQuestion(std::string_view scenario, const std::string& call, const std::string& tag) {
   Question question{.scenario = readScenario(scenario),
                     .platform = parseJson(scenario).value("platform", Json::object())};
-  question.call = callFromText(call, question.scenario.calls.size());
-  question.callDocument = jsonFromCall(question.scenario.calls[question.call]);
+  const std::vector<ScenarioCall>& calls = question.scenario.calls;
+  question.call =
+      callFromText(call, calls.size(), [&](std::size_t index) { return calls[index].call; });
+  question.callDocument = jsonFromCall(calls[question.call]);
   if (tag == "return") return question;
   const std::size_t colon = tag.find(':');
   question.container =

@@ -39,7 +39,8 @@ struct Input {
            kind == Kind::argument;
   }
 
-  // NOLINTNEXTLINE(modernize-use-nullptr): takes the 0 of a comparison for a pointer
+  // NOLINTNEXTLINE(modernize-use-nullptr): takes the 0 of a comparison for a
+  // pointer
   friend auto operator<=>(const Input&, const Input&) = default;
 };
 
@@ -55,7 +56,8 @@ struct Question {
   [[nodiscard]] const Call& askedCall() const { return scenario.calls[call].call; }
 };
 
-/// Reads a scenario. `call` is a number from 1 or "last"; `tag` is a tag, also with its container
+/// Reads a scenario. `call` is a number from 1, "last" or "requestNo:N"; `tag` is a tag, also
+/// with its container
 /// ("hal:MTK_..."), or "return". Throws InputError.
 Question readQuestion(std::string_view scenario, const std::string& call, const std::string& tag);
 
@@ -84,8 +86,8 @@ std::optional<std::int32_t> sensorOf(const Call& call);
 /// The value at a place such as "sat.cameras[0].role"; null if there is none.
 Json valueAt(const Json& document, const std::string& place);
 
-/// The document with another value at a place; null removes the place. Missing objects on the way
-/// are added.
+/// The document with another value at a place; null removes the place. Missing
+/// objects on the way are added.
 Json withValueAt(Json document, const std::string& place, const Json& value);
 
 }  // namespace camhook

@@ -50,8 +50,7 @@ Reruns::Reruns(const Question& question)
                          [](const Input& input) { return !input.isOfThisCall(); });
   }
   mStates.push_back(state());
-  StepFinder steps;
-  mReplay.followSteps(&steps);
+  mReplay.followSteps(&mFinder);
   mTrace = mReplay.run(question.scenario.calls[question.call], Replay::Detail::accesses);
   mReplay.followSteps(nullptr);
   mAnswer = answerOf(mTrace);
@@ -62,6 +61,9 @@ Reruns::Reruns(const Question& question)
   }
   addInputs(inputs, mTrace);
   const auto sensor = sensorOf(question.askedCall());
+  if (sensor && mUpdaters.has(*sensor)) {
+    mBurst = HeskParameterUpdaterInspector{*mUpdaters.of(*sensor)}.nonZslFrames();
+  }
   for (std::size_t i = 0; sensor && i < question.call; ++i) {
     if (sensorOf(question.scenario.calls[i].call) != sensor) continue;
     inputs.add(
@@ -100,7 +102,8 @@ void Reruns::restore(const State& state) {
   }
 }
 
-/// Adds what the call read. An updater's construction counts as read by every call on it.
+/// Adds what the call read. An updater's construction counts as read by every
+/// call on it.
 void Reruns::addInputs(ReadInputs& inputs, const CallTrace& trace) const {
   if (const auto found = mReadByConstruction.find(trace.sensor.value_or(-1));
       found != mReadByConstruction.end()) {
@@ -154,8 +157,8 @@ AnyValue Reruns::valueOf(const Input& input) const {
   return AnyValue(jsonFromInput(input, mQuestion)["hook"]);
 }
 
-/// The next earlier call, from one on, that the changes affect; the question's own if there is
-/// none.
+/// The next earlier call, from one on, that the changes affect; the question's
+/// own if there is none.
 std::size_t Reruns::firstAffected(const std::vector<Change>& changes, std::size_t from) const {
   for (std::size_t i = from; i < mQuestion.call; ++i) {
     const auto affects = [&](const Change& change) {
@@ -180,7 +183,8 @@ void Reruns::runEarlierCalls(const std::vector<Change>& changes) {
   }
 }
 
-std::optional<AnyValue> Reruns::run(const std::vector<Change>& changes) {
+std::optional<CallTrace> Reruns::runCall(const std::vector<Change>& changes,
+                                         Replay::Detail detail) {
   try {
     const ScenarioCall call{.call = changedCall(mQuestion, changes)};
     auto phone = changedPhone(mQuestion, changes);
@@ -188,10 +192,34 @@ std::optional<AnyValue> Reruns::run(const std::vector<Change>& changes) {
     mIsPhoneChanged = phone.has_value();
     runEarlierCalls(changes);
     setTexts(mReplay.phone(), changes);
-    return answerOf(mReplay.run(call, Replay::Detail::containers));
+    if (detail == Replay::Detail::accesses) {
+      mReplay.followSteps(&mFinder, Replay::StepsOf::writes);
+    }
+    CallTrace trace = mReplay.run(call, detail);
+    mReplay.followSteps(nullptr);
+    return trace;
   } catch (const InputError&) {
     return {};
   }
+}
+
+std::optional<AnyValue> Reruns::run(const std::vector<Change>& changes) {
+  const auto trace = runCall(changes, Replay::Detail::containers);
+  return trace ? std::optional(answerOf(*trace)) : std::nullopt;
+}
+
+std::string Reruns::writingStep(const std::vector<Change>& changes) {
+  std::string step;
+  const auto trace = runCall(changes, Replay::Detail::accesses);
+  if (!trace) return step;
+  for (const StepAccess& access : *trace->accesses) {
+    const auto* write = std::get_if<host::MetadataWrite>(&access.access);
+    if (write == nullptr || access.container.empty()) continue;
+    if (access.container == mQuestion.container && write->tag == mQuestion.tag) {
+      step = access.step.name;
+    }
+  }
+  return step;
 }
 
 }  // namespace camhook

@@ -1,8 +1,10 @@
-// Runs a scenario up to the question's call, then that call again and again with changes.
+// Runs a scenario up to the question's call, then that call again and again
+// with changes.
 //
-// The first, unchanged run records what each earlier call reads and the state before it. A changed
-// run begins at the first earlier call that the changes affect, and skips calls as soon as the
-// state is that of the unchanged run again.
+// The first, unchanged run records what each earlier call reads and the state
+// before it. A changed run begins at the first earlier call that the changes
+// affect, and skips calls as soon as the state is that of the unchanged run
+// again.
 
 #pragma once
 
@@ -22,8 +24,8 @@ namespace camhook {
 
 class Reruns {
  public:
-  /// Runs the scenario without changes. `question` must outlive this object. There must be no other
-  /// phone or updaters.
+  /// Runs the scenario without changes. `question` must outlive this object.
+  /// There must be no other phone or updaters.
   explicit Reruns(const Question& question);
   Reruns(const Reruns&) = delete;
   Reruns& operator=(const Reruns&) = delete;
@@ -34,8 +36,8 @@ class Reruns {
   /// The unchanged call's answer.
   [[nodiscard]] const AnyValue& answer() const { return mAnswer; }
 
-  /// The call's arguments, what it and the construction of its updater read, and the earlier calls
-  /// on its sensor.
+  /// The call's arguments, what it and the construction of its updater read,
+  /// and the earlier calls on its sensor.
   [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs; }
 
   /// The inputs that a step of the unchanged call reads.
@@ -43,6 +45,14 @@ class Reruns {
 
   /// The value of an input at the start of the call.
   [[nodiscard]] AnyValue valueOf(const Input& input) const;
+
+  /// The latest burst of the unchanged call's updater, after the call: frame
+  /// index by request.
+  [[nodiscard]] const std::map<std::uint32_t, std::uint32_t>& burst() const { return mBurst; }
+
+  /// The step that writes the tag last in a call with these changes; empty if
+  /// none does.
+  std::string writingStep(const std::vector<Change>& changes);
 
   /// The answer with these changes; none if a scenario cannot have them.
   std::optional<AnyValue> run(const std::vector<Change>& changes);
@@ -65,6 +75,7 @@ class Reruns {
   [[nodiscard]] AnyValue answerOf(const CallTrace& trace) const;
   [[nodiscard]] std::size_t firstAffected(const std::vector<Change>& changes,
                                           std::size_t from) const;
+  std::optional<CallTrace> runCall(const std::vector<Change>& changes, Replay::Detail detail);
   void runEarlierCalls(const std::vector<Change>& changes);
 
   const Question& mQuestion;
@@ -76,7 +87,9 @@ class Reruns {
   std::map<int, std::vector<Input>> mReadByConstruction;  // by sensor
   std::vector<State> mStates;                             // before each call, unchanged
   std::vector<std::set<Input>> mReads;                    // of each earlier call
+  StepFinder mFinder;
   CallTrace mTrace;
+  std::map<std::uint32_t, std::uint32_t> mBurst;
   AnyValue mAnswer;
   std::vector<Input> mInputs;
 };

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tools/camhook/explain/Candidates.h"
+#include "tools/camhook/explain/HookSteps.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
 
@@ -33,14 +34,8 @@ std::vector<Explanation::Write> writesOf(const CallTrace& trace, const Question&
   return writes;
 }
 
-/// The wanted value as the tag would have it. Throws InputError.
-AnyValue wantedValue(const Json& want, const Question& question) {
-  if (question.container.empty() || want.is_null()) return AnyValue(want);
-  return AnyValue(entryFromJson(question.tag, want, Place()["--want"]));
-}
-
-/// Pairs of inputs: first both read by the step that wrote the tag last, then both present, then
-/// the others.
+/// Pairs of inputs: first both read by the step that wrote the tag last, then
+/// both present, then the others.
 struct PairOfInputs {
   std::size_t first;
   std::size_t second;
@@ -65,68 +60,132 @@ std::vector<PairOfInputs> pairsOf(const Explanation& explanation, const Reruns& 
   return pairs;
 }
 
-/// Tries pairs of changes: likely values of all pairs of inputs first, then all values. Of each
-/// pair of inputs the first pair of changes that gives the wanted value is kept.
-void findPairs(Explanation& explanation, Reruns& reruns,
-               const std::vector<Candidates::List>& candidates, const AnyValue& wanted) {
-  auto& found = explanation.together.emplace();
-  std::vector<PairOfInputs> pairs = pairsOf(explanation, reruns);
-  const auto search = [&](const PairOfInputs& pair, bool isLikely) {
-    const Candidates::List& firsts = candidates[pair.first];
-    const Candidates::List& seconds = candidates[pair.second];
+/// Tries pairs of changes: likely values of all pairs of inputs first, then all
+/// values. Of each pair of inputs the first pair of changes that gives the
+/// wanted value is kept.
+class PairSearch {
+ public:
+  PairSearch(Explanation& explanation, Reruns& reruns,
+             const std::vector<Candidates::List>& candidates, const Wanted& wanted)
+      : mExplanation(explanation), mReruns(reruns), mCandidates(candidates), mWanted(wanted) {}
+
+  void search() {
+    std::vector<PairOfInputs> pairs = pairsOf(mExplanation, mReruns);
+    for (const auto& [first, second, rank] : pairs) {
+      mExplanation.allPairs += mCandidates[first].values.size() * mCandidates[second].values.size();
+    }
+    mExplanation.together.emplace();
+    for (const bool isLikely : {true, false}) {
+      std::erase_if(pairs, [&](const PairOfInputs& pair) { return isFound(pair, isLikely); });
+    }
+  }
+
+ private:
+  bool isFound(const PairOfInputs& pair, bool isLikely) {
+    const Candidates::List& firsts = mCandidates[pair.first];
+    const Candidates::List& seconds = mCandidates[pair.second];
     for (std::size_t i = 0; i < (isLikely ? firsts.likely : firsts.values.size()); ++i) {
       for (std::size_t k = 0; k < (isLikely ? seconds.likely : seconds.values.size()); ++k) {
         if (!isLikely && i < firsts.likely && k < seconds.likely) continue;
-        if (explanation.triedPairs == kMostReplays) return false;
-        ++explanation.triedPairs;
-        std::vector<Change> changes{{explanation.findings[pair.first].input, firsts.values[i]},
-                                    {explanation.findings[pair.second].input, seconds.values[k]}};
-        if (reruns.run(changes) != wanted) continue;
-        found.push_back(std::move(changes));
+        if (mExplanation.triedPairs == kMostReplays) return false;
+        ++mExplanation.triedPairs;
+        std::vector<Change> changes{{mExplanation.findings[pair.first].input, firsts.values[i]},
+                                    {mExplanation.findings[pair.second].input, seconds.values[k]}};
+        const std::optional<AnyValue> gives = mReruns.run(changes);
+        if (!gives || !mWanted.isMetBy(*gives)) continue;
+        mExplanation.together->push_back({std::move(changes), *gives});
         return true;
       }
     }
     return false;
-  };
-  for (const bool isLikely : {true, false}) {
-    std::erase_if(pairs, [&](const PairOfInputs& pair) { return search(pair, isLikely); });
   }
+
+  Explanation& mExplanation;
+  Reruns& mReruns;
+  const std::vector<Candidates::List>& mCandidates;
+  const Wanted& mWanted;
+};
+
+/// Tries each candidate by itself.
+Explanation::Finding findingOf(const Input& input, const Candidates::List& candidates,
+                               Reruns& reruns, const std::optional<Wanted>& wanted,
+                               std::size_t& tried) {
+  Explanation::Finding finding{.input = input, .value = reruns.valueOf(input)};
+  std::vector<AnyValue> seen{reruns.answer()};
+  for (const AnyValue& to : candidates.values) {
+    const std::optional<AnyValue> gives = reruns.run({{input, to}});
+    if (!gives) continue;
+    ++tried;
+    if (std::ranges::find(seen, *gives) != seen.end()) continue;
+    finding.affects = true;
+    if (!wanted && seen.size() > kMostOutcomes) break;
+    seen.push_back(*gives);
+    if (wanted && !wanted->isMetBy(*gives)) continue;
+    finding.outcomes.push_back({to, *gives});
+    if (finding.value.isAbsent()) finding.outcomes.back().step = reruns.writingStep({{input, to}});
+  }
+  return finding;
+}
+
+/// A read of a step as an input of the call; none if the call has no such
+/// container.
+std::optional<Input> inputFrom(const HookAccess& read, const Question& question) {
+  const std::string key(read.member);
+  if (read.group == "event") return Input{.kind = Input::Kind::event, .key = key};
+  if (read.group == "property") return Input{.kind = Input::Kind::property, .key = key};
+  if (read.group == "service") return {};
+  const std::uint32_t tag = tagFromText(read.member);
+  if (read.group == "static") {
+    return Input{.kind = Input::Kind::statics,
+                 .key = {},
+                 .tag = tag,
+                 .number = sensorOf(question.askedCall()).value_or(0)};
+  }
+  if (containerOf(question.askedCall(), read.group) == nullptr) return {};
+  return Input{.kind = Input::Kind::metadata, .key = std::string(read.group), .tag = tag};
+}
+
+/// The steps of all hooks that write the tag, with this call's values of what
+/// they read.
+std::vector<Explanation::Writer> writersOf(const Question& question, const Reruns& reruns) {
+  std::vector<Explanation::Writer> writers;
+  for (const HookAccess& write : hookAccesses()) {
+    if (!write.isWrite || write.group != question.container ||
+        write.member != tagText(question.tag)) {
+      continue;
+    }
+    auto& writer = writers.emplace_back(write.hook, write.step);
+    for (const HookAccess& read : hookAccesses()) {
+      if (read.isWrite || read.hook != write.hook || read.step != write.step) continue;
+      if (auto input = inputFrom(read, question)) {
+        AnyValue value = reruns.valueOf(*input);
+        writer.reads.emplace_back(*std::move(input), std::move(value));
+      }
+    }
+  }
+  return writers;
 }
 
 }  // namespace
 
-Explanation explain(const Question& question, const std::optional<Json>& want) {
-  std::optional<AnyValue> wanted;
-  if (want) wanted = wantedValue(*want, question);
+Explanation explain(const Question& question, const std::optional<Wanted>& wanted) {
   Reruns reruns(question);
-  const Candidates candidates(question, wanted.value_or(AnyValue()));
+  const Candidates candidates(question, wanted ? wanted->value() : AnyValue());
   Explanation explanation{.before = valueBefore(reruns.trace(), question),
                           .after = reruns.answer(),
-                          .wanted = wanted,
-                          .writes = writesOf(reruns.trace(), question)};
+                          .writes = writesOf(reruns.trace(), question),
+                          .burst = reruns.burst()};
+  if (explanation.writes.empty()) explanation.writers = writersOf(question, reruns);
   std::vector<Candidates::List> lists;
-  bool isFound = false;
   for (const Input& input : reruns.inputs()) {
-    auto& finding = explanation.findings.emplace_back(input, reruns.valueOf(input));
-    const Candidates::List& list = lists.emplace_back(candidates.forInput(input, finding.value));
-    for (const AnyValue& to : list.values) {
-      const std::optional<AnyValue> gives = reruns.run({{input, to}});
-      if (!gives) continue;
-      ++explanation.tried;
-      if (*gives == explanation.after) continue;
-      finding.affects = true;
-      if (wanted && *gives != *wanted) continue;
-      if (finding.outcomes.size() == kMostOutcomes ||
-          std::ranges::find(finding.outcomes, *gives, &Explanation::Outcome::gives) !=
-              finding.outcomes.end()) {
-        continue;
-      }
-      finding.outcomes.push_back({to, *gives});
-      isFound = true;
-    }
+    lists.push_back(candidates.forInput(input, reruns.valueOf(input)));
+    explanation.findings.push_back(
+        findingOf(input, lists.back(), reruns, wanted, explanation.tried));
   }
-  if (wanted && *wanted != explanation.after && !isFound) {
-    findPairs(explanation, reruns, lists, *wanted);
+  const bool isFound = std::ranges::any_of(
+      explanation.findings, [](const auto& finding) { return !finding.outcomes.empty(); });
+  if (wanted && !isFound && !wanted->isMetBy(explanation.after)) {
+    PairSearch(explanation, reruns, lists, *wanted).search();
   }
   return explanation;
 }
@@ -151,21 +210,20 @@ void writeJson(std::ostream& out, const Question& question, const Explanation& e
     input["value"] = finding.value.json();
     input["counts"] = finding.affects;
     input["changes"] = Json::array();
-    for (const auto& [to, gives] : finding.outcomes) {
+    for (const auto& [to, gives, step] : finding.outcomes) {
       input["changes"].push_back({{"to", to.json()}, {"gives", gives.json()}});
     }
     document["inputs"].push_back(std::move(input));
   }
   if (explanation.together) {
     document["together"] = Json::array();
-    for (const std::vector<Change>& changes : *explanation.together) {
+    for (const auto& [changes, gives] : *explanation.together) {
       Json list = Json::array();
       for (const Change& change : changes) {
         list.push_back(jsonFromInput(change.input, question));
         list.back()["to"] = change.to.json();
       }
-      document["together"].push_back(
-          {{"changes", std::move(list)}, {"gives", explanation.wanted->json()}});
+      document["together"].push_back({{"changes", std::move(list)}, {"gives", gives.json()}});
     }
   }
   writeJson(out, document);

@@ -1,17 +1,23 @@
-// `camhook why`: explains a tag after a call, or what the call returns. It lists the writes of the
-// tag, and the inputs of the call that affect it. An input affects the tag if a replay of the
-// scenario with another value of the input gives another value of the tag.
+// `camhook why`: explains a tag after a call, or what the call returns. It
+// lists the writes of the tag, and the inputs of the call that affect it. An
+// input affects the tag if a replay of the scenario with another value of the
+// input gives another value of the tag.
 
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <iosfwd>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tools/camhook/explain/Input.h"
 #include "tools/camhook/explain/Reruns.h"
+#include "tools/camhook/explain/Wanted.h"
 #include "tools/camhook/show/Terminal.h"
 
 namespace camhook {
@@ -24,6 +30,18 @@ struct Explanation {
   struct Outcome {
     AnyValue to;
     AnyValue gives;
+    std::string step = {};  // that writes the tag last; only for inputs that are absent
+  };
+  /// A step of any hook that writes the tag.
+  struct Writer {
+    std::string_view hook;
+    std::string_view step;
+    std::vector<std::pair<Input, AnyValue>> reads = {};  // with this call's values
+  };
+  /// Changes that together give the wanted value.
+  struct Pair {
+    std::vector<Change> changes;
+    AnyValue gives;
   };
   struct Finding {
     Input input;
@@ -35,24 +53,25 @@ struct Explanation {
 
   AnyValue before;
   AnyValue after;
-  std::optional<AnyValue> wanted;
   std::vector<Write> writes;
-  std::vector<Finding> findings = {};  // in the order of the first read
-  std::size_t tried = 0;               // single changes
+  std::map<std::uint32_t, std::uint32_t> burst = {};  // frame index by request, after the call
+  std::vector<Writer> writers = {};                   // only if the call does not write the tag
+  std::vector<Finding> findings = {};                 // in the order of the first read
+  std::size_t tried = 0;                              // single changes
 
-  /// Pairs of changes that give the wanted value; none if one change does, or nothing is wanted.
-  std::optional<std::vector<std::vector<Change>>> together = {};
+  /// None if a single change gives the wanted value, or nothing is wanted.
+  std::optional<std::vector<Pair>> together = {};
   std::size_t triedPairs = 0;
+  std::size_t allPairs = 0;
 };
 
-/// With `wanted`, null for absent, outcomes are changes that give this value. Throws InputError if
-/// the tag cannot have it.
-Explanation explain(const Question& question, const std::optional<Json>& wanted);
+/// With `wanted`, outcomes are changes that give this value.
+Explanation explain(const Question& question, const std::optional<Wanted>& wanted);
 
 void writeJson(std::ostream& out, const Question& question, const Explanation& explanation);
 
-/// `want` is the wanted value as it was typed; empty if none is. With `all`, lists every outcome
-/// and the inputs without effect.
+/// `want` is the wanted value as it was typed; empty if none is. With `all`,
+/// lists every outcome and the inputs without effect.
 void writeText(std::ostream& out, const Question& question, const Explanation& explanation,
                const std::string& want, bool all, Style style);
 

@@ -1,8 +1,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <ostream>
+#include <set>
 #include <string>
+#include <utility>
+#include <variant>
 #include <vector>
+
+#include "common/tags/Tags.h"
 
 #include "tools/camhook/explain/Why.h"
 #include "tools/camhook/input/MetadataJson.h"
@@ -33,6 +38,27 @@ std::string valueText(const AnyValue& value) {
   std::string text = lineOfJson(value.json());
   if (text.size() > kMostLetters) text = text.substr(0, kMostLetters) + "...";
   return text;
+}
+
+/// A list in a sentence: "A, B and C", at most three.
+std::string listText(const std::vector<std::string>& names) {
+  constexpr std::size_t kMost = 3;
+  std::string text;
+  for (std::size_t i = 0; i < std::min(names.size(), kMost); ++i) {
+    const bool isLast = i + 1 == names.size();
+    text += (i == 0 ? "" : isLast ? " and " : ", ") + names[i];
+  }
+  if (names.size() > kMost) text += " and " + std::to_string(names.size() - kMost) + " more";
+  return text;
+}
+
+using Finding = Explanation::Finding;
+
+/// Order of the text: 0 for a present input whose absence changes the tag, 1
+/// for another present one, 2 for an absent one.
+int rankOf(const Finding& finding) {
+  if (finding.value.isAbsent()) return 2;
+  return !finding.outcomes.empty() && finding.outcomes.front().to.isAbsent() ? 0 : 1;
 }
 
 class Text {
@@ -76,20 +102,90 @@ class Text {
     return cells;
   }
 
+  /// "; request 105 is not in the burst of 100 to 102; 0 by default"; empty for
+  /// other tags, and for a request of the burst.
+  [[nodiscard]] std::string burstText() const {
+    const auto* const request = std::get_if<UpdateRequestMeta>(&mQuestion.askedCall());
+    const auto& burst = mExplanation.burst;
+    if (request == nullptr || burst.empty() || burst.contains(request->requestNo)) return {};
+    if (mQuestion.tag != hesk::tags::MTK_HESK_FRAME_INDEX.value &&
+        mQuestion.tag != hesk::tags::MTK_HESK_FRAME_COUNT.value) {
+      return {};
+    }
+    // By frame index: request numbers wrap.
+    const auto [first, last] =
+        std::ranges::minmax_element(burst, {}, [](const auto& frame) { return frame.second; });
+    return "; request " + std::to_string(request->requestNo) + " is not in the burst of " +
+           std::to_string(first->first) + " to " + std::to_string(last->first) + "; 0 by default";
+  }
+
+  /// The inputs that explain the value: present ones whose absence changes it,
+  /// or else those of which another value does.
+  [[nodiscard]] std::string causeText() const {
+    for (const int rank : {0, 1}) {
+      std::vector<std::string> names;
+      for (const Finding& finding : mExplanation.findings) {
+        const bool isTag = finding.input.kind == Input::Kind::metadata &&
+                           finding.input.key == mQuestion.container &&
+                           finding.input.tag == mQuestion.tag;
+        if (!finding.affects || isTag || rankOf(finding) != rank) continue;
+        names.push_back(inputText(finding.input));
+        if (finding.input.kind != Input::Kind::call) names.back() += ' ' + valueText(finding.value);
+      }
+      if (!names.empty())
+        return (rank == 0 ? ", because of " : ", depending on ") + listText(names);
+    }
+    return {};
+  }
+
+  /// The answer in one sentence.
+  [[nodiscard]] std::string answerText() const {
+    const bool isTag = !mQuestion.container.empty();
+    std::string text = isTag ? tagText(mQuestion.tag) : "The return value";
+    text += " is " + valueText(mExplanation.after);
+    if (isTag) {
+      const auto& writes = mExplanation.writes;
+      text += ": " + (writes.empty()
+                          ? "no step of this call writes it"
+                          : writes.back().step.name +
+                                (writes.back().value.isAbsent() ? " cleared it" : " wrote it"));
+    }
+    const std::string burst = burstText();
+    return text + (burst.empty() ? causeText() : burst);
+  }
+
   void writeTitle() {
     const bool isTag = !mQuestion.container.empty();
-    mOut << mStyle.title(isTag ? tagText(mQuestion.tag) : "return") << "\n  ";
+    mOut << mStyle.title(answerText()) << "\n  ";
     if (isTag) mOut << mQuestion.container << " of ";
     mOut << "call " << mQuestion.call + 1 << ", " << nameOf(mQuestion.askedCall());
     if (const auto sensor = sensorOf(mQuestion.askedCall())) mOut << ", sensor " << *sensor;
     mOut << '\n';
+    if (!isTag) return;
     Columns values;
-    if (isTag) values.add({mStyle.heading("before"), valueText(mExplanation.before)});
+    values.add({mStyle.heading("before"), valueText(mExplanation.before)});
     values.add({mStyle.heading("after"), mStyle.fresh(valueText(mExplanation.after))});
     values.write(mOut, 2);
   }
 
+  /// Steps of other hooks and calls that write the tag.
+  void writeWriters() {
+    mOut << mStyle.heading("steps that write it, and what they read") << '\n';
+    for (const auto& [hook, step, reads] : mExplanation.writers) {
+      mOut << "  " << step << " of " << hook << '\n';
+      Columns rows;
+      for (const auto& [input, value] : reads) {
+        rows.add({inputText(input), mStyle.faint(valueText(value))});
+      }
+      rows.write(mOut, 4);
+    }
+  }
+
   void writeWrites() {
+    if (mExplanation.writes.empty()) {
+      if (!mExplanation.writers.empty()) writeWriters();
+      return;
+    }
     mOut << mStyle.heading("written") << '\n';
     Columns rows;
     for (const auto& [value, step] : mExplanation.writes) {
@@ -98,64 +194,73 @@ class Text {
       rows.add({holds ? mStyle.fresh(text) : mStyle.faint(text), holds ? "holds" : "", step.name,
                 mStyle.faint(step.file + ":" + std::to_string(step.line))});
     }
-    if (rows.isEmpty()) rows.add({"by no step of this call"});
     rows.write(mOut, 2);
   }
 
-  void writeFinding(const Explanation::Finding& finding) {
+  void writeFinding(const Finding& finding) {
     Columns head;
     head.add(cellsOf(finding));
     head.write(mOut, 2);
     Columns rows;
+    // Of an absent input, one outcome for each writing step and item count.
+    std::set<std::pair<std::string, std::size_t>> shown;
+    std::size_t left = 0;
     for (std::size_t i = 0; i < finding.outcomes.size(); ++i) {
-      if (i == kMostShown && !mAll) {
-        rows.add({mStyle.faint("and " + std::to_string(finding.outcomes.size() - i) +
-                               " other outcomes (--all)")});
-        break;
+      const auto& [to, gives, step] = finding.outcomes[i];
+      const std::size_t kind = finding.value.isAbsent() ? gives.entry().count() : i;
+      if (!mAll && (shown.size() == kMostShown || !shown.emplace(step, kind).second)) {
+        ++left;
+        continue;
       }
-      const auto& [to, gives] = finding.outcomes[i];
       rows.add({toText(finding.input, to), "\u2192", mStyle.fresh(valueText(gives))});
+    }
+    if (left > 0) {
+      rows.add({mStyle.faint("and " + std::to_string(left) + " other outcomes (--all)")});
     }
     rows.write(mOut, 4);
   }
 
   void writeFindings(bool isWanted) {
-    const auto isShown = [isWanted](const Explanation::Finding& finding) {
-      return isWanted ? !finding.outcomes.empty() : finding.affects;
-    };
-    const auto& findings = mExplanation.findings;
-    const auto shown = std::ranges::count_if(findings, isShown);
-    if (shown > 0) mOut << mStyle.heading(isWanted ? "what gives it" : "what counts") << '\n';
-    for (const Explanation::Finding& finding : findings) {
-      if (isShown(finding)) writeFinding(finding);
+    std::vector<const Finding*> shown;
+    std::vector<const Finding*> rest;
+    for (const Finding& finding : mExplanation.findings) {
+      const bool isShown = isWanted ? !finding.outcomes.empty() : finding.affects;
+      (isShown ? shown : rest).push_back(&finding);
     }
-    const auto rest = static_cast<std::ptrdiff_t>(findings.size()) - shown;
-    if (isWanted || rest == 0) return;
-    mOut << mStyle.heading("what does not count");
-    mOut << "  " << rest << " inputs" << (mAll ? "" : " (--all)") << '\n';
+    std::ranges::stable_sort(shown, {}, [](const Finding* finding) { return rankOf(*finding); });
+    if (!shown.empty()) {
+      mOut << mStyle.heading(isWanted ? "changes that give it" : "inputs that affect it") << '\n';
+    }
+    for (const Finding* finding : shown) writeFinding(*finding);
+    if (isWanted || rest.empty()) return;
+    mOut << mStyle.heading("no effect alone") << "  " << rest.size() << " inputs"
+         << (mAll ? "" : " (--all)") << '\n';
     if (!mAll) return;
     Columns rows;
-    for (const Explanation::Finding& finding : findings) {
-      if (!isShown(finding)) rows.add(cellsOf(finding));
-    }
+    for (const Finding* finding : rest) rows.add(cellsOf(*finding));
     rows.write(mOut, 2);
   }
 
   void writeTogether(const std::string& want) {
     if (mExplanation.together->empty()) {
       mOut << mStyle.alarming("nothing found") << " that gives " << printable(want) << ": "
-           << mExplanation.tried << " changes and " << mExplanation.triedPairs
-           << " pairs of them tried\n";
+           << mExplanation.tried << " changes and " << mExplanation.triedPairs << " of "
+           << mExplanation.allPairs << " pairs of changes tried\n";
       return;
     }
-    mOut << mStyle.heading("what gives it together") << '\n';
-    for (const std::vector<Change>& changes : *mExplanation.together) {
+    mOut << mStyle.heading("pairs of changes that give it") << '\n';
+    for (const auto& [changes, gives] : *mExplanation.together) {
       Columns rows;
       for (const Change& change : changes) {
         rows.add({&change == &changes.front() ? "   " : "and", inputText(change.input), "\u2192",
                   mStyle.fresh(toText(change.input, change.to))});
       }
       rows.write(mOut, 2);
+    }
+    if (mExplanation.triedPairs < mExplanation.allPairs) {
+      mOut << mStyle.faint(std::to_string(mExplanation.triedPairs) + " of " +
+                           std::to_string(mExplanation.allPairs) + " pairs of changes tried")
+           << '\n';
     }
   }
 

@@ -1,6 +1,8 @@
 #include "tools/camhook/run/TraceFilter.h"
 
 #include <algorithm>
+#include <optional>
+#include <variant>
 #include <vector>
 
 #include "tools/camhook/input/DumpScenario.h"
@@ -18,13 +20,45 @@ bool differs(const ContainerTrace& container, std::uint32_t tag) {
   return !areSame(container.before->entryFor(tag), container.after->entryFor(tag));
 }
 
+std::optional<std::uint32_t> requestOf(const Call& call) {
+  return std::visit(
+      [](const auto& concrete) -> std::optional<std::uint32_t> {
+        if constexpr (requires { concrete.requestNo; }) return concrete.requestNo;
+        return {};
+      },
+      call);
+}
+
+/// The only call with a request number. Throws InputError.
+std::size_t callOfRequest(const std::string& text, std::optional<std::uint32_t> request,
+                          std::size_t count, const std::function<Call(std::size_t)>& callAt) {
+  std::vector<std::size_t> found;
+  std::string list;
+  for (std::size_t i = 0; request && i < count; ++i) {
+    const Call call = callAt(i);
+    if (requestOf(call) != request) continue;
+    found.push_back(i);
+    const auto name = std::visit([](const auto& concrete) { return concrete.kName; }, call);
+    list += (list.empty() ? "" : ", ") + std::to_string(i + 1) + " " + std::string(name);
+  }
+  if (found.size() == 1) return found.front();
+  if (found.empty()) throw InputError("no call has " + jsonText(text));
+  throw InputError(text + " matches several calls: " + list);
+}
+
 }  // namespace
 
-std::size_t callFromText(const std::string& text, std::size_t count) {
+std::size_t callFromText(const std::string& text, std::size_t count,
+                         const std::function<Call(std::size_t)>& callAt) {
+  constexpr std::string_view kRequest = "requestNo:";
+  if (text.starts_with(kRequest)) {
+    const auto request = wholeNumber<std::uint32_t>(std::string_view(text).substr(kRequest.size()));
+    return callOfRequest(text, request, count, callAt);
+  }
   if (text == "last" && count > 0) return count - 1;
   const auto number = wholeNumber<std::size_t>(text);
   if (text != "last" && !number) {
-    throw InputError("CALL must be a number from 1, or last, not " + jsonText(text));
+    throw InputError("CALL must be a number from 1, last, or requestNo:N, not " + jsonText(text));
   }
   if (!number || *number < 1 || *number > count) {
     throw InputError("there is no call " + text + ": the scenario has " + std::to_string(count));
@@ -32,8 +66,9 @@ std::size_t callFromText(const std::string& text, std::size_t count) {
   return *number - 1;
 }
 
-void TraceFilter::addCall(const std::string& text, std::size_t count) {
-  mCalls.insert(callFromText(text, count));
+void TraceFilter::addCall(const std::string& text, std::size_t count,
+                          const std::function<Call(std::size_t)>& callAt) {
+  mCalls.insert(callFromText(text, count, callAt));
 }
 
 void TraceFilter::addHook(const std::string& name) {

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -12,15 +13,17 @@
 
 namespace camhook {
 
-/// The index of a call from its number, from 1, or "last". Throws InputError where none of `count`
-/// calls has it.
-std::size_t callFromText(const std::string& text, std::size_t count);
+/// The index of a call from its number, from 1, "last" or "requestNo:N". `callAt` returns the call
+/// of an index below `count`. Throws InputError if not just one call matches.
+std::size_t callFromText(const std::string& text, std::size_t count,
+                         const std::function<Call(std::size_t)>& callAt);
 
 /// Shows what is not narrowed. Several calls, hooks or tags widen one another.
 class TraceFilter {
  public:
-  /// A call by its number, or "last". Throws InputError.
-  void addCall(const std::string& text, std::size_t count);
+  /// A call in the forms of `callFromText`. Throws InputError.
+  void addCall(const std::string& text, std::size_t count,
+               const std::function<Call(std::size_t)>& callAt);
   /// The calls of a hook. Throws InputError where no call has the name.
   void addHook(const std::string& name);
   /// The calls that change a tag, by its name or number; nothing else of them. Throws InputError.
