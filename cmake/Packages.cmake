@@ -1,6 +1,5 @@
 # What the tool and the tests use of other projects; the library itself needs the standard library alone.
 
-find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
 find_path(rapidjsonHeaders rapidjson/reader.h REQUIRED)  # where the compiler looks by itself
 mark_as_advanced(rapidjsonHeaders)
@@ -14,10 +13,10 @@ if(CMAKE_CROSSCOMPILING)
   # Of this machine's headers those alone: beside them stand those of its C library.
   set(headers ${PROJECT_BINARY_DIR}/include)
   file(MAKE_DIRECTORY ${headers})
-  foreach(folder IN ITEMS nlohmann CLI rapidjson)
+  foreach(folder IN ITEMS CLI rapidjson)
     file(CREATE_LINK /usr/include/${folder} ${headers}/${folder} SYMBOLIC)
   endforeach()
-  set_target_properties(nlohmann_json::nlohmann_json CLI11::CLI11 PROPERTIES
+  set_target_properties(CLI11::CLI11 PROPERTIES
     INTERFACE_INCLUDE_DIRECTORIES ${headers})
 endif()
 if(CMAKE_CROSSCOMPILING OR CMAKE_CXX_FLAGS MATCHES "-stdlib=")

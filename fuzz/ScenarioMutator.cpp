@@ -13,8 +13,10 @@
 #include <vector>
 
 #include "common/tags/TagCatalogue.h"
+#include "host/MetadataAccess.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 
 namespace {
 
@@ -27,10 +29,10 @@ struct Node {
 
 void collect(std::vector<Node>& nodes, const std::string& key, Json& value) {
   nodes.push_back({key, &value});
-  if (value.is_object()) {
-    for (const auto& [name, member] : value.items()) collect(nodes, name, member);
-  } else if (value.is_array()) {
-    for (Json& item : value) collect(nodes, key, item);
+  if (value.isObject()) {
+    for (auto& [name, member] : value.members()) collect(nodes, name, member);
+  } else if (value.isList()) {
+    for (Json& item : value.items()) collect(nodes, key, item);
   }
 }
 
@@ -57,10 +59,10 @@ class Mutator {
     std::copy_if(mNodes.begin(), mNodes.end(), std::back_inserter(places), isAlike);
     if (places.empty()) return;
     Json& place = *any(places).value;
-    if (place.is_array() && given.value->is_array() && mRandom() % 2 == 0) {
-      place.insert(place.end(), given.value->begin(), given.value->end());
-    } else if (place.is_object() && given.value->is_object() && mRandom() % 2 == 0) {
-      place.update(*given.value);
+    if (place.isList() && given.value->isList() && mRandom() % 2 == 0) {
+      append(place.items(), given.value->items());
+    } else if (place.isObject() && given.value->isObject() && mRandom() % 2 == 0) {
+      for (const auto& [key, value] : given.value->members()) place[key] = value;
     } else {
       place = *given.value;
     }
@@ -72,8 +74,12 @@ class Mutator {
     return list[mRandom() % std::size(list)];
   }
 
-  /// A place in a list or an object that is not empty.
-  auto anyIn(Json& list) {
+  static void append(Json::List& list, const Json::List& items) {
+    list.insert(list.end(), items.begin(), items.end());
+  }
+
+  /// A place in a list or in the members of an object, which is not empty.
+  auto anyIn(auto& list) {
     return std::next(list.begin(), static_cast<std::ptrdiff_t>(mRandom() % list.size()));
   }
 
@@ -90,7 +96,7 @@ class Mutator {
 
   Json item(std::string_view type) {
     if (type != "rect" && type != "rational") return number();
-    Json list = Json::array();
+    Json::List list;
     for (std::size_t i = 0; i < (type == "rect" ? 4 : 2); ++i) list.push_back(number());
     return list;
   }
@@ -98,52 +104,50 @@ class Mutator {
   /// An entry of a tag of the catalogue, or of one that stands in the container, mostly of the type
   /// and the count that the library takes.
   void putEntry(Json& metadata) {
-    constexpr auto kTypes =
-        std::to_array<std::string_view>({"int32", "int64", "uint8", "float", "rect", "rational"});
     const hesk::TagDescription& tag = any(hesk::kTagCatalogue);
     std::string name(tag.name);
-    if (!metadata.empty() && mRandom() % 2 == 0) name = anyIn(metadata).key();
-    const std::string_view type = mRandom() % 4 != 0 ? tag.type : any(kTypes);
+    if (metadata.size() > 0 && mRandom() % 2 == 0) name = anyIn(metadata.members())->key;
+    const std::string_view type = mRandom() % 4 != 0 ? tag.type : any(host::kTypeNames);
     const std::size_t counts[] = {tag.count, tag.count, tag.count + 1, 1, 2, mRandom() % 20};
-    Json items = Json::array();
+    Json::List items;
     for (std::size_t left = any(counts); left > 0; --left) items.push_back(item(type));
-    metadata[name] = {{"type", type}, {"items", items}};
+    metadata[name] = Json::Object{{"type", type}, {"items", items}};
   }
 
   void change(const Node& node) {
     Json& value = *node.value;
-    if (isMetadata(node.key) && !value.is_array() && mRandom() % 4 != 0) {
-      if (value.is_null()) value = Json::object();
-      if (value.is_object()) putEntry(value);
-    } else if (value.is_number()) {
+    if (isMetadata(node.key) && !value.isList() && mRandom() % 4 != 0) {
+      if (value.isNull()) value = Json::Object();
+      if (value.isObject()) putEntry(value);
+    } else if (value.isNumber()) {
       value = number();
-    } else if (value.is_boolean()) {
-      value = !value.get<bool>();
-    } else if (value.is_string()) {
+    } else if (value.isBoolean()) {
+      value = !value.isTrue();
+    } else if (value.isText()) {
       changeText(value);
-    } else if (isMetadata(node.key) && value.is_object() && mRandom() % 4 == 0) {
+    } else if (isMetadata(node.key) && value.isObject() && mRandom() % 4 == 0) {
       value = nullptr;
-    } else if (value.is_object() && !value.empty()) {
-      value.erase(anyIn(value));
-    } else if (value.is_array() && !value.empty()) {
-      changeList(value);
+    } else if (value.isObject() && value.size() > 0) {
+      value.members().erase(anyIn(value.members()));
+    } else if (value.isList() && value.size() > 0) {
+      changeList(value.items());
     }
   }
 
   /// To another text that stands under the same or another key, or to a piece of it.
   void changeText(Json& value) {
     const Node& other = any(mNodes);
-    auto text = (other.value->is_string() ? *other.value : value).get<std::string>();
+    std::string text = (other.value->isText() ? *other.value : value).text();
     if (mRandom() % 2 == 0) text.resize(mRandom() % (text.size() + 3), 'x');
     value = text;
   }
 
-  void changeList(Json& list) {
-    const Json items = list;
+  void changeList(Json::List& list) {
+    const Json::List items = list;
     switch (mRandom() % 4) {
       case 0: list.erase(anyIn(list)); break;
-      case 1: list.insert(anyIn(list), *anyIn(list)); break;
-      case 2: list.insert(list.end(), items.begin(), items.end()); break;
+      case 1: list.insert(anyIn(list), Json(*anyIn(list))); break;
+      case 2: append(list, items); break;
       default: std::swap(*anyIn(list), *anyIn(list)); break;
     }
   }
@@ -156,13 +160,13 @@ Json scenarioFrom(const std::uint8_t* data, std::size_t size) {
   try {
     return camhook::parseJson({reinterpret_cast<const char*>(data), size});
   } catch (const camhook::InputError&) {
-    return {{"calls", Json::array()}};
+    return Json::Object{{"calls", Json::List()}};
   }
 }
 
 /// Returns its size; 0 where there is no room.
 std::size_t writeTo(std::uint8_t* out, std::size_t room, const Json& scenario) {
-  const std::string text = scenario.dump(-1, ' ', true, Json::error_handler_t::replace);
+  const std::string text = camhook::lineOfJson(scenario);
   if (text.size() > room) return 0;
   std::ranges::copy(text, out);
   return text.size();

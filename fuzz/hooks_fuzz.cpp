@@ -10,10 +10,10 @@
 #include <utility>
 #include <variant>
 
-#include "fuzz/Updaters.h"
 #include "host/LogSink.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/run/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/TextTrace.h"
@@ -44,7 +44,7 @@ void limitMemory(Scenario& scenario) {
 /// library keeps for good, the handle of the camera provider service. An input's size tells whether
 /// the log is open, and the trace.
 void replay(const Scenario& scenario, std::size_t size) {
-  fuzz::Updaters updaters;
+  OwnUpdaters updaters;
   Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
   if (size % 5 == 0) host::LogSink::openLevels({});
   std::ostringstream out;
@@ -59,7 +59,7 @@ void replay(const Scenario& scenario, std::size_t size) {
   }
   if (writer == nullptr) return;
   writer->finish(replay.phone().eventStore.all());
-  if (size % 3 == 1) (void)Json::parse(out.str());  // throws at what is no JSON
+  if (size % 3 == 1) (void)parseJson(out.str());  // throws if it is not JSON
 }
 
 }  // namespace

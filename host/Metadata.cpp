@@ -152,11 +152,4 @@ const ItemList& MetadataAccess::itemsOf(const IMetadata::IEntry& entry) {
   return entry.mItems != nullptr ? entry.mItems->list : kNone;
 }
 
-std::string_view typeName(const ItemList& items) {
-  // In the order of the variant's alternatives.
-  constexpr std::array<std::string_view, 6> kNames{"int32", "int64", "uint8",
-                                                   "float", "rect",  "rational"};
-  return kNames.at(items.index());
-}
-
 }  // namespace host

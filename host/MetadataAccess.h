@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 #include <variant>
@@ -17,6 +18,10 @@ using ItemList =
     std::variant<std::vector<std::int32_t>, std::vector<std::int64_t>, std::vector<std::uint8_t>,
                  std::vector<float>, std::vector<NSCam::MRect>, std::vector<NSCam::MRational>>;
 
+/// The names of the types, in the order of the list's alternatives.
+inline constexpr std::array<std::string_view, std::variant_size_v<ItemList>> kTypeNames{
+    "int32", "int64", "uint8", "float", "rect", "rational"};
+
 struct MetadataAccess {
   /// The entries that hold an item, ordered by tag. The pointers hold until the container changes.
   static std::vector<const NSCam::IMetadata::IEntry*> entriesByTag(
@@ -27,7 +32,6 @@ struct MetadataAccess {
   static const ItemList& itemsOf(const NSCam::IMetadata::IEntry& entry);
 };
 
-/// The word for an item list's type: "int32", "int64", "uint8", "float", "rect" or "rational".
-std::string_view typeName(const ItemList& items);
+inline std::string_view typeName(const ItemList& items) { return kTypeNames.at(items.index()); }
 
 }  // namespace host

@@ -27,6 +27,12 @@ class TuningBuffer {
     return block.bytes.get();
   }
 
+  /// Frees every buffer.
+  void clear() {
+    const std::lock_guard lock(mMutex);
+    mBlocks.clear();
+  }
+
   /// What the thread's buffer holds.
   [[nodiscard]] std::span<const std::byte> bytes() const {
     const std::lock_guard lock(mMutex);

@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <set>
 #include <sstream>
 #include <string>
 
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/show/Terminal.h"
 
 namespace {
@@ -17,8 +19,8 @@ using camhook::Json;
 TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
   const std::pair<const char*, const char*> rows[] = {
       {"",
-       "camhook: a command must follow: replay, why, decide, rules, scenario, schema, tags or "
-       "hooks\n"},
+       "camhook: a command must follow: replay, why, decide, rules, scenario, tags or "
+       "reference\n"},
       {"replya", "camhook: unknown command \"replya\"; near: replay\n"},
       {"replay", "camhook: FILE is required\n"},
       {"replay --lgos info a", "camhook: unknown option --lgos; near: --logs\n"},
@@ -37,7 +39,12 @@ TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
       {"decide --product X --sensor 0 --size 640x480p",
        "camhook: --size: must be WxH, not \"640x480p\"\n"},
       {"rules KX0105 --matrix KX0104", "camhook: PRODUCT excludes --matrix\n"},
-      {"rules KX015", "camhook: no table is for product \"KX015\"; near: KX0105, KX0107, KX0106\n"},
+      {"rules KX015", "camhook: no rules for product \"KX015\"; near: KX0105, KX0102, KX0104\n"},
+      {"rules kx0105", "camhook: no rules for product \"kx0105\"; near: KX0105, KX0102, KX0104\n"},
+      {"decide --product X --sensor 0 --want CUSTOM5",
+       "camhook: --want: unknown sensor mode \"CUSTOM5\"; valid: 0 NORMAL_PREVIEW, 1 "
+       "NORMAL_CAPTURE, 2 NORMAL_VIDEO, 5 CUSTOM1, 6 CUSTOM2, 7 CUSTOM3, 8 CUSTOM4, 255 no "
+       "decision\n"},
       {"scenario raw_capture.json",
        "raw_capture.json: no dump of metadata: no line has \"Dumping camera metadata array: "
        "13 / 40 entries\", nor an entry such as \"android.control.captureIntent (1000d): "
@@ -45,7 +52,7 @@ TEST(Camhook, RefusesWrongWordsInOneLineWithStatus2) {
       {"scenario - --property a", "camhook: --property: must be NAME=VALUE, not \"a\"\n"},
       {"scenario - --event APP_TYPE=a --app-type b",
        "camhook: --event: \"APP_TYPE\" is given twice\n"},
-      {"replay -", "standard input:1:1: not JSON: a value must stand here, not the end\n"},
+      {"replay -", "standard input:1:1: not JSON: The document is empty.\n"},
   };
   for (const auto& [words, line] : rows) {
     const Outcome outcome = camhookWith(words);
@@ -63,11 +70,11 @@ TEST(Camhook, OpensNoFileOutsideTheCameraFolder) {
                   R"({"platform": {"clock": "2021-03-04T05:06:07",)"
                   R"( "properties": {"vendor.camera.dumprawhifmetadata": "1"}}, "calls": [)" +
                       dump + R"(../../../../x"}, )" + dump + R"(../camera/x"}]})");
-  const Json calls = Json::parse(outcome.output)["calls"];
+  const Json calls = camhook::parseJson(outcome.output)["calls"];
   EXPECT_EQ(calls[0]["file"], Json());
-  EXPECT_FALSE(calls[0].contains("text"));
+  EXPECT_EQ(calls[0].find("text"), nullptr);
   EXPECT_EQ(calls[1]["file"], "/data/vendor/camera/../camera/x_metadata_[1]_20210304050607.txt");
-  EXPECT_TRUE(calls[1]["text"].get<std::string>().starts_with("Dumping camera metadata array: 1"));
+  EXPECT_TRUE(calls[1]["text"].text().starts_with("Dumping camera metadata array: 1"));
 }
 
 TEST(Camhook, RunsNothingBeforeTheWholeScenarioIsRead) {
@@ -94,15 +101,16 @@ TEST(Camhook, ShowsRecordsOfALevelAndAbove) {
 
 TEST(Camhook, ShowsThePartOfATraceThatIsAskedFor) {
   const std::string calls = "replay still_burst.json --hook request --call 4 --call last";
-  const Json trace = Json::parse(camhookWith(calls + " --json --steps", "", "2>/dev/null").output);
+  const Json trace =
+      camhook::parseJson(camhookWith(calls + " --json --steps", "", "2>/dev/null").output);
   // A still capture's raw type, which the moon scene's step of the same hook overwrites.
   std::vector<Json> values;
-  for (const Json& call : trace.at("calls")) {
-    for (const Json& write : call.at("writes")) {
-      if (write.at("tag") == "MTK_CONTROL_RAW_TYPE") values.push_back(write.at("value"));
+  for (const Json& call : trace["calls"].items()) {
+    for (const Json& write : call["writes"].items()) {
+      if (write["tag"] == "MTK_CONTROL_RAW_TYPE") values.push_back(write["value"]);
     }
   }
-  const Json one = {{"type", "int32"}, {"items", {1}}};
+  const Json one = Json::Object{{"type", "int32"}, {"items", Json::List{1}}};
   EXPECT_EQ(values, (std::vector<Json>{one, {}, {}, {}}));
 
   const auto partOf = [](const std::string& words) {
@@ -125,161 +133,169 @@ TEST(Terminal, BreaksLinesAtBlanks) {
   EXPECT_EQ(camhook::wrapped("    word", 3, 7), "    word");
 }
 
-TEST(Camhook, TellsTheWayToADecision) {
-  const std::string text =
-      camhookWith(
-          "decide --product KX0105-EU --sensor 0 --video --app-type heskCamera --hfps 2 "
-          "--eis 1 --video-algo 0 --night 1 --size 640x480 --ui-module 17")
-          .output;
-  EXPECT_EQ(text.substr(0, text.find("  1  no: mtk_ims")), R"(inputs
+TEST(Camhook, ShowsHowADecisionIsMade) {
+  const Outcome outcome = camhookWith(
+      "decide --product KX0105-EU --sensor 0 --video --app-type heskCamera --hfps 2 "
+      "--eis 1 --video-algo 0 --night 1 --size 640x480 --ui-module 17");
+  EXPECT_EQ(outcome.output.substr(0, outcome.output.find("  1  near miss")),
+            R"(result  5 CUSTOM1, decided by override 9: video of the maker's app at 640x480
+base  5 CUSTOM1, of row 3
+inputs
   ro.product.model.zdm             KX0105-EU
   sensor                           0
   video stream                     yes
   APP_TYPE                         heskCamera
-  APP_NAME                         absent
   MTK_STREAMING_FEATURE_HFPS_MODE  2
-  MTK_CONTROL_AE_TARGET_FPS_RANGE  absent
   HESK_CONTROL_EISENABLE           1
   HESK_CONTROL_VIDEOALGOTYPE       0
-  COM_HESK_CURRENTUIMODULE         17  ! no rule knows this module
-  MTK_HDR_FEATURE_HDR_MODE         absent
+  COM_HESK_CURRENTUIMODULE         17  ! no rule names this module
   HESK_CONTROL_NIGHTMODE           1
   main output size                 640x480
-rules  KX0105 sensor0Video
+  absent: APP_NAME, MTK_CONTROL_AE_TARGET_FPS_RANGE, MTK_HDR_FEATURE_HDR_MODE
+filters  KX0105 sensor0Video
+  several conditions  row 3
+  not asked: eis, hfps, app type, fps, algo, ui
+rows
          hfps  eis  algo
   given  2     1    0
-  row 1  ≠1             6 CUSTOM2  hfps is 2
-  row 2        ≠2       7 CUSTOM3  eis is 1
-  row 3        =1   =0  5 CUSTOM1  taken: meets 2 of 2
-  row 4  ≠1    =1   =0  6 CUSTOM2  meets 2 of 3: hfps is 2
-base  5 CUSTOM1, of row 3
+  row 1  1              6 CUSTOM2  never asked
+  row 2        2        7 CUSTOM3  never asked
+  row 3        =1   =0  5 CUSTOM1  taken: 2 of 2 conditions
+  row 4  ≠1    =1   =0  6 CUSTOM2  2 of 3 conditions: hfps is 2
 overrides
 )");
-  EXPECT_EQ(text.substr(text.find("  7  ")), R"(  7  no: Wechat at 640x480 on the front camera
-     ≠APP_TYPE heskCamera, must be Wechat; ≠sensor 0, must be 1; =size 640x480
+  EXPECT_TRUE(outcome.output.ends_with(R"(
   8  overwritten: video in night mode, 2 NORMAL_VIDEO
      =HESK_CONTROL_NIGHTMODE 1; =video stream yes
-  9  holds: video of the maker's app at 640x480, 5 CUSTOM1
+  9  decides: video of the maker's app at 640x480, 5 CUSTOM1
      =APP_TYPE heskCamera; =video stream yes; =size 640x480
-result  5 CUSTOM1, decided by override 9: video of the maker's app at 640x480
-)");
+  not near: 3, 6, 7
+)")) << outcome.output;
 }
 
-TEST(Camhook, TellsWhyRowsAndOverridesDoNotDecide) {
+TEST(Camhook, ShowsWhyRowsAndOverridesDoNotDecide) {
   const std::string text =
       camhookWith(
-          "decide --product KX0105 --sensor 0 --app-name Dingding --size 1335x1000 "
-          "--ui-module 53 --eis 1")
+          "decide --product KX0105 --sensor 0 --app-type QQ --app-name Dingding "
+          "--size 1335x1000 --ui 53")
           .output;
   for (const char* line :
-       {"  given  absent      1    53\n",
-        "  row 1  =none            ≠26  2 NORMAL_VIDEO    too late: row 9 was taken\n",
-        "  row 4  ≠QQ                   5 CUSTOM1         app type is absent\n",
-        "  row 9  =none       =1   =53  2 NORMAL_VIDEO    taken: meets 2 of 2\n",
-        "  2  near miss: Dingding near 4:3\n",
-        "     =APP_NAME Dingding; ≠aspect ratio 1.335, must be below 1.334\n",
-        "result  2 NORMAL_VIDEO, decided by row 9 of KX0105 sensor0Preview\n"}) {
+       {"result  5 CUSTOM1, decided by row 4 of KX0105 sensor0Preview\n",
+        "  several conditions  none\n", "  app type            row 4\n",
+        "  not asked: fps, algo, ui\n", "  row 3                     53   2 NORMAL_VIDEO    never",
+        "  row 4  =QQ                     5 CUSTOM1         taken by app type\n",
+        "  row 9             ≠1      =53  2 NORMAL_VIDEO    1 of 2 conditions: eis is absent\n",
+        "  2  near miss: Dingding near 4:3, 0 NORMAL_PREVIEW\n",
+        "     =APP_NAME Dingding; ≠size 1335x1000, aspect ratio 1.335, must be above 1.326 and "
+        "below 1.334\n"}) {
     EXPECT_NE(text.find(line), std::string::npos) << line << text;
   }
 }
 
-TEST(Camhook, TellsWhatWouldDecideOtherwise) {
+TEST(Camhook, FindsChangesThatGiveAMode) {
   const std::string inputs = "decide --product KX0105 --sensor 0 --video --eis 1 --app-type a ";
-  EXPECT_EQ(camhookWith(inputs + "--what-if video-algo=0 --what-if APP_NAME=Kuaishou").output,
-            R"(APP_NAME absent → Kuaishou
-HESK_CONTROL_VIDEOALGOTYPE absent → 0
-            before                                        after
-rules       KX0105 sensor0Video                           KX0105 sensor0Video
-row 1       hfps is absent                                hfps is absent
-row 2       eis is 1                                      eis is 1
-row 3       meets 1 of 2: algo is absent                  taken: meets 2 of 2
-row 4       meets 1 of 3: hfps is absent, algo is absent  meets 2 of 3: hfps is absent
-base        2 NORMAL_VIDEO                                5 CUSTOM1
-override 1  no                                            no
-override 2  no                                            no
-override 3  no                                            holds
-override 4  no                                            no
-override 5  no                                            no
-override 6  no                                            no
-override 7  no                                            no
-override 8  no                                            no
-override 9  no                                            no
-result      2 NORMAL_VIDEO                                2 NORMAL_VIDEO
-)");
   const Outcome never = camhookWith(inputs + "--want CUSTOM4");
   EXPECT_EQ(never.status, 1);
-  EXPECT_TRUE(never.output.ends_with("unreachable for KX0105, sensor 0, video\n"));
-  const Json want = Json::parse(camhookWith(inputs + "--want 7 --json").output).at("want");
-  EXPECT_EQ(want, Json::parse(R"({"scenario": 7, "reachable": true, "smallest": [
-    {"changes": {"HESK_CONTROL_EISENABLE": 2},
-     "decidedBy": "7 CUSTOM3, decided by row 2 of KX0105 sensor0Video"}]})"));
+  EXPECT_TRUE(never.output.ends_with("no change of up to three inputs gives it\n"));
+  const Json want = camhook::parseJson(camhookWith(inputs + "--want 7 --json").output)["want"];
+  EXPECT_EQ(want, camhook::parseJson(R"({"scenario": 7, "smallest": [
+    {"changes": {"HESK_CONTROL_EISENABLE": 2}, "decidedBy": "row 2 of KX0105 sensor0Video"}]})"));
 }
 
 TEST(Camhook, DecidesAsACallOfAScenarioDoes) {
-  const Json trace = Json::parse(camhookWith("replay --json sensor_modes.json").output);
+  const Json trace = camhook::parseJson(camhookWith("replay --json sensor_modes.json").output);
   std::size_t number = 0;
-  for (const Json& call : trace.at("calls")) {
+  for (const Json& call : trace["calls"].items()) {
     ++number;
-    if (call.at("call") != "decideSensorScenario") continue;
-    const Json decision = Json::parse(
+    if (call["call"] != "decideSensorScenario") continue;
+    const Json decision = camhook::parseJson(
         camhookWith("decide --json --scenario sensor_modes.json --call " + std::to_string(number))
             .output);
-    EXPECT_EQ(decision.at("scenario"), call.at("return")) << number;
+    EXPECT_EQ(decision["scenario"], call["return"]) << number;
   }
   EXPECT_EQ(camhookWith("decide --scenario sensor_modes.json --call 1000").status, 2);
 }
 
 TEST(Camhook, GivesADecisionAsData) {
-  const Json none = Json::parse(camhookWith("decide --json --product X --sensor 0").output);
-  EXPECT_EQ(none.at("scenario"), 255);
-  EXPECT_TRUE(none.at("product").is_null());
-  EXPECT_TRUE(none.at("base").at("row").is_null());
+  const Json none = camhook::parseJson(camhookWith("decide --json --product X --sensor 0").output);
+  EXPECT_EQ(none["scenario"], 255);
+  EXPECT_TRUE(none["product"].isNull());
+  EXPECT_EQ(none["decidedBy"]["kind"], "default");
 
-  const Json decision = Json::parse(
+  const Json decision = camhook::parseJson(
       camhookWith("decide --json --product KX0104 --sensor 1 --app-type QQ --app-name Whatsapp "
                   "--size 640x480")
           .output);
-  EXPECT_EQ(decision.at("name"), "NORMAL_PREVIEW");
-  EXPECT_EQ(decision.at("list"), "sensor1Preview");
-  EXPECT_EQ(decision.at("rules").size(), 10U);
-  const Json& byAppType = decision.at("filters").at(3);
-  EXPECT_EQ(byAppType.at("filter"), "getSensorModeCfgByApptype");
-  EXPECT_EQ(byAppType.at("takenRow"), 5);
-  EXPECT_EQ(byAppType.at("trials").at(4), Json::parse(R"({"row": 5, "comparisons": [
-    {"field": "appType", "wanted": "QQ", "found": "QQ", "equal": true}]})"));
-  EXPECT_EQ(decision.at("base"), Json::parse(R"({"scenario": 0, "row": 5})"));
-  EXPECT_EQ(decision.at("overrides").size(), 2U);
-  EXPECT_EQ(decision.at("overrides").at(0).at("holds"), false);
-  EXPECT_EQ(decision.at("overrides").at(1).at("scenario"), 0);
+  EXPECT_EQ(decision["name"], "NORMAL_PREVIEW");
+  EXPECT_EQ(decision["list"], "sensor1Preview");
+  EXPECT_EQ(decision["decidedBy"]["kind"], "override");
+  const Json& row = decision["base"]["row"];
+  const Json& byAppType = decision["filters"][3];
+  EXPECT_EQ(byAppType["filter"], "getSensorModeCfgByApptype");
+  EXPECT_EQ(byAppType["found"], row);
+  EXPECT_EQ(byAppType["rows"].items().back(),
+            camhook::parseJson(R"({"row": )" + camhook::lineOfJson(row) +
+                               R"(, "asked": ["appType"],
+                                                                 "met": ["appType"], "needed": 1})"));
+  const Json& taken = decision["rows"][row.integer<std::size_t>().value() - 1];
+  EXPECT_EQ(taken["conditions"], (Json{{"appType", "QQ"}}));
+  EXPECT_EQ(taken["verdict"], "taken by app type");
+  std::vector<std::string> verdicts;
+  for (const Json& override : decision["overrides"].items()) {
+    if (override["verdict"] != "no") verdicts.push_back(override["verdict"].text());
+  }
+  EXPECT_EQ(verdicts, (std::vector<std::string>{"near miss", "near miss", "overwritten", "decides",
+                                                "near miss", "near miss"}));
 }
 
-TEST(Camhook, GivesTheRulesOfOneProduct) {
-  const Json rules = Json::parse(camhookWith("rules KX0104-EU --json").output);
-  EXPECT_EQ(rules.at("tables").size(), 1U);
-  EXPECT_EQ(rules.at("tables").at(0).at("product"), "KX0104");
+/// The lines of `rules PRODUCT --check` are commands whose decision has the row.
+TEST(Camhook, PrintsAWitnessOfEachRow) {
+  std::istringstream lines(camhookWith("rules KX0102 --check").output);
+  std::string list;
+  std::size_t count = 0;
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t command = line.find("camhook ");
+    if (command == std::string::npos) {
+      list = line;
+      continue;
+    }
+    const Json decision =
+        camhook::parseJson(camhookWith(line.substr(command + 8) + " --json").output);
+    EXPECT_EQ(decision["list"], list);
+    EXPECT_EQ("  row " + camhook::lineOfJson(decision["base"]["row"]) + "  ",
+              line.substr(0, command));
+    ++count;
+  }
+  EXPECT_EQ(list, "each of the " + std::to_string(count) + " rows can decide");
 }
 
 TEST(Camhook, ListsTheCatalogue) {
   const Outcome byName = camhookWith("tags --json frame_count");
-  EXPECT_EQ(Json::parse(byName.output), Json::parse(R"([{"name": "MTK_HESK_FRAME_COUNT",
+  EXPECT_EQ(camhook::parseJson(byName.output),
+            camhook::parseJson(R"([{"name": "MTK_HESK_FRAME_COUNT",
     "value": "0x800b000f", "type": "int32", "count": 1,
     "meaning": "request: frames in the current non-zsl burst"}])"));
   const Outcome byValue = camhookWith("tags --json 0x00010036");
-  EXPECT_EQ(Json::parse(byValue.output).at(0).at("name"), "MTK_HESK_SUPER_NIGHT_ON");
-  const Json all = Json::parse(camhookWith("tags --json").output);
+  EXPECT_EQ(camhook::parseJson(byValue.output)[0]["name"], "MTK_HESK_SUPER_NIGHT_ON");
+  const Json all = camhook::parseJson(camhookWith("tags --json").output);
   EXPECT_GT(all.size(), 100U);
-  EXPECT_TRUE(Json::parse(camhookWith("tags --json stream_flags").output)[0].at("count").is_null());
+  EXPECT_TRUE(
+      camhook::parseJson(camhookWith("tags --json stream_flags").output)[0]["count"].isNull());
+  const std::string values = camhookWith("tags ANDROID_CONTROL_CAPTURE_INTENT").output;
+  EXPECT_NE(values.find("\n  2  STILL_CAPTURE\n"), std::string::npos) << values;
   EXPECT_EQ(camhookWith("tags nothing_has_this_name").output, "no tag matches\n");
 }
 
 TEST(Camhook, WritesThePagesOfTheDocumentation) {
-  const std::pair<const char*, const char*> rows[] = {{"docs/tags.md", "tags --markdown"},
-                                                      {"docs/rules.md", "rules --markdown"},
-                                                      {"docs/scenario.schema.json", "schema"}};
-  for (const auto& [page, words] : rows) {
-    EXPECT_EQ(contentOf(kSourceRoot / page), camhookWith(words).output)
-        << "make it anew: ./camhook " << words << " > " << page;
+  const std::string folder = testing::TempDir() + "/camhook_reference";
+  std::filesystem::create_directory(folder);
+  EXPECT_EQ(camhookWith("reference " + folder + " still_burst.json", "", "2>/dev/null").status, 0);
+  for (const char* page : {"tags.md", "rules.md", "scenario.schema.json"}) {
+    EXPECT_EQ(contentOf(kSourceRoot / "docs" / page),
+              contentOf(std::filesystem::path(folder) / page))
+        << "write it again: ./camhook reference docs scenarios/*.json";
   }
+  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

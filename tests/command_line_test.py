@@ -11,7 +11,6 @@ import pathlib
 import pty
 import re
 import shlex
-import signal
 import subprocess
 import sys
 import tempfile
@@ -64,12 +63,12 @@ def files(folder):
         done = subprocess.run([*CAMHOOK, "replay", "-"], stdin=producer.stdout, capture_output=True,
                               timeout=60)
         producer.kill()
-        if done.returncode != 2 or b"zero byte" not in done.stderr:
+        if done.returncode != 2 or b"longer than 1 GiB" not in done.stderr:
             problems.append(f"a pipe without end: {done}")
 
 
 def texts():
-    for text, said in ((EMPTY + "x", ":1:14: not JSON: nothing may follow"),
+    for text, said in ((EMPTY + "x", ":1:14: not JSON: The document root must not be followed"),
                        (EMPTY + "\0", "zero byte"), ("[" * 1_000_000, "nested too deep"),
                        (b'{"calls": [], "about": "\xff"}', r':1:25: not JSON'),
                        ('{"calls": [], "%s": 1}' % LONG, "unknown key"),
@@ -89,28 +88,12 @@ def texts():
 
 
 def leaves_nothing(temporary):
-    """The temporary data root goes on every way out, and no write fails unnoticed."""
+    """Dumps leave no file, and no write fails unnoticed."""
     environment = {**os.environ, "TMPDIR": str(temporary)}
-    dump = '{"call": "dumpMetadata", "sensor": 0, "meta": {}, "name": "a", "frame": 1}, '
-    dumps = '{"calls": [%s]}' % (dump * 40_000)[:-2]
-    for ending in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGKILL, None):
-        process = subprocess.Popen(
-            [*CAMHOOK, "replay", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-            stderr=subprocess.PIPE, env=environment)
-        process.stdin.write(dumps.encode())
-        process.stdin.close()
-        process.stdout.read(1)
-        if not list(temporary.iterdir()):
-            problems.append("there is no temporary data root to remove")
-        if ending:
-            process.send_signal(ending)
-        process.stdout.close()
-        said, status = process.stderr.read(), process.wait(timeout=60)
-        if status not in (2, -ending if ending else 2) or said:
-            problems.append(f"ended by {ending}: {status} {said}")
-        if left := list(temporary.iterdir()):
-            problems.append(f"left by {ending}: {left}")
-    run("replay", "-", text=EMPTY, env={**os.environ, "TMPDIR": "/nowhere"})
+    dump = '{"call": "dumpMetadata", "sensor": 0, "meta": {}, "name": "a", "frame": 1}'
+    run("replay", "-", text='{"calls": [%s]}' % dump, env=environment)
+    if left := list(temporary.iterdir()):
+        problems.append(f"left by dumps: {left}")
     with open("/dev/full", "wb") as full:
         done = subprocess.run([*CAMHOOK, "tags"], stdout=full, stderr=subprocess.PIPE)
         if done.returncode != 2 or b"No space left" not in done.stderr:
@@ -119,6 +102,7 @@ def leaves_nothing(temporary):
 
 def examples(folder):
     """Pastes the example of each command's help into a shell."""
+    (folder / "docs").mkdir()
     for name in ("scenarios", "tests"):
         (folder / name).symlink_to(CHECKOUT / name)
     own = "camhook() { %s \"$@\"; }\nset -e\n" % shlex.join(CAMHOOK)

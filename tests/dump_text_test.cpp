@@ -232,26 +232,18 @@ TEST(DumpScenario, IsWrittenAsAPersonWould) {
   EXPECT_EQ(written(made), R"({
   "about": "1 dump of a phone, from result_metadata_[12]_20210304050607.txt. Assumed: hook request, the clock of a file's name. Left out: 1 entry. Doubtful: 2.",
   "platform": {
-    "properties": {
-      "ro.product.model.zdm": "KX0107"
-    },
-    "eventStore": {
-      "APP_TYPE": "heskCamera"
-    },
-    "devices": {
-      "2": {
-        "static": {
-          "ANDROID_SENSOR_INFO_PHYSICAL_SIZE": [6.4, 4.8]
-        }
-      }
-    },
+    "properties": {"ro.product.model.zdm": "KX0107"},
+    "eventStore": {"APP_TYPE": "heskCamera"},
+    "devices": {"2": {"static": {"ANDROID_SENSOR_INFO_PHYSICAL_SIZE": [6.4, 4.8]}}},
     "clock": "2021-03-04T05:06:07"
   },
   "calls": [
     {
-      "call": "updateRequestMeta", "sensor": 2, "requestNo": 12,
+      "call": "updateRequestMeta",
+      "sensor": 2,
+      "requestNo": 12,
       "meta": {
-        "ANDROID_CONTROL_AWB_MODE": { "type": "uint8", "items": ["TWILIGHT", 9] },
+        "ANDROID_CONTROL_AWB_MODE": {"type": "uint8", "items": ["TWILIGHT", 9]},
         "ANDROID_CONTROL_CAPTURE_INTENT": ["STILL_CAPTURE"],
         "ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": [50, 0],
         "MTK_RAW_ALGO_FACE_RECTS": [1, 2, 3, 4]

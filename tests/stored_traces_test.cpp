@@ -33,7 +33,8 @@ std::vector<std::string> namesOf(const std::string& ending) {
 class StoredTrace : public testing::TestWithParam<std::string> {};
 
 TEST_P(StoredTrace, IsWhatTheScenarioGives) {
-  const Outcome outcome = camhookWith("replay --logs debug " + GetParam() + ".json");
+  const Outcome outcome =
+      camhookWith("replay --logs debug " + GetParam() + ".json", "", "2>/dev/null");
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(contentOf(kFolder / (GetParam() + ".trace")), outcome.output)
       << "store it: ./check --traces";

@@ -16,7 +16,6 @@ namespace {
 
 using namespace hesk;
 using NSCam::IMetadata;
-using vendor::hesk::hardware::camera::provider::V1_0::IHeskCameraProvider;
 
 constexpr log::Operation kRequestOperation = updaterOperation("updateRequestMeta");
 constexpr log::Operation kAppOperation = updaterOperation("update3rdpartyAppControlMeta");
@@ -24,12 +23,12 @@ constexpr log::Operation kAppOperation = updaterOperation("update3rdpartyAppCont
 constexpr std::size_t kUpperBound = 1;
 
 /// The maker's camera provider service: looked up until it is there, then kept. Any thread.
-android::sp<IHeskCameraProvider> cameraProvider() {
+android::sp<CameraProvider> cameraProvider() {
   static std::mutex mutex;
-  static android::sp<IHeskCameraProvider> service;
   const std::lock_guard lock(mutex);
-  if (service == nullptr) service = IHeskCameraProvider::tryGetService("default", false);
-  return service;
+  android::sp<CameraProvider>& handle = cameraProviderHandle();
+  if (handle == nullptr) handle = CameraProvider::tryGetService("default", false);
+  return handle;
 }
 
 bool isLimitedAppOrMode(const IMetadata* request, std::string_view appName) {
@@ -92,6 +91,11 @@ void pinFrameRate(IMetadata* request, const std::optional<FrameRateRange>& limit
 
 }  // namespace
 
+android::sp<CameraProvider>& hesk::cameraProviderHandle() {
+  static android::sp<CameraProvider> handle;
+  return handle;
+}
+
 void hesk::replaceUpperFrameRate(IMetadata* request) {
   if (const auto frameRate = readIfPresent(request, tags::HESK_CONTROL_FPS_RANGE_MAX)) {
     replaceItem(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, kUpperBound, *frameRate);
@@ -106,7 +110,7 @@ void hesk::takeProviderFrameRate(IMetadata* metadata, std::string_view appType) 
   constexpr std::int32_t kLimitedByProvider = 43;
 
   // Looked up for every app, asked for those of other makers alone.
-  const android::sp<IHeskCameraProvider> provider = cameraProvider();
+  const android::sp<CameraProvider> provider = cameraProvider();
   if (appType == "heskCamera" || appType == "CTS" || provider == nullptr) return;
   const std::int32_t cap = provider->query(kFrameRateCap).withDefault(0);
   if (cap < kLowestCap || cap > kHighestCap) return;

@@ -5,9 +5,17 @@
 
 #include <string_view>
 
+#include "platform/CameraProvider.h"
 #include "platform/IMetadata.h"
 
 namespace hesk {
+
+using CameraProvider = vendor::hesk::hardware::camera::provider::V1_0::IHeskCameraProvider;
+
+/// The handle of the camera provider service that takeProviderFrameRate keeps for the life of the
+/// process; null until the service is found. Tools that run several scenarios in one process reset
+/// it while no hook runs.
+android::sp<CameraProvider>& cameraProviderHandle();
 
 /// Makes HESK_CONTROL_FPS_RANGE_MAX, where it is there, the range's upper bound.
 void replaceUpperFrameRate(NSCam::IMetadata* request);

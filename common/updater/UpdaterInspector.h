@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <tuple>
+
 #include "common/HeskParameterUpdater.h"
 
 struct HeskParameterUpdaterInspector {
@@ -21,6 +23,16 @@ struct HeskParameterUpdaterInspector {
   [[nodiscard]] auto& captureCount() const { return updater.mCaptureCount; }
   [[nodiscard]] auto& streamIds() const { return updater.mStreamIds; }
   [[nodiscard]] auto& diagonalFovDegrees() const { return updater.mPrimaryCameraDiagonalFov; }
+
+  /// Every field but the sensor index, as references.
+  [[nodiscard]] auto values() const {
+    return std::tie(updater.mHasVideoStream, updater.mNonZslFrames, updater.mMulticamFeatureMode,
+                    updater.mPreviewSize, updater.mCaptureCount, updater.mStreamIds,
+                    updater.mPrimaryCameraDiagonalFov);
+  }
+  /// The same as values.
+  using Values = std::tuple<bool, std::map<std::uint32_t, std::uint32_t>, hesk::MulticamFeatureMode,
+                            NSCam::MSize, std::int32_t, std::vector<std::uint32_t>, std::int32_t>;
 
   // The translators of regions, for converters of other answers than the phone's.
   static constexpr auto kTranslateEyes = &HeskParameterUpdater::translateEyeRegion;

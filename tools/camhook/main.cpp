@@ -41,9 +41,8 @@ int run(int argc, char** argv) {
   addDecide(app, status);
   addRules(app, status);
   addScenario(app, status);
-  addSchema(app, status);
   addTags(app, status);
-  addHooks(app, status);
+  addReference(app, status);
   checkNumbers(app);
   try {
     app.parse(argc, argv);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/PlainText.h"
 

@@ -26,9 +26,8 @@ void addWhy(CLI::App& app, int& status);
 void addDecide(CLI::App& app, int& status);
 void addRules(CLI::App& app, int& status);
 void addScenario(CLI::App& app, int& status);
-void addSchema(CLI::App& app, int& status);
 void addTags(CLI::App& app, int& status);
-void addHooks(CLI::App& app, int& status);
+void addReference(CLI::App& app, int& status);
 
 /// What `read` makes of the content of a file. Throws InputError, which names the file.
 template <typename Read>

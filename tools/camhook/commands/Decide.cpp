@@ -1,60 +1,138 @@
 #include "tools/camhook/commands/Commands.h"
+#include "tools/camhook/input/JsonLine.h"
 
 #include <algorithm>
+#include <array>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <variant>
+#include <vector>
 
+#include "tools/camhook/explain/DecisionText.h"
+#include "tools/camhook/explain/Want.h"
+#include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/rules/DecideCommand.h"
+#include "tools/camhook/input/WholeNumber.h"
+#include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/TraceFilter.h"
+#include "tools/camhook/show/SensorModeName.h"
 #include "tools/camhook/show/Terminal.h"
 
 namespace camhook {
 namespace {
 
 struct DecideArguments {
-  DecideOptions options;
-  std::optional<std::int32_t> sensor;
-  std::string fps;   // as the input's field takes it
-  std::string size;  // likewise
+  std::array<std::string, kInputCount> values;
+  bool video = false;
   std::string scenario;
   std::string call;
+  std::string want;  // a sensor mode, by number or name
+  bool json = false;
 };
 
-CLI::Validator isValueOf(InputIndex input, const std::string& expected) {
-  const auto check = [=](const std::string& text) {
-    Inputs any;
-    if (text != kAbsent && inputField(input).set(any, text)) return std::string();
-    return "must be " + expected + ", not " + jsonText(text);
+CLI::Validator isValueOf(InputIndex input) {
+  const auto check = [input](const std::string& text) {
+    const InputField::Form form = inputFields()[input].form;
+    const bool isMissing = text.empty() && form != InputField::Form::text;
+    if (!isMissing && Inputs().set(input, text)) return std::string();
+    const char* const expected = form == InputField::Form::range  ? "LO,HI"
+                                 : form == InputField::Form::size ? "WxH"
+                                                                  : "a number of 32 bits";
+    return std::string("must be ") + expected + ", not " + jsonText(text);
   };
   return {check, ""};
 }
 
-/// The inputs of a call of the scenario that is named.
-Inputs decideInputs(const DecideArguments& arguments) {
+Inputs inputsOfOptions(const DecideArguments& arguments) {
+  Inputs inputs;
+  for (std::size_t i = 0; i < kInputCount; ++i) {
+    inputs.set(static_cast<InputIndex>(i), arguments.values[i]);
+  }
+  for (const InputIndex input : {kProduct, kSensor}) {
+    if (!arguments.values[input].empty()) continue;
+    throw InputError("camhook: " + std::string(inputFields()[input].options) + " is required");
+  }
+  inputs.set(kVideo, arguments.video ? "yes" : "no");
+  return inputs;
+}
+
+/// The inputs of a call of a scenario, once the calls before it have run.
+Inputs inputsOfScenario(const DecideArguments& arguments) {
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
     const std::size_t index = callFromText(arguments.call, scenario.calls.size());
-    return inputsOfCall(std::move(scenario), index);
+    const auto* call = std::get_if<DecideSensorScenario>(&scenario.calls[index].call);
+    if (call == nullptr) {
+      throw InputError("call " + std::to_string(index + 1) + " is no " +
+                       std::string(DecideSensorScenario::kName));
+    }
+    Replay replay(std::move(scenario.platform));
+    for (std::size_t i = 0; i < index; ++i) {
+      replay.run(scenario.calls[i], Replay::Detail::containers);
+    }
+    return inputsOf(*call);
   });
 }
 
-int decide(DecideArguments arguments) {
-  Inputs& inputs = arguments.options.inputs;
-  if (!arguments.scenario.empty()) {
-    inputs = decideInputs(arguments);
-  } else {
-    if (inputs.product.empty()) throw InputError("camhook: --product is required");
-    if (!arguments.sensor) throw InputError("camhook: --sensor is required");
-    inputs.sensor = *arguments.sensor;
+std::int32_t sensorModeFrom(const std::string& text) {
+  const auto number = wholeNumber<std::int32_t>(text);
+  std::vector<std::string> valid;
+  for (const SensorMode& mode : kSensorModes) {
+    if (number ? number == mode.number : text == mode.name) return mode.number;
+    valid.push_back(sensorModeText(mode.number));
   }
-  // Those that are not given are no values, and change nothing.
-  inputField(kFps).set(inputs, arguments.fps);
-  inputField(kSize).set(inputs, arguments.size);
-  return camhook::decide(std::cout, arguments.options, Style::forStandardOutput());
+  throw InputError("camhook: --want: unknown sensor mode " + jsonText(text) +
+                   "; valid: " + joined(valid, ", "));
+}
+
+void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Decision>& found,
+                 std::int32_t wanted, Style style) {
+  out << style.heading("wanted") << "  " << sensorModeText(wanted) << '\n';
+  if (found.empty()) out << "  no change of up to three inputs gives it\n";
+  for (const Decision& decision : found) {
+    const std::string changes = joined(changesText(inputs, decision.inputs), ", and ");
+    out << "  " << (changes.empty() ? "no change is needed" : printable(changes)) << "  "
+        << style.faint(decidedByText(decision)) << '\n';
+  }
+}
+
+Json wantedJson(const Inputs& inputs, const std::vector<Decision>& found, std::int32_t wanted) {
+  Json::List list;
+  for (const Decision& decision : found) {
+    Json changes = Json::Object();
+    for (std::size_t i = 0; i < kInputCount; ++i) {
+      const auto input = static_cast<InputIndex>(i);
+      if (inputs[input] == decision.inputs[input]) continue;
+      changes[std::string(inputFields()[i].name)] = decision.inputs.json(input);
+    }
+    list.push_back({{"changes", std::move(changes)}, {"decidedBy", decidedByText(decision)}});
+  }
+  return {{"scenario", wanted}, {"smallest", std::move(list)}};
+}
+
+int runDecide(const DecideArguments& arguments) {
+  std::optional<std::int32_t> wanted;
+  if (!arguments.want.empty()) wanted = sensorModeFrom(arguments.want);
+  const Inputs inputs =
+      arguments.scenario.empty() ? inputsOfOptions(arguments) : inputsOfScenario(arguments);
+  DecidingPhone phone;
+  const Decision decision = phone.explain(inputs);
+  std::vector<Decision> found;
+  if (wanted) found = smallestChanges(phone, inputs, *wanted);
+  if (arguments.json) {
+    Json json = jsonFromDecision(decision);
+    if (wanted) json["want"] = wantedJson(inputs, found, *wanted);
+    writeJson(std::cout, json);
+  } else {
+    const Style style = Style::forStandardOutput();
+    writeDecision(std::cout, decision, style);
+    if (wanted) writeWanted(std::cout, inputs, found, *wanted, style);
+  }
+  return wanted && found.empty() ? 1 : 0;
 }
 
 }  // namespace
@@ -62,49 +140,41 @@ int decide(DecideArguments arguments) {
 void addDecide(CLI::App& app, int& status) {
   const auto arguments = std::make_shared<DecideArguments>();
   CLI::App* command =
-      app.add_subcommand("decide", "Decide on a sensor scenario and show the way to it");
-  Inputs& inputs = arguments->options.inputs;
+      app.add_subcommand("decide", "Decide on a sensor mode and show how it is chosen");
   CLI::Option* const scenario =
-      command->add_option("--scenario", arguments->scenario, "Take all that from a scenario")
+      command->add_option("--scenario", arguments->scenario, "Take the inputs from a scenario")
           ->type_name("FILE");
   scenario->needs(
       command->add_option("--call", arguments->call, "Number of its call, from 1, or last")
           ->type_name("CALL"));
-  const auto input = [&](const char* name, auto& target, const char* meaning) {
-    return command->add_option(name, target, meaning)->excludes(scenario);
+  const auto input = [&](InputIndex index, const char* type, const std::string& meaning) {
+    command
+        ->add_option(std::string(inputFields()[index].options), arguments->values[index], meaning)
+        ->check(isValueOf(index))
+        ->type_name(type)
+        ->excludes(scenario);
   };
-  input("--product", inputs.product, "Product model, as ro.product.model.zdm has it");
-  input("--sensor", arguments->sensor, "Sensor; 1 is the front camera");
-  command->add_flag("--video", inputs.video, "The configuration has a video stream")
+  input(kProduct, "TEXT", "Product model, as in ro.product.model.zdm");
+  input(kSensor, "NUMBER", "Sensor; 1 is the front camera");
+  command->add_flag("--video", arguments->video, "The configuration has a video stream")
       ->excludes(scenario);
-  input("--app-type", inputs.appType, "\"APP_TYPE\" of the event store");
-  input("--app-name", inputs.appName, "\"APP_NAME\" of the event store");
-  input("--eis", inputs.eis, "HESK_CONTROL_EISENABLE");
-  input("--hfps", inputs.hfps, "MTK_STREAMING_FEATURE_HFPS_MODE");
-  input("--fps", arguments->fps, "MTK_CONTROL_AE_TARGET_FPS_RANGE")
-      ->check(isValueOf(kFps, "LO,HI"))
-      ->type_name("LO,HI");
-  input("--video-algo", inputs.videoAlgo, "HESK_CONTROL_VIDEOALGOTYPE");
-  input("--ui-module", inputs.uiModule, "COM_HESK_CURRENTUIMODULE");
-  input("--hdr", inputs.hdr, "MTK_HDR_FEATURE_HDR_MODE");
-  input("--night", inputs.night, "HESK_CONTROL_NIGHTMODE");
-  input("--size", arguments->size, "Size of the app's main output in pixels")
-      ->check(isValueOf(kSize, "WxH"))
-      ->type_name("WxH");
+  for (const InputIndex index : {kAppType, kAppName}) {
+    input(index, "TEXT", std::string(inputFields()[index].name) + " of the event store");
+  }
+  for (const InputIndex index : {kEis, kHfps, kFps, kVideoAlgo, kUiModule, kHdr, kNight}) {
+    input(index, index == kFps ? "LO,HI" : "NUMBER", std::string(inputFields()[index].name));
+  }
+  input(kSize, "WxH", "Size of the app's main output in pixels");
   command
-      ->add_option("--what-if", arguments->options.changes,
-                   "Show beside it the decision with an input changed; may be given again")
-      ->allow_extra_args(false)
-      ->type_name("NAME=VALUE");
-  command
-      ->add_option("--want", arguments->options.want,
-                   "Find the smallest changes that give this sensor scenario")
+      ->add_option("--want", arguments->want,
+                   "Find the smallest changes that give this sensor mode")
       ->type_name("MODE");
-  command->add_flag("--json", arguments->options.json, "Write the decision as JSON");
+  command->add_flag("--json", arguments->json, "Write the decision as JSON");
   command->footer(
-      "What is not given is absent. With --want the exit status is 1 where nothing gives that.\n\n"
-      "Example:\n  camhook decide --product KX0105 --sensor 0 --video --eis 1 --video-algo 0");
-  command->callback([arguments, &status] { status = decide(*arguments); });
+      "An input that is not given is absent. With --want the exit status is 1 if no change gives "
+      "the mode.\n\n"
+      "Example:\n  camhook decide --product KX0105 --sensor 0 --video --eis 1 --algo 0");
+  command->callback([arguments, &status] { status = runDecide(*arguments); });
 }
 
 }  // namespace camhook

@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "tools/camhook/explain/HookReference.h"
-#include "tools/camhook/input/Json.h"
+#include "tools/camhook/explain/RulesCommand.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/ScenarioSchema.h"
 #include "tools/camhook/show/TagsCommand.h"
@@ -16,66 +17,55 @@
 namespace camhook {
 namespace {
 
-struct TagsOptions {
-  std::string filter;
-  bool json = false;
-  bool markdown = false;
-};
-
-int tags(const TagsOptions& options) {
-  TagsFormat format = TagsFormat::text;
-  if (options.json) format = TagsFormat::json;
-  if (options.markdown) format = TagsFormat::markdown;
-  listTags(std::cout, options.filter, format, Style::forStandardOutput());
+int tags(const std::string& filter, bool json) {
+  listTags(std::cout, filter, json ? TagsFormat::json : TagsFormat::text,
+           Style::forStandardOutput());
   return 0;
 }
 
-int hooks(const std::vector<std::string>& files) {
-  std::vector<Scenario> scenarios;
+void addRuns(HookReference& hooks, const std::vector<std::string>& files) {
   for (const std::string& file : files) {
     if (file.ends_with(".trace.json")) continue;  // an expected trace beside its scenario
-    scenarios.push_back(readFile(file, readScenario));
+    hooks.add(readFile(file, readScenario));
   }
-  HookReference reference;
-  for (const Scenario& scenario : scenarios) reference.add(scenario);
-  reference.write(std::cout);
-  return 0;
 }
 
-int schema() {
-  writeJson(std::cout, scenarioSchema());
+int reference(const std::string& folder, const std::vector<std::string>& files) {
+  HookReference hooks;
+  addRuns(hooks, files);
+  const auto path = [&](const char* name) { return folder + '/' + name; };
+  writeFile(path("hooks.md"), [&](std::ostream& out) { hooks.write(out); });
+  writeFile(path("tags.md"),
+            [](std::ostream& out) { listTags(out, "", TagsFormat::markdown, Style(false)); });
+  writeFile(path("rules.md"), [](std::ostream& out) { writeRulesMarkdown(out); });
+  writeFile(path("scenario.schema.json"),
+            [](std::ostream& out) { writeJson(out, scenarioSchema()); });
   return 0;
 }
 
 }  // namespace
 
 void addTags(CLI::App& app, int& status) {
-  const auto options = std::make_shared<TagsOptions>();
+  const auto filter = std::make_shared<std::string>();
+  const auto json = std::make_shared<bool>(false);
   CLI::App* command = app.add_subcommand("tags", "List the metadata tags");
-  command->add_option("TEXT", options->filter,
+  command->add_option("TEXT", *filter,
                       "A part of the name or of the meaning, or the value (0x0001000d)");
-  CLI::Option* json = command->add_flag("--json", options->json, "Write the list as JSON");
-  command->add_flag("--markdown", options->markdown, "Write the list as a page of Markdown")
-      ->excludes(json);
+  command->add_flag("--json", *json, "Write the list as JSON");
   command->footer("Example:\n  camhook tags frame_count");
-  command->callback([options, &status] { status = tags(*options); });
+  command->callback([filter, json, &status] { status = tags(*filter, *json); });
 }
 
-void addHooks(CLI::App& app, int& status) {
+void addReference(CLI::App& app, int& status) {
+  const auto folder = std::make_shared<std::string>();
   const auto files = std::make_shared<std::vector<std::string>>();
   CLI::App* command = app.add_subcommand(
-      "hooks", "Write what each step of the hooks reads and writes as a page of Markdown");
-  command->add_option("FILE", *files, "Scenarios; expected traces among them are passed over")
+      "reference", "Write the generated pages of docs/ and the JSON Schema of scenarios");
+  command->add_option("FOLDER", *folder, "Folder of the pages")->required();
+  command->add_option("SCENARIO", *files, "Scenarios to run; their stored traces are skipped")
       ->required();
-  command->footer("Example:\n  camhook hooks scenarios/*.json > hooks.md");
-  command->callback([files, &status] { status = hooks(*files); });
-}
-
-void addSchema(CLI::App& app, int& status) {
-  CLI::App* command = app.add_subcommand(
-      "schema", "Write the JSON Schema of scenarios, by which an editor completes them");
-  command->footer("Example:\n  camhook schema > scenario.schema.json");
-  command->callback([&status] { status = schema(); });
+  command->footer("Example:\n  camhook reference docs scenarios/*.json");
+  command->callback([folder, files, &status] { status = reference(*folder, *files); });
 }
 
 }  // namespace camhook

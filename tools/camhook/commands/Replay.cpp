@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "common/tags/TagCatalogue.h"
+#include "tools/camhook/explain/DecisionText.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/rules/DecideText.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"
 #include "tools/camhook/run/TraceFilter.h"
@@ -85,14 +85,14 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
                                          recordsFromName(options.logs), scenario.about());
     if (options.logs.empty()) host::LogSink::openLevels({});  // records are not shown
   }
-  Replay run(platformOf(scenario));
+  std::optional<Replay> run(std::in_place, platformOf(scenario));
   std::optional<StepFinder> steps;
-  if (options.steps || isPage) run.followSteps(&steps.emplace(), Replay::StepsOf::writes);
+  if (options.steps || isPage) run->followSteps(&steps.emplace(), Replay::StepsOf::writes);
   std::vector<std::pair<std::size_t, Inputs>> decisions;
   bool isAnyShown = filter.isWhole();
   for (std::size_t i = 0; i < scenario.callCount(); ++i) {
     const ScenarioCall call = scenario.call(i);
-    CallTrace trace = run.run(call);
+    CallTrace trace = run->run(call);
     trace.number = i + 1;
     if (!filter.shows(i, trace)) continue;
     filter.trim(trace);
@@ -101,14 +101,15 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
     const auto* decision = std::get_if<DecideSensorScenario>(&call.call);
     if (isPage && decision != nullptr) decisions.emplace_back(i + 1, inputsOf(*decision));
   }
+  const host::TextMap eventStore = run->phone().eventStore.all();
+  run.reset();  // a process has one phone at a time
   if (!decisions.empty()) {
-    // After the calls: the first use of the rules writes log records.
-    const RuleSet rules = rulesOfLibrary();
+    DecidingPhone phone;
     for (const auto& [number, inputs] : decisions) {
-      page->addDecision(number, jsonFromDecision(rules, inputs));
+      page->addDecision(number, jsonFromDecision(phone.explain(inputs)));
     }
   }
-  if (isPage || options.json || filter.isWhole()) writer->finish(run.phone().eventStore.all());
+  if (isPage || options.json || filter.isWhole()) writer->finish(eventStore);
   return isAnyShown;
 }
 

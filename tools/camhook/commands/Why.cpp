@@ -1,25 +1,47 @@
-#include "tools/camhook/commands/Commands.h"
-
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 
-#include "tools/camhook/explain/WhyCommand.h"
+#include "tools/camhook/commands/Commands.h"
+#include "tools/camhook/explain/Why.h"
+#include "tools/camhook/input/Json.h"
 #include "tools/camhook/show/Terminal.h"
 
 namespace camhook {
 namespace {
 
 struct WhyArguments {
-  WhyOptions options;
   std::string file;
+  std::string call;
+  std::string tag;
+  std::string want;  // as JSON; empty: not given
+  bool all = false;
+  bool json = false;
 };
 
+std::optional<Json> wantedBy(const std::string& want) {
+  if (want.empty()) return {};
+  try {
+    return parseJson(want);
+  } catch (const InputError& error) {
+    throw InputError("camhook: --want: " + std::string(error.what()));
+  }
+}
+
 int why(const WhyArguments& arguments) {
-  const WhyQuestion question = readFile(arguments.file, [&](const std::string& text) {
-    return readQuestion(text, arguments.options);
+  const std::optional<Json> wanted = wantedBy(arguments.want);
+  const Question question = readFile(arguments.file, [&](const std::string& text) {
+    return readQuestion(text, arguments.call, arguments.tag);
   });
-  return camhook::why(std::cout, question, arguments.options, Style::forStandardOutput());
+  const Explanation explanation = explain(question, wanted);
+  if (arguments.json) {
+    writeJson(std::cout, question, explanation);
+  } else {
+    writeText(std::cout, question, explanation, arguments.want, arguments.all,
+              Style::forStandardOutput());
+  }
+  return explanation.together && explanation.together->empty() ? 1 : 0;
 }
 
 }  // namespace
@@ -30,23 +52,18 @@ void addWhy(CLI::App& app, int& status) {
       "why", "Explain a tag after a call: what wrote it, and what would change it");
   command->add_option("FILE", arguments->file, "The scenario; - reads it from standard input")
       ->required();
-  command->add_option("CALL", arguments->options.call, "Number of the call, from 1, or last")
+  command->add_option("CALL", arguments->call, "Number of the call, from 1, or last")->required();
+  command
+      ->add_option("TAG", arguments->tag,
+                   "The tag, written or not; another container than the one that the call writes "
+                   "precedes it (hal:MTK_CONTROL_RAW_TYPE); return for what the call returns")
       ->required();
-  command
-      ->add_option("TAG", arguments->options.tags,
-                   "The tag, written or not, or several; return for what the call returns")
-      ->required();
-  command
-      ->add_option("--container", arguments->options.container,
-                   "Container of the call; by default the one that it writes")
-      ->type_name("NAME");
-  command
-      ->add_option("--want", arguments->options.want, "Find what gives this value; null for absent")
+  command->add_option("--want", arguments->want, "Find what gives this value; null for absent")
       ->type_name("VALUE");
-  command->add_flag("--all", arguments->options.all, "Show what was read and does not count, too");
-  command->add_flag("--json", arguments->options.json, "Write the explanation as JSON");
+  command->add_flag("--all", arguments->all, "Also list the inputs without effect");
+  command->add_flag("--json", arguments->json, "Write the explanation as JSON");
   command->footer(
-      "With --want the exit status is 1 where nothing gives that value.\n\n"
+      "With --want the exit status is 1 if nothing gives that value.\n\n"
       "Example:\n  camhook why scenarios/third_party_apps.json 1 MTK_CONTROL_AE_TARGET_FPS_RANGE");
   command->callback([arguments, &status] { status = why(*arguments); });
 }

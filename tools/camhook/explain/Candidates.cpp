@@ -2,51 +2,76 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
+#include <concepts>
+#include <functional>
+#include <iterator>
 #include <limits>
-#include <set>
+#include <tuple>
+#include <type_traits>
 #include <utility>
+#include <variant>
 
 #include "common/HeskParameterUpdater.h"
+#include "common/sensormode/Overrides.h"
+#include "common/sensormode/SensorModeTables.h"
 #include "common/tags/TagCatalogue.h"
+#include "common/tags/Tags.h"
 #include "host/MetadataAccess.h"
+#include "tools/camhook/input/KnownNames.h"
 #include "tools/camhook/input/MetadataJson.h"
 
 namespace camhook {
 namespace {
 
 using Kind = Input::Kind;
+using Entry = NSCam::IMetadata::IEntry;
+using NSCam::MRational;
+using NSCam::MRect;
 
 constexpr std::size_t kManyItems = 8;  // of a longer list the first ones and the last change
-
-struct Range {
-  std::int64_t least;
-  std::int64_t most;
-};
+constexpr std::int64_t kLeast = -2;    // small numbers
+constexpr std::int64_t kMost = 64;
+constexpr std::int64_t kEdges[] = {100, 119, 120, 121, 127, 128, 129, 240, 255, 256};
 
 template <typename T>
-constexpr Range kRangeOf{std::numeric_limits<T>::min(), std::numeric_limits<T>::max()};
+constexpr std::int32_t T::*kParts[] = {};
+template <>
+constexpr std::int32_t MRect::*kParts<MRect>[] = {&MRect::x, &MRect::y, &MRect::w, &MRect::h};
+template <>
+constexpr std::int32_t MRational::*kParts<MRational>[] = {&MRational::numerator,
+                                                          &MRational::denominator};
 
-Range rangeOf(const std::string& type) {
-  if (type == "uint8") return kRangeOf<std::uint8_t>;
-  return type == "int64" ? kRangeOf<std::int64_t> : kRangeOf<std::int32_t>;
-}
-
-std::uint64_t distance(std::int64_t left, std::int64_t right) {
-  // Signed numbers in their order, from 0 on.
-  constexpr std::uint64_t kSign = std::uint64_t{1} << 63U;
-  const std::uint64_t first = static_cast<std::uint64_t>(left) ^ kSign;
-  const std::uint64_t second = static_cast<std::uint64_t>(right) ^ kSign;
-  return first >= second ? first - second : second - first;
-}
-
-/// The number in a scenario's place, which may be a hexadecimal text; 0 for what is none.
-std::int64_t numberFrom(const Json& json) {
-  try {
-    return integerFromJson<std::int64_t>(json, Place());
-  } catch (const InputError&) {
-    return json.is_number() ? static_cast<std::int64_t>(json.get<std::uint64_t>()) : 0;
+template <typename T>
+auto distance(T left, T right) {
+  if constexpr (std::integral<T>) {
+    const auto [lower, upper] = std::minmax<std::int64_t>(left, right);
+    return static_cast<std::uint64_t>(upper) - static_cast<std::uint64_t>(lower);
+  } else {
+    return std::isnan(left - right) ? HUGE_VALF : std::abs(left - right);
   }
+}
+
+template <typename T>
+Entry entryOf(std::uint32_t tag, const std::vector<T>& items) {
+  Entry entry(tag);
+  for (const T& item : items) entry.push_back(item, NSCam::Type2Type<T>{});
+  return entry;
+}
+
+/// Zeros of the type and count that the catalogue has for a tag; one int32 if it has none.
+host::ItemList newItems(std::uint32_t tag) {
+  const hesk::TagDescription* const info = hesk::findTag(tag);
+  host::ItemList list = std::vector<std::int32_t>(1);
+  if (info == nullptr) return list;
+  const auto take = [&]<typename T>(std::vector<T> items) {
+    if (host::typeName(items) != info->type) return;
+    items.resize(std::max(info->count, 1U));
+    list = std::move(items);
+  };
+  [&]<typename... Lists>(std::variant<Lists...>*) {
+    (take(Lists()), ...);
+  }(static_cast<host::ItemList*>(nullptr));
+  return list;
 }
 
 /// The positions in a list that change.
@@ -57,334 +82,385 @@ std::vector<std::size_t> positions(std::size_t count) {
   return list;
 }
 
-Json withItem(Json list, std::size_t position, Json item) {
+template <typename List, typename Item>
+List withItem(List list, std::size_t position, Item item) {
   list[position] = std::move(item);
   return list;
 }
 
-Json entryOf(const std::string& type, Json items) {
-  return {{"type", type}, {"items", std::move(items)}};
-}
-
-void append(std::vector<Json>& list, std::vector<Json> more) {
+template <typename T>
+void append(std::vector<T>& list, std::vector<T> more) {
   std::ranges::move(more, std::back_inserter(list));
 }
 
-/// Places of the phone that are true where they are absent.
+template <typename T>
+void addOnce(std::vector<T>& list, const T& value) {
+  if (std::ranges::find(list, value) == list.end()) list.push_back(value);
+}
+
+/// An integer argument, which may be a hexadecimal text; none if it is none.
+std::optional<std::int64_t> numberFrom(const Json& json) {
+  try {
+    return json.isNull() ? std::nullopt : std::optional(integerFromJson<std::int64_t>(json, ""));
+  } catch (const InputError&) {
+    return {};
+  }
+}
+
+/// Places of the phone that are true if absent.
 bool isSwitch(const std::string& key) {
   return key == "sensorList" || key == "hal3aModule" || key == "defaultShadingModule" ||
          key == "faceDetection" || key.ends_with(".available");
 }
 
+bool isFloatNumber(const Json& value) { return value.isNumber() && !value.isInteger(); }
+
 bool isFloatPlace(const std::string& key) {
   return key.ends_with(".fov") || key.ends_with(".shadingBase") || key == "value";
 }
 
-/// Every entry of static metadata that the catalogue knows, with some value.
+/// Values for places of the phone, by the end of the place.
+constexpr std::pair<std::string_view, const char*> kSamples[] = {
+    {".faces", R"([{"rect": [0, 0, 1, 1], "score": 1}])"},
+    {".sensor", "{}"},
+    {".sensor", R"({"pdSupported": 1})"},
+    {".sensor", R"({"pdSupported": 1, "pdWords": [1, 1, 1, 1, 1]})"},
+    {"Shading", "{}"},
+    {"Shading", R"({"ANDROID_STATISTICS_LENS_SHADING_MAP": [1.0]})"},
+    {"sat.cameras", R"([{"id": 0, "role": 1, "fov": 80.0}])"},
+    {".pdWords", "[1, 1]"},
+    {".pdTail", "[1, 1]"},
+    {".pdLeft", "[[1, 1]]"},
+    {".pdRight", "[[1, 1]]"},
+    {"clock", R"("2021-03-04T05:06:07")"},
+    {"clock", R"("2022-12-31T23:59:58")"},
+};
+
+/// Each static tag of the catalogue, with some value.
 std::vector<Json> someStatics() {
-  std::vector<Json> list{Json::object()};
+  std::vector<Json> list(1, Json::Object());
   for (const hesk::TagDescription& tag : hesk::kTagCatalogue) {
     if (!tag.meaning.starts_with("static")) continue;
-    Json item = 1;
-    if (tag.type == "rect") item = Json::array({0, 0, 1, 1});
-    if (tag.type == "rational") item = Json::array({1, 1});
-    Json items = Json::array();
-    for (std::uint32_t i = 0; i < std::max(tag.count, 1U); ++i) items.push_back(item);
-    list.push_back(Json{{std::string(tag.name), std::move(items)}});
+    const std::size_t parts = tag.type == "rect" ? 4 : tag.type == "rational" ? 2 : 1;
+    const Json item = parts == 1 ? Json(1) : Json(std::vector<int>(parts, 1));
+    list.push_back(Json{{std::string(tag.name), Json::List(std::max(tag.count, 1U), item)}});
   }
   return list;
 }
 
-bool isRowOfWords(const std::string& key) {
-  return key.ends_with(".pdWords") || key.ends_with(".pdTail");
-}
-
-bool isRowOfPairs(const std::string& key) {
-  return key.ends_with(".pdLeft") || key.ends_with(".pdRight");
+/// False for sensors without updater, and for blocks that take too long to copy.
+bool isPossible(const Input& input, const Json& value) {
+  constexpr int kMostBytes = 1 << 22;
+  if (input.kind != Kind::argument) return true;
+  const auto number = value.integer<std::int64_t>();
+  if (input.key == "size") return !number || *number <= kMostBytes;
+  return input.key != "sensor" ||
+         (number && *number >= 0 && *number <= HeskParameterUpdater::kMaxInstanceId);
 }
 
 }  // namespace
 
-Candidates::Candidates(const Question& question) : mQuestion(question) {
-  LibraryConstants constants = libraryConstants();
-  std::set<std::int64_t> numbers{100, 119, 120, 121, 127, 128, 129, 240, 255, 256};
-  for (std::int64_t number = -2; number <= 64; ++number) numbers.insert(number);
-  for (const std::int64_t number : constants.numbers) {
-    for (const std::int64_t near : {number - 1, number, number + 1}) numbers.insert(near);
-  }
-  mNumbers.assign(numbers.begin(), numbers.end());
-  mFloats = {0.0F, 0.5F, 1.0F, std::nextafter(1.0F, 2.0F), 2.0F, -1.0F};
-  mFloats.insert(mFloats.end(), constants.floats.begin(), constants.floats.end());
-
-  std::set<std::string> texts;
-  const auto addText = [&](const std::string& text) {
-    if (!text.empty() && texts.insert(text).second) mTexts.push_back(text);
-  };
-  for (const auto& [key, text] : question.scenario.platform.eventStore) addText(text);
-  for (const auto& [key, text] : question.scenario.platform.properties) addText(text);
-  for (const ScenarioCall& call : question.scenario.calls) {
-    if (const auto* event = std::get_if<SetEvent>(&call.call)) addText(event->value);
-    if (const auto* property = std::get_if<SetProperty>(&call.call)) addText(property->value);
-    addEntries(call.call);
-  }
-  for (const std::string& text : constants.texts) addText(text);
+Candidates::Candidates(const Question& question, const AnyValue& wanted) : mQuestion(question) {
+  addWanted(wanted);
+  addScenario();
+  addRules();
 }
 
-void Candidates::addEntries(Call call) {
-  for (const char* name : {"meta", "app", "hal", "out"}) {
-    const MetadataArgument* container = containerOf(call, name);
-    if (container == nullptr || !*container) continue;
-    for (const auto* entry : host::MetadataAccess::entriesByTag(**container)) {
-      std::vector<Json>& list = mEntries[entry->tag()];
-      Json json = jsonFromEntry(*entry);
-      if (list.size() < kManyItems && std::ranges::find(list, json) == list.end()) {
-        list.push_back(std::move(json));
-      }
+void Candidates::addWanted(const AnyValue& wanted) {
+  mWantedValue = wanted;
+  if (const auto number = numberFrom(wanted.json())) mWanted.push_back(*number);
+  std::visit(
+      [this]<typename T>(const std::vector<T>& items) {
+        for (const T& item : items) {
+          if constexpr (std::integral<T>) addOnce<std::int64_t>(mWanted, item);
+          if constexpr (std::same_as<T, float>) mWantedFloats.push_back(item);
+        }
+      },
+      host::MetadataAccess::itemsOf(wanted.entry()));
+}
+
+void Candidates::addScenario() {
+  const host::PhoneConfig& phone = mQuestion.scenario.platform;
+  for (const auto& [key, text] : phone.eventStore) addOnce(mTexts[key], text);
+  for (const auto& [name, text] : phone.properties) addOnce(mTexts[name], text);
+  for (const auto& [id, device] : phone.devices) addContainer(device.statics);
+  for (const ScenarioCall& call : mQuestion.scenario.calls) {
+    if (const auto* event = std::get_if<SetEvent>(&call.call)) {
+      addOnce(mTexts[event->key], event->value);
+    }
+    if (const auto* property = std::get_if<SetProperty>(&call.call)) {
+      addOnce(mTexts[property->name], property->value);
+    }
+    for (const char* name : kContainers) {
+      const MetadataArgument* container = containerOf(call.call, name);
+      if (container != nullptr && *container) addContainer(**container);
     }
   }
 }
 
-std::vector<Json> Candidates::integers(const Json& present, const std::string& type,
-                                       bool few) const {
-  const Range range = rangeOf(type);
-  const std::int64_t now = numberFrom(present);
-  std::set<std::int64_t> numbers;
-  const auto add = [&](std::int64_t number) {
-    if (number >= range.least && number <= range.most) numbers.insert(number);
+void Candidates::addContainer(const NSCam::IMetadata& metadata) {
+  for (const Entry* entry : host::MetadataAccess::entriesByTag(metadata)) {
+    std::vector<AnyValue>& list = mEntries[entry->tag()];
+    if (list.size() < kManyItems) addOnce(list, AnyValue(*entry));
+  }
+}
+
+void Candidates::addRules() {
+  const auto addNumber = [this](const auto& tag, std::int32_t number) {
+    if (number != SensorModeCfg::kNoCondition) {
+      addOnce<std::int64_t>(mRuleNumbers[tag.value], number);
+    }
   };
-  if (now > range.least) add(now - 1);
-  if (now < range.most) add(now + 1);
-  for (const std::int64_t number : {std::int64_t{0}, std::int64_t{1}, range.most}) add(number);
-  if (few) {
-    add(now / 2);
+  std::vector<std::string>& appTypes = mTexts["APP_TYPE"];
+  const auto addRule = [&](const SensorModeCfg& rule) {
+    addNumber(hesk::tags::MTK_STREAMING_FEATURE_HFPS_MODE, rule.isHfpsMode);
+    addNumber(hesk::tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, rule.fps);
+    addNumber(hesk::tags::HESK_CONTROL_EISENABLE, rule.eisMode);
+    addNumber(hesk::tags::HESK_CONTROL_VIDEOALGOTYPE, rule.videoAlgoType);
+    addNumber(hesk::tags::COM_HESK_CURRENTUIMODULE, rule.uiMode);
+    if (!rule.appType.empty()) addOnce(appTypes, rule.appType);
+  };
+  for (const SensorModeTable& table : hesk::sensorModeTables()) {
+    addOnce(mTexts["ro.product.model.zdm"], std::string(table.productName));
+    for (const auto* list :
+         {&table.sensor0Preview, &table.sensor0Video, &table.sensor1Preview, &table.sensor1Video}) {
+      std::ranges::for_each(*list, addRule);
+    }
+  }
+  for (const hesk::Override& override : hesk::overrides()) {
+    addNumber(hesk::tags::MTK_HDR_FEATURE_HDR_MODE, override.hdrMode);
+    addNumber(hesk::tags::HESK_CONTROL_NIGHTMODE, override.nightMode);
+    if (!override.appType.empty()) addOnce(appTypes, std::string(override.appType));
+    for (const std::string_view name : override.appNames) {
+      if (!name.empty()) addOnce(mTexts["APP_NAME"], std::string(name));
+    }
+  }
+}
+
+template <typename T>
+std::vector<T> Candidates::numbers(const std::optional<T>& present, Which which,
+                                   const Numbers& likely) const {
+  constexpr bool kIsFloat = std::same_as<T, float>;
+  std::vector<T> list;
+  const auto add = [&](auto number) {
+    if constexpr (kIsFloat) {
+      list.push_back(static_cast<float>(number));
+    } else if (std::in_range<T>(number)) {
+      list.push_back(static_cast<T>(number));
+    }
+  };
+  const T now = present.value_or(T{});
+  if (which == Which::likely) {
+    std::ranges::for_each(likely, add);
+    std::ranges::for_each(mWanted, add);
+    if constexpr (kIsFloat) std::ranges::for_each(mWantedFloats, add);
+  } else if constexpr (kIsFloat) {
+    for (const float number :
+         {0.0F, 0.5F, 1.0F, std::nextafter(1.0F, 2.0F), now - 1, now + 1,
+          std::nextafter(now, -HUGE_VALF), std::nextafter(now, HUGE_VALF), now / 2, now * 2}) {
+      add(number);
+    }
   } else {
-    for (const std::int64_t number : mNumbers) add(number);
-    for (unsigned bit = 0; bit < 64; ++bit) {
-      const std::uint64_t mask = std::uint64_t{1} << bit;
-      add(static_cast<std::int64_t>(mask));
-      add(static_cast<std::int64_t>(static_cast<std::uint64_t>(now) ^ mask));
-    }
-    add(range.least);
+    constexpr auto kRange = std::numeric_limits<T>();
+    if (now > kRange.min()) add(now - 1);
+    if (now < kRange.max()) add(now + 1);
+    for (const T number : {T{0}, T{1}, static_cast<T>(now / 2), kRange.max()}) add(number);
   }
-  if (!present.is_null()) numbers.erase(now);
-  std::vector<std::int64_t> sorted(numbers.begin(), numbers.end());
-  std::ranges::stable_sort(sorted, {}, [now](std::int64_t number) {
-    return std::pair(number != 0, distance(number, now));
+  if (which == Which::all) {
+    for (std::int64_t number = kLeast; number <= kMost; ++number) add(number);
+    if constexpr (!kIsFloat) {
+      std::ranges::for_each(kEdges, add);
+      for (unsigned bit = 0; bit < 64; ++bit) {
+        const std::uint64_t mask = std::uint64_t{1} << bit;
+        add(static_cast<std::int64_t>(mask));
+        add(static_cast<std::int64_t>(static_cast<std::uint64_t>(now) ^ mask));
+      }
+      add(std::numeric_limits<T>::min());
+    }
+  }
+  std::ranges::stable_sort(list, {}, [now](T number) {
+    return std::tuple(number != T{0}, distance(number, now), number);
   });
-  return {sorted.begin(), sorted.end()};
-}
-
-std::vector<Json> Candidates::floats(const Json& present) const {
-  std::vector<float> numbers = mFloats;
-  if (!present.is_null()) {
-    const float now = floatFromJson(present, Place());
-    constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    for (const float number : {std::nextafter(now, -kInfinity), std::nextafter(now, kInfinity),
-                               now - 1, now + 1, now / 2, now * 2}) {
-      numbers.push_back(number);
-    }
-    if (std::isfinite(now)) {
-      std::ranges::stable_sort(numbers, {}, [now](float number) {
-        return std::pair(number != 0, std::abs(number - now));
-      });
-    }
-  }
-  std::vector<Json> list;
-  for (const float number : numbers) {
-    Json json = jsonFromFloat(number);
-    if (json != present) list.push_back(std::move(json));
-  }
+  list.erase(std::ranges::unique(list).begin(), list.end());
+  if (present) std::erase(list, now);
   return list;
 }
 
-std::vector<Json> Candidates::items(const Json& present, const std::string& type, bool few) const {
-  if (type == "float") return floats(present);
-  if (type != "rect" && type != "rational") return integers(present, type, few);
-  const std::size_t count = type == "rect" ? 4 : 2;
-  const Json now = present.is_null() ? Json(std::vector<int>(count, 0)) : present;
-  std::vector<Json> list{Json(std::vector<int>(count, 0)), Json(std::vector<int>(count, 1))};
-  if (type == "rect") list.push_back(Json::array({0, 0, 4000, 3000}));
-  for (std::size_t i = 0; i < count; ++i) {
-    for (Json& number : integers(now[i], "int32", true)) {
-      list.push_back(withItem(now, i, std::move(number)));
-    }
-  }
-  return list;
-}
-
-std::vector<Json> Candidates::entries(std::uint32_t tag, const Json& present) const {
-  const hesk::TagDescription* const info = hesk::findTag(tag);
-  std::vector<Json> list;
-  if (present.is_null()) {
-    const std::string type = info != nullptr ? std::string(info->type) : "int32";
-    const std::size_t count = info != nullptr ? std::max(info->count, 1U) : 1;
-    const bool isLong = count > kManyItems;
-    for (const Json& item : items(nullptr, type, isLong)) {
-      list.push_back(entryOf(type, Json(std::vector<Json>(count, item))));
-      if (count == 2) list.push_back(entryOf(type, Json::array({0, item})));
-    }
+template <typename T>
+std::vector<T> Candidates::items(const std::optional<T>& present, Which which,
+                                 const Numbers& likely) const {
+  if constexpr (std::is_arithmetic_v<T>) {
+    return numbers(present, which, likely);
   } else {
-    list.emplace_back(nullptr);
-    const auto type = present["type"].get<std::string>();
-    const Json& now = present["items"];
-    for (const std::size_t i : positions(now.size())) {
-      for (Json& item : items(now[i], type, now.size() > kManyItems)) {
-        list.push_back(entryOf(type, withItem(now, i, std::move(item))));
+    if (which == Which::likely) return {};
+    const T now = present.value_or(T{});
+    std::vector<T> list(2);
+    for (const auto part : kParts<T>) list.back().*part = 1;
+    if constexpr (std::same_as<T, MRect>) list.push_back({0, 0, 4000, 3000});
+    for (const auto part : kParts<T>) {
+      for (const std::int32_t number : numbers(std::optional(now.*part), Which::few, {})) {
+        list.push_back(now);
+        list.back().*part = number;
       }
     }
-    Json longer = now;
-    longer.push_back(now.back());
-    list.push_back(entryOf(type, std::move(longer)));
-    if (now.size() > 1) {
-      Json shorter = now;
-      shorter.erase(shorter.size() - 1);
-      list.push_back(entryOf(type, std::move(shorter)));
+    return list;
+  }
+}
+
+/// Entries in which one item of `base` is another; new ones also with all items the same.
+template <typename T>
+void Candidates::addEntries(std::uint32_t tag, const std::vector<T>& base, bool isNew, Which which,
+                            std::vector<AnyValue>& list) const {
+  const auto rules = mRuleNumbers.find(tag);
+  const Numbers& likely = rules != mRuleNumbers.end() ? rules->second : Numbers();
+  if (which == Which::all && base.size() > kManyItems) which = Which::few;
+  for (const std::size_t i : isNew ? std::vector{base.size() - 1} : positions(base.size())) {
+    for (const T& item : items(isNew ? std::nullopt : std::optional(base[i]), which, likely)) {
+      if (isNew) list.emplace_back(entryOf(tag, std::vector<T>(base.size(), item)));
+      if (!isNew || base.size() > 1) list.emplace_back(entryOf(tag, withItem(base, i, item)));
     }
   }
+  if (isNew || which == Which::likely) return;
+  std::vector<T> longer = base;
+  longer.push_back(base.back());
+  list.emplace_back(entryOf(tag, longer));
+  list.emplace_back(entryOf(tag, std::vector<T>(base.begin(), base.end() - 1)));
+}
+
+Candidates::List Candidates::entries(std::uint32_t tag, const AnyValue& present) const {
+  List list;
+  const bool isNew = present.isAbsent();
+  if (!isNew) list.values.emplace_back();
   if (const auto found = mEntries.find(tag); found != mEntries.end()) {
-    for (const Json& entry : found->second) {
-      if (entry != present) list.push_back(entry);
+    append(list.values, found->second);
+  }
+  if (mWantedValue.entry().tag() == tag) list.values.push_back(mWantedValue);
+  const host::ItemList base =
+      isNew ? newItems(tag) : host::MetadataAccess::itemsOf(present.entry());
+  for (const Which which : {Which::likely, Which::all}) {
+    std::visit([&](const auto& items) { addEntries(tag, items, isNew, which, list.values); }, base);
+    if (which == Which::likely) list.likely = list.values.size();
+  }
+  return list;
+}
+
+Candidates::List Candidates::texts(const Input& input, const AnyValue& present) const {
+  List list;
+  const auto add = [&](std::string_view text) { list.values.emplace_back(Json(text)); };
+  const auto addNumber = [&](std::int64_t number) { add(std::to_string(number)); };
+  if (!present.isAbsent()) list.values.emplace_back();
+  if (const auto found = mTexts.find(input.key); found != mTexts.end()) {
+    std::ranges::for_each(found->second, add);
+  }
+  std::ranges::for_each(mWanted, addNumber);
+  list.likely = list.values.size();
+  if (input.kind == Kind::event) {
+    std::ranges::for_each(kKnownAppTypes, add);
+    std::ranges::for_each(kKnownAppNames, add);
+  }
+  std::ranges::for_each(numbers(std::optional<std::int32_t>(), Which::all, {}), addNumber);
+  return list;
+}
+
+std::vector<Json> Candidates::numbers(const Json& present, bool isFloat, Which which) const {
+  std::vector<Json> list;
+  if (isFloat) {
+    std::optional<float> now;
+    if (!present.isNull()) now = floatFromJson(present, "");
+    for (const float number : numbers(now, which, {})) list.push_back(number);
+  } else {
+    for (const std::int64_t number : numbers(numberFrom(present), which, {})) {
+      list.emplace_back(number);
     }
   }
   return list;
 }
 
-std::vector<Json> Candidates::texts(const Input& input, const Json& present) const {
-  std::vector<Json> list;
-  std::vector<Json> numbers;
-  for (const Json& number : integers(nullptr, "int32", false)) {
-    numbers.emplace_back(std::to_string(number.get<std::int64_t>()));
+/// Other values for the present one, member by member.
+std::vector<Json> Candidates::variants(const Json& present, bool isFloat, Which which) const {
+  if (present.isBoolean()) return std::vector<Json>(1, !present.isTrue());
+  if (present.isNull() || present.isNumber() || numberFrom(present)) {
+    return numbers(present, isFloat || isFloatNumber(present), which);
   }
-  // Properties are mostly numbers, event-store values mostly names.
-  if (input.kind == Kind::property) append(list, numbers);
-  list.insert(list.end(), mTexts.begin(), mTexts.end());
-  if (input.kind == Kind::event) append(list, numbers);
-  std::erase(list, present);
-  if (!present.is_null()) list.insert(list.begin(), nullptr);
-  return list;
-}
-
-/// What stands in a place, varied member by member.
-std::vector<Json> Candidates::values(const Json& present, bool isFloat, bool few) const {
-  if (present.is_boolean()) return {!present.get<bool>()};
-  if (present.is_string()) return std::vector<Json>(mTexts.begin(), mTexts.end());
-  if (present.is_number_float()) return floats(present);
-  if (present.is_number()) return isFloat ? floats(present) : integers(present, "int64", few);
   std::vector<Json> list;
-  if (present.is_array()) {
+  if (present.isList()) {
     for (const std::size_t i : positions(present.size())) {
-      for (Json& item : values(present[i], isFloat, true)) {
+      for (Json& item : variants(present[i], isFloat, Which::few)) {
         list.push_back(withItem(present, i, std::move(item)));
       }
     }
-    if (!present.empty()) list.push_back(Json::array());
-  } else if (present.is_object()) {
-    for (const auto& [key, member] : present.items()) {
-      for (Json& value : values(member, isFloat, true)) {
-        Json changed = present;
-        changed[key] = std::move(value);
-        list.push_back(std::move(changed));
+    if (present.size() > 0) list.push_back(Json::List());
+  } else if (present.isObject()) {
+    for (const auto& [key, member] : present.members()) {
+      for (Json& value : variants(member, isFloat, Which::few)) {
+        list.push_back(present);
+        list.back()[key] = std::move(value);
       }
     }
   }
   return list;
 }
 
-/// What a service may give that gives nothing.
-std::vector<Json> Candidates::placesWhereAbsent(const std::string& key) const {
-  const auto parsed = [](std::initializer_list<const char*> texts) {
-    std::vector<Json> list;
-    for (const char* text : texts) list.push_back(Json::parse(text));
-    return list;
-  };
-  if (key.ends_with(".faces")) return parsed({R"([{"rect": [0, 0, 1, 1], "score": 1}])"});
-  if (key.ends_with(".sensor")) {
-    return parsed(
-        {"{}", R"({"pdSupported": 1})", R"({"pdSupported": 1, "pdWords": [1, 1, 1, 1, 1]})"});
-  }
-  if (key.ends_with("Shading")) {
-    return parsed({"{}", R"({"ANDROID_STATISTICS_LENS_SHADING_MAP": [1.0]})"});
-  }
-  if (isRowOfWords(key)) return values(Json::array({0, 0}), false, false);
-  if (isRowOfPairs(key)) return values(Json::array({Json::array({0, 0})}), false, true);
-  return isFloatPlace(key) ? floats(Json()) : integers(Json(), "int32", false);
-}
-
-/// What it may give in place of what it gives.
-std::vector<Json> Candidates::placesWherePresent(const std::string& key,
-                                                 const Json& present) const {
-  if (key.ends_with(".sensor")) return {};
-  const bool isShading = key.ends_with("Shading");
-  const bool few = isShading || key.ends_with(".faces") || isRowOfPairs(key);
-  return values(present, isShading || isFloatPlace(key), few);
-}
-
-std::vector<Json> Candidates::places(const std::string& key, const Json& present) const {
-  if (isSwitch(key)) return {!present.is_null() && !present.get<bool>()};
-  if (key == "clock") return {"2021-03-04T05:06:07", "2022-12-31T23:59:58"};
+std::vector<Json> Candidates::place(const std::string& key, const Json& present) const {
   std::vector<Json> list;
   const bool isInList = key.find("].") != std::string::npos;
-  if (!present.is_null() && !isInList) list.emplace_back(nullptr);
+  if (!present.isNull() && !isInList) list.emplace_back(nullptr);
+  for (const auto& [end, sample] : kSamples) {
+    if (key.ends_with(end)) list.push_back(parseJson(sample));
+  }
   if (key.ends_with(".static")) {
-    const Json devices = mQuestion.platformDocument().value("devices", Json::object());
-    for (const Json& device : devices) {
-      if (device.contains("static")) list.push_back(device["static"]);
+    const Json& devices = mQuestion.platform["devices"];
+    for (const auto& [id, device] : devices.isObject() ? devices.members() : Json::Object()) {
+      if (const Json* statics = device.find("static")) list.push_back(*statics);
     }
     append(list, someStatics());
-  } else if (key == "sat.cameras") {
-    list.push_back(Json::parse(R"([{"id": 0, "role": 1, "fov": 80.0}])"));
-  } else {
-    append(list, present.is_null() ? placesWhereAbsent(key) : placesWherePresent(key, present));
+  } else if (present.isNull() && isSwitch(key)) {
+    list.emplace_back(false);
+  } else if (!present.isNull() || list.empty()) {
+    const bool isFloat = key.ends_with("Shading") || isFloatPlace(key);
+    append(list, variants(present, isFloat, Which::all));
   }
   return list;
 }
 
-std::vector<Json> Candidates::arguments(const std::string& key, const Json& present) const {
-  if (key == "tag") {
-    std::vector<Json> list{"0x00000000"};
-    for (const std::int64_t number : mNumbers) {
-      if (number < 0) list.emplace_back(hexadecimal(static_cast<std::uint32_t>(number)));
-    }
-    for (const hesk::TagDescription& tag : hesk::kTagCatalogue) list.emplace_back(tag.name);
-    std::erase(list, present);
-    return list;
-  }
-  if (key == "sensor") {
-    std::vector<Json> sensors;
-    for (int sensor = 0; sensor <= HeskParameterUpdater::kMaxInstanceId; ++sensor) {
-      if (sensor != present) sensors.emplace_back(sensor);
-    }
-    return sensors;
-  }
-  if (key == "streams") return {Json::array()};
-  // Its edges are those of what reads it; a block larger than this takes too long to hand over.
-  if (key == "size" && present.is_number()) {
-    std::vector<Json> list = integers(present, "int32", false);
-    std::erase_if(list, [](const Json& size) { return size.get<std::int64_t>() > 1 << 22; });
-    return list;
-  }
-  if (present.is_string()) {
-    return integers(Json(numberFrom(present)), "int64", false);  // a hexadecimal number
-  }
-  return values(present, isFloatPlace(key), false);
+std::vector<Json> Candidates::argument(const std::string& key, const Json& present) const {
+  if (key == "streams") return std::vector<Json>(1, Json::List());
+  if (key != "tag") return variants(present, isFloatPlace(key), Which::all);
+  std::vector<Json> list;
+  for (const hesk::TagDescription& tag : hesk::kTagCatalogue) list.emplace_back(tag.name);
+  return list;
 }
 
-std::vector<Json> Candidates::forInput(const Input& input, const Json& value) const {
+Candidates::List Candidates::forInput(const Input& input, const AnyValue& present) const {
   switch (input.kind) {
     case Kind::metadata:
-    case Kind::statics: return entries(input.tag, value);
+    case Kind::statics: return entries(input.tag, present);
     case Kind::event:
-    case Kind::property: return texts(input, value);
-    case Kind::provider: {
-      std::vector<Json> list = integers(value, "int32", false);
-      if (!value.is_null()) list.insert(list.begin(), nullptr);
-      return list;
-    }
-    case Kind::argument: return arguments(input.key, value);
-    case Kind::platform: return places(input.key, value);
-    case Kind::call: break;
+    case Kind::property: return texts(input, present);
+    case Kind::call: return {.values = {AnyValue()}, .likely = 1};
+    default: break;
   }
-  return {Json()};
+  const Json now = present.json();
+  const bool isArgument = input.kind == Kind::argument;
+  std::vector<Json> list;
+  if (!now.isNull() && input.kind == Kind::provider) list.emplace_back(nullptr);
+  for (const ScenarioCall& call : mQuestion.scenario.calls) {
+    if (!isArgument || nameOf(call.call) != nameOf(mQuestion.askedCall())) continue;
+    if (const Json value = valueAt(call.arguments, input.key); !value.isNull()) {
+      addOnce(list, value);
+    }
+  }
+  if (now.isNumber()) append(list, numbers(now, isFloatNumber(now), Which::likely));
+  const auto isTaken = [&](const Json& value) { return isPossible(input, value) && value != now; };
+  std::erase_if(list, std::not_fn(isTaken));
+  List candidates{.values = {}, .likely = list.size()};
+  append(list, isArgument                     ? argument(input.key, now)
+               : input.kind == Kind::platform ? place(input.key, now)
+                                              : numbers(now, false, Which::all));
+  for (Json& value : list) {
+    if (isTaken(value)) candidates.values.emplace_back(std::move(value));
+  }
+  return candidates;
 }
 
 }  // namespace camhook

@@ -1,53 +1,69 @@
-// The other values that are tried for an input.
-//
-// None is listed for a tag. For a number: zero, the numbers next to the present one, each bit,
-// small numbers and the edges of common ranges, what the library's own code compares with, and what
-// its rules of sensor modes ask for. For a text: the texts of the library's read-only data, and
-// those of the rules. For all: absent, and what the scenario has elsewhere in such a place. A list
-// changes item by item.
+// The other values that are tried for an input: absent; values of the same input elsewhere in the
+// scenario; what sensor-mode rules and overrides ask of it; the wanted value and its items; known
+// app types and names; zero, small numbers, single bits and a few edges; neighbours of its value. A
+// list changes item by item.
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/camhook/explain/Input.h"
-#include "tools/camhook/explain/LibraryConstants.h"
 
 namespace camhook {
 
 class Candidates {
  public:
-  /// `question` must outlive this.
-  explicit Candidates(const Question& question);
+  struct List {
+    std::vector<AnyValue> values;  // may hold values that a scenario cannot have
+    std::size_t likely = 0;        // the first ones: absent, elsewhere, rules, wanted
+  };
 
-  /// Other values for an input of this value, simple ones first: absent, zero, near ones. Some may
-  /// be none that a scenario can have.
-  [[nodiscard]] std::vector<Json> forInput(const Input& input, const Json& value) const;
+  /// `question` must outlive this object. `wanted` may be absent.
+  Candidates(const Question& question, const AnyValue& wanted);
+
+  [[nodiscard]] List forInput(const Input& input, const AnyValue& present) const;
 
  private:
-  [[nodiscard]] std::vector<Json> integers(const Json& present, const std::string& type,
-                                           bool few) const;
-  [[nodiscard]] std::vector<Json> floats(const Json& present) const;
-  [[nodiscard]] std::vector<Json> items(const Json& present, const std::string& type,
-                                        bool few) const;
-  [[nodiscard]] std::vector<Json> entries(std::uint32_t tag, const Json& present) const;
-  [[nodiscard]] std::vector<Json> texts(const Input& input, const Json& present) const;
-  [[nodiscard]] std::vector<Json> values(const Json& present, bool isFloat, bool few) const;
-  [[nodiscard]] std::vector<Json> places(const std::string& key, const Json& present) const;
-  [[nodiscard]] std::vector<Json> placesWhereAbsent(const std::string& key) const;
-  [[nodiscard]] std::vector<Json> placesWherePresent(const std::string& key,
-                                                     const Json& present) const;
-  void addEntries(Call call);
-  [[nodiscard]] std::vector<Json> arguments(const std::string& key, const Json& present) const;
+  using Numbers = std::vector<std::int64_t>;
+
+  enum class Which { likely, few, all };  // numbers
+
+  void addWanted(const AnyValue& wanted);
+  void addScenario();
+  void addContainer(const NSCam::IMetadata& metadata);
+  void addRules();
+
+  template <typename T>
+  [[nodiscard]] std::vector<T> numbers(const std::optional<T>& present, Which which,
+                                       const Numbers& likely) const;
+  template <typename T>
+  [[nodiscard]] std::vector<T> items(const std::optional<T>& present, Which which,
+                                     const Numbers& likely) const;
+  template <typename T>
+  void addEntries(std::uint32_t tag, const std::vector<T>& base, bool isNew, Which which,
+                  std::vector<AnyValue>& list) const;
+  [[nodiscard]] List entries(std::uint32_t tag, const AnyValue& present) const;
+  [[nodiscard]] List texts(const Input& input, const AnyValue& present) const;
+
+  // Arguments and places of the phone, as JSON.
+  [[nodiscard]] std::vector<Json> numbers(const Json& present, bool isFloat, Which which) const;
+  [[nodiscard]] std::vector<Json> variants(const Json& present, bool isFloat, Which which) const;
+  [[nodiscard]] std::vector<Json> argument(const std::string& key, const Json& present) const;
+  [[nodiscard]] std::vector<Json> place(const std::string& key, const Json& present) const;
 
   const Question& mQuestion;
-  std::vector<std::int64_t> mNumbers;
-  std::vector<float> mFloats;
-  std::vector<std::string> mTexts;
-  std::map<std::uint32_t, std::vector<Json>> mEntries;  // that the scenario has, by tag
+  Numbers mWanted;
+  std::vector<float> mWantedFloats;
+  AnyValue mWantedValue;
+  std::map<std::uint32_t, std::vector<AnyValue>> mEntries;  // of the scenario, by tag
+  std::map<std::uint32_t, Numbers> mRuleNumbers;            // by tag
+  std::map<std::string, std::vector<std::string>> mTexts;   // likely ones by event or property
 };
 
 }  // namespace camhook

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -15,7 +16,6 @@ namespace {
 using NSCam::IMetadata;
 using Kind = Input::Kind;
 
-/// A clock that stands: what it says must not differ between runs.
 std::tm startOfProgram() {
   static const std::tm kStart = [] {
     const std::time_t now = std::time(nullptr);
@@ -26,75 +26,87 @@ std::tm startOfProgram() {
   return kStart;
 }
 
+/// The document with the changes of inputs of one kind at their places; none if there are none.
+std::optional<Json> changedDocument(const Json& document, Kind kind,
+                                    const std::vector<Change>& changes) {
+  std::optional<Json> changed;
+  for (const Change& change : changes) {
+    if (change.input.kind != kind) continue;
+    if (!changed) changed = document;
+    changed = withValueAt(*std::move(changed), change.input.key, change.to.json());
+  }
+  return changed;
+}
+
+void setEntry(IMetadata& metadata, std::uint32_t tag, const IMetadata::IEntry& entry) {
+  if (!entry.isEmpty()) {
+    metadata.update(tag, entry);
+    return;
+  }
+  // The other entries are copied: an entry without items would still be in the container.
+  IMetadata others;
+  for (const IMetadata::IEntry* other : host::MetadataAccess::entriesByTag(metadata)) {
+    if (other->tag() != tag) others.update(other->tag(), *other);
+  }
+  metadata = std::move(others);
+}
+
 }  // namespace
 
-host::PhoneConfig withStandingClock(host::PhoneConfig config) {
+host::PhoneConfig unchangedPhone(const Question& question) {
+  host::PhoneConfig config = question.scenario.platform;
   if (!config.clock) config.clock = startOfProgram();
   return config;
 }
 
-host::PhoneConfig changedPhone(const Question& question, const std::vector<Change>& changes) {
-  const Place root;
-  host::PhoneConfig config = question.scenario.platform;
-  const auto isPlatform = [](const Change& change) { return change.input.kind == Kind::platform; };
-  if (std::ranges::any_of(changes, isPlatform)) {
-    Json document = question.platformDocument();
-    for (const Change& change : changes) {
-      if (isPlatform(change)) {
-        document = withValueAt(std::move(document), change.input.key, change.to);
-      }
-    }
-    config = platformFromJson(document, root);
+std::optional<host::PhoneConfig> changedPhone(const Question& question,
+                                              const std::vector<Change>& changes) {
+  constexpr std::string_view root;
+  std::optional<host::PhoneConfig> config;
+  if (const auto platform = changedDocument(question.platform, Kind::platform, changes)) {
+    config = platformFromJson(*platform, root);
+    if (!config->clock) config->clock = startOfProgram();
   }
   for (const Change& change : changes) {
-    if (change.input.kind == Kind::provider) {
-      config.provider.reset();
-      if (!change.to.is_null()) {
-        config.provider = host::ProviderConfig{integerFromJson<std::int32_t>(change.to, root)};
-      }
-    } else if (change.input.kind == Kind::statics) {
-      IMetadata& statics = config.devices[static_cast<std::int32_t>(change.input.number)].statics;
-      const IMetadata::IEntry none(change.input.tag);
-      statics.update(change.input.tag,
-                     change.to.is_null() ? none : entryFromJson(change.input.tag, change.to, root));
+    if (change.input.kind != Kind::provider && change.input.kind != Kind::statics) continue;
+    if (!config) config = unchangedPhone(question);
+    if (change.input.kind == Kind::statics) {
+      const auto device = static_cast<std::int32_t>(change.input.number);
+      setEntry(config->devices[device].statics, change.input.tag, change.to.entry());
+    } else if (change.to.isAbsent()) {
+      config->provider.reset();
+    } else {
+      config->provider = {integerFromJson<std::int32_t>(change.to.json(), root)};
     }
   }
-  return withStandingClock(std::move(config));
+  return config;
 }
 
-ScenarioCall changedCall(const Question& question, const std::vector<Change>& changes) {
-  const Place root;
-  const auto isArgument = [](const Change& change) { return change.input.kind == Kind::argument; };
-  ScenarioCall call = question.scenarioCall();
-  if (std::ranges::any_of(changes, isArgument)) {
-    Json document = question.callDocument();
-    for (const Change& change : changes) {
-      if (isArgument(change)) document = withValueAt(document, change.input.key, change.to);
+Call changedCall(const Question& question, const std::vector<Change>& changes) {
+  Call call = question.askedCall();
+  if (const auto changed = changedDocument(question.callDocument, Kind::argument, changes)) {
+    Call fresh = callFromJson(*changed, "").call;
+    for (const char* name : kContainers) {
+      if (auto* const container = containerOf(call, name)) {
+        *containerOf(fresh, name) = std::move(*container);
+      }
     }
-    call = callFromJson(document, root);
+    call = std::move(fresh);
   }
   for (const Change& change : changes) {
     if (change.input.kind != Kind::metadata) continue;
-    MetadataArgument& container = *containerOf(call.call, change.input.key);
-    const std::uint32_t tag = change.input.tag;
-    if (!change.to.is_null()) {
-      if (!container) container.emplace();
-      container->update(tag, entryFromJson(tag, change.to, root));
-    } else if (container) {
-      // Made anew: an entry without items would still tell its tag.
-      IMetadata others;
-      for (const IMetadata::IEntry* entry : host::MetadataAccess::entriesByTag(*container)) {
-        if (entry->tag() != tag) others.update(entry->tag(), *entry);
-      }
-      container = std::move(others);
-    }
+    MetadataArgument& container = *containerOf(call, change.input.key);
+    if (!container && change.to.isAbsent()) continue;
+    if (!container) container.emplace();
+    setEntry(*container, change.input.tag, change.to.entry());
   }
   return call;
 }
 
 void setTexts(host::Phone& phone, const std::vector<Change>& changes) {
   for (const Change& change : changes) {
-    const std::string text = change.to.is_string() ? change.to.get<std::string>() : "";
+    const Json to = change.to.json();
+    const std::string text = to.isText() ? to.text() : "";
     if (change.input.kind == Kind::event) phone.eventStore.set(change.input.key, text);
     if (change.input.kind == Kind::property) phone.properties.set(change.input.key, text);
   }

@@ -1,4 +1,4 @@
-// A scenario's phone and the call in question, with changes.
+// The phone and the call of a question, with changes.
 
 #pragma once
 
@@ -9,16 +9,19 @@
 
 namespace camhook {
 
-/// The phone with a clock that stands: what it says must not differ between runs.
-host::PhoneConfig withStandingClock(host::PhoneConfig config);
+/// The question's phone, with a clock that does not advance between runs.
+host::PhoneConfig unchangedPhone(const Question& question);
 
-/// The phone with the changes that concern it. Throws InputError where it cannot be so.
-host::PhoneConfig changedPhone(const Question& question, const std::vector<Change>& changes);
+/// The phone with the changes that affect it; none if no change does. Throws InputError if a
+/// scenario cannot have such a phone.
+std::optional<host::PhoneConfig> changedPhone(const Question& question,
+                                              const std::vector<Change>& changes);
 
-/// The question's call with the changes that concern it. Throws InputError where it cannot be so.
-ScenarioCall changedCall(const Question& question, const std::vector<Change>& changes);
+/// The question's call with the changes that affect it. Throws InputError if a scenario cannot have
+/// such a call.
+Call changedCall(const Question& question, const std::vector<Change>& changes);
 
-/// Sets the event-store values and properties that are changed, as at the start of the call.
+/// Sets the event-store values and properties that are changed.
 void setTexts(host::Phone& phone, const std::vector<Change>& changes);
 
 }  // namespace camhook

@@ -1,23 +1,16 @@
 #include "tools/camhook/explain/HookReference.h"
 
 #include <algorithm>
-#include <array>
 #include <ostream>
 #include <regex>
 #include <utility>
 #include <variant>
 
-#include "tools/camhook/explain/Children.h"
 #include "tools/camhook/input/MetadataJson.h"
-#include "tools/camhook/run/Replay.h"
-#include "tools/camhook/run/StepFinder.h"
+#include "tools/camhook/run/OwnUpdaters.h"
 
 namespace camhook {
 namespace {
-
-constexpr char kSeparator = '\t';
-constexpr std::string_view kRead = "r";
-constexpr std::string_view kWritten = "w";
 
 /// "devices.N.faces", "sat.cameras[N].fov": the page speaks of any device and camera.
 std::string withoutNumbers(const std::string& place) {
@@ -25,85 +18,40 @@ std::string withoutNumbers(const std::string& place) {
   return std::regex_replace(place, number, "$1N");
 }
 
-/// An access as the page has it: read or written, the group, the member.
+/// An access as the page lists it: "meta" and a tag, or "event" and a key.
 struct AccessText {
-  std::string_view container;
-
-  using Words = std::array<std::string, 3>;
-
-  Words operator()(const host::MetadataRead& read) const {
-    return {std::string(kRead), std::string(container), tagText(read.tag)};
-  }
-  Words operator()(const host::MetadataWrite& write) const {
-    return {std::string(kWritten), std::string(container), tagText(write.tag)};
-  }
-  Words operator()(const host::StaticRead& read) const {
-    return {std::string(kRead), "static", tagText(read.tag)};
-  }
-  Words operator()(const host::EventRead& read) const {
-    return {std::string(kRead), "event", read.key};
-  }
-  Words operator()(const host::PropertyRead& read) const {
-    return {std::string(kRead), "property", read.name};
-  }
-  Words operator()(const host::ServiceRead& read) const {
-    return {std::string(kRead), "service", withoutNumbers(read.place)};
-  }
-  Words operator()(const host::Effect& effect) const {
-    if (effect.op == "eventStore.set") {
-      return {std::string(kWritten), "event", std::get<std::string>(effect.fields.front().value)};
-    }
-    return {std::string(kWritten), "effect", effect.op};
-  }
+  bool isWrite = false;
+  std::string group;
+  std::string member;
 };
 
-/// The accesses of a call, a line each: hook, step, and the words of the access. Begins with an
-/// empty line.
-std::string linesOf(const CallTrace& trace) {
-  std::string lines = "\n";
-  for (const auto& [access, container, step] : *trace.accesses) {
-    const auto [direction, group, member] = std::visit(AccessText{container}, access);
-    if (group.empty()) continue;  // a container of the library's own
-    // The first call on a sensor makes its updater, whichever it is.
-    const bool isConstruction = step.name == "HeskParameterUpdater";
-    lines += isConstruction ? CreateInstance::kName : trace.call;
-    for (const std::string& word : {step.name, direction, group, member}) {
-      lines += kSeparator + word;
-    }
-    lines += '\n';
+AccessText textOf(const host::MetadataRead& read) { return {false, {}, tagText(read.tag)}; }
+AccessText textOf(const host::MetadataWrite& write) { return {true, {}, tagText(write.tag)}; }
+AccessText textOf(const host::StaticRead& read) { return {false, "static", tagText(read.tag)}; }
+AccessText textOf(const host::EventRead& read) { return {false, "event", read.key}; }
+AccessText textOf(const host::PropertyRead& read) { return {false, "property", read.name}; }
+AccessText textOf(const host::ServiceRead& read) {
+  return {false, "service", withoutNumbers(read.place)};
+}
+AccessText textOf(const host::Effect& effect) {
+  if (effect.op == "eventStore.set") {
+    return {true, "event", std::get<std::string>(effect.fields.front().value)};
   }
-  return lines;
-}
-
-std::string linesOf(const Scenario& scenario) {
-  StepFinder steps;
-  Replay replay(scenario.platform);
-  replay.followSteps(&steps);
-  std::string lines;
-  for (const ScenarioCall& call : scenario.calls) lines += linesOf(replay.run(call));
-  return lines;
-}
-
-/// What stands before the separator, which is taken off with it.
-std::string_view takeWord(std::string_view& line) {
-  const std::size_t end = line.find(kSeparator);
-  const std::string_view word = line.substr(0, end);
-  line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
-  return word;
+  return {true, "effect", effect.op};
 }
 
 constexpr const char* kIntroduction = R"(# What the hooks read and write
 
-Made from runs of all stored scenarios on the simulated phone: `./camhook hooks scenarios/*.json`. It tells
-what these runs came by, steps and accesses in the order in which a call first comes to them. A step is a
-function of the library.
+Written by `./camhook reference docs scenarios/*.json`, from runs of all stored scenarios on the simulated
+phone. Steps and accesses are listed in the order in which a call first reaches them; what no run reaches is
+not listed. A step is a function of the library.
 
-- `meta`, `app`, `hal`, `out`: tags of the container that the hook is handed under that name. Clearing a tag is
-  writing it.
-- static: tags of a device's static characteristics.
+- `meta`, `app`, `hal`, `out`: tags of the container of that name. Clearing a tag is a write.
+- static: tags of a device's static metadata.
 - event, property: keys of the event store, system properties.
-- service: what of the phone was asked, as the `platform` of a scenario has it ([scenarios.md](scenarios.md)).
-- effect: what was done to the phone, as a trace has it.
+- service: queries of the phone's services, named after the keys of a scenario's `platform`
+  ([scenarios.md](scenarios.md)).
+- effect: other effects on the phone, named as in a trace.
 )";
 
 }  // namespace
@@ -134,9 +82,10 @@ std::vector<std::string> RunOrder::names() const {
   return ordered;
 }
 
-void HookReference::Cell::add(std::size_t run, std::string_view group, std::string_view member) {
+void HookReference::Cell::add(std::size_t run, const std::string& group,
+                              const std::string& member) {
   groups.add(run, group);
-  members[std::string(group)].add(run, member);
+  members[group].add(run, member);
 }
 
 std::string HookReference::Cell::text() const {
@@ -153,29 +102,27 @@ std::string HookReference::Cell::text() const {
 }
 
 void HookReference::add(const Scenario& scenario) {
-  const Json lines = inChild([&] { return Json(linesOf(scenario)); });
-  std::string_view rest = lines.get_ref<const std::string&>();
-  while (!rest.empty()) {
-    const std::size_t end = rest.find('\n');
-    if (end == 0) {
-      ++mRun;
-    } else {
-      addLine(rest.substr(0, end));
-    }
-    rest.remove_prefix(end + 1);
-  }
+  OwnUpdaters updaters;
+  Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
+  replay.followSteps(&mFinder);
+  for (const ScenarioCall& call : scenario.calls) add(replay.run(call));
 }
 
-void HookReference::addLine(std::string_view line) {
-  const std::string_view hookName = takeWord(line);
-  mHookNames.add(mRun, hookName);
-  Hook& hook = mHooks[std::string(hookName)];
-  const std::string_view stepName = takeWord(line);
-  hook.stepNames.add(mRun, stepName);
-  Step& step = hook.steps[std::string(stepName)];
-  Cell& cell = takeWord(line) == kRead ? step.reads : step.writes;
-  const std::string_view group = takeWord(line);
-  cell.add(mRun, group, line);
+void HookReference::add(const CallTrace& trace) {
+  ++mRun;
+  for (const auto& [access, container, step] : *trace.accesses) {
+    AccessText text = std::visit([](const auto& each) { return textOf(each); }, access);
+    if (text.group.empty()) text.group = container;
+    if (text.group.empty()) continue;  // a container of the library's own
+    // The first call on a sensor constructs its updater, whichever call it is.
+    const bool isConstruction = step.name == "HeskParameterUpdater";
+    const std::string hookName(isConstruction ? CreateInstance::kName : trace.call);
+    mHookNames.add(mRun, hookName);
+    Hook& hook = mHooks[hookName];
+    hook.stepNames.add(mRun, step.name);
+    StepCells& cells = hook.steps[step.name];
+    (text.isWrite ? cells.writes : cells.reads).add(mRun, text.group, text.member);
+  }
 }
 
 void HookReference::write(std::ostream& out) const {
@@ -184,9 +131,8 @@ void HookReference::write(std::ostream& out) const {
     const Hook& hook = mHooks.at(hookName);
     out << "\n## " << hookName << "\n\n| step | reads | writes |\n|---|---|---|\n";
     for (const std::string& stepName : hook.stepNames.names()) {
-      const Step& step = hook.steps.at(stepName);
-      out << "| `" << stepName << "` | " << step.reads.text() << " | " << step.writes.text()
-          << " |\n";
+      const auto& [reads, writes] = hook.steps.at(stepName);
+      out << "| `" << stepName << "` | " << reads.text() << " | " << writes.text() << " |\n";
     }
   }
 }

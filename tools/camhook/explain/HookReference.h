@@ -1,4 +1,4 @@
-// The reference page of hooks: what each step of each hook reads and writes, as runs show it.
+// What each step of each hook reads and writes, as runs of scenarios show it.
 
 #pragma once
 
@@ -12,14 +12,16 @@
 #include <vector>
 
 #include "tools/camhook/input/Scenario.h"
+#include "tools/camhook/run/Replay.h"
+#include "tools/camhook/run/StepFinder.h"
 
 namespace camhook {
 
-/// Names that runs come by, in one order: of two the one stands first that is first in every run
-/// which has both; where runs disagree, the one that was seen first.
+/// Names in the order of the runs in which they occur: a name precedes another if it does so in
+/// every run that has both. If runs disagree, the name that was seen first comes first.
 class RunOrder {
  public:
-  /// Runs are numbered from 1 and come one behind the other.
+  /// `run` is numbered from 1; runs are added one after the other.
   void add(std::size_t run, std::string_view name);
 
   [[nodiscard]] std::vector<std::string> names() const;
@@ -33,36 +35,36 @@ class RunOrder {
 
 class HookReference {
  public:
-  /// Runs a scenario in a process of its own, since updaters live as long as theirs, and adds what
-  /// its hooks do. Throws InputError where that process fails.
+  /// Runs a scenario and adds the accesses of its hooks.
   void add(const Scenario& scenario);
 
-  /// Writes the page in Markdown: hooks, steps and accesses in the order of the runs.
+  /// Writes the page docs/hooks.md.
   void write(std::ostream& out) const;
 
  private:
-  /// Tags by their container, keys by what they are keys of.
+  /// Tags by container, keys by their kind.
   struct Cell {
     RunOrder groups;
     std::map<std::string, RunOrder> members;
 
-    void add(std::size_t run, std::string_view group, std::string_view member);
+    void add(std::size_t run, const std::string& group, const std::string& member);
 
     /// "meta `A`, `B`<br>event `C`".
     [[nodiscard]] std::string text() const;
   };
-  struct Step {
+  struct StepCells {
     Cell reads;
     Cell writes;
   };
   struct Hook {
     RunOrder stepNames;
-    std::map<std::string, Step> steps;
+    std::map<std::string, StepCells> steps;
   };
 
-  void addLine(std::string_view line);
+  void add(const CallTrace& trace);
 
-  std::size_t mRun = 0;  // a run is a call
+  StepFinder mFinder;
+  std::size_t mRun = 0;  // a call is a run
   RunOrder mHookNames;
   std::map<std::string, Hook> mHooks;
 };

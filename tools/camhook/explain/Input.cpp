@@ -1,16 +1,20 @@
 #include "tools/camhook/explain/Input.h"
+#include "tools/camhook/input/JsonLine.h"
 
 #include <charconv>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/ScenarioReader.h"
+#include "tools/camhook/run/TraceFilter.h"
 
 namespace camhook {
 namespace {
 
-/// The steps to a place: "sat.cameras[0].role" is sat, cameras, 0, role. Indices are numbers.
+/// Splits a place: "sat.cameras[0].role" becomes "sat", "cameras", 0, "role".
 std::vector<std::variant<std::string, std::size_t>> stepsOf(std::string_view place) {
   std::vector<std::variant<std::string, std::size_t>> steps;
   while (!place.empty()) {
@@ -29,7 +33,47 @@ std::vector<std::variant<std::string, std::size_t>> stepsOf(std::string_view pla
   return steps;
 }
 
+Json jsonFromCall(const ScenarioCall& call) {
+  Json json{{"call", nameOf(call.call)}};
+  if (const auto sensor = sensorOf(call.call)) json["sensor"] = *sensor;
+  for (const auto& [key, value] : call.arguments.members()) json[key] = value;
+  for (const char* name : kContainers) {
+    if (containerOf(call.call, name) != nullptr) json[name] = Json();
+  }
+  return json;
+}
+
+/// The container that is named, or that the call writes. Throws InputError.
+std::string containerFrom(const std::string& text, const Call& call) {
+  std::string names;
+  std::string last;
+  for (const char* name : kContainers) {
+    if (containerOf(call, name) == nullptr) continue;
+    names += (names.empty() ? "" : ", ") + std::string(name);
+    last = name;
+    if (text == name) return text;
+  }
+  if (names.empty()) throw InputError("the call has no container");
+  if (!text.empty()) {
+    throw InputError("the call has no container " + jsonText(text) + "; it has " + names);
+  }
+  return last;
+}
+
 }  // namespace
+
+Question readQuestion(std::string_view scenario, const std::string& call, const std::string& tag) {
+  Question question{.scenario = readScenario(scenario),
+                    .platform = parseJson(std::string(scenario))["platform"]};
+  question.call = callFromText(call, question.scenario.calls.size());
+  question.callDocument = jsonFromCall(question.scenario.calls[question.call]);
+  if (tag == "return") return question;
+  const std::size_t colon = tag.find(':');
+  question.container =
+      containerFrom(colon != std::string::npos ? tag.substr(0, colon) : "", question.askedCall());
+  question.tag = tagFromText(colon != std::string::npos ? tag.substr(colon + 1) : tag);
+  return question;
+}
 
 Json jsonFromInput(const Input& input, const Question& question) {
   switch (input.kind) {
@@ -47,42 +91,11 @@ Json jsonFromInput(const Input& input, const Question& question) {
   const auto index = static_cast<std::size_t>(input.number);
   return {{"kind", "call"},
           {"index", input.number + 1},
-          {"hook", question.document["calls"][index]["call"]}};
+          {"hook", nameOf(question.scenario.calls[index].call)}};
 }
 
-const Json& Question::platformDocument() const {
-  static const Json kNone = Json::object();
-  const auto found = document.find("platform");
-  return found != document.end() ? *found : kNone;
-}
-
-Json valueOf(const Input& input, const Question& question, const host::TextMap& events,
-             const host::TextMap& properties) {
-  const auto entryIn = [&input](const NSCam::IMetadata& metadata) -> Json {
-    const NSCam::IMetadata::IEntry& entry = metadata.entryFor(input.tag);
-    return entry.isEmpty() ? Json() : jsonFromEntry(entry);
-  };
-  const auto textIn = [&input](const host::TextMap& texts) -> Json {
-    const auto found = texts.find(input.key);
-    return found != texts.end() && !found->second.empty() ? Json(found->second) : Json();
-  };
-  const host::PhoneConfig& phone = question.scenario.platform;
-  switch (input.kind) {
-    case Input::Kind::metadata: {
-      Call call = question.scenarioCall().call;
-      const MetadataArgument* container = containerOf(call, input.key);
-      return container != nullptr && *container ? entryIn(**container) : Json();
-    }
-    case Input::Kind::statics:
-      return entryIn(phone.deviceOrDefault(static_cast<std::int32_t>(input.number)).statics);
-    case Input::Kind::event: return textIn(events);
-    case Input::Kind::property: return textIn(properties);
-    case Input::Kind::provider: return phone.provider ? Json(phone.provider->fpsCap) : Json();
-    case Input::Kind::argument: return valueAt(question.callDocument(), input.key);
-    case Input::Kind::platform: return valueAt(question.platformDocument(), input.key);
-    case Input::Kind::call: break;
-  }
-  return jsonFromInput(input, question)["hook"];
+std::string_view nameOf(const Call& call) {
+  return std::visit([](const auto& concrete) { return concrete.kName; }, call);
 }
 
 MetadataArgument* containerOf(Call& call, std::string_view name) {
@@ -100,6 +113,10 @@ MetadataArgument* containerOf(Call& call, std::string_view name) {
       call);
 }
 
+const MetadataArgument* containerOf(const Call& call, std::string_view name) {
+  return containerOf(const_cast<Call&>(call), name);
+}
+
 std::optional<std::int32_t> sensorOf(const Call& call) {
   return std::visit(
       [](const auto& concrete) -> std::optional<std::int32_t> {
@@ -113,12 +130,11 @@ Json valueAt(const Json& document, const std::string& place) {
   const Json* at = &document;
   for (const auto& step : stepsOf(place)) {
     if (const auto* index = std::get_if<std::size_t>(&step)) {
-      if (*index >= at->size()) return nullptr;
+      if (!at->isList() || *index >= at->size()) return nullptr;
       at = &(*at)[*index];
     } else {
-      const auto found = at->find(std::get<std::string>(step));
-      if (found == at->end()) return nullptr;
-      at = &*found;
+      at = at->find(std::get<std::string>(step));
+      if (at == nullptr) return nullptr;
     }
   }
   return *at;
@@ -137,9 +153,9 @@ Json withValueAt(Json document, const std::string& place, const Json& value) {
       at = &(*at)[key];
     }
   }
-  if (!value.is_null()) {
+  if (!value.isNull()) {
     *at = value;
-  } else if (around != nullptr && around->is_object()) {
+  } else if (around != nullptr && around->isObject()) {
     around->erase(key);
   }
   return document;

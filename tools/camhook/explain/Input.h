@@ -1,4 +1,4 @@
-// What a call may have read, and the places of a scenario in which it stands.
+// Inputs of a call, and their places in a scenario.
 
 #pragma once
 
@@ -9,12 +9,13 @@
 #include <string>
 #include <string_view>
 
+#include "tools/camhook/explain/AnyValue.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/Scenario.h"
 
 namespace camhook {
 
-/// One thing that a call may have read.
+/// One thing that a call may read.
 struct Input {
   enum class Kind {
     metadata,  // `key` is the container, `tag` the entry
@@ -24,7 +25,7 @@ struct Input {
     provider,
     argument,  // `key` is a place in the call
     platform,  // `key` is a place below the scenario's platform
-    call,      // `number` counts the scenario's calls from 0: an earlier call on the same sensor
+    call,      // `number` is the index of an earlier call on the same sensor
   };
 
   Kind kind = Kind::metadata;
@@ -32,7 +33,7 @@ struct Input {
   std::uint32_t tag = 0;
   std::int64_t number = 0;
 
-  /// Whether it is read by this call alone, so that what happened before stays as it is.
+  /// True if a change of it affects no earlier call.
   [[nodiscard]] bool isOfThisCall() const {
     return kind == Kind::metadata || kind == Kind::event || kind == Kind::property ||
            kind == Kind::argument;
@@ -42,43 +43,49 @@ struct Input {
   friend auto operator<=>(const Input&, const Input&) = default;
 };
 
-/// A scenario, and the call that is asked about.
+/// A tag, or the return value, after one call of a scenario.
 struct Question {
-  Json document;  // the scenario as it was written
   Scenario scenario;
-  std::size_t call = 0;  // from 0
+  Json platform;               // as the scenario writes it
+  std::size_t call = 0;        // index
+  Json callDocument = {};      // as the scenario writes it, with null for each container
+  std::string container = {};  // empty: the return value
+  std::uint32_t tag = 0;
 
-  [[nodiscard]] const ScenarioCall& scenarioCall() const { return scenario.calls[call]; }
-  [[nodiscard]] const Json& callDocument() const { return document["calls"][call]; }
-  [[nodiscard]] const Json& platformDocument() const;  // an empty object where there is none
+  [[nodiscard]] const Call& askedCall() const { return scenario.calls[call].call; }
 };
 
-/// What stands in an input's place at the start of the call, of these event-store values and
-/// properties; null for absent.
-Json valueOf(const Input& input, const Question& question, const host::TextMap& events,
-             const host::TextMap& properties);
+/// Reads a scenario. `call` is a number from 1 or "last"; `tag` is a tag, also with its container
+/// ("hal:MTK_..."), or "return". Throws InputError.
+Question readQuestion(std::string_view scenario, const std::string& call, const std::string& tag);
 
-/// One input with another value. `to` has the form that the scenario has in its place: an entry, a
-/// text, a number, any value; null for absent.
+/// One input with another value.
 struct Change {
   Input input;
-  Json to;
+  AnyValue to;
 };
 
-/// The kind and the keys that tell an input from others: `{"kind": "event", "key": "APP_NAME"}`.
+/// The keys that identify an input: `{"kind": "event", "key": "APP_NAME"}`.
 Json jsonFromInput(const Input& input, const Question& question);
 
-/// A call's container of that name; null where it has none of that name.
-MetadataArgument* containerOf(Call& call, std::string_view name);
+/// The names of all containers that a call may have.
+inline constexpr const char* kContainers[] = {"meta", "app", "hal", "out"};
 
-/// The sensor of a call; none where it is on no sensor.
+/// A container of the call; null if the call has none of that name.
+MetadataArgument* containerOf(Call& call, std::string_view name);
+const MetadataArgument* containerOf(const Call& call, std::string_view name);
+
+/// The name of the hook.
+std::string_view nameOf(const Call& call);
+
+/// The sensor of a call; none if the call is on no sensor.
 std::optional<std::int32_t> sensorOf(const Call& call);
 
-/// The value at a place such as "sat.cameras[0].role"; null where there is none.
+/// The value at a place such as "sat.cameras[0].role"; null if there is none.
 Json valueAt(const Json& document, const std::string& place);
 
-/// The document with another value at a place; null takes the place out of it. Objects on the way
-/// that are missing are made.
+/// The document with another value at a place; null removes the place. Missing objects on the way
+/// are added.
 Json withValueAt(Json document, const std::string& place, const Json& value);
 
 }  // namespace camhook

@@ -1,12 +1,12 @@
 #include "tools/camhook/explain/Reruns.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "tools/camhook/explain/ChangedScenario.h"
-#include "tools/camhook/explain/ReadCollector.h"
+#include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
-#include "tools/camhook/show/JsonTrace.h"
 
 namespace camhook {
 namespace {
@@ -17,129 +17,177 @@ bool leavesOut(const Change& change, std::size_t call) {
   return change.input.kind == Kind::call && change.input.number == static_cast<std::int64_t>(call);
 }
 
-bool leavesOut(const std::vector<Change>& changes, std::size_t call) {
-  return std::ranges::any_of(changes,
-                             [call](const Change& change) { return leavesOut(change, call); });
+/// The places of the call's arguments: each number is an input.
+std::vector<std::string> argumentsOf(const Question& question) {
+  std::vector<std::string> places;
+  for (const auto& [key, value] : question.callDocument.members()) {
+    if (key == "call" || containerOf(question.askedCall(), key) != nullptr) continue;
+    if (key == "streams" || value.size() == 0) places.push_back(key);
+    for (std::size_t i = 0; value.isList() && i < value.size(); ++i) {
+      const std::string item = std::string(key).append("[").append(std::to_string(i)).append("]");
+      if (!value[i].isObject()) places.push_back(item);
+      if (!value[i].isObject()) continue;
+      for (const auto& [member, number] : value[i].members()) places.push_back(item + '.' + member);
+    }
+  }
+  return places;
 }
 
 }  // namespace
 
 Reruns::Reruns(const Question& question)
     : mQuestion(question),
-      mReplay(changedPhone(question, {}), [this](int sensor) { return updaterOf(sensor); }),
-      mKeeper(mReplay.phone()) {
+      mPhone(unchangedPhone(question)),
+      mReplay(mPhone, [this](int sensor) { return updaterOf(sensor); }) {
   host::LogSink::openLevels({});
+  for (std::size_t i = 0; i < question.call; ++i) {
+    mStates.push_back(state());
+    ReadInputs inputs(question.platform);
+    addInputs(inputs, mReplay.run(question.scenario.calls[i], Replay::Detail::accesses));
+    std::set<Input>& reads = mReads.emplace_back();
+    std::ranges::copy_if(inputs.inputs(), std::inserter(reads, reads.end()),
+                         [](const Input& input) { return !input.isOfThisCall(); });
+  }
+  mStates.push_back(state());
+  StepFinder steps;
+  mReplay.followSteps(&steps);
+  mTrace = mReplay.run(question.scenario.calls[question.call], Replay::Detail::accesses);
+  mReplay.followSteps(nullptr);
+  mAnswer = answerOf(mTrace);
+
+  ReadInputs inputs(question.platform);
+  for (std::string& place : argumentsOf(question)) {
+    inputs.add(Input{.kind = Kind::argument, .key = std::move(place)});
+  }
+  addInputs(inputs, mTrace);
+  const auto sensor = sensorOf(question.askedCall());
+  for (std::size_t i = 0; sensor && i < question.call; ++i) {
+    if (sensorOf(question.scenario.calls[i].call) != sensor) continue;
+    inputs.add(
+        Input{.kind = Kind::call, .key = {}, .tag = 0, .number = static_cast<std::int64_t>(i)});
+  }
+  mInputs = inputs.inputs();
 }
 
 HeskParameterUpdater* Reruns::updaterOf(int sensor) {
-  if (HeskParameterUpdater* const known = mKeeper.updaterOf(sensor)) return known;
-  ReadCollector collector(mQuestion);
-  host::Observer* const before = mReplay.phone().setObserver(&collector);
-  HeskParameterUpdater* const updater = HeskParameterUpdater::createInstance(sensor);
+  if (mUpdaters.has(sensor)) return mUpdaters.of(sensor);
+  ReadInputs inputs(mQuestion.platform);
+  host::Observer* const before = mReplay.phone().setObserver(&inputs);
+  HeskParameterUpdater* const updater = mUpdaters.of(sensor);
   mReplay.phone().setObserver(before);
-  if (updater == nullptr) return nullptr;
-  mReadByConstruction.insert(mReadByConstruction.end(), collector.inputs.begin(),
-                             collector.inputs.end());
-  mKeeper.add(sensor, *updater);
+  mReadByConstruction[sensor] = inputs.inputs();
   return updater;
 }
 
-std::vector<Input> Reruns::inputsOf(const CallTrace& trace) const {
-  ReadCollector collector(mQuestion);
-  // What the sensor's updater has learned when it was made counts as if this call had made it.
-  for (const Input& input : mReadByConstruction) {
-    if (trace.sensor == input.number) collector.keep(input);
-  }
-  for (const StepAccess& access : *trace.accesses) collector.add(access.access, access.container);
-  return std::move(collector.inputs);
+Reruns::State Reruns::state() const {
+  const host::Phone& phone = mReplay.phone();
+  return {.library = mUpdaters.state(),
+          .events = phone.eventStore.all(),
+          .properties = phone.properties.all(),
+          .tuningBytes = phone.tuningBuffer.bytes().size()};
 }
 
-Reruns::Course Reruns::courseOf(const CallTrace& trace) const {
-  Course course{inputsOf(trace), trace.result.dump()};
-  for (const auto& [access, container, step] : *trace.accesses) {
-    if (const auto* write = std::get_if<host::MetadataWrite>(&access)) {
-      if (container.empty()) continue;
-      course.signature.append(container).append(tagText(write->tag));
-      if (!write->entry.isEmpty()) course.signature += jsonFromEntry(write->entry).dump();
-    } else if (const auto* effect = std::get_if<host::Effect>(&access)) {
-      course.signature += lineOfEffect(*effect);
+void Reruns::restore(const State& state) {
+  host::Phone& phone = mReplay.phone();
+  mUpdaters.restore(state.library);
+  phone.eventStore.replaceAll(state.events);
+  phone.properties.replaceAll(state.properties);
+  // Its content has no effect: a call compares only what it has copied itself.
+  if (phone.tuningBuffer.bytes().size() != state.tuningBytes) {
+    phone.tuningBuffer.clear();
+    phone.tuningBuffer.map(state.tuningBytes);
+  }
+}
+
+/// Adds what the call read. An updater's construction counts as read by every call on it.
+void Reruns::addInputs(ReadInputs& inputs, const CallTrace& trace) const {
+  if (const auto found = mReadByConstruction.find(trace.sensor.value_or(-1));
+      found != mReadByConstruction.end()) {
+    for (const Input& input : found->second) inputs.add(input);
+  }
+  for (const StepAccess& access : *trace.accesses) inputs.add(access.access, access.container);
+}
+
+AnyValue Reruns::answerOf(const CallTrace& trace) const {
+  if (mQuestion.container.empty()) return AnyValue(trace.result);
+  for (const ContainerTrace& container : trace.containers) {
+    if (container.name == mQuestion.container && container.after) {
+      return AnyValue(container.after->entryFor(mQuestion.tag));
     }
   }
-  for (const Input& input : course.inputs) {
-    course.signature += jsonFromInput(input, mQuestion).dump();
+  return {};
+}
+
+std::set<Input> Reruns::readBy(std::string_view step) const {
+  ReadInputs inputs(mQuestion.platform);
+  for (const StepAccess& access : *mTrace.accesses) {
+    if (access.step.name == step) inputs.add(access.access, access.container);
   }
-  return course;
+  return {inputs.inputs().begin(), inputs.inputs().end()};
 }
 
-bool Reruns::needsFreshProcess(const Input& input) const {
-  return std::ranges::find(mReadByConstruction, input) != mReadByConstruction.end() ||
-         (input.kind == Kind::platform && input.key.starts_with("tuningBuffer"));
-}
-
-Reruns::Study Reruns::study() {
-  for (std::size_t i = 0; i < mQuestion.call; ++i) {
-    mStates.push_back(mKeeper.current());
-    const CallTrace trace = mReplay.run(mQuestion.scenario.calls[i], Detail::accesses);
-    std::set<Input>& reads = mReads.emplace_back();
-    for (Input& input : inputsOf(trace)) {
-      if (!input.isOfThisCall()) reads.insert(std::move(input));
+AnyValue Reruns::valueOf(const Input& input) const {
+  const auto textIn = [&input](const host::TextMap& texts) {
+    const auto found = texts.find(input.key);
+    return found != texts.end() && !found->second.empty() ? AnyValue(Json(found->second))
+                                                          : AnyValue();
+  };
+  switch (input.kind) {
+    case Kind::metadata: {
+      const MetadataArgument* container = containerOf(mQuestion.askedCall(), input.key);
+      return container != nullptr && *container ? AnyValue((*container)->entryFor(input.tag))
+                                                : AnyValue();
     }
+    case Kind::statics: {
+      const auto device = static_cast<std::int32_t>(input.number);
+      return AnyValue(mPhone.deviceOrDefault(device).statics.entryFor(input.tag));
+    }
+    case Kind::event: return textIn(mStates.back().events);
+    case Kind::property: return textIn(mStates.back().properties);
+    case Kind::provider:
+      return mPhone.provider ? AnyValue(Json(mPhone.provider->fpsCap)) : AnyValue();
+    case Kind::argument: return AnyValue(valueAt(mQuestion.callDocument, input.key));
+    case Kind::platform: return AnyValue(valueAt(mQuestion.platform, input.key));
+    case Kind::call: break;
   }
-  mStates.push_back(mKeeper.current());
-  StepFinder steps;
-  mReplay.followSteps(&steps, Replay::StepsOf::writes);
-  CallTrace trace = mReplay.run(mQuestion.scenarioCall(), Detail::accesses);
-  mReplay.followSteps(nullptr);
-  return {std::move(trace), mStates.back().events, mStates.back().properties};
+  return AnyValue(jsonFromInput(input, mQuestion)["hook"]);
 }
 
-/// The next call, from one on, that is left out or has read what is changed; the question's own
-/// where there is none before it.
-std::size_t Reruns::nextTouched(const std::vector<Change>& changes, std::size_t from) const {
+/// The next earlier call, from one on, that the changes affect; the question's own if there is
+/// none.
+std::size_t Reruns::firstAffected(const std::vector<Change>& changes, std::size_t from) const {
   for (std::size_t i = from; i < mQuestion.call; ++i) {
-    const auto touches = [&](const Change& change) {
+    const auto affects = [&](const Change& change) {
       return leavesOut(change, i) || mReads[i].contains(change.input);
     };
-    if (std::ranges::any_of(changes, touches)) return i;
+    if (std::ranges::any_of(changes, affects)) return i;
   }
   return mQuestion.call;
 }
 
-void Reruns::runCallsBefore(const std::vector<Change>& changes) {
-  std::size_t at = nextTouched(changes, 0);
-  mKeeper.restore(mStates[at]);
+void Reruns::runEarlierCalls(const std::vector<Change>& changes) {
+  std::size_t at = firstAffected(changes, 0);
+  restore(mStates[at]);
   while (at < mQuestion.call) {
-    if (!leavesOut(changes, at)) mReplay.run(mQuestion.scenario.calls[at], Detail::containers);
+    const bool isLeftOut =
+        std::ranges::any_of(changes, [at](const Change& change) { return leavesOut(change, at); });
+    if (!isLeftOut) mReplay.run(mQuestion.scenario.calls[at], Replay::Detail::containers);
     ++at;
-    if (mKeeper.current() != mStates[at]) continue;
-    at = nextTouched(changes, at);
-    mKeeper.restore(mStates[at]);
+    if (state() != mStates[at]) continue;
+    at = firstAffected(changes, at);
+    restore(mStates[at]);
   }
 }
 
-std::optional<CallTrace> Reruns::run(const std::vector<Change>& changes, Detail detail) {
+std::optional<AnyValue> Reruns::run(const std::vector<Change>& changes) {
   try {
-    const ScenarioCall call = changedCall(mQuestion, changes);
-    mReplay.phone().config = changedPhone(mQuestion, changes);
-    runCallsBefore(changes);
+    const ScenarioCall call{.call = changedCall(mQuestion, changes)};
+    auto phone = changedPhone(mQuestion, changes);
+    if (mIsPhoneChanged || phone) mReplay.phone().config = phone ? *std::move(phone) : mPhone;
+    mIsPhoneChanged = phone.has_value();
+    runEarlierCalls(changes);
     setTexts(mReplay.phone(), changes);
-    return mReplay.run(call, detail);
-  } catch (const InputError&) {
-    return {};
-  }
-}
-
-std::optional<CallTrace> Reruns::runOnce(const Question& question,
-                                         const std::vector<Change>& changes) {
-  try {
-    const ScenarioCall call = changedCall(question, changes);
-    Replay replay(changedPhone(question, changes));
-    host::LogSink::openLevels({});
-    for (std::size_t i = 0; i < question.call; ++i) {
-      if (!leavesOut(changes, i)) replay.run(question.scenario.calls[i], Detail::containers);
-    }
-    setTexts(replay.phone(), changes);
-    return replay.run(call, Detail::containers);
+    return answerOf(mReplay.run(call, Replay::Detail::containers));
   } catch (const InputError&) {
     return {};
   }

@@ -1,74 +1,84 @@
-// A scenario up to one of its calls, run again and again in one process, each time with other
-// changes.
+// Runs a scenario up to the question's call, then that call again and again with changes.
 //
-// A first unchanged run tells what each call reads and leaves behind, and so which calls a change
-// can touch at all: the others are passed over, and what they leave behind is put in place.
+// The first, unchanged run records what each earlier call reads and the state before it. A changed
+// run begins at the first earlier call that the changes affect, and skips calls as soon as the
+// state is that of the unchanged run again.
 
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <set>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/camhook/explain/Input.h"
-#include "tools/camhook/explain/PhoneState.h"
+#include "tools/camhook/explain/ReadInputs.h"
+#include "tools/camhook/run/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 
 namespace camhook {
 
 class Reruns {
  public:
-  using Detail = Replay::Detail;
-
-  /// What the call did without any change.
-  struct Study {
-    CallTrace trace;       // with the accesses and their steps
-    host::TextMap events;  // at the start of the call
-    host::TextMap properties;
-  };
-
-  /// What the call read, and its way as far as it can be seen from outside.
-  struct Course {
-    std::vector<Input> inputs;  // in the order of the first read
-    std::string signature;      // of the reads, writes and effects
-  };
-
-  /// A phone for the question's scenario, on which nothing has run. `question` must outlive this.
+  /// Runs the scenario without changes. `question` must outlive this object. There must be no other
+  /// phone or updaters.
   explicit Reruns(const Question& question);
+  Reruns(const Reruns&) = delete;
+  Reruns& operator=(const Reruns&) = delete;
 
-  /// Runs everything unchanged. The first thing that a process runs.
-  Study study();
+  /// The unchanged call, with its accesses and their steps.
+  [[nodiscard]] const CallTrace& trace() const { return mTrace; }
 
-  /// The call with these changes, none of which `needsFreshProcess`; behind `study`. None where a
-  /// scenario cannot have them.
-  std::optional<CallTrace> run(const std::vector<Change>& changes,
-                               Detail detail = Detail::containers);
+  /// The unchanged call's answer.
+  [[nodiscard]] const AnyValue& answer() const { return mAnswer; }
 
-  /// Of a call that was run with its accesses.
-  [[nodiscard]] Course courseOf(const CallTrace& trace) const;
+  /// The call's arguments, what it and the construction of its updater read, and the earlier calls
+  /// on its sensor.
+  [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs; }
 
-  /// Whether the library keeps what it has made of this input until the process ends.
-  [[nodiscard]] bool needsFreshProcess(const Input& input) const;
+  /// The inputs that a step of the unchanged call reads.
+  [[nodiscard]] std::set<Input> readBy(std::string_view step) const;
 
-  /// The same as `run`, with any changes, the first thing that a process runs.
-  static std::optional<CallTrace> runOnce(const Question& question,
-                                          const std::vector<Change>& changes);
+  /// The value of an input at the start of the call.
+  [[nodiscard]] AnyValue valueOf(const Input& input) const;
+
+  /// The answer with these changes; none if a scenario cannot have them.
+  std::optional<AnyValue> run(const std::vector<Change>& changes);
 
  private:
+  /// The state before a call.
+  struct State {
+    LibraryState library;
+    host::TextMap events;
+    host::TextMap properties;
+    std::size_t tuningBytes = 0;  // of the shared buffer
+
+    friend bool operator==(const State&, const State&) = default;
+  };
+
   HeskParameterUpdater* updaterOf(int sensor);
-  [[nodiscard]] std::vector<Input> inputsOf(const CallTrace& trace) const;
-  [[nodiscard]] std::size_t nextTouched(const std::vector<Change>& changes, std::size_t from) const;
-  void runCallsBefore(const std::vector<Change>& changes);
+  [[nodiscard]] State state() const;
+  void restore(const State& state);
+  void addInputs(ReadInputs& inputs, const CallTrace& trace) const;
+  [[nodiscard]] AnyValue answerOf(const CallTrace& trace) const;
+  [[nodiscard]] std::size_t firstAffected(const std::vector<Change>& changes,
+                                          std::size_t from) const;
+  void runEarlierCalls(const std::vector<Change>& changes);
 
   const Question& mQuestion;
+  host::PhoneConfig mPhone;  // unchanged
+  OwnUpdaters mUpdaters;
   Replay mReplay;
-  StateKeeper mKeeper;
-  std::vector<Input> mReadByConstruction;
+  bool mIsPhoneChanged = false;
 
-  std::vector<PhoneState> mStates;      // before each call of the unchanged run
-  std::vector<std::set<Input>> mReads;  // of each call, what is not of it alone
+  std::map<int, std::vector<Input>> mReadByConstruction;  // by sensor
+  std::vector<State> mStates;                             // before each call, unchanged
+  std::vector<std::set<Input>> mReads;                    // of each earlier call
+  CallTrace mTrace;
+  AnyValue mAnswer;
+  std::vector<Input> mInputs;
 };
 
 }  // namespace camhook

@@ -1,260 +1,175 @@
-// Three kinds of processes take part. This one runs no hook: the library keeps its updaters for
-// good, so what is to happen from the scenario's first call on takes a child of it. One child has
-// run the calls before the one in question, and starts children of its own, one for each input,
-// which try its values one after another. What the library keeps of an input until the process ends
-// takes a child of this process for every value.
-
 #include "tools/camhook/explain/Why.h"
+#include "tools/camhook/input/JsonLine.h"
 
 #include <algorithm>
 #include <set>
-#include <string>
 #include <utility>
 
 #include "tools/camhook/explain/Candidates.h"
-#include "tools/camhook/explain/Children.h"
-#include "tools/camhook/explain/Investigation.h"
-#include "tools/camhook/explain/Pairs.h"
+#include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
-#include "tools/camhook/show/Terminal.h"
 
 namespace camhook {
 namespace {
 
-constexpr std::size_t kMostChanges = 100;  // that are told of an input
+constexpr std::size_t kMostOutcomes = 100;    // listed of an input
+constexpr std::size_t kMostReplays = 30'000;  // of pairs
 
-using Wanted = std::optional<Json>;  // as a trace has it; null for absent
-
-/// What changes of one input come to, for one thing asked.
-class Findings {
- public:
-  Findings(const Json& after, const Wanted& want) : mWant(want) { mSeen.insert(after.dump()); }
-
-  void add(const Json& to, const Json& gives) {
-    const bool isNew = mSeen.insert(gives.dump()).second;
-    mCounts |= isNew;
-    if (isNew && mChanges.size() < kMostChanges && (!mWant || gives == *mWant)) {
-      mChanges.push_back({{"to", to}, {"gives", gives}});
-    }
-  }
-
-  [[nodiscard]] Json json() const { return {{"counts", mCounts}, {"changes", mChanges}}; }
-
- private:
-  const Wanted& mWant;
-  std::set<std::string> mSeen;
-  bool mCounts = false;
-  Json mChanges = Json::array();
-};
-
-/// The findings for each thing asked, and how many changes were "tried".
-Json jsonFrom(const std::vector<Findings>& findings, std::size_t tried) {
-  Json list = Json::array();
-  for (const Findings& each : findings) list.push_back(each.json());
-  return {{"findings", std::move(list)}, {"tried", tried}};
-}
-
-/// Tries the values of an input one after another.
-Json sweep(Investigation& investigation, const Input& input, const std::vector<Asked>& asked,
-           const Wanted& want) {
-  std::vector<Answer> unchanged;
-  std::vector<Findings> findings;
-  for (const Asked& each : asked) {
-    unchanged.emplace_back(investigation.study().trace, each);
-    findings.emplace_back(unchanged.back().json(), want);
-  }
-  std::vector<Answer> last = unchanged;
-  std::size_t tried = 0;
-  for (const Json& to : investigation.candidatesFor(input)) {
-    const std::optional<CallTrace> trace = investigation.reruns().run({{input, to}});
-    if (!trace) continue;
-    ++tried;
-    for (std::size_t i = 0; i < asked.size(); ++i) {
-      Answer answer(*trace, asked[i]);
-      if (answer == unchanged[i] || answer == last[i]) continue;
-      findings[i].add(to, answer.json());
-      last[i] = std::move(answer);
-    }
-  }
-  return jsonFrom(findings, tried);
-}
-
-/// Tries an input whose every value takes a process that has run nothing.
-Json sweepFresh(const Question& question, const Input& input, const std::vector<Json>& candidates,
-                const std::vector<Asked>& asked, const Json& after, const Wanted& want) {
-  std::vector<ChildWork> works;
-  works.reserve(candidates.size());
-  for (const Json& to : candidates) {
-    works.emplace_back([&]() -> Json {
-      const std::optional<CallTrace> trace = Reruns::runOnce(question, {{input, to}});
-      if (!trace) return nullptr;
-      Json answers = Json::array();
-      for (const Asked& each : asked) answers.push_back(Answer(*trace, each).json());
-      return answers;
-    });
-  }
-  ProgressLine progress(works.size(), "value");
-  std::size_t done = 0;
-  const std::vector<Json> results =
-      inChildren(works, [&](const Json& /*made*/) { progress.advance(++done); });
-  std::vector<Findings> findings;
-  for (const Json& value : after) findings.emplace_back(value, want);
-  for (std::size_t i = 0; i < candidates.size(); ++i) {
-    for (std::size_t k = 0; k < results[i].size(); ++k)
-      findings[k].add(candidates[i], results[i][k]);
-  }
-  return jsonFrom(findings, candidates.size());
-}
-
-/// What of an input goes from the child that has found it to the process that has run nothing.
-Json parcelOf(const Input& input) {
-  return Json::array({static_cast<int>(input.kind), input.key, input.tag, input.number});
-}
-
-Input inputFrom(const Json& parcel) {
-  return {.kind = static_cast<Input::Kind>(parcel[0].get<int>()),
-          .key = parcel[1],
-          .tag = parcel[2],
-          .number = parcel[3]};
-}
-
-/// Puts what was found of every input into "results", but of those that take fresh processes.
-void sweepAll(Investigation& investigation, const std::vector<Asked>& asked, const Wanted& want,
-              Json& results) {
-  constexpr std::size_t kCallsInOne = 50;  // a call that is left out is but one run
-  const std::vector<Input>& inputs = investigation.inputs();
-  std::vector<std::vector<std::size_t>> groups;
-  for (std::size_t i = 0; i < inputs.size(); ++i) {
-    if (investigation.reruns().needsFreshProcess(inputs[i])) continue;
-    const bool isCall = inputs[i].kind == Input::Kind::call;
-    // Calls stand behind all others.
-    const bool joins = isCall && !groups.empty() && groups.back().size() < kCallsInOne &&
-                       inputs[groups.back().front()].kind == Input::Kind::call;
-    if (!joins) groups.emplace_back();
-    groups.back().push_back(i);
-  }
-  std::vector<ChildWork> works;
-  works.reserve(groups.size());
-  for (const auto& group : groups) {
-    works.emplace_back([&] {
-      Json list = Json::array();
-      for (const std::size_t i : group)
-        list.push_back(sweep(investigation, inputs[i], asked, want));
-      return list;
-    });
-  }
-  ProgressLine progress(works.size(), "input");
-  std::size_t done = 0;
-  const std::vector<Json> made =
-      inChildren(works, [&](const Json& /*made*/) { progress.advance(++done); });
-  for (std::size_t g = 0; g < groups.size(); ++g) {
-    for (std::size_t k = 0; k < groups[g].size(); ++k) results[groups[g][k]].update(made[g][k]);
-  }
-}
-
-/// The value before the call, after it, and the writes to it.
-Json historyOf(const CallTrace& trace, const Asked& asked) {
-  Json before;
+AnyValue valueBefore(const CallTrace& trace, const Question& question) {
   for (const ContainerTrace& container : trace.containers) {
-    if (container.name == asked.container && container.before) {
-      before = entryOrNull(container.before->entryFor(asked.tag));
+    if (container.name == question.container && container.before) {
+      return AnyValue(container.before->entryFor(question.tag));
     }
   }
-  Json writes = Json::array();
+  return {};
+}
+
+std::vector<Explanation::Write> writesOf(const CallTrace& trace, const Question& question) {
+  std::vector<Explanation::Write> writes;
   for (const auto& [access, container, step] : *trace.accesses) {
     const auto* write = std::get_if<host::MetadataWrite>(&access);
-    if (write == nullptr || container.empty() || container != asked.container ||
-        write->tag != asked.tag) {
-      continue;
+    if (write == nullptr || container.empty() || container != question.container) continue;
+    if (write->tag == question.tag) writes.push_back({AnyValue(write->entry), step});
+  }
+  return writes;
+}
+
+/// The wanted value as the tag would have it. Throws InputError.
+AnyValue wantedValue(const Json& want, const Question& question) {
+  if (question.container.empty() || want.isNull()) return AnyValue(want);
+  return AnyValue(entryFromJson(question.tag, want, "--want"));
+}
+
+/// Pairs of inputs: first both read by the step that wrote the tag last, then both present, then
+/// the others.
+struct PairOfInputs {
+  std::size_t first;
+  std::size_t second;
+  int rank;
+};
+
+std::vector<PairOfInputs> pairsOf(const Explanation& explanation, const Reruns& reruns) {
+  std::set<Input> read;
+  if (!explanation.writes.empty()) read = reruns.readBy(explanation.writes.back().step.name);
+  const auto& findings = explanation.findings;
+  const auto rankOf = [&](const Explanation::Finding& finding) {
+    if (read.contains(finding.input)) return 0;
+    return finding.value.isAbsent() ? 2 : 1;
+  };
+  std::vector<PairOfInputs> pairs;
+  for (std::size_t i = 0; i < findings.size(); ++i) {
+    for (std::size_t k = i + 1; k < findings.size(); ++k) {
+      pairs.push_back({i, k, std::max(rankOf(findings[i]), rankOf(findings[k]))});
     }
-    writes.push_back({{"value", entryOrNull(write->entry)},
-                      {"step", step.name},
-                      {"file", step.file},
-                      {"line", step.line}});
   }
-  return {{"before", std::move(before)},
-          {"after", Answer(trace, asked).json()},
-          {"writes", std::move(writes)}};
+  std::ranges::stable_sort(pairs, {}, &PairOfInputs::rank);
+  return pairs;
 }
 
-/// In a child: the call's history for each thing asked, its inputs, and what was found of them.
-Json investigate(const Question& question, const Candidates& candidates,
-                 const std::vector<Asked>& asked, const Wanted& want) {
-  Investigation investigation(question, candidates);
-  Json histories = Json::array();
-  for (const Asked& each : asked) {
-    histories.push_back(historyOf(investigation.study().trace, each));
+/// Tries pairs of changes: likely values of all pairs of inputs first, then all values. Of each
+/// pair of inputs the first pair of changes that gives the wanted value is kept.
+void findPairs(Explanation& explanation, Reruns& reruns,
+               const std::vector<Candidates::List>& candidates, const AnyValue& wanted) {
+  auto& found = explanation.together.emplace();
+  std::vector<PairOfInputs> pairs = pairsOf(explanation, reruns);
+  const auto search = [&](const PairOfInputs& pair, bool isLikely) {
+    const Candidates::List& firsts = candidates[pair.first];
+    const Candidates::List& seconds = candidates[pair.second];
+    for (std::size_t i = 0; i < (isLikely ? firsts.likely : firsts.values.size()); ++i) {
+      for (std::size_t k = 0; k < (isLikely ? seconds.likely : seconds.values.size()); ++k) {
+        if (!isLikely && i < firsts.likely && k < seconds.likely) continue;
+        if (explanation.triedPairs == kMostReplays) return false;
+        ++explanation.triedPairs;
+        std::vector<Change> changes{{explanation.findings[pair.first].input, firsts.values[i]},
+                                    {explanation.findings[pair.second].input, seconds.values[k]}};
+        if (reruns.run(changes) != wanted) continue;
+        found.push_back(std::move(changes));
+        return true;
+      }
+    }
+    return false;
+  };
+  for (const bool isLikely : {true, false}) {
+    std::erase_if(pairs, [&](const PairOfInputs& pair) { return search(pair, isLikely); });
   }
-  Json inputs = Json::array();
-  Json results = Json::array();
-  for (const Input& input : investigation.inputs()) {
-    inputs.push_back(jsonFromInput(input, question));
-    inputs.back()["value"] = investigation.valueOf(input);
-    results.push_back({{"input", parcelOf(input)}});
-  }
-  sweepAll(investigation, asked, want, results);
-  return {{"histories", std::move(histories)},
-          {"inputs", std::move(inputs)},
-          {"results", std::move(results)}};
-}
-
-bool hasChange(const Json& inputs) {
-  return std::ranges::any_of(inputs, [](const Json& input) { return !input["changes"].empty(); });
-}
-
-/// As a trace would have it. Throws InputError.
-Json wantedBy(const Json& want, const Asked& asked) {
-  if (asked.container.empty()) return want;
-  const Json entry = want.is_null() ? Json::array() : want;
-  return entryOrNull(entryFromJson(asked.tag, entry, Place()["--want"]));
 }
 
 }  // namespace
 
-std::vector<Explanation> explain(const Question& question, const std::vector<Asked>& asked,
-                                 const std::optional<Json>& want) {
-  Wanted wanted;
-  if (want) wanted = wantedBy(*want, asked.front());
-  const Candidates candidates(question);
-  Json found = inChild([&] { return investigate(question, candidates, asked, wanted); });
-  Json after = Json::array();
-  for (const Json& history : found["histories"]) after.push_back(history["after"]);
-  std::size_t tried = 0;
-  for (std::size_t i = 0; i < found["results"].size(); ++i) {
-    Json& result = found["results"][i];
-    if (!result.contains("findings")) {
-      const Input input = inputFrom(result["input"]);
-      const auto values = candidates.forInput(input, found["inputs"][i]["value"]);
-      result = sweepFresh(question, input, values, asked, after, wanted);
+Explanation explain(const Question& question, const std::optional<Json>& want) {
+  std::optional<AnyValue> wanted;
+  if (want) wanted = wantedValue(*want, question);
+  Reruns reruns(question);
+  const Candidates candidates(question, wanted.value_or(AnyValue()));
+  Explanation explanation{.before = valueBefore(reruns.trace(), question),
+                          .after = reruns.answer(),
+                          .wanted = wanted,
+                          .writes = writesOf(reruns.trace(), question)};
+  std::vector<Candidates::List> lists;
+  bool isFound = false;
+  for (const Input& input : reruns.inputs()) {
+    auto& finding = explanation.findings.emplace_back(input, reruns.valueOf(input));
+    const Candidates::List& list = lists.emplace_back(candidates.forInput(input, finding.value));
+    for (const AnyValue& to : list.values) {
+      const std::optional<AnyValue> gives = reruns.run({{input, to}});
+      if (!gives) continue;
+      ++explanation.tried;
+      if (*gives == explanation.after) continue;
+      finding.affects = true;
+      if (wanted && *gives != *wanted) continue;
+      if (finding.outcomes.size() == kMostOutcomes ||
+          std::ranges::find(finding.outcomes, *gives, &Explanation::Outcome::gives) !=
+              finding.outcomes.end()) {
+        continue;
+      }
+      finding.outcomes.push_back({to, *gives});
+      isFound = true;
     }
-    tried += result["tried"].get<std::size_t>();
   }
+  if (wanted && *wanted != explanation.after && !isFound) {
+    findPairs(explanation, reruns, lists, *wanted);
+  }
+  return explanation;
+}
 
-  std::vector<Explanation> explanations;
-  for (std::size_t k = 0; k < asked.size(); ++k) {
-    const bool isReturn = asked[k].container.empty();
-    Json document{{"call", question.call + 1},
-                  {"hook", question.callDocument()["call"]},
-                  {"sensor", question.callDocument().value("sensor", Json())},
-                  {"container", isReturn ? Json() : Json(asked[k].container)},
-                  {"tag", isReturn ? "return" : tagText(asked[k].tag)}};
-    document.update(found["histories"][k]);
-    document["inputs"] = found["inputs"];
-    for (std::size_t i = 0; i < found["inputs"].size(); ++i) {
-      document["inputs"][i].update(found["results"][i]["findings"][k]);
+void writeJson(std::ostream& out, const Question& question, const Explanation& explanation) {
+  const bool isReturn = question.container.empty();
+  Json document{{"call", question.call + 1},
+                {"hook", nameOf(question.askedCall())},
+                {"sensor", question.callDocument["sensor"]},
+                {"container", isReturn ? Json() : Json(question.container)},
+                {"tag", isReturn ? std::string("return") : tagText(question.tag)},
+                {"before", explanation.before.json()},
+                {"after", explanation.after.json()},
+                {"writes", Json::List()},
+                {"inputs", Json::List()}};
+  for (const auto& [value, step] : explanation.writes) {
+    document["writes"].push_back(
+        {{"value", value.json()}, {"step", step.name}, {"file", step.file}, {"line", step.line}});
+  }
+  for (const Explanation::Finding& finding : explanation.findings) {
+    Json input = jsonFromInput(finding.input, question);
+    input["value"] = finding.value.json();
+    input["counts"] = finding.affects;
+    input["changes"] = Json::List();
+    for (const auto& [to, gives] : finding.outcomes) {
+      input["changes"].push_back({{"to", to.json()}, {"gives", gives.json()}});
     }
-    explanations.push_back({std::move(document), tried});
+    document["inputs"].push_back(std::move(input));
   }
-  Explanation& first = explanations.front();
-  if (wanted && *wanted != first.document["after"] && !hasChange(first.document["inputs"])) {
-    const Json pairs = inChild([&] {
-      Investigation investigation(question, candidates);
-      return findPairs(question, investigation, asked.front(), *wanted);
-    });
-    first.document["together"] = pairs["together"];
-    first.triedPairs = pairs["tried"];
+  if (explanation.together) {
+    document["together"] = Json::List();
+    for (const std::vector<Change>& changes : *explanation.together) {
+      Json::List list;
+      for (const Change& change : changes) {
+        list.push_back(jsonFromInput(change.input, question));
+        list.back()["to"] = change.to.json();
+      }
+      document["together"].push_back(
+          {{"changes", std::move(list)}, {"gives", explanation.wanted->json()}});
+    }
   }
-  return explanations;
+  writeJson(out, document);
 }
 
 }  // namespace camhook

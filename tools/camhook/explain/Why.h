@@ -1,33 +1,59 @@
-// Why a tag has its value after a call: what wrote it, and which of the things that the call read
-// would have given it another one. What counts is not guessed: the scenario is run again with each
-// of them changed.
+// `camhook why`: explains a tag after a call, or what the call returns. It lists the writes of the
+// tag, and the inputs of the call that affect it. An input affects the tag if a replay of the
+// scenario with another value of the input gives another value of the tag.
 
 #pragma once
 
 #include <cstddef>
+#include <iosfwd>
 #include <optional>
+#include <string>
 #include <vector>
 
-#include "tools/camhook/explain/Answer.h"
 #include "tools/camhook/explain/Input.h"
-#include "tools/camhook/input/Json.h"
+#include "tools/camhook/explain/Reruns.h"
+#include "tools/camhook/show/Terminal.h"
 
 namespace camhook {
 
 struct Explanation {
-  /// What `--json` writes: the tag and its call, its value "before" and "after", the "writes" to
-  /// it, the "inputs" with the "changes" that count, and the pairs of changes that do it
-  /// "together".
-  Json document;
-  std::size_t tried = 0;       // changed scenarios
-  std::size_t triedPairs = 0;  // of two changes
+  struct Write {
+    AnyValue value;
+    Step step;
+  };
+  struct Outcome {
+    AnyValue to;
+    AnyValue gives;
+  };
+  struct Finding {
+    Input input;
+    AnyValue value;
+    bool affects = false;
+    std::vector<Outcome> outcomes =
+        {};  // one for each distinct value of the tag; if wanted, that one
+  };
+
+  AnyValue before;
+  AnyValue after;
+  std::optional<AnyValue> wanted;
+  std::vector<Write> writes;
+  std::vector<Finding> findings = {};  // in the order of the first read
+  std::size_t tried = 0;               // single changes
+
+  /// Pairs of changes that give the wanted value; none if one change does, or nothing is wanted.
+  std::optional<std::vector<std::vector<Change>>> together = {};
+  std::size_t triedPairs = 0;
 };
 
-/// Explains what is asked, each by itself; every change is run once for all of it. With `want`, an
-/// entry as the scenario has it or null for absent, the changes are those that give it, pairs where
-/// no single one does; then one thing is asked. Tells on a terminal's standard error how far it is.
-/// Throws InputError.
-std::vector<Explanation> explain(const Question& question, const std::vector<Asked>& asked,
-                                 const std::optional<Json>& want);
+/// With `wanted`, null for absent, outcomes are changes that give this value. Throws InputError if
+/// the tag cannot have it.
+Explanation explain(const Question& question, const std::optional<Json>& wanted);
+
+void writeJson(std::ostream& out, const Question& question, const Explanation& explanation);
+
+/// `want` is the wanted value as it was typed; empty if none is. With `all`, lists every outcome
+/// and the inputs without effect.
+void writeText(std::ostream& out, const Question& question, const Explanation& explanation,
+               const std::string& want, bool all, Style style);
 
 }  // namespace camhook

@@ -43,4 +43,11 @@ inline constexpr std::string_view kKnownAppTypes[] = {
     "TikTokExternal", "Wechat", "engcamera",  "heskCamera", "mtk_ims",
 };
 
+/// Of "APP_NAME" and "APP_MODE".
+inline constexpr std::string_view kKnownAppNames[] = {
+    "3rd_party",  "Dingding",   "Facebook",     "Instagram", "Kuaishou", "Messenger",
+    "OISTest",    "Production", "Professional", "SuperMoon", "TikTok",   "TikTokExternal",
+    "VideoNight", "Whatsapp",   "heskCamera",   "mtk_ims",
+};
+
 }  // namespace camhook

@@ -10,6 +10,7 @@
 
 #include "common/tags/TagCatalogue.h"
 #include "host/AndroidTags.h"
+#include "host/MetadataAccess.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ValueReader.h"
 
@@ -54,8 +55,8 @@ void readItem(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) 
 
 template <typename T>
 void readItems(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
-  const bool isSingleItem =
-      !value.isList() || (kIsTuple<T> && value.size() > 0 && !value.front().isList());
+  const bool isSingleItem = !value.isList() || (kIsTuple<T> && value.size() > 0 &&
+                                                !value.json().items().front().isList());
   if (std::is_same_v<T, std::uint8_t> && value.isText()) {
     if (target == nullptr) return;
     for (const char byte : value.text()) {
@@ -68,28 +69,22 @@ void readItems(const Value& value, std::uint32_t tag, IMetadata::IEntry* target)
   }
 }
 
-/// How items of a type are read.
-struct ItemType {
-  std::string_view name;
-  void (*read)(const Value& value, std::uint32_t tag, IMetadata::IEntry* target);
-};
+using ItemReader = void (*)(const Value& value, std::uint32_t tag, IMetadata::IEntry* target);
 
-constexpr ItemType kItemTypes[] = {
-    {"int32", readItems<std::int32_t>}, {"int64", readItems<std::int64_t>},
-    {"uint8", readItems<std::uint8_t>}, {"float", readItems<float>},
-    {"rect", readItems<MRect>},         {"rational", readItems<MRational>},
-};
-
-const ItemType* findType(std::string_view name) {
-  const auto* found = std::ranges::find(kItemTypes, name, &ItemType::name);
-  return found != std::end(kItemTypes) ? found : nullptr;
+/// The reader of items of a type; null if there is no such type.
+ItemReader findReader(std::string_view type) {
+  constexpr ItemReader kReaders[] = {readItems<std::int32_t>, readItems<std::int64_t>,
+                                     readItems<std::uint8_t>, readItems<float>,
+                                     readItems<MRect>,        readItems<MRational>};
+  const auto found = std::ranges::find(host::kTypeNames, type);
+  return found != host::kTypeNames.end() ? kReaders[found - host::kTypeNames.begin()] : nullptr;
 }
 
 /// The long form: {"type": ..., "items": ...}.
 void readTypedItems(const Value& value, std::uint32_t tag, const hesk::TagDescription* info,
                     IMetadata::IEntry* target) {
   constexpr std::array<std::string_view, 2> kKeys{"type", "items"};
-  value.forEachMember([&](const Value& key, const Value&) {
+  value.forEachMember([&](const Key& key, const Value&) {
     if (std::ranges::find(kKeys, key.text()) != kKeys.end()) return;
     key.fail("unknown key" + nearNames(key.text(), kKeys));
   });
@@ -99,18 +94,17 @@ void readTypedItems(const Value& value, std::uint32_t tag, const hesk::TagDescri
   if (!items) value.failAt("items", "missing");
   if (!type || !items) return;
   if (!type->isText()) return type->failUnless("a text");
-  const ItemType* known = findType(type->text());
-  if (known == nullptr) {
+  const ItemReader read = findReader(type->text());
+  if (read == nullptr) {
     return type->failUnless("a type: int32, int64, uint8, float, rect or rational");
   }
-  const bool isText = known->name == "uint8" && items->isText();
+  const bool isText = type->text() == "uint8" && items->isText();
   if (!items->isList() && !isText) return items->failUnless("a list");
-  if (info != nullptr && info->type != known->name) {
-    type->warn([&] {
-      return "the catalogue has " + std::string(info->type) + ", not " + std::string(known->name);
-    });
+  if (info != nullptr && info->type != type->text()) {
+    type->warn(
+        [&] { return "the catalogue has " + std::string(info->type) + ", not " + type->text(); });
   }
-  known->read(*items, tag, target);
+  read(*items, tag, target);
 }
 
 /// As `hesk::findTag` does, but without a look at every tag: each key of a scenario's metadata is
@@ -134,12 +128,12 @@ void readEntryOf(const Value& value, std::uint32_t tag, const hesk::TagDescripti
   } else if (info == nullptr) {
     value.fail(R"(the catalogue does not list this tag: give {"type": ..., "items": [...]})");
   } else {
-    findType(info->type)->read(value, tag, target);
+    findReader(info->type)(value, tag, target);
   }
 }
 
 /// Keys that differ may stand for one tag.
-void failRepeated(std::vector<std::pair<std::uint32_t, Value>>& keys) {
+void failRepeated(std::vector<std::pair<std::uint32_t, Key>>& keys) {
   std::ranges::stable_sort(keys, {}, [](const auto& key) { return key.first; });
   for (std::size_t i = 1; i < keys.size(); ++i) {
     const auto& [tag, key] = keys[i];
@@ -169,9 +163,9 @@ void readEntry(const Value& value, std::uint32_t tag, IMetadata::IEntry* target)
 void readMetadata(const Value& value, IMetadata* target) {
   if (!value.isObject()) return value.failUnless("an object from tag to value");
   bool hasNumbers = false;
-  std::vector<std::pair<std::uint32_t, Value>> keys;
+  std::vector<std::pair<std::uint32_t, Key>> keys;
   keys.reserve(value.size());
-  value.forEachMember([&](const Value& key, const Value& member) {
+  value.forEachMember([&](const Key& key, const Value& member) {
     const hesk::TagDescription* info = findTag(key.text());
     const auto tag = info != nullptr ? info->value : tagFrom(key.text());
     if (!tag) {

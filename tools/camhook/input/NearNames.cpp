@@ -1,6 +1,7 @@
 #include "tools/camhook/input/NearNames.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -8,6 +9,16 @@
 #include "common/tags/TagCatalogue.h"
 
 namespace camhook {
+namespace {
+
+std::string inLowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& letter : lower)
+    letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+  return lower;
+}
+
+}  // namespace
 
 std::size_t editDistance(std::string_view left, std::string_view right) {
   const std::size_t width = right.size() + 1;
@@ -35,14 +46,16 @@ std::string nearNames(std::string_view text, std::span<const std::string_view> n
   constexpr std::size_t kLongest = 100;  // of a name that anybody would mistype
   constexpr std::size_t kLongPart = 4;
   if (text.size() > kLongest) return {};
+  const std::string lower = inLowerCase(text);
   std::vector<std::pair<std::size_t, std::string_view>> near;
   for (const std::string_view name : names) {
+    const std::string lowerName = inLowerCase(name);
     // A part of a name is as good as a slip in it.
-    const bool isPart = text.size() >= kLongPart && name.find(text) != std::string_view::npos;
-    const std::size_t distance = isPart ? 0 : editDistance(text, name);
+    const bool isPart = text.size() >= kLongPart && lowerName.find(lower) != std::string::npos;
+    const std::size_t distance = isPart ? 0 : editDistance(lower, lowerName);
     if (distance <= (name.size() + 2) / 4) near.emplace_back(distance, name);
   }
-  std::ranges::stable_sort(near, {}, [](const auto& name) { return name.first; });
+  std::ranges::sort(near);
   near.resize(std::min(near.size(), kMostNames));
   std::string list;
   for (const auto& [distance, name] : near) {

@@ -12,8 +12,8 @@ namespace camhook {
 /// the other.
 std::size_t editDistance(std::string_view left, std::string_view right);
 
-/// "; near: A, B": those of the names that are most like the text, at most three. Empty where none
-/// is like it.
+/// "; near: A, B": the names that are most similar to the text, whatever the case, at most three in
+/// ascending order of distance and name. Empty if none is similar.
 std::string nearNames(std::string_view text, std::span<const std::string_view> names);
 
 /// The same of the catalogue's tags.

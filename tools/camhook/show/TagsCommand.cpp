@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "common/tags/TagCatalogue.h"
+#include "host/AndroidTags.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
@@ -41,24 +43,31 @@ void writeText(std::ostream& out, const std::vector<TagDescription>& tags, Style
   }
   columns.write(out, 0);
   if (columns.isEmpty()) out << "no tag matches\n";
+  const auto* const android = tags.size() == 1 ? host::findAndroidTag(tags[0].value) : nullptr;
+  if (android == nullptr) return;
+  Columns values;
+  for (const auto& [number, name] : android->values) {
+    values.add({std::to_string(number), std::string(name)});
+  }
+  values.write(out, 2);
 }
 
 void writeJsonList(std::ostream& out, const std::vector<TagDescription>& tags) {
-  Json list = Json::array();
+  Json::List list;
   for (const TagDescription& tag : tags) {
     const bool varies = tag.count == hesk::kAnyCount;
-    list.push_back({{"name", tag.name},
-                    {"value", hexadecimal(tag.value)},
-                    {"type", tag.type},
-                    {"count", varies ? Json() : Json(tag.count)},
-                    {"meaning", tag.meaning}});
+    list.push_back(Json::Object{{"name", tag.name},
+                                {"value", hexadecimal(tag.value)},
+                                {"type", tag.type},
+                                {"count", varies ? Json() : Json(tag.count)},
+                                {"meaning", tag.meaning}});
   }
   writeJson(out, list);
 }
 
 void writeMarkdown(std::ostream& out, const std::vector<TagDescription>& tags) {
   out << "# Metadata tags\n\n"
-         "Every tag that the library reads or writes. Made by `./camhook tags --markdown`.\n\n"
+         "Every tag that the library reads or writes. Written by `./camhook reference`.\n\n"
          "| Name | Value | Items | Meaning |\n|---|---|---|---|\n";
   for (const TagDescription& tag : tags) {
     out << "| `" << tag.name << "` | `" << hexadecimal(tag.value) << "` | " << tag.type << '['

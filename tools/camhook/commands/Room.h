@@ -1,5 +1,0 @@
-// The room of the command line: the commands with their options.
-//
-// May include all other rooms. No room includes it.
-
-#pragma once

@@ -1,0 +1,40 @@
+// Reads of the library as inputs that a scenario can change.
+
+#pragma once
+
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/Observer.h"
+#include "tools/camhook/explain/Input.h"
+
+namespace camhook {
+
+class ReadInputs final : public host::Observer {
+ public:
+  /// `platform` is the scenario's; it must outlive this object.
+  explicit ReadInputs(const Json& platform) : mPlatform(platform) {}
+
+  void onAccess(const host::Access& access) override { add(access, {}); }
+
+  /// `container` is the name of the container that metadata was read from; empty for one that the
+  /// call was not given.
+  void add(const host::Access& access, std::string_view container);
+
+  void add(const Input& input);
+
+  /// Each once, in the order of the first read.
+  [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs; }
+
+ private:
+  void addPlace(std::string place, std::int64_t device = 0);
+  void addService(const std::string& place);
+
+  const Json& mPlatform;
+  std::vector<Input> mInputs;
+  std::set<Input> mSeen;
+};
+
+}  // namespace camhook

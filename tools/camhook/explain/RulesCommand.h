@@ -1,0 +1,31 @@
+// `camhook rules`: the rules of sensor modes as tables, each row's witness, and what apps and UI
+// modules get.
+
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <optional>
+
+#include "tools/camhook/explain/Decision.h"
+#include "tools/camhook/show/Terminal.h"
+
+namespace camhook {
+
+/// Writes the tables of all products, or of one, and the overrides.
+void writeRulesText(std::ostream& out, const SensorModeTable* only, Style style);
+void writeRulesMarkdown(std::ostream& out);
+
+/// What each app and each UI module gets on a product.
+void writeMatrix(std::ostream& out, const SensorModeTable& table, Style style);
+
+/// Inputs for which the filters find the row, with as few values as possible; none if the row can
+/// never decide. `given` has the product, the sensor and the video stream.
+std::optional<Inputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::size_t row,
+                                const Inputs& given);
+
+/// Reports the rows that can never decide. With `only`, prints each row's witness as a command.
+/// Returns the exit status: 1 if a row can never decide.
+int checkRules(std::ostream& out, const SensorModeTable* only);
+
+}  // namespace camhook
