@@ -218,6 +218,27 @@ TEST(ScenarioReader, NamesThePlaceInThePlatform) {
       {"17 pairs", "platform.devices.0.sensor.pdRight: must be at most 16 items"});
 }
 
+TEST(ScenarioReader, ReadsTheNamesOfEnumerations) {
+  const auto expected = metadataOf(R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2})");
+  for (const char* value : {R"("STILL_CAPTURE")", R"(["STILL_CAPTURE"])", R"("0x2")",
+                            R"({"type": "uint8", "items": "STILL_CAPTURE"})"}) {
+    EXPECT_EQ(metadataOf(R"({"ANDROID_CONTROL_CAPTURE_INTENT": )" + std::string(value) + "}"),
+              expected)
+        << value;
+  }
+  const Row rows[] = {
+      {R"({"ANDROID_CONTROL_CAPTURE_INTENT": "STIL_CAPTURE"})",
+       "calls[0].meta.ANDROID_CONTROL_CAPTURE_INTENT: no value of android.control.captureIntent; "
+       "near: STILL_CAPTURE"},
+      {R"({"ANDROID_CONTROL_CAPTURE_INTENT": {"type": "uint8", "items": "STIL_CAPTURE"}})",
+       "calls[0].meta.ANDROID_CONTROL_CAPTURE_INTENT.items: no value of "
+       "android.control.captureIntent; near: STILL_CAPTURE"},
+      {R"({"ANDROID_CONTROL_CAPTURE_INTENT": "\u0002"})",
+       "calls[0].meta.ANDROID_CONTROL_CAPTURE_INTENT: no value of android.control.captureIntent"},
+  };
+  for (const Row& row : rows) expectBeginning(problemOfMeta(row.input), row);
+}
+
 TEST(ScenarioReader, TellsAllThatIsWrongInItsLines) {
   try {
     (void)readScenario(R"({"calls": [

@@ -26,11 +26,18 @@ using NSCam::Type2Type;
 template <typename T>
 constexpr bool kIsTuple = std::is_same_v<T, MRect> || std::is_same_v<T, MRational>;
 
-/// Reads a text that names a value of the tag's enumeration, and says whether it does.
+/// The names of the tag's values; null if it has none.
+const host::AndroidTag* findEnumeration(std::uint32_t tag) {
+  const host::AndroidTag* known = host::findAndroidTag(tag);
+  return known != nullptr && !known->values.empty() ? known : nullptr;
+}
+
+/// Reads a text for a tag with named values: a name. Returns false for any other tag, and for a
+/// hexadecimal text.
 template <typename T>
 bool readName(const Value& value, std::uint32_t tag, T& item) {
-  const host::AndroidTag* known = host::findAndroidTag(tag);
-  if (known == nullptr || known->values.empty()) return false;
+  const host::AndroidTag* known = findEnumeration(tag);
+  if (known == nullptr) return false;
   if (const auto number = known->numberOf(value.text())) {
     item = static_cast<T>(*number);
     return true;
@@ -57,7 +64,7 @@ template <typename T>
 void readItems(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
   const bool isSingleItem = !value.isList() || (kIsTuple<T> && value.size() > 0 &&
                                                 !value.json().items().front().isList());
-  if (std::is_same_v<T, std::uint8_t> && value.isText()) {
+  if (std::is_same_v<T, std::uint8_t> && value.isText() && findEnumeration(tag) == nullptr) {
     if (target == nullptr) return;
     for (const char byte : value.text()) {
       target->push_back(static_cast<std::uint8_t>(byte), Type2Type<std::uint8_t>{});
@@ -98,7 +105,9 @@ void readTypedItems(const Value& value, std::uint32_t tag, const hesk::TagDescri
   if (read == nullptr) {
     return type->failUnless("a type: int32, int64, uint8, float, rect or rational");
   }
-  const bool isText = type->text() == "uint8" && items->isText();
+  const bool isText =
+      items->isText() &&
+      (type->text() == "uint8" || (type->text() == "int32" && findEnumeration(tag) != nullptr));
   if (!items->isList() && !isText) return items->failUnless("a list");
   if (info != nullptr && info->type != type->text()) {
     type->warn(

@@ -209,6 +209,7 @@ void addNumbers(Json& definitions) {
 /// Entries of one type: in short, and with the type beside the items.
 void addEntries(Json& definitions) {
   List typed;
+  List unnamed;  // of the types of which no tag has names
   for (const std::string_view type : host::kTypeNames) {
     Json items = listOf(reference(type));
     List alternatives{reference(type), items};
@@ -220,7 +221,9 @@ void addEntries(Json& definitions) {
     definitions[std::string(type) + "Entry"] = anyOf(std::move(alternatives));
     typed.push_back(
         objectOf({{"type", oneOf({type})}, {"items", std::move(items)}}, {"type", "items"}));
+    if (type != "int32" && type != "uint8") unnamed.push_back(typed.back());
   }
+  definitions["unnamed"] = Object{{"oneOf", std::move(unnamed)}};
   definitions["typed"] = Object{{"description", "Items of another type than the catalogue's"},
                                 {"oneOf", std::move(typed)}};
   definitions["unlisted"] = anyOf({reference("typed"), Object{{"type", "array"}, {"maxItems", 0}}});
@@ -233,14 +236,16 @@ std::string meaningOf(const hesk::TagDescription& tag) {
   return count + ' ' + std::string(tag.type) + ": " + std::string(tag.meaning);
 }
 
-/// An entry whose items may have names.
+/// An entry whose items may have names. A text is a name, not bytes.
 Json enumeratedEntry(const hesk::TagDescription& tag, const host::AndroidTag& known) {
-  List names;
-  for (const host::AndroidTag::Value& value : known.values) names.push_back(value.name);
-  const Json items = listOf(anyOf({oneOf(std::move(names)), reference(tag.type)}));
+  List values;
+  for (const host::AndroidTag::Value& value : known.values) values.push_back(value.name);
+  const Json names = oneOf(std::move(values));
+  const Json item = anyOf({names, reference(tag.type)});
   const Json type = oneOf({"int32", "uint8"});
-  return anyOf({reference(std::string(tag.type) + "Entry"), items,
-                objectOf({{"type", type}, {"items", items}}, {"type", "items"})});
+  const Json items = anyOf({names, listOf(item)});
+  return anyOf({item, listOf(item), objectOf({{"type", type}, {"items", items}}, {"type", "items"}),
+                reference("unnamed")});
 }
 
 void addMetadata(Json& definitions) {
