@@ -239,6 +239,19 @@ TEST(ScenarioReader, ReadsTheNamesOfEnumerations) {
   for (const Row& row : rows) expectBeginning(problemOfMeta(row.input), row);
 }
 
+TEST(ScenarioReader, WarnsOfANumberOfItems) {
+  const ScenarioText counts(R"({"calls": [
+{"call": "updateRequestMeta", "sensor": 0, "requestNo": 5, "meta": {"HESK_CONTROL_HISFRAME": 4,
+ "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30, 45], "HESK_CONTROL_ISO": [], "HESK_CONTROL_EV": 1,
+ "MTK_P1NODE_SCALAR_CROP_REGION": [1, 2, 3, 4],
+ "HESK_CONTROL_CURRENTMODE": {"type": "int64", "items": [1, 2]}}}]})");
+  EXPECT_EQ(
+      counts.warnings().lines("a.json", "warning: "),
+      R"(a.json:2:94: warning: calls[0].meta.HESK_CONTROL_HISFRAME: the catalogue has 2 items, not 1
+a.json:3:37: warning: calls[0].meta.MTK_CONTROL_AE_TARGET_FPS_RANGE: the catalogue has 2 items, not 3
+a.json:5:57: warning: calls[0].meta.HESK_CONTROL_CURRENTMODE.items: the catalogue has 1 item, not 2)");
+}
+
 TEST(ScenarioReader, TellsAllThatIsWrongInItsLines) {
   try {
     (void)readScenario(R"({"calls": [

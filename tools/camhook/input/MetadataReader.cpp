@@ -60,23 +60,28 @@ void readItem(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) 
   if (target != nullptr) target->push_back(item, Type2Type<T>{});
 }
 
+/// Returns the number of items.
 template <typename T>
-void readItems(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
+std::size_t readItems(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
   const bool isSingleItem = !value.isList() || (kIsTuple<T> && value.size() > 0 &&
                                                 !value.json().items().front().isList());
   if (std::is_same_v<T, std::uint8_t> && value.isText() && findEnumeration(tag) == nullptr) {
-    if (target == nullptr) return;
+    if (target == nullptr) return value.text().size();
     for (const char byte : value.text()) {
       target->push_back(static_cast<std::uint8_t>(byte), Type2Type<std::uint8_t>{});
     }
-  } else if (isSingleItem) {
-    readItem<T>(value, tag, target);
-  } else {
-    value.forEachItem([tag, target](const Value& item) { readItem<T>(item, tag, target); });
+    return value.text().size();
   }
+  if (isSingleItem) {
+    readItem<T>(value, tag, target);
+    return 1;
+  }
+  value.forEachItem([tag, target](const Value& item) { readItem<T>(item, tag, target); });
+  return value.size();
 }
 
-using ItemReader = void (*)(const Value& value, std::uint32_t tag, IMetadata::IEntry* target);
+using ItemReader = std::size_t (*)(const Value& value, std::uint32_t tag,
+                                   IMetadata::IEntry* target);
 
 /// The reader of items of a type; null if there is no such type.
 ItemReader findReader(std::string_view type) {
@@ -85,6 +90,17 @@ ItemReader findReader(std::string_view type) {
                                      readItems<MRect>,        readItems<MRational>};
   const auto found = std::ranges::find(host::kTypeNames, type);
   return found != host::kTypeNames.end() ? kReaders[found - host::kTypeNames.begin()] : nullptr;
+}
+
+/// Warns of a number of items that is not the catalogue's, if that is at most `kMostChecked`.
+void checkCount(const Value& items, std::size_t count, const hesk::TagDescription& info) {
+  constexpr std::uint32_t kMostChecked = 64;
+  const bool isChecked = info.count != hesk::kAnyCount && info.count <= kMostChecked;
+  if (!isChecked || count == 0 || count == info.count) return;
+  items.warn([&] {
+    return "the catalogue has " + std::to_string(info.count) +
+           (info.count == 1 ? " item" : " items") + ", not " + std::to_string(count);
+  });
 }
 
 /// The long form: {"type": ..., "items": ...}.
@@ -113,7 +129,8 @@ void readTypedItems(const Value& value, std::uint32_t tag, const hesk::TagDescri
     type->warn(
         [&] { return "the catalogue has " + std::string(info->type) + ", not " + type->text(); });
   }
-  read(*items, tag, target);
+  const std::size_t count = read(*items, tag, target);
+  if (info != nullptr && info->type == type->text()) checkCount(*items, count, *info);
 }
 
 /// As `hesk::findTag` does, but without a look at every tag: each key of a scenario's metadata is
@@ -137,7 +154,7 @@ void readEntryOf(const Value& value, std::uint32_t tag, const hesk::TagDescripti
   } else if (info == nullptr) {
     value.fail(R"(the catalogue does not list this tag: give {"type": ..., "items": [...]})");
   } else {
-    findReader(info->type)(value, tag, target);
+    checkCount(value, findReader(info->type)(value, tag, target), *info);
   }
 }
 
