@@ -94,6 +94,36 @@ TEST(DumpText, FindsADumpInAnyText) {
   EXPECT_EQ(saidOf(texts.at("a log of long lines")), "");
 }
 
+TEST(DumpText, ReadsALogWithHeadersOnLinesOfTheirOwn) {
+  std::string all;
+  std::istringstream first(sample());
+  std::istringstream second(isoDump(2));
+  for (std::string line; std::getline(first, line);) {
+    all += "[ 03-04 05:06:07.123   812:  845 D/CameraMetadata ]\n" + line + "\n\n";
+    if (!std::getline(second, line)) continue;
+    all += "[ 03-04 05:06:07.123   812:  846 D/CameraMetadata ]\r\n" + line + "\n\n";
+  }
+  const camhook::DumpsOfText found = camhook::dumpsIn(all);
+  ASSERT_EQ(found.dumps.size(), 2U);
+  EXPECT_EQ(dumped(found.dumps[0]), sampleMetadata());
+  EXPECT_EQ(dumped(found.dumps[1]), metadataOf(R"({"HESK_CONTROL_ISO": 2})"));
+  EXPECT_EQ(saidOf(all), saidOf(""));
+}
+
+TEST(DumpScenario, RefusesADumpOfWhichNothingCanBeRead) {
+  const std::string unread =
+      dumpWith(2, "  a.mode (10003): byte[1]\n    [ON ]\n  a.b (c0030030): int32[1]\n");
+  try {
+    (void)camhook::dumpFile("a", isoDump(1) + unread);
+    FAIL();
+  } catch (const camhook::InputError& error) {
+    EXPECT_STREQ(
+        error.what(),
+        "5:1: no entry of the dump can be read; a.mode (10003): \"ON\" is no number, nor a "
+        "name whose number is known");
+  }
+}
+
 TEST(DumpText, FindsDumpsBehindAndBetweenOneAnother) {
   std::istringstream first(lines(isoDump(1), "05:06:07.123  812  845 D Tag: "));
   std::istringstream second(lines(isoDump(2), "05:06:07.124  812  846 D Tag: "));
@@ -244,7 +274,7 @@ TEST(DumpScenario, IsWrittenAsAPersonWould) {
       "requestNo": 12,
       "meta": {
         "ANDROID_CONTROL_AWB_MODE": {"type": "uint8", "items": ["TWILIGHT", 9]},
-        "ANDROID_CONTROL_CAPTURE_INTENT": ["STILL_CAPTURE"],
+        "ANDROID_CONTROL_CAPTURE_INTENT": "STILL_CAPTURE",
         "ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": [50, 0],
         "MTK_RAW_ALGO_FACE_RECTS": [1, 2, 3, 4]
       }

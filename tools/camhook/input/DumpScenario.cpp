@@ -238,6 +238,14 @@ DumpFile dumpFile(std::string name, std::string_view text) {
         "no dump of metadata: no line has \"Dumping camera metadata array: 13 / 40 entries\", "
         "nor an entry such as \"android.control.captureIntent (1000d): byte[1]\"");
   }
+  for (const Dump& dump : file.found.dumps) {
+    if (!dump.entries.empty() || dump.problem.empty()) continue;
+    Faults faults;
+    faults.add({.line = dump.line,
+                .column = 1,
+                .problem = "no entry of the dump can be read; " + dump.problem});
+    throw InputError(std::move(faults));
+  }
   return file;
 }
 

@@ -24,18 +24,15 @@ Json shortEntry(const IMetadata::IEntry& entry) {
   const host::ItemList& items = host::MetadataAccess::itemsOf(entry);
   const host::AndroidTag* known = host::findAndroidTag(entry.tag());
   Json list = jsonFromItems(entry);
-  bool hasNames = false;
   for (Json& item : list.items()) {
     const auto number = item.integer<std::int64_t>();
     const std::string_view name = known != nullptr && number ? known->nameOf(*number) : "";
-    if (name.empty()) continue;
-    item = name;
-    hasNames = true;
+    if (!name.empty()) item = name;
   }
   const hesk::TagDescription* info = hesk::findTag(entry.tag());
   const std::string_view type = host::typeName(items);
   if (info == nullptr || info->type != type) return Json::Object{{"type", type}, {"items", list}};
-  return list.size() == 1 && !hasNames ? list[0] : list;
+  return list.size() == 1 ? list[0] : list;
 }
 
 Json jsonFromDump(const Dump& dump) {
