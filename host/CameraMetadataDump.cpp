@@ -1,4 +1,4 @@
-// A camera metadata buffer as text:
+// Writes a camera metadata buffer as text:
 //
 //   Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.
 //     Version: 1, Flags: 00000000
@@ -24,7 +24,7 @@ namespace {
 
 using Entry = camera_metadata::Entry;
 
-/// What values of a type are called, how many stand in a row, and their size.
+/// A value type: its name, values per row, and bytes per value.
 struct ValueType {
   const char* name;
   std::size_t inRow;
@@ -40,7 +40,8 @@ constexpr std::array<ValueType, 6> kTypes = {{
     {"rational", 2, 8},
 }};
 
-/// Values of up to four bytes stand in the array itself; all others begin at a multiple of eight.
+/// Returns the bytes of an entry outside the entry array: 0 for up to four bytes, otherwise rounded
+/// up to a multiple of eight.
 std::size_t extraBytes(const Entry& entry) {
   const std::size_t bytes = entry.count * kTypes.at(entry.type).bytes;
   return bytes <= 4 ? 0 : (bytes + 7) / 8 * 8;
@@ -55,7 +56,7 @@ std::string tagName(std::uint32_t tag) {
 
 template <typename... Args>
 void append(std::string& text, const char* format, Args... args) {
-  std::array<char, 512> buffer{};  // a double has up to 309 digits before its point
+  std::array<char, 512> buffer{};  // a double has up to 309 digits before the point
   std::snprintf(buffer.data(), buffer.size(), format, args...);
   text += buffer.data();
 }
@@ -68,7 +69,7 @@ T valueAt(const Entry& entry, std::size_t index) {
   return value;
 }
 
-/// Under its name, where the tag is an enumeration that has one for it.
+/// Appends the name of an enumeration value, or the number if it has no name.
 void appendInteger(std::string& text, const Entry& entry, std::int32_t value) {
   const host::AndroidTag* known = host::findAndroidTag(entry.tag);
   const std::string_view name = known != nullptr ? known->nameOf(value) : std::string_view();

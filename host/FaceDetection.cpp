@@ -1,4 +1,4 @@
-// The faces in view of the phone that the library runs on.
+// The detected faces of the simulated phone.
 
 #include "platform/FaceDetection.h"
 

@@ -11,7 +11,7 @@
 
 namespace host {
 
-/// All items of an entry in their own type.
+/// The items of an entry, in the entry's item type.
 using ItemList =
     std::variant<std::vector<std::int32_t>, std::vector<std::int64_t>, std::vector<std::uint8_t>,
                  std::vector<float>, std::vector<NSCam::MRect>, std::vector<NSCam::MRational>>;
@@ -24,9 +24,8 @@ std::string_view typeName(const ItemList& items);
 
 namespace NSCam {
 
-/// The container's friend.
 struct MetadataAccess {
-  /// Returns the entries that hold an item, ordered by tag, valid until the container changes.
+  /// Returns the entries that have items, ordered by tag, valid until the container changes.
   static std::vector<const IMetadata::IEntry*> entriesByTag(const IMetadata& metadata);
 
   /// Returns the items of an entry, valid until the entry changes; an empty list of int32 if it has

@@ -1,5 +1,5 @@
-// What a simulated phone is made of before anything runs on it. The defaults describe a phone on
-// which nothing is set, as in the tables of docs/scenarios.md.
+// The configuration of a simulated phone. docs/scenarios.md describes the fields and their
+// defaults.
 
 #pragma once
 
@@ -30,7 +30,7 @@ struct FaceConfig {
   std::int32_t score = 0;
 };
 
-/// The sensor driver's object of a device, with its phase-detection block.
+/// The sensor of a device, with its phase-detection block.
 struct SensorConfig {
   using Pair = std::array<std::int32_t, 2>;
 
@@ -93,9 +93,9 @@ struct PhoneConfig {
   std::optional<ProviderConfig> provider;
   std::optional<TuningBufferConfig> tuningBuffer;
   std::optional<std::tm> clock;                            // absent: the wall clock
-  std::function<std::string_view(std::uint32_t)> tagName;  // in dumps, where Android has no name
+  std::function<std::string_view(std::uint32_t)> tagName;  // for dumps, if Android has no name
 
-  /// The device's configuration; that of a device without provider where it is not listed.
+  /// Returns the configuration of a device; for an unlisted id that of a device without provider.
   [[nodiscard]] const DeviceConfig& deviceOrDefault(std::int32_t id) const;
 };
 
