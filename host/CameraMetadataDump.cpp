@@ -5,11 +5,8 @@
 //     android.control.captureIntent (1000d): byte[1]
 //       [STILL_CAPTURE ]
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -97,11 +94,11 @@ void appendValue(std::string& text, const Entry& entry, std::size_t index) {
   }
 }
 
-void appendEntry(std::string& text, const Entry& entry, std::size_t mostValues) {
+void appendEntry(std::string& text, const Entry& entry, std::size_t maxValues) {
   const ValueType& type = kTypes.at(entry.type);
   text.append("  ").append(tagName(entry.tag));
   append(text, " (%05x): %s[%zu]\n", entry.tag, type.name, entry.count);
-  const std::size_t count = std::min(entry.count, mostValues);
+  const std::size_t count = std::min(entry.count, maxValues);
   for (std::size_t row = 0; row < count; row += type.inRow) {
     text += "    [";
     for (std::size_t i = row; i < std::min(row + type.inRow, count); ++i) {
@@ -111,7 +108,7 @@ void appendEntry(std::string& text, const Entry& entry, std::size_t mostValues) 
   }
 }
 
-std::size_t mostValues(int verbosity) {
+std::size_t maxValues(int verbosity) {
   if (verbosity <= 0) return 0;
   return verbosity == 1 ? 16 : static_cast<std::size_t>(-1);
 }
@@ -125,20 +122,13 @@ std::string dumpOf(const camera_metadata& buffer, int verbosity) {
          "Dumping camera metadata array: %zu / %zu entries, %zu / %zu bytes of extra data.\n"
          "  Version: 1, Flags: 00000000\n",
          count, count, extra, extra);
-  for (const Entry& entry : buffer.entries) appendEntry(text, entry, mostValues(verbosity));
+  for (const Entry& entry : buffer.entries) appendEntry(text, entry, maxValues(verbosity));
   return text;
 }
 
 }  // namespace
 
 void dump_camera_metadata(const camera_metadata* buffer, int file, int verbosity) {
-  const std::string text = buffer != nullptr ? dumpOf(*buffer, verbosity)
-                                             : "Dumping camera metadata array: Not allocated\n";
-  std::string_view rest(text);
-  while (!rest.empty()) {
-    const ssize_t written = ::write(file, rest.data(), rest.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return;
-    rest.remove_prefix(static_cast<std::size_t>(written));
-  }
+  host::writeAll(file, buffer != nullptr ? dumpOf(*buffer, verbosity)
+                                         : "Dumping camera metadata array: Not allocated\n");
 }

@@ -51,16 +51,14 @@ class Phone {
   LogSink log;
 
  private:
-  enum class Kind { simulated, bare };
+  struct MembersOnly {};
 
-  Phone(PhoneConfig config, Kind kind);
+  Phone(PhoneConfig config, MembersOnly);
 
-  /// The phone that there is outside any other.
+  /// Returns the phone that the library uses if no other exists.
   static Phone& bare();
 
   static std::atomic<Phone*> sCurrent;
-
-  Kind mKind;
 };
 
 }  // namespace host

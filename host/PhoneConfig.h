@@ -13,7 +13,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Geometry.h"
+#include "platform/FaceDetection.h"
+#include "platform/HalSensor.h"
 #include "platform/IMetadata.h"
 
 namespace host {
@@ -25,20 +26,16 @@ struct Hal3AConfig {
   float shadingBase = 1.0F;
 };
 
-struct FaceConfig {
-  NSCam::MRect rect;
-  std::int32_t score = 0;
-};
-
 /// The sensor of a device, with its phase-detection block.
 struct SensorConfig {
-  using Pair = std::array<std::int32_t, 2>;
+  using Pair = NSCam::SensorPdBlock::Pair;
+  using Pairs = std::array<Pair, NSCam::SensorPdBlock::kMaxPairs>;
 
   std::int32_t index = 0;
   std::int32_t pdSupported = 0;
   std::array<std::int32_t, 5> pdWords{};
-  std::array<Pair, 16> pdLeft{};
-  std::array<Pair, 16> pdRight{};
+  Pairs pdLeft{};
+  Pairs pdRight{};
   std::array<std::int32_t, 2> pdTail{};
 };
 
@@ -48,7 +45,7 @@ struct DeviceConfig {
   Hal3AConfig hal3A;
   bool hasDefaultShading = true;
   NSCam::IMetadata defaultShading;
-  std::vector<FaceConfig> faces;
+  std::vector<NSCam::FaceRecord::Face> faces;
   std::optional<SensorConfig> sensor;
 };
 

@@ -11,6 +11,9 @@
 
 namespace host {
 
+/// Writes all of `text` to a descriptor. Returns false on error.
+bool writeAll(int descriptor, std::string_view text);
+
 /// The files in /data/vendor/camera, the only directory in which files can be opened. Any
 /// thread.
 class PhoneFiles {
