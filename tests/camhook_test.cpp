@@ -141,7 +141,7 @@ TEST(Camhook, ShowsHowADecisionIsMade) {
       "decide --product KX0105-EU --sensor 0 --video --app-type heskCamera --hfps 2 "
       "--eis 1 --video-algo 0 --night 1 --size 640x480 --ui-module 17");
   EXPECT_EQ(outcome.output.substr(0, outcome.output.find("  1  near miss")),
-            R"(result  5 CUSTOM1, decided by override 9: video of the maker's app at 640x480
+            R"(result  5 CUSTOM1, decided by override 9: video of the OEM camera app at 640x480
 base  5 CUSTOM1, of row 3
 inputs
   ro.product.model.zdm             KX0105-EU
@@ -170,7 +170,7 @@ overrides
   EXPECT_TRUE(outcome.output.ends_with(R"(
   8  overwritten: video in night mode, 2 NORMAL_VIDEO
      =HESK_CONTROL_NIGHTMODE 1; =video stream yes
-  9  decides: video of the maker's app at 640x480, 5 CUSTOM1
+  9  decides: video of the OEM camera app at 640x480, 5 CUSTOM1
      =APP_TYPE heskCamera; =video stream yes; =size 640x480
   not near: 3, 6, 7
 )")) << outcome.output;
