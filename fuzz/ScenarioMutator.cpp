@@ -1,5 +1,6 @@
-// How the fuzzers of hooks change a scenario: as JSON, so that it mostly stays one. Containers get
-// entries of any tag, type, count and value, those of the catalogue more often than others.
+// Mutates scenarios for the fuzz targets of hooks. The mutations work on JSON, so that most results
+// are valid scenarios. Containers get entries of any tag, type, count and value, more often those
+// of the catalogue.
 
 #include <algorithm>
 #include <array>
@@ -21,7 +22,7 @@ namespace {
 using camhook::Json;
 
 struct Node {
-  std::string key;  // in the object in which it stands, or in which its list does
+  std::string key;  // of the value, or of the list that contains it
   Json* value;
 };
 
@@ -44,10 +45,10 @@ class Mutator {
  public:
   Mutator(Json& scenario, unsigned int seed) : mRandom(seed) { collect(mNodes, "", scenario); }
 
-  /// Changes a place.
+  /// Changes a random value.
   void change() { change(any(mNodes)); }
 
-  /// Has a place as the other scenario has one of the same key.
+  /// Replaces or extends a value with one of the same key of the other scenario.
   void takeFrom(Json& other) {
     std::vector<Node> theirs;
     collect(theirs, "", other);
@@ -72,13 +73,13 @@ class Mutator {
     return list[mRandom() % std::size(list)];
   }
 
-  /// A place in a list or an object that is not empty.
+  /// Returns a random element of a non-empty list or object.
   auto anyIn(Json& list) {
     return std::next(list.begin(), static_cast<std::ptrdiff_t>(mRandom() % list.size()));
   }
 
   Json number() {
-    // Where arithmetic goes wrong, and what the hooks compare with or count.
+    // Limits of arithmetic, and values that the hooks compare with.
     static const std::vector<Json> kNumbers = {
         0,          1,           -1,           2,          3,         8,
         60,         127,         128,          255,        256,       1024,
@@ -95,8 +96,8 @@ class Mutator {
     return list;
   }
 
-  /// An entry of a tag of the catalogue, or of one that stands in the container, mostly of the type
-  /// and the count that the library takes.
+  /// Writes an entry of a tag of the catalogue or of the container, mostly with the type and count
+  /// that the library reads.
   void putEntry(Json& metadata) {
     constexpr auto kTypes =
         std::to_array<std::string_view>({"int32", "int64", "uint8", "float", "rect", "rational"});
@@ -130,7 +131,7 @@ class Mutator {
     }
   }
 
-  /// To another text that stands under the same or another key, or to a piece of it.
+  /// Replaces a text with another one of the scenario, or with a part of it.
   void changeText(Json& value) {
     const Node& other = any(mNodes);
     auto text = (other.value->is_string() ? *other.value : value).get<std::string>();
@@ -160,7 +161,7 @@ Json scenarioFrom(const std::uint8_t* data, std::size_t size) {
   }
 }
 
-/// Returns its size; 0 where there is no room.
+/// Returns the number of bytes written; 0 if the buffer is too small.
 std::size_t writeTo(std::uint8_t* out, std::size_t room, const Json& scenario) {
   const std::string text = scenario.dump(-1, ' ', true, Json::error_handler_t::replace);
   if (text.size() > room) return 0;
