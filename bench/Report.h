@@ -1,4 +1,4 @@
-// What the rows of the benchmark come to.
+// The report of a benchmark.
 
 #pragma once
 
@@ -34,14 +34,14 @@ class Shortest final : public benchmark::BenchmarkReporter {
     }
   }
 
-  /// None for a row that did not run.
+  /// Returns null for a row that did not run.
   [[nodiscard]] const Figures* find(const std::string& row) const {
     const auto found = mRows.find(row);
     return found != mRows.end() ? &found->second : nullptr;
   }
 
  private:
-  /// 0 where the row does not count that.
+  /// Returns 0 if the row has no such counter.
   static double counterOf(const Run& run, const char* name) {
     const auto found = run.counters.find(name);
     return found != run.counters.end() ? found->second.value : 0;
@@ -50,7 +50,7 @@ class Shortest final : public benchmark::BenchmarkReporter {
   std::map<std::string, Figures> mRows;
 };
 
-/// Ends a line by what it may come to at most. Returns whether it comes to no more.
+/// Prints the limit of a figure. Returns true if the figure is within the limit.
 inline bool judge(double figure, double most, const char* unit) {
   const bool isWithin = figure <= most;
   std::printf("  %s %.0f %s\n", isWithin ? "ok, at most" : "MISSED: at most", most, unit);
@@ -61,7 +61,7 @@ inline bool judge(double figure, double most, const char* unit) {
 /// status: 1 if `report` returns false for a target that is missed.
 template <typename Register, typename Report>
 int run(int argc, char** argv, Register registerRows, Report report) {
-  // Rows are compared with one another: all run by turns, several times.
+  // Interleaved repetitions make the rows comparable.
   std::string repetitions = "--benchmark_repetitions=9";
   std::string byTurns = "--benchmark_enable_random_interleaving=true";
   std::string seconds = "--benchmark_min_time=0.05";

@@ -1,27 +1,23 @@
-// What the hooks cost on stored scenarios, and how much of it is the library's own. They run in the
-// shared library as it ships.
+// Measures the hooks of the shared library on calls of stored scenarios.
 //
-// A row is a call of a scenario, made as the pipeline makes it, again and again on the same
-// containers. The phone watches it once; `their time` is that of just the accesses that it saw, on
-// the same containers. What a hook takes beyond them is its own cost, in parts of theirs. An entry
-// that is looked up counts with its items, one that is written with making it. What a service is
-// asked, and an effect other than on the event store, counts as the hook's own.
+// Each row repeats one call on the same containers. The accesses of the call to the simulated phone
+// are recorded once; `their time` is the time of these accesses alone, including reading all items
+// of an entry and constructing written entries. The hook's own cost is the rest, as a percentage of
+// `their time`; it includes service calls and effects other than on the event store.
 //
-// Allocations are calls of operator new in one call, those of the simulated phone included. Ends
-// with status 1 where a target is missed.
+// Allocations are calls of operator new in one call, including those of the simulated phone. Exits
+// with 1 if a limit is exceeded.
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <memory>
-#include <new>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -38,26 +34,9 @@
 #include "platform/EventStore.h"
 #include "platform/MetadataProvider.h"
 #include "platform/Properties.h"
+#include "tests/support/AllocationCounter.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/run/Replay.h"
-
-namespace {
-
-std::atomic<std::size_t> sAllocations = 0;
-
-}  // namespace
-
-// Not inline: the compiler would see what is made by new freed by another function.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  sAllocations.fetch_add(1, std::memory_order_relaxed);
-  if (void* block = std::malloc(size)) return block;
-  throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept {
-  std::free(block);
-}
 
 namespace {
 
@@ -92,7 +71,7 @@ std::string contentOf(const std::string& path) {
   return text.str();
 }
 
-/// Calls a hook on the containers of a scenario's call, as often as one likes.
+/// Repeats a call of a scenario on its containers.
 class Hook {
  public:
   explicit Hook(camhook::Call& call) {
@@ -101,7 +80,7 @@ class Hook {
 
   void operator()() const { mRun(); }
 
-  /// The container that an access was to; one that the library made for itself is a spare one.
+  /// Returns the container of an access; a spare one for containers that the library created.
   [[nodiscard]] IMetadata& container(const IMetadata* seen) {
     const auto handed = std::ranges::find(mHanded, seen);
     return handed != mHanded.end() ? **handed : mSpare;
@@ -160,7 +139,7 @@ class Hook {
     };
   }
 
-  /// No row has another.
+  /// No row has another call.
   void prepare(auto& /*call*/) { std::abort(); }
 
   std::function<void()> mRun;
@@ -168,7 +147,7 @@ class Hook {
   IMetadata mSpare;
 };
 
-/// Keeps what the phone sees.
+/// Records the accesses to the phone.
 struct Accesses final : host::Observer {
   void onAccess(const host::Access& access) override { all.push_back(access); }
 
@@ -194,7 +173,7 @@ IMetadata::IEntry madeAgain(const IMetadata::IEntry& entry) {
   return made;
 }
 
-/// Makes an access once more.
+/// Repeats an access.
 struct Again {
   Hook& hook;
 
@@ -231,14 +210,15 @@ struct Again {
   void operator()(const host::ServiceRead& /*read*/) const {}
 };
 
-/// Times `call`, and counts what it allocates.
+/// Measures the time and the allocations of `call`.
 template <typename Call>
 void measure(benchmark::State& state, Call call) {
   call();
-  const std::size_t before = sAllocations;
+  const std::size_t before = allocationCount();
   for ([[maybe_unused]] const auto iteration : state) call();
-  state.counters["allocations"] = benchmark::Counter(static_cast<double>(sAllocations - before),
-                                                     benchmark::Counter::kAvgIterations);
+  const auto allocations = static_cast<double>(allocationCount() - before);
+  state.counters["allocations"] =
+      benchmark::Counter(allocations, benchmark::Counter::kAvgIterations);
 }
 
 enum class What { hook, accesses };
@@ -251,7 +231,7 @@ void measureRow(benchmark::State& state, const Row& row, What what) {
   host::LogSink::openLevels({});
 
   Hook hook(scenario.calls[row.call - 1].call);
-  hook();  // so that the containers have what they will have
+  hook();  // adds the entries that the hook writes
   Accesses accesses;
   replay.phone().setObserver(&accesses);
   hook();
@@ -287,7 +267,7 @@ void registerRows() {
   benchmark::RegisterBenchmark(kGate, measureGate);
 }
 
-/// Prints the rows that ran. Returns whether all are within their targets.
+/// Prints the rows that ran. Returns true if all are within their limits.
 bool report(const bench::Shortest& shortest) {
   constexpr double kPerCent = 100;
   bool areMet = true;

@@ -1,5 +1,5 @@
-// Time for reading a scenario and for replaying it, and its growth: a call of a scenario that is
-// ten times as long takes about as long. Ends with status 1 if a target is missed.
+// Measures reading and replaying scenarios, and that the time for a call does not grow with the
+// length of the scenario. Exits with 1 if a limit is exceeded.
 
 #include <benchmark/benchmark.h>
 
@@ -21,7 +21,8 @@ namespace {
 
 using namespace camhook;
 
-constexpr double kMostGrowth = 150;  // of a part's time, in per cent of the smaller scenario's
+constexpr double kMostGrowth =
+    150;  // time per part of the longer scenario, per cent of the shorter
 
 /// Requests of about 300 bytes, every tenth a still capture.
 std::string requests(std::size_t count) {
@@ -39,7 +40,7 @@ std::string requests(std::size_t count) {
   return text + "]}";
 }
 
-/// One request with that many tags.
+/// One request with `count` tags.
 std::string tags(std::size_t count) {
   std::string text =
       R"({"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": {)";
@@ -50,7 +51,7 @@ std::string tags(std::size_t count) {
   return text + "}}]}";
 }
 
-/// Takes what is written, and keeps none of it.
+/// Discards its output.
 class Nowhere final : public std::streambuf {
  public:
   Nowhere() { empty(); }
@@ -90,7 +91,7 @@ void replayToText(const std::string& text) {
 
 void replayToJson(const std::string& text) { replay<JsonTrace>(text); }
 
-/// What is done with a scenario of `parts` parts, and with one of ten times as many.
+/// An operation on a scenario of `parts` parts, and on one of ten times as many.
 struct Row {
   const char* name;
   std::string (*scenario)(std::size_t parts);
@@ -119,7 +120,7 @@ void registerRows() {
   }
 }
 
-/// Prints the rows that ran. Returns whether all are within their targets.
+/// Prints the rows that ran. Returns true if all are within their limits.
 bool report(const bench::Shortest& shortest) {
   bool areMet = true;
   for (const Row& row : kRows) {

@@ -18,6 +18,11 @@ install(FILES host/Effect.h host/EffectCollector.h host/LogSink.h host/Observer.
 install(FILES docs/hooks.md docs/tags.md docs/rules.md docs/scenario.schema.json
   DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
+if(CAM_TOOL)
+  install(FILES scripts/completion.bash RENAME camhook
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+endif()
+
 set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/cam_common)
 install(EXPORT cam_common NAMESPACE cam_common:: DESTINATION ${packageDir}
   FILE cam_commonTargets.cmake)

@@ -2,8 +2,7 @@
 
 # Header-only packages: link to cam_packages.
 add_library(cam_packages INTERFACE)
-foreach(package IN ITEMS CLI/CLI.hpp:libcli11-dev nlohmann/json.hpp:nlohmann-json3-dev
-    rapidjson/reader.h:rapidjson-dev)
+foreach(package IN ITEMS CLI/CLI.hpp:libcli11-dev rapidjson/reader.h:rapidjson-dev)
   string(REPLACE ":" ";" package ${package})
   list(POP_FRONT package header)
   string(MAKE_C_IDENTIFIER CAM_INCLUDE_${header} variable)

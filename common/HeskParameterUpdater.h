@@ -118,7 +118,8 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   std::int32_t getMulticamMasterID(int deviceId, IMetadata* halMeta);
 
   /// Returns true if a frame goes through the raw algorithm, according to HESK_CONTROL_CURRENTMODE
-  /// and HESK_CONTROL_ALGO_OVERRIDE of `appMeta` and HESK_CONTROL_IS_DUAL_SLAVE of `outMeta`.
+  /// and HESK_CONTROL_ALGO_OVERRIDE of `appMeta` and HESK_CONTROL_IS_DUAL_SLAVE of `outMeta`. The
+  /// last parameter is unused.
   static bool isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta, int);
 
   /// Writes the camera's role in the zoom transition to MTK_RAW_ALGO_CAMERA_ROLE.
@@ -156,7 +157,8 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// Stores the preview size in pixels for `setSATCropInfo`.
   void setPreviewSize(NSCam::MSize size);
 
-  /// Cuts the width or height of `size` to the aspect ratio of `reference`. Neither may be null.
+  /// Reduces the width or height of `size` to the aspect ratio of `reference`. Does not change
+  /// `size` if a ratio is 0 / 0. Neither may be null.
   void matchAspectRatio(const NSCam::MSize* reference, NSCam::MSize* size);
 
   /// Debugging aid: if the property vendor.camera.dumprawhifmetadata is true and `meta` is of a

@@ -13,6 +13,8 @@
 
 using namespace hesk;
 
+constexpr log::Operation kTableOperation = sensorModeOperation("getSensorModeTable");
+
 HeskSensorModeControl* HeskSensorModeControl::createInstance(int sensorId) {
   HeskSensorModeControl* instance = CSingleton<HeskSensorModeControl>::m_pInstance;
   instance->mSensorId = sensorId;
@@ -30,11 +32,9 @@ void HeskSensorModeControl::getProductName() {
 /// Returns the rules of the current product for the sensor, null if there are none.
 const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId,
                                                                     bool isVideoMode) const {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
-
   const SensorModeTable* const table = findSensorModeTable(productName.data());
   if (table == nullptr) {
-    HESK_LOGD(kOperation, "no suitable sensorModeTable");
+    HESK_LOGD(kTableOperation, "no suitable sensorModeTable");
     return nullptr;
   }
   if (sensorId == 0) return isVideoMode ? &table->sensor0Video : &table->sensor0Preview;
@@ -43,9 +43,7 @@ const std::vector<SensorModeCfg>* HeskSensorModeControl::chooseList(int sensorId
 }
 
 void HeskSensorModeControl::getSensorModeTable(int sensorId, bool isVideoMode) {
-  constexpr log::Operation kOperation = sensorModeOperation("getSensorModeTable");
-
-  HESK_LOGD(kOperation, "mSensorId %d, isVideoMode %d", sensorId, isVideoMode);
+  HESK_LOGD(kTableOperation, "mSensorId %d, isVideoMode %d", sensorId, isVideoMode);
   sensorModeTable.clear();
   multiConditionTable.clear();
   selectedSensorModeCfgs.clear();

@@ -7,8 +7,9 @@
 //
 // One object serves all sensors, from library load to process exit.
 //
-// Errors: no operation reports a failure. An absent value matches no rule. Null metadata reads as
-// empty; null stream information reads as no video stream and a size of 0 x 0.
+// Errors: no operation reports a failure. An absent tag matches no rule; an empty "APP_TYPE"
+// matches rules without app type. Null metadata is read as empty; null stream information is read
+// as no video stream and a size of 0 x 0.
 //
 // Threads: not thread-safe. The platform decides one configuration at a time: between
 // `createInstance` and the return of `decideSensorScenario`, no other thread calls either.
@@ -27,7 +28,7 @@
 template <typename T>
 class CSingleton;
 
-/// Gives the tool and the tests access to private members.
+/// Gives the replay tool and the tests access to the private members.
 struct HeskSensorModeControlInspector;
 
 class __attribute__((visibility("default"))) HeskSensorModeControl {
@@ -77,12 +78,10 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   /// Compares eisMode with HESK_CONTROL_EISENABLE, -2 if absent.
   void getSensorModeCfgByEisMode(NSCam::IMetadata* meta);
 
-  /// Compares isHfpsMode with MTK_STREAMING_FEATURE_HFPS_MODE if that is 1; selects nothing for any
-  /// other value.
+  /// Selects a rule whose isHfpsMode is 1 if MTK_STREAMING_FEATURE_HFPS_MODE is 1.
   void getSensorModeCfgByIsHfpsMode(NSCam::IMetadata* meta);
 
-  /// Compares appType with the event store's "APP_TYPE". An empty "APP_TYPE" matches a rule without
-  /// app type.
+  /// Compares appType with the event store's "APP_TYPE".
   void getSensorModeCfgByApptype();
 
   /// Compares fps with the upper bound of MTK_CONTROL_AE_TARGET_FPS_RANGE, 0 if absent.

@@ -62,8 +62,8 @@ requires std::integral<T> || std::floating_point<T> std::optional<T> leadingNumb
     if (result.ec != std::errc()) return {};
     return number;
   } else {
-    // libc++ has no std::from_chars for floats. strtof_l also reads hexadecimal, "inf" and "nan",
-    // so that it gets the decimal number alone.
+    // libc++ has no std::from_chars for floats. strtof_l also accepts hexadecimal numbers, "inf"
+    // and "nan", so it is passed only the decimal number.
     const std::string decimal(text.substr(0, lengthOfDecimal(text)));
     if (decimal.empty()) return {};
     static const locale_t kClassic = newlocale(LC_ALL_MASK, "C", nullptr);

@@ -1,5 +1,6 @@
-// How the fuzzers of hooks change a scenario: as JSON, so that it mostly stays one. Containers get
-// entries of any tag, type, count and value, those of the catalogue more often than others.
+// Mutates scenarios for the fuzz targets of hooks. The mutations work on JSON, so that most results
+// are valid scenarios. Containers get entries of any tag, type, count and value, more often those
+// of the catalogue.
 
 #include <algorithm>
 #include <array>
@@ -12,8 +13,10 @@
 #include <utility>
 #include <vector>
 
+#include "host/MetadataAccess.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/TagCatalogue.h"
 
 namespace {
@@ -21,16 +24,16 @@ namespace {
 using camhook::Json;
 
 struct Node {
-  std::string key;  // in the object in which it stands, or in which its list does
+  std::string key;  // of the value, or of the list that contains it
   Json* value;
 };
 
 void collect(std::vector<Node>& nodes, const std::string& key, Json& value) {
   nodes.push_back({key, &value});
-  if (value.is_object()) {
-    for (const auto& [name, member] : value.items()) collect(nodes, name, member);
-  } else if (value.is_array()) {
-    for (Json& item : value) collect(nodes, key, item);
+  if (value.isObject()) {
+    for (auto& [name, member] : value.members()) collect(nodes, name, member);
+  } else if (value.isList()) {
+    for (Json& item : value.items()) collect(nodes, key, item);
   }
 }
 
@@ -44,10 +47,10 @@ class Mutator {
  public:
   Mutator(Json& scenario, unsigned int seed) : mRandom(seed) { collect(mNodes, "", scenario); }
 
-  /// Changes a place.
+  /// Changes a random value.
   void change() { change(any(mNodes)); }
 
-  /// Has a place as the other scenario has one of the same key.
+  /// Replaces or extends a value with one of the same key of the other scenario.
   void takeFrom(Json& other) {
     std::vector<Node> theirs;
     collect(theirs, "", other);
@@ -57,10 +60,10 @@ class Mutator {
     std::copy_if(mNodes.begin(), mNodes.end(), std::back_inserter(places), isAlike);
     if (places.empty()) return;
     Json& place = *any(places).value;
-    if (place.is_array() && given.value->is_array() && mRandom() % 2 == 0) {
-      place.insert(place.end(), given.value->begin(), given.value->end());
-    } else if (place.is_object() && given.value->is_object() && mRandom() % 2 == 0) {
-      place.update(*given.value);
+    if (place.isList() && given.value->isList() && mRandom() % 2 == 0) {
+      append(place.items(), given.value->items());
+    } else if (place.isObject() && given.value->isObject() && mRandom() % 2 == 0) {
+      for (const auto& [key, value] : given.value->members()) place[key] = value;
     } else {
       place = *given.value;
     }
@@ -72,13 +75,17 @@ class Mutator {
     return list[mRandom() % std::size(list)];
   }
 
-  /// A place in a list or an object that is not empty.
-  auto anyIn(Json& list) {
+  static void append(Json::List& list, const Json::List& items) {
+    list.insert(list.end(), items.begin(), items.end());
+  }
+
+  /// Returns a random position in a non-empty list or in the members of a non-empty object.
+  auto anyIn(auto& list) {
     return std::next(list.begin(), static_cast<std::ptrdiff_t>(mRandom() % list.size()));
   }
 
   Json number() {
-    // Where arithmetic goes wrong, and what the hooks compare with or count.
+    // Limits of arithmetic, and values that the hooks compare with.
     static const std::vector<Json> kNumbers = {
         0,          1,           -1,           2,          3,         8,
         60,         127,         128,          255,        256,       1024,
@@ -90,60 +97,58 @@ class Mutator {
 
   Json item(std::string_view type) {
     if (type != "rect" && type != "rational") return number();
-    Json list = Json::array();
+    Json::List list;
     for (std::size_t i = 0; i < (type == "rect" ? 4 : 2); ++i) list.push_back(number());
     return list;
   }
 
-  /// An entry of a tag of the catalogue, or of one that stands in the container, mostly of the type
-  /// and the count that the library takes.
+  /// Writes an entry of a tag of the catalogue or of the container, mostly with the type and count
+  /// that the library reads.
   void putEntry(Json& metadata) {
-    constexpr auto kTypes =
-        std::to_array<std::string_view>({"int32", "int64", "uint8", "float", "rect", "rational"});
     const camhook::TagDescription& tag = any(camhook::kTagCatalogue);
     std::string name(tag.name);
-    if (!metadata.empty() && mRandom() % 2 == 0) name = anyIn(metadata).key();
-    const std::string_view type = mRandom() % 4 != 0 ? tag.type : any(kTypes);
+    if (metadata.size() > 0 && mRandom() % 2 == 0) name = anyIn(metadata.members())->key;
+    const std::string_view type = mRandom() % 4 != 0 ? tag.type : any(host::kTypeNames);
     const std::size_t counts[] = {tag.count, tag.count, tag.count + 1, 1, 2, mRandom() % 20};
-    Json items = Json::array();
+    Json::List items;
     for (std::size_t left = any(counts); left > 0; --left) items.push_back(item(type));
-    metadata[name] = {{"type", type}, {"items", items}};
+    metadata[name] = Json::Object{{"type", type}, {"items", items}};
   }
 
   void change(const Node& node) {
     Json& value = *node.value;
-    if (isMetadata(node.key) && !value.is_array() && mRandom() % 4 != 0) {
-      if (value.is_null()) value = Json::object();
-      if (value.is_object()) putEntry(value);
-    } else if (value.is_number()) {
+    if (isMetadata(node.key) && !value.isList() && mRandom() % 4 != 0) {
+      if (value.isNull()) value = Json::Object();
+      if (value.isObject()) putEntry(value);
+    } else if (value.isNumber()) {
       value = number();
-    } else if (value.is_boolean()) {
-      value = !value.get<bool>();
-    } else if (value.is_string()) {
+    } else if (value.isBoolean()) {
+      value = !value.isTrue();
+    } else if (value.isText()) {
       changeText(value);
-    } else if (isMetadata(node.key) && value.is_object() && mRandom() % 4 == 0) {
+    } else if (isMetadata(node.key) && value.isObject() && mRandom() % 4 == 0) {
       value = nullptr;
-    } else if (value.is_object() && !value.empty()) {
-      value.erase(anyIn(value));
-    } else if (value.is_array() && !value.empty()) {
-      changeList(value);
+    } else if (value.isObject() && value.size() > 0) {
+      value.members().erase(anyIn(value.members()));
+    } else if (value.isList() && value.size() > 0) {
+      changeList(value.items());
     }
   }
 
-  /// To another text that stands under the same or another key, or to a piece of it.
+  /// Replaces a text with another one of the scenario, or with a part of it.
   void changeText(Json& value) {
     const Node& other = any(mNodes);
-    auto text = (other.value->is_string() ? *other.value : value).get<std::string>();
+    std::string text = (other.value->isText() ? *other.value : value).text();
     if (mRandom() % 2 == 0) text.resize(mRandom() % (text.size() + 3), 'x');
     value = text;
   }
 
-  void changeList(Json& list) {
-    const Json items = list;
+  void changeList(Json::List& list) {
+    const Json::List items = list;
     switch (mRandom() % 4) {
       case 0: list.erase(anyIn(list)); break;
-      case 1: list.insert(anyIn(list), *anyIn(list)); break;
-      case 2: list.insert(list.end(), items.begin(), items.end()); break;
+      case 1: list.insert(anyIn(list), Json(*anyIn(list))); break;
+      case 2: append(list, items); break;
       default: std::swap(*anyIn(list), *anyIn(list)); break;
     }
   }
@@ -156,13 +161,13 @@ Json scenarioFrom(const std::uint8_t* data, std::size_t size) {
   try {
     return camhook::parseJson({reinterpret_cast<const char*>(data), size});
   } catch (const camhook::InputError&) {
-    return {{"calls", Json::array()}};
+    return Json::Object{{"calls", Json::List()}};
   }
 }
 
-/// Returns its size; 0 where there is no room.
+/// Returns the number of bytes written; 0 if the buffer is too small.
 std::size_t writeTo(std::uint8_t* out, std::size_t room, const Json& scenario) {
-  const std::string text = scenario.dump(-1, ' ', true, Json::error_handler_t::replace);
+  const std::string text = camhook::lineOfJson(scenario);
   if (text.size() > room) return 0;
   std::ranges::copy(text, out);
   return text.size();

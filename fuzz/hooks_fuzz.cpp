@@ -1,4 +1,4 @@
-// Fuzzes hooks: an input is a scenario, of whose calls those that CAM_FUZZ_CALLS names are made.
+// Fuzzes hooks: an input is a scenario, of which only the calls in CAM_FUZZ_CALLS are run.
 
 #include <algorithm>
 #include <cstddef>
@@ -28,7 +28,7 @@ bool isMade(const ScenarioCall& call) {
          std::string::npos;
 }
 
-/// What a machine that runs many phones has neither room nor time for.
+/// Limits buffer sizes, to save memory and time.
 void limitMemory(Scenario& scenario) {
   constexpr std::int32_t kMostBuffer = 1 << 22;
   constexpr std::uint32_t kMostData = 1 << 16;
@@ -40,9 +40,9 @@ void limitMemory(Scenario& scenario) {
   }
 }
 
-/// Calls on a phone and on updaters of their own: nothing is left for the next run but what the
-/// library keeps for good, the handle of the camera provider service. An input's size tells whether
-/// the log is open, and the trace.
+/// Runs the calls on a new phone and new updaters. Only the library's handle of the camera provider
+/// service is kept for the next run. The input's size selects whether the log is enabled and which
+/// trace is written.
 void replay(const Scenario& scenario, std::size_t size) {
   OwnUpdaters updaters;
   Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
@@ -59,7 +59,7 @@ void replay(const Scenario& scenario, std::size_t size) {
   }
   if (writer == nullptr) return;
   writer->finish(replay.phone().eventStore.all());
-  if (size % 3 == 1) (void)Json::parse(out.str());  // throws at what is no JSON
+  if (size % 3 == 1) (void)parseJson(out.str());  // throws if the text is not JSON
 }
 
 }  // namespace
@@ -69,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     scenario = readScenario({reinterpret_cast<const char*>(data), size});
   } catch (const InputError&) {
-    return -1;  // not worth keeping
+    return -1;  // not added to the corpus
   }
   std::erase_if(scenario.calls, std::not_fn(isMade));
   if (scenario.calls.empty()) return -1;

@@ -1,5 +1,5 @@
-// Fuzzes the readers of scenarios and of dumps: they take a text or say what is wrong in a few
-// lines that any terminal can take. What is made of a dump is a scenario.
+// Fuzzes the readers of scenarios and of dumps: an invalid text causes a few printable lines of
+// errors, and a scenario written from a dump can be read.
 
 #include <algorithm>
 #include <cstdint>

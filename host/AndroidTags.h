@@ -1,5 +1,4 @@
-// What Android itself calls metadata tags, and the values of those that are enumerations: of the
-// tags that the library knows, those that every phone has.
+// Android's names of the catalogue's standard tags and of their enumeration values.
 
 #pragma once
 
@@ -18,16 +17,16 @@ struct AndroidTag {
 
   std::uint32_t tag;
   std::string_view name;          // with its section: "android.control.awbMode"
-  std::span<const Value> values;  // of an enumeration, ordered by number; else none
+  std::span<const Value> values;  // ordered by number; empty if not an enumeration
 
-  /// The name of a value; empty where it has none.
+  /// Returns the name of a value; empty if it has none.
   [[nodiscard]] std::string_view nameOf(std::int64_t number) const;
 
-  /// The value of that name.
+  /// Returns the value with this name, if there is one.
   [[nodiscard]] std::optional<std::int32_t> numberOf(std::string_view valueName) const;
 };
 
-/// Null for a tag that Android does not name.
+/// Returns the description of `tag`, null if it is not in the list.
 const AndroidTag* findAndroidTag(std::uint32_t tag);
 
 }  // namespace host

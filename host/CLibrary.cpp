@@ -1,4 +1,4 @@
-// The clock and the files of the phone that the library runs on.
+// The clock and the files of the simulated phone.
 
 #include "platform/CLibrary.h"
 

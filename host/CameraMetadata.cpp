@@ -13,7 +13,7 @@ namespace {
 using NSCam::MRational;
 using NSCam::MRect;
 
-/// The number of the type in which a buffer holds items of type `T`.
+/// Returns the number of the buffer type for items of type `T`.
 template <typename T>
 constexpr std::uint8_t bufferType() {
   if constexpr (std::is_same_v<T, std::uint8_t>) return 0;
@@ -23,7 +23,7 @@ constexpr std::uint8_t bufferType() {
   if constexpr (std::is_same_v<T, MRational>) return 5;
 }
 
-/// The values that a buffer has for one item.
+/// Number of buffer values per item.
 template <typename T>
 constexpr std::size_t kValuesOfItem = 1;
 template <>

@@ -1,4 +1,4 @@
-// Camera metadata buffers of the simulated phone.
+// The camera metadata buffers of the simulated phone.
 
 #pragma once
 
@@ -16,11 +16,11 @@ struct camera_metadata {
     std::uint32_t tag = 0;
     std::uint8_t type = 0;
     std::size_t count = 0;
-    std::vector<std::uint64_t> words;  // the values, filled up with zeros
+    std::vector<std::uint64_t> words;  // the values, padded with zeros
   };
 
   explicit camera_metadata(const NSCam::IMetadata& metadata);
 
-  const NSCam::IMetadata* source;  // whose reads an observer is told; never followed
+  const NSCam::IMetadata* source;  // reported to the observer; never dereferenced
   std::vector<Entry> entries;
 };

@@ -1,15 +1,12 @@
-// A camera metadata buffer as text:
+// Writes a camera metadata buffer as text:
 //
 //   Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.
 //     Version: 1, Flags: 00000000
 //     android.control.captureIntent (1000d): byte[1]
 //       [STILL_CAPTURE ]
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -24,7 +21,7 @@ namespace {
 
 using Entry = camera_metadata::Entry;
 
-/// What values of a type are called, how many stand in a row, and their size.
+/// A value type: its name, values per row, and bytes per value.
 struct ValueType {
   const char* name;
   std::size_t inRow;
@@ -40,7 +37,8 @@ constexpr std::array<ValueType, 6> kTypes = {{
     {"rational", 2, 8},
 }};
 
-/// Values of up to four bytes stand in the array itself; all others begin at a multiple of eight.
+/// Returns the bytes of an entry outside the entry array: 0 for up to four bytes, otherwise rounded
+/// up to a multiple of eight.
 std::size_t extraBytes(const Entry& entry) {
   const std::size_t bytes = entry.count * kTypes.at(entry.type).bytes;
   return bytes <= 4 ? 0 : (bytes + 7) / 8 * 8;
@@ -55,7 +53,7 @@ std::string tagName(std::uint32_t tag) {
 
 template <typename... Args>
 void append(std::string& text, const char* format, Args... args) {
-  std::array<char, 512> buffer{};  // a double has up to 309 digits before its point
+  std::array<char, 512> buffer{};  // a double has up to 309 digits before the point
   std::snprintf(buffer.data(), buffer.size(), format, args...);
   text += buffer.data();
 }
@@ -68,7 +66,7 @@ T valueAt(const Entry& entry, std::size_t index) {
   return value;
 }
 
-/// Under its name, where the tag is an enumeration that has one for it.
+/// Appends the name of an enumeration value, or the number if it has no name.
 void appendInteger(std::string& text, const Entry& entry, std::int32_t value) {
   const host::AndroidTag* known = host::findAndroidTag(entry.tag);
   const std::string_view name = known != nullptr ? known->nameOf(value) : std::string_view();
@@ -96,11 +94,11 @@ void appendValue(std::string& text, const Entry& entry, std::size_t index) {
   }
 }
 
-void appendEntry(std::string& text, const Entry& entry, std::size_t mostValues) {
+void appendEntry(std::string& text, const Entry& entry, std::size_t maxValues) {
   const ValueType& type = kTypes.at(entry.type);
   text.append("  ").append(tagName(entry.tag));
   append(text, " (%05x): %s[%zu]\n", entry.tag, type.name, entry.count);
-  const std::size_t count = std::min(entry.count, mostValues);
+  const std::size_t count = std::min(entry.count, maxValues);
   for (std::size_t row = 0; row < count; row += type.inRow) {
     text += "    [";
     for (std::size_t i = row; i < std::min(row + type.inRow, count); ++i) {
@@ -110,7 +108,7 @@ void appendEntry(std::string& text, const Entry& entry, std::size_t mostValues) 
   }
 }
 
-std::size_t mostValues(int verbosity) {
+std::size_t maxValues(int verbosity) {
   if (verbosity <= 0) return 0;
   return verbosity == 1 ? 16 : static_cast<std::size_t>(-1);
 }
@@ -124,20 +122,13 @@ std::string dumpOf(const camera_metadata& buffer, int verbosity) {
          "Dumping camera metadata array: %zu / %zu entries, %zu / %zu bytes of extra data.\n"
          "  Version: 1, Flags: 00000000\n",
          count, count, extra, extra);
-  for (const Entry& entry : buffer.entries) appendEntry(text, entry, mostValues(verbosity));
+  for (const Entry& entry : buffer.entries) appendEntry(text, entry, maxValues(verbosity));
   return text;
 }
 
 }  // namespace
 
 void dump_camera_metadata(const camera_metadata* buffer, int file, int verbosity) {
-  const std::string text = buffer != nullptr ? dumpOf(*buffer, verbosity)
-                                             : "Dumping camera metadata array: Not allocated\n";
-  std::string_view rest(text);
-  while (!rest.empty()) {
-    const ssize_t written = ::write(file, rest.data(), rest.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return;
-    rest.remove_prefix(static_cast<std::size_t>(written));
-  }
+  host::writeAll(file, buffer != nullptr ? dumpOf(*buffer, verbosity)
+                                         : "Dumping camera metadata array: Not allocated\n");
 }

@@ -1,4 +1,4 @@
-// The camera provider service of the phone that the library runs on.
+// The camera provider service of the simulated phone.
 
 #include "platform/CameraProvider.h"
 
@@ -8,7 +8,7 @@ namespace {
 
 using vendor::hesk::hardware::camera::provider::V1_0::IHeskCameraProvider;
 
-/// Asks the phone of the moment; one that outlives its phone does not answer.
+/// Uses the current phone's configuration. Calls fail if the phone has no service.
 class SimulatedProvider final : public IHeskCameraProvider {
  public:
   android::hardware::Return<std::int32_t> query(std::int32_t what) override {

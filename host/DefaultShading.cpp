@@ -1,4 +1,4 @@
-// The default shading of the phone that the library runs on.
+// The default shading of the simulated phone.
 
 #include "platform/DefaultShading.h"
 

@@ -1,4 +1,4 @@
-// What the library did to the platform.
+// Effects of the library on the platform.
 
 #pragma once
 
@@ -11,9 +11,9 @@
 
 namespace host {
 
-/// One effect: its name and what belongs to it, as a trace shows them.
+/// One effect: its name and fields, as shown in a trace.
 struct Effect {
-  /// A region as it was handed to the multi-camera library.
+  /// A region that was passed to the multi-camera library.
   struct Region {
     std::int32_t kind = 0;
     NSCam::MRect rect;

@@ -1,4 +1,4 @@
-// The observer that keeps effects, and nothing else.
+// An observer that records effects.
 
 #pragma once
 
@@ -11,7 +11,7 @@
 
 namespace host {
 
-/// Keeps effects, in order, until they are taken. Any thread.
+/// Records effects in order. Any thread.
 class EffectCollector final : public Observer {
  public:
   void onAccess(const Access& access) override {
@@ -21,7 +21,7 @@ class EffectCollector final : public Observer {
     mEffects.push_back(*effect);
   }
 
-  /// The effects since the last call.
+  /// Returns and removes the recorded effects.
   std::vector<Effect> take() {
     const std::lock_guard lock(mMutex);
     return std::exchange(mEffects, {});

@@ -1,4 +1,4 @@
-// The event store of the phone that the library runs on.
+// The event store of the simulated phone.
 
 #include "platform/EventStore.h"
 

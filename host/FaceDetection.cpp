@@ -1,4 +1,4 @@
-// The faces in view of the phone that the library runs on.
+// The detected faces of the simulated phone.
 
 #include "platform/FaceDetection.h"
 
@@ -21,11 +21,9 @@ class SimulatedFaces final : public NSCam::IFDContainer {
     host::observe([&] {
       return host::Effect{"faces.query", {{"sensor", sensor}, {"user", mUser}}};
     });
-    const std::vector<host::FaceConfig>& faces =
-        host::Phone::current().config.deviceOrDefault(sensor).faces;
+    const auto& faces = host::Phone::current().config.deviceOrDefault(sensor).faces;
     record.count = static_cast<std::int32_t>(faces.size());
-    const std::size_t held = std::min(faces.size(), FaceRecord::kCapacity);
-    for (std::size_t i = 0; i < held; ++i) record.faces[i] = {faces[i].rect, faces[i].score};
+    std::copy_n(faces.begin(), std::min(faces.size(), FaceRecord::kCapacity), record.faces.begin());
   }
 
  private:

@@ -1,4 +1,4 @@
-// The 3A instances of the phone that the library runs on.
+// The 3A instances of the simulated phone.
 
 #include "platform/Hal3A.h"
 
@@ -38,11 +38,11 @@ class SimulatedHal3A final : public NS3Av3::IHal3A {
 
  private:
   static const NSCam::MSize& gridAt(std::intptr_t address) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the arguments of commands are numbers
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): command arguments are numbers
     return *reinterpret_cast<const NSCam::MSize*>(address);
   }
 
-  /// Value i is the base plus i.
+  /// Sets value i to the base plus i.
   void fillShadingTable(NSCam::MSize grid, std::intptr_t address) const {
     constexpr int kChannels = 4;
     host::observe([&] { return host::ServiceRead{host::placeOf(mSensor, "hal3a.shadingBase")}; });

@@ -1,4 +1,4 @@
-// The sensor list of the phone that the library runs on, and its sensors.
+// The sensor list of the simulated phone, and its sensors.
 
 #include "platform/HalSensor.h"
 
@@ -24,7 +24,7 @@ class SimulatedSensor final : public NSCam::IHalSensor {
     const auto& sensor = host::Phone::current().config.deviceOrDefault(mCameraId).sensor;
     if (!sensor) return -1;
     if (command == kSupportsPd) {
-      // NOLINTNEXTLINE(performance-no-int-to-ptr): the arguments of commands are numbers
+      // NOLINTNEXTLINE(performance-no-int-to-ptr): command arguments are numbers
       *reinterpret_cast<std::int32_t*>(second) = sensor->pdSupported;
     } else if (command == kGetPdBlock) {
       // NOLINTNEXTLINE(performance-no-int-to-ptr)

@@ -8,7 +8,7 @@
 
 namespace host {
 
-/// A transform set on it is an effect on the phone of the moment.
+/// Reports transforms as effects.
 class ImageStream final : public NSCam::v3::IImageStreamInfo {
  public:
   ImageStream(std::int64_t id, std::uint64_t usage, NSCam::MSize size)

@@ -1,5 +1,5 @@
-// printf's formats, expanded the same way on every machine: addresses as 0x0 and NaNs without a
-// sign. Each conversion is handed to the C library by itself.
+// Expands printf formats identically on every machine. Passes each conversion to the C library
+// separately.
 
 #include <array>
 #include <cstddef>
@@ -15,19 +15,19 @@ namespace {
 
 template <typename T>
 std::string printed(const std::string& conversion, T value) {
-  std::array<char, 128> most{};  // all but a few
-  const int length = std::snprintf(most.data(), most.size(), conversion.c_str(), value);
+  std::array<char, 128> buffer{};  // most results fit
+  const int length = std::snprintf(buffer.data(), buffer.size(), conversion.c_str(), value);
   if (length <= 0) return {};
   const auto size = static_cast<std::size_t>(length);
-  if (size < most.size()) return {most.data(), size};
+  if (size < buffer.size()) return {buffer.data(), size};
   std::string text(size + 1, '\0');
   std::snprintf(text.data(), text.size(), conversion.c_str(), value);
   text.pop_back();
   return text;
 }
 
-/// One conversion of a format: "%-5lld" has the flags and sizes "-5", the length "ll", the kind
-/// 'd'.
+/// One conversion of a format, for example "%-5lld": flags, width and precision "-5", length "ll"
+/// and kind 'd'.
 struct Conversion {
   std::string flags;
   std::string length;
@@ -38,7 +38,7 @@ struct Conversion {
   }
 };
 
-/// Reads the conversion behind a '%'; moves `at` past it. Stars take their number from `arguments`.
+/// Reads the conversion after a '%' and moves `at` past it. A '*' is replaced by the next argument.
 Conversion readConversion(const char*& at, std::va_list& arguments) {
   Conversion conversion;
   for (; *at != '\0' && std::strchr("-+ #0123456789.*'", *at) != nullptr; ++at) {
@@ -54,7 +54,7 @@ Conversion readConversion(const char*& at, std::va_list& arguments) {
 }
 
 std::string expandInteger(const Conversion& conversion, std::va_list& arguments) {
-  // Of the lengths only h and hh, and none, are passed as an int.
+  // Only integers without a length or with h or hh are passed as an int.
   static_assert(sizeof(long) == sizeof(std::intmax_t) && sizeof(long long) == sizeof(long));
   if (conversion.length.empty() || conversion.length.front() == 'h') {
     return printed(conversion.as(conversion.length + conversion.kind), va_arg(arguments, int));
@@ -94,7 +94,7 @@ std::string expand(const Conversion& conversion, std::va_list& arguments) {
     case 's': return expandText(conversion, arguments);
     case 'p': va_arg(arguments, const void*); return printed(conversion.as("s"), "0x0");
     case '%': return "%";
-    default: {  // not a conversion: as it stands
+    default: {  // not a conversion: copied unchanged
       std::string text = conversion.as(conversion.length);
       if (conversion.kind != '\0') text += conversion.kind;
       return text;

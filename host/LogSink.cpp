@@ -30,8 +30,8 @@ char levelLetter(cam_debug_level_t level) {
   return 'D';
 }
 
-/// Cuts what stands before `mark` off the front of `text`, with the mark. False where there is no
-/// mark.
+/// Moves the text before `mark` from `text` to `front` and removes the mark. Returns false if there
+/// is no mark.
 bool cutAt(std::string_view& text, std::string_view mark, std::string_view& front) {
   const std::size_t at = text.find(mark);
   if (at == std::string_view::npos) return false;
@@ -40,8 +40,8 @@ bool cutAt(std::string_view& text, std::string_view mark, std::string_view& fron
   return true;
 }
 
-/// Takes the head of a record, "D[tag] file:line function() ", apart. Returns its length; 0 where
-/// the format does not begin with one.
+/// Parses the head of a record, "D[tag] file:line function() ". Returns its length, 0 if the format
+/// does not begin with a head.
 std::size_t readHead(std::string_view format, std::string_view prefix, LogRecord& record) {
   const std::string start = std::string(prefix) + "[" + record.tag + "] ";
   if (!format.starts_with(start)) return 0;

@@ -1,4 +1,4 @@
-// Where the library's log records go on the simulated phone.
+// The log of the simulated phone.
 
 #pragma once
 
@@ -13,7 +13,7 @@
 
 namespace host {
 
-/// A record split into its parts.
+/// A parsed log record.
 struct LogRecord {
   char level = 'D';  // 'D', 'E' or 'I'
   std::string tag;
@@ -24,23 +24,21 @@ struct LogRecord {
   std::string message;  // expanded
 };
 
-/// Keeps the records until they are taken.
-///
-/// Threads: records may come from any thread. The levels are set while no hook runs.
+/// Collects the records. Any thread may write a record; levels are set while no hook runs.
 class LogSink {
  public:
-  /// Opens exactly these levels ('D', 'E', 'I') in the platform's table.
+  /// Enables these levels ('D', 'E', 'I') in the platform's table and disables the others.
   static void openLevels(std::initializer_list<char> letters);
 
-  /// Lets the tag test refuse every tag; the levels stay as they are.
+  /// Sets the result of the platform's tag test for every tag. The levels do not change.
   void setTagsWanted(bool wanted);
   [[nodiscard]] bool areTagsWanted() const { return mTagsWanted; }
 
-  /// Takes a line from the platform's log.
+  /// Adds a line of the platform's log.
   void add(std::string_view tag, cam_debug_level_t level, const char* format,
            std::va_list arguments);
 
-  /// The records since the last call.
+  /// Returns and removes the collected records.
   std::vector<LogRecord> take();
 
  private:
@@ -49,8 +47,7 @@ class LogSink {
   std::vector<LogRecord> mRecords;
 };
 
-/// Expands a printf format as the traces have it: an address stands as 0x0, a float that is no
-/// number as nan. Any length.
+/// Expands a printf format in the format of the traces: an address is 0x0, a NaN has no sign.
 std::string expandFormat(const char* format, std::va_list arguments);
 
 }  // namespace host

@@ -29,12 +29,12 @@ host::Access readOf(const NSCam::IMetadata& container, NSCam::IMetadata::Tag_t t
 
 namespace NSCam {
 
-/// An entry has them from its first item on.
+/// Allocated with the first item.
 struct IMetadata::IEntry::Items {
   host::ItemList list;
 };
 
-/// A container has them from its first entry on. Hooks mostly look tags up.
+/// Allocated with the first entry.
 struct IMetadata::Entries {
   std::unordered_map<Tag_t, IEntry> byTag;
 };
@@ -74,9 +74,9 @@ void IMetadata::IEntry::replaceItemAt(std::size_t index, const T& item, Type2Typ
 template <MetadataItem T>
 T IMetadata::IEntry::itemAt(std::size_t index, Type2Type<T>) const {
   if (mItems == nullptr) return T{};
-  const auto read = [index]<typename Own>(const std::vector<Own>& items) -> T {
-    constexpr bool kAreIntegers = std::is_integral_v<T> && std::is_integral_v<Own>;
-    if constexpr (kAreIntegers || std::is_same_v<T, Own>) {
+  const auto read = [index]<typename Item>(const std::vector<Item>& items) -> T {
+    constexpr bool kAreIntegers = std::is_integral_v<T> && std::is_integral_v<Item>;
+    if constexpr (kAreIntegers || std::is_same_v<T, Item>) {
       if (index < items.size()) return static_cast<T>(items[index]);
     }
     return T{};
@@ -84,7 +84,7 @@ T IMetadata::IEntry::itemAt(std::size_t index, Type2Type<T>) const {
   return std::visit(read, mItems->list);
 }
 
-// NOLINTBEGIN(bugprone-macro-parentheses): a type takes none.
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type
 #define HOST_METADATA_ITEM(T)                                                          \
   template void IMetadata::IEntry::push_back(const T&, Type2Type<T>);                  \
   template void IMetadata::IEntry::replaceItemAt(std::size_t, const T&, Type2Type<T>); \
@@ -147,10 +147,3 @@ const host::ItemList& MetadataAccess::itemsOf(const IMetadata::IEntry& entry) {
 }
 
 }  // namespace NSCam
-
-std::string_view host::typeName(const ItemList& items) {
-  // In the order of the variant's alternatives.
-  constexpr std::array<std::string_view, 6> kNames{"int32", "int64", "uint8",
-                                                   "float", "rect",  "rational"};
-  return kNames.at(items.index());
-}

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 #include <variant>
@@ -11,22 +12,24 @@
 
 namespace host {
 
-/// All items of an entry in their own type.
+/// The items of an entry, in the entry's item type.
 using ItemList =
     std::variant<std::vector<std::int32_t>, std::vector<std::int64_t>, std::vector<std::uint8_t>,
                  std::vector<float>, std::vector<NSCam::MRect>, std::vector<NSCam::MRational>>;
 
-/// Returns the name of an item list's type: "int32", "int64", "uint8", "float", "rect" or
-/// "rational".
-std::string_view typeName(const ItemList& items);
+/// The names of the item types, in the order of the list's alternatives.
+inline constexpr std::array<std::string_view, std::variant_size_v<ItemList>> kTypeNames{
+    "int32", "int64", "uint8", "float", "rect", "rational"};
+
+/// Returns the name of an item list's type.
+inline std::string_view typeName(const ItemList& items) { return kTypeNames.at(items.index()); }
 
 }  // namespace host
 
 namespace NSCam {
 
-/// The container's friend.
 struct MetadataAccess {
-  /// Returns the entries that hold an item, ordered by tag, valid until the container changes.
+  /// Returns the entries that have items, ordered by tag, valid until the container changes.
   static std::vector<const IMetadata::IEntry*> entriesByTag(const IMetadata& metadata);
 
   /// Returns the items of an entry, valid until the entry changes; an empty list of int32 if it has

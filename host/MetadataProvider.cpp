@@ -1,4 +1,4 @@
-// The static characteristics of the phone that the library runs on.
+// The static metadata of the simulated phone.
 
 #include "platform/MetadataProvider.h"
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Looks the device up anew on every use, so that it follows the phone of the moment.
+/// Looks the device up on every call: the provider outlives the phone.
 class DeviceProvider final : public NSCam::IMetadataProvider {
  public:
   explicit DeviceProvider(std::int32_t deviceId) : mDeviceId(deviceId) {}

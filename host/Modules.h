@@ -1,4 +1,4 @@
-// What stands behind the numbers of the HAL's modules.
+// The functions of the HAL's modules.
 
 #pragma once
 
@@ -13,7 +13,7 @@
 
 namespace host {
 
-/// The place of a device's `part` in a phone.
+/// Returns the path of a device's `part` in a scenario's `platform`.
 inline std::string placeOf(std::int32_t device, std::string_view part) {
   return "devices." + std::to_string(device) + '.' + std::string(part);
 }

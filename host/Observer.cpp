@@ -7,9 +7,9 @@ namespace host {
 constinit std::atomic<Observer*> Observer::sCurrent = nullptr;
 
 std::vector<void*> Observer::returnAddresses() {
-  constexpr int kMost = 128;
-  std::vector<void*> addresses(kMost);
-  addresses.resize(static_cast<std::size_t>(backtrace(addresses.data(), kMost)));
+  constexpr int kMaxDepth = 128;
+  std::vector<void*> addresses(kMaxDepth);
+  addresses.resize(static_cast<std::size_t>(backtrace(addresses.data(), kMaxDepth)));
   return addresses;
 }
 

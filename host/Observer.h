@@ -1,5 +1,5 @@
-// Who looks on: every access of the library to the phone is told to the phone's observer, where it
-// has one. Without, an access costs the test of one pointer more.
+// Observation of the library: the functions of `platform/` report every access to the phone's
+// observer. Without an observer an access costs one test of a pointer.
 //
 //   class Writes : public host::Observer {
 //     void onAccess(const host::Access& access) override {
@@ -8,8 +8,7 @@
 //   };
 //   phone.setObserver(&writes);
 //
-// It is the operations of `platform/` that tell. Who calls them besides the library, as tests and
-// tools do with containers, takes the observer off meanwhile.
+// A test or tool that calls these functions itself removes the observer first.
 
 #pragma once
 
@@ -24,15 +23,14 @@
 
 namespace host {
 
-/// A tag was looked up in a container, or in a camera metadata buffer made from it. The library
-/// keeps containers of its own, too.
+/// A tag was looked up in a container, possibly a temporary one of the library, or in a camera
+/// metadata buffer made from a container.
 struct MetadataRead {
   const NSCam::IMetadata* container = nullptr;
   NSCam::IMetadata::Tag_t tag = NSCam::IMetadata::kNoTag;
 };
 
-/// An entry was written to a container; one without items clears the tag. Told before it stands
-/// there.
+/// An entry is about to be written to a container; an entry without items clears the tag.
 struct MetadataWrite {
   const NSCam::IMetadata* container = nullptr;
   NSCam::IMetadata::Tag_t tag = NSCam::IMetadata::kNoTag;
@@ -45,20 +43,20 @@ struct StaticRead {
   NSCam::IMetadata::Tag_t tag = NSCam::IMetadata::kNoTag;
 };
 
-/// A value of the event store; empty where there is none. What is set there is an effect.
+/// A value of the event store was read; empty if not set. Writes are effects.
 struct EventRead {
   std::string key;
   std::string value;
 };
 
-/// A property; the value is empty where it is unset.
+/// A property was read; the value is empty if it is unset.
 struct PropertyRead {
   std::string name;
   std::string value;
 };
 
-/// A service was asked. `place` is the part of the phone that its answer depends on, as the
-/// `platform` of a scenario has it: "devices.0.hal3a", "sat.cameras[1].fov", "provider".
+/// A service was called. `place` is the path, in a scenario's `platform`, of the setting that
+/// determines the result: "devices.0.hal3a", "sat.cameras[1].fov", "provider".
 struct ServiceRead {
   std::string place;
 };
@@ -66,7 +64,7 @@ struct ServiceRead {
 using Access = std::variant<MetadataRead, MetadataWrite, StaticRead, EventRead, PropertyRead,
                             ServiceRead, Effect>;
 
-/// Threads: the library's own, each access on the thread that makes it.
+/// Called on the thread that makes the access.
 class Observer {
  public:
   virtual void onAccess(const Access& access) = 0;
@@ -74,8 +72,8 @@ class Observer {
  protected:
   ~Observer() = default;
 
-  /// In `onAccess`: where the thread will return to, innermost first. What begins it is the host's
-  /// and the observer's own, then comes the library. Takes microseconds.
+  /// To be called in `onAccess`. Returns the return addresses of the call stack, innermost first:
+  /// those of observer and host, then those of the library. Takes microseconds.
   static std::vector<void*> returnAddresses();
 
  private:
@@ -83,10 +81,10 @@ class Observer {
   template <typename Make>
   friend void observe(Make make);
 
-  static std::atomic<Observer*> sCurrent;  // of the phone that there is
+  static std::atomic<Observer*> sCurrent;  // of the current phone
 };
 
-/// Tells the observer, if there is one, the access that `make` returns.
+/// Reports the access that `make` returns to the observer, if there is one.
 template <typename Make>
 void observe(Make make) {
   Observer* const observer = Observer::sCurrent.load(std::memory_order_acquire);

@@ -18,7 +18,7 @@ const DeviceConfig& PhoneConfig::deviceOrDefault(std::int32_t id) const {
   return found != devices.end() ? found->second : kUnlisted;
 }
 
-Phone::Phone(PhoneConfig phoneConfig) : Phone(std::move(phoneConfig), Kind::simulated) {
+Phone::Phone(PhoneConfig phoneConfig) : Phone(std::move(phoneConfig), MembersOnly()) {
   Phone* none = nullptr;
   if (!sCurrent.compare_exchange_strong(none, this)) {
     throw std::logic_error("a process has one simulated phone at a time");
@@ -27,14 +27,13 @@ Phone::Phone(PhoneConfig phoneConfig) : Phone(std::move(phoneConfig), Kind::simu
   LogSink::openLevels({'D', 'E', 'I'});
 }
 
-Phone::Phone(PhoneConfig phoneConfig, Kind kind)
+Phone::Phone(PhoneConfig phoneConfig, MembersOnly)
     : config(std::move(phoneConfig)),
       properties(std::exchange(config.properties, {})),
-      eventStore(std::exchange(config.eventStore, {})),
-      mKind(kind) {}
+      eventStore(std::exchange(config.eventStore, {})) {}
 
 Phone::~Phone() {
-  if (mKind == Kind::bare || sCurrent != this) return;
+  if (sCurrent != this) return;  // the bare phone, or a second one that threw
   LogSink::openLevels({});
   setObserver(nullptr);
   sCurrent = nullptr;
@@ -45,7 +44,7 @@ Observer* Phone::setObserver(Observer* observer) {
 }
 
 Phone& Phone::bare() {
-  static Phone bare({}, Kind::bare);
+  static Phone bare({}, MembersOnly());
   return bare;
 }
 

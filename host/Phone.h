@@ -1,15 +1,14 @@
-// The simulated phone behind `platform/`.
+// The simulated phone: implements `platform/`.
 //
 //   host::Phone phone;
 //   phone.properties.set("ro.product.model.zdm", "KX0107");
 //   phone.config.devices[0].statics = ...;
 //
-// From its construction to its end it is the phone that the library runs on; then everything that
-// was set on it is gone. Outside any Phone the library runs on a bare one, with nothing set and the
-// log closed.
+// The library uses the Phone that exists; if none exists, it uses a phone with default values and a
+// closed log.
 //
-// Threads: properties, event store, effects, files, tuning buffers and log records may be
-// used from any thread while hooks run. `config` is filled before.
+// Threads: `config` and the observer are changed while no hook runs. Any thread may use the other
+// members.
 
 #pragma once
 
@@ -26,24 +25,24 @@ namespace host {
 
 class Phone {
  public:
-  /// Every log level is open, effects and records are kept: `effects` observes. A process has one
-  /// phone at a time; a second one throws std::logic_error.
+  /// Opens every log level and makes `effects` the observer. Throws std::logic_error if another
+  /// phone exists.
   explicit Phone(PhoneConfig config = {});
   ~Phone();
   Phone(const Phone&) = delete;
   Phone& operator=(const Phone&) = delete;
 
-  /// The phone that the library runs on.
+  /// Returns the phone that the library uses.
   static Phone& current() {
     Phone* phone = sCurrent.load(std::memory_order_acquire);
     return phone != nullptr ? *phone : bare();
   }
 
-  /// Has every access of the library told to `observer`, null: to nobody. Returns who was told
-  /// until now. While no hook runs.
+  /// Reports every access of the library to `observer`; null disables reporting. Returns the
+  /// previous observer.
   Observer* setObserver(Observer* observer);
 
-  PhoneConfig config;  // its `properties` and `eventStore` have moved into the stores below
+  PhoneConfig config;  // `properties` and `eventStore` are moved to the stores below
   TextStore properties;
   TextStore eventStore;
   EffectCollector effects;
@@ -52,16 +51,14 @@ class Phone {
   LogSink log;
 
  private:
-  enum class Kind { simulated, bare };
+  struct MembersOnly {};
 
-  Phone(PhoneConfig config, Kind kind);
+  Phone(PhoneConfig config, MembersOnly);
 
-  /// The phone that there is outside any other.
+  /// Returns the phone that the library uses if no other exists.
   static Phone& bare();
 
   static std::atomic<Phone*> sCurrent;
-
-  Kind mKind;
 };
 
 }  // namespace host

@@ -1,5 +1,5 @@
-// What a simulated phone is made of before anything runs on it. The defaults describe a phone on
-// which nothing is set, as in the tables of docs/scenarios.md.
+// The configuration of a simulated phone. docs/scenarios.md describes the fields and their
+// defaults.
 
 #pragma once
 
@@ -13,7 +13,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Geometry.h"
+#include "platform/FaceDetection.h"
+#include "platform/HalSensor.h"
 #include "platform/IMetadata.h"
 
 namespace host {
@@ -25,20 +26,16 @@ struct Hal3AConfig {
   float shadingBase = 1.0F;
 };
 
-struct FaceConfig {
-  NSCam::MRect rect;
-  std::int32_t score = 0;
-};
-
-/// The sensor driver's object of a device, with its phase-detection block.
+/// The sensor of a device, with its phase-detection block.
 struct SensorConfig {
-  using Pair = std::array<std::int32_t, 2>;
+  using Pair = NSCam::SensorPdBlock::Pair;
+  using Pairs = std::array<Pair, NSCam::SensorPdBlock::kMaxPairs>;
 
   std::int32_t index = 0;
   std::int32_t pdSupported = 0;
   std::array<std::int32_t, 5> pdWords{};
-  std::array<Pair, 16> pdLeft{};
-  std::array<Pair, 16> pdRight{};
+  Pairs pdLeft{};
+  Pairs pdRight{};
   std::array<std::int32_t, 2> pdTail{};
 };
 
@@ -48,7 +45,7 @@ struct DeviceConfig {
   Hal3AConfig hal3A;
   bool hasDefaultShading = true;
   NSCam::IMetadata defaultShading;
-  std::vector<FaceConfig> faces;
+  std::vector<NSCam::FaceRecord::Face> faces;
   std::optional<SensorConfig> sensor;
 };
 
@@ -93,9 +90,9 @@ struct PhoneConfig {
   std::optional<ProviderConfig> provider;
   std::optional<TuningBufferConfig> tuningBuffer;
   std::optional<std::tm> clock;                            // absent: the wall clock
-  std::function<std::string_view(std::uint32_t)> tagName;  // in dumps, where Android has no name
+  std::function<std::string_view(std::uint32_t)> tagName;  // for dumps, if Android has no name
 
-  /// The device's configuration; that of a device without provider where it is not listed.
+  /// Returns the configuration of a device; for an unlisted id that of a device without provider.
   [[nodiscard]] const DeviceConfig& deviceOrDefault(std::int32_t id) const;
 };
 

@@ -4,25 +4,17 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <utility>
 
 namespace host {
 namespace {
 
-constexpr std::string_view kFolder = "/data/vendor/camera/";
+constexpr std::string_view kDirectory = "/data/vendor/camera/";
 
 std::string resolved(std::string_view path) {
   return std::filesystem::path(path).lexically_normal().string();
-}
-
-bool writeAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(descriptor, text.data(), text.size());
-    if (written <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return ::lseek(descriptor, 0, SEEK_SET) == 0;
 }
 
 std::string readAll(int descriptor) {
@@ -35,18 +27,28 @@ std::string readAll(int descriptor) {
 
 }  // namespace
 
+bool writeAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(descriptor, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
 int PhoneFiles::open(std::string_view path) {
-  std::string place = resolved(path);
-  if (!place.starts_with(kFolder)) return -1;
+  std::string resolvedPath = resolved(path);
+  if (!resolvedPath.starts_with(kDirectory)) return -1;
   const std::lock_guard lock(mMutex);
   const int descriptor = ::memfd_create("phone file", MFD_CLOEXEC);
   if (descriptor < 0) return -1;
-  if (!writeAll(descriptor, mContents[place])) {
+  if (!writeAll(descriptor, mContents[resolvedPath]) || ::lseek(descriptor, 0, SEEK_SET) != 0) {
     ::close(descriptor);
     return -1;
   }
   mOpened.emplace_back(path);
-  mPaths[descriptor] = std::move(place);
+  mPaths[descriptor] = std::move(resolvedPath);
   return descriptor;
 }
 

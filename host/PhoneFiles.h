@@ -1,5 +1,4 @@
-// The files that the library writes, in memory: nothing of the machine's file system is read or
-// written.
+// The files of the simulated phone, in memory. The machine's file system is not used.
 
 #pragma once
 
@@ -12,22 +11,25 @@
 
 namespace host {
 
-/// The files in /data/vendor/camera, the only folder in which the library may open files. Any
+/// Writes all of `text` to a descriptor. Returns false on error.
+bool writeAll(int descriptor, std::string_view text);
+
+/// The files in /data/vendor/camera, the only directory in which files can be opened. Any
 /// thread.
 class PhoneFiles {
  public:
-  /// Opens the file at `path`, which may contain "." and "..", at its start, and keeps its content.
-  /// Returns a descriptor of an anonymous file, -1 if the path is outside the folder. The content
-  /// is stored when `close` is called.
+  /// Opens the file at `path`, which may contain "." and "..". The content is kept; the position is
+  /// 0. Returns a descriptor of an anonymous file, -1 if the path is outside the directory. `close`
+  /// stores the content.
   int open(std::string_view path);
 
-  /// Closes a descriptor that `open` returned. Returns 0, -1 on error.
+  /// Closes a descriptor that `open` returned. Returns 0, or -1 on error.
   int close(int descriptor);
 
-  /// The paths opened since the last call, as they were passed to `open`.
+  /// Returns and removes the paths passed to successful calls of `open`.
   std::vector<std::string> takeOpened();
 
-  /// The content of a closed file; empty if there is no such file.
+  /// Returns the content stored for a file; empty if there is none.
   [[nodiscard]] std::string content(std::string_view path) const;
 
  private:

@@ -1,4 +1,4 @@
-// The system properties of the phone that the library runs on.
+// The system properties of the simulated phone.
 
 #include "platform/Properties.h"
 

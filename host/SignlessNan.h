@@ -1,4 +1,4 @@
-// Floats as texts have them.
+// Float values for texts.
 
 #pragma once
 
@@ -6,7 +6,7 @@
 
 namespace host {
 
-/// The value; where it is no number, without its sign, on which processors do not agree.
+/// Returns the value; a NaN without its sign, which differs between processors.
 inline double withSignlessNan(double value) { return std::isnan(value) ? std::abs(value) : value; }
 
 }  // namespace host

@@ -1,4 +1,4 @@
-// Texts under texts, for any number of threads: what properties and the event store are kept in.
+// A map of texts: holds the properties and the event store.
 
 #pragma once
 
@@ -10,19 +10,18 @@
 
 namespace host {
 
+/// Any thread.
 class TextStore {
  public:
   explicit TextStore(TextMap texts = {});
 
   void set(std::string_view key, std::string_view value);
 
-  /// The value of `key`; the empty text where it is not set.
+  /// Returns the value of `key`; empty if it is not set.
   [[nodiscard]] std::string get(std::string_view key) const;
 
-  /// All texts.
   [[nodiscard]] TextMap all() const;
 
-  /// Puts these texts in place of all.
   void replaceAll(TextMap texts);
 
  private:

@@ -1,4 +1,4 @@
-// The multi-camera library of the phone that the library runs on.
+// The multi-camera library of the simulated phone.
 
 #include "platform/TqcSat.h"
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A coordinate or side on its way; wraps.
+/// Returns a translated coordinate or side, wrapped to 32 bits.
 std::int32_t translated(std::int32_t value, std::int32_t scale, std::int32_t offset) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(value) *
                                        static_cast<std::uint32_t>(scale) +
@@ -30,11 +30,11 @@ class SimulatedConverter final : public TqcMetaConverter {
   void TranslateResultRegion(std::vector<TagInfo>& regions, float ratio, int index) override {
     host::observe([] { return host::ServiceRead{"sat.translate"}; });
     host::observe([&] {
-      std::vector<host::Effect::Region> handed;
-      handed.reserve(regions.size());
-      for (const TagInfo& region : regions) handed.push_back({region.kind, region.input});
+      std::vector<host::Effect::Region> inputs;
+      inputs.reserve(regions.size());
+      for (const TagInfo& region : regions) inputs.push_back({region.kind, region.input});
       return host::Effect{"sat.translate",
-                          {{"ratio", ratio}, {"index", index}, {"regions", std::move(handed)}}};
+                          {{"ratio", ratio}, {"index", index}, {"regions", std::move(inputs)}}};
     });
     const auto& [scale, dx, dy] = host::Phone::current().config.sat.translate;
     for (TagInfo& region : regions) {

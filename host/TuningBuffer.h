@@ -1,4 +1,4 @@
-// The shared tuning buffers of the simulated phone.
+// The tuning buffers of the simulated phone.
 
 #pragma once
 
@@ -12,11 +12,12 @@
 
 namespace host {
 
-/// Memory that is there once it is asked for. Each thread has its own: no two frames that are under
-/// way at once share a buffer.
+/// One buffer per thread, allocated on first use: frames that are processed in parallel do not
+/// share a buffer. Any thread.
 class TuningBuffer {
  public:
-  /// The thread's buffer, of `size` bytes from its first use on; null where there is no memory.
+  /// Returns the thread's buffer. The first call with a `size` above 0 allocates it, filled with
+  /// zeros. Returns null if there is no buffer.
   void* map(std::size_t size) {
     const std::lock_guard lock(mMutex);
     Block& block = mBlocks[std::this_thread::get_id()];
@@ -27,13 +28,13 @@ class TuningBuffer {
     return block.bytes.get();
   }
 
-  /// Frees every buffer.
+  /// Frees the buffers of all threads.
   void clear() {
     const std::lock_guard lock(mMutex);
     mBlocks.clear();
   }
 
-  /// What the thread's buffer holds.
+  /// Returns the content of the thread's buffer.
   [[nodiscard]] std::span<const std::byte> bytes() const {
     const std::lock_guard lock(mMutex);
     const auto found = mBlocks.find(std::this_thread::get_id());

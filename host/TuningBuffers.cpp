@@ -1,4 +1,4 @@
-// The 3A information manager of the phone that the library runs on.
+// The 3A information manager of the simulated phone.
 
 #include "platform/TuningBuffers.h"
 

@@ -31,13 +31,15 @@ namespace vendor::hesk::hardware::camera::provider::V1_0 {
 /// Threads: any.
 class IHeskCameraProvider : public virtual android::RefBase {
  public:
+  /// Selects the frame-rate cap of third-party apps, in frames per second.
+  static constexpr std::int32_t kFrameRateCap = 20;
+
   /// Returns the service `name` without waiting for it; null if it is not running. `getStub`
   /// selects the pass-through implementation.
   static android::sp<IHeskCameraProvider> tryGetService(const std::string& name = "default",
                                                         bool getStub = false);
 
-  /// Returns a number that the service stores. 20 selects the frame-rate cap of third-party apps,
-  /// in frames per second.
+  /// Returns the number that `what` selects.
   virtual android::hardware::Return<std::int32_t> query(std::int32_t what) = 0;
 };
 

@@ -9,7 +9,7 @@
 namespace NSCam {
 
 /// The layout of a sensor's phase-detection pixels in the driver's format. Only the members that
-/// the library uses have names of their own.
+/// the library uses are named.
 struct SensorPdBlock {
   using Pair = std::array<std::int32_t, 2>;  // x, y
   static constexpr std::size_t kMaxPairs = 16;

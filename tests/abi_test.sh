@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Compares the binary interface of a built library with the one on record: abi_test.sh LIBRARY CHECKOUT
+# Compares the ABI of a built library with the recorded one: abi_test.sh LIBRARY CHECKOUT
 set -euo pipefail
 
 name=${1##*/}
@@ -7,7 +7,7 @@ record=$2/common/${name%%.so*}.abi
 built=$(mktemp --suffix=.abi)
 trap 'rm -f "$built"' EXIT
 "$2/scripts/describe-abi" "$1" >"$built"
-# Two empty descriptions would be equal.
+# Two empty descriptions would compare equal.
 for description in "$built" "$record"; do
   grep -q "<class-decl .* size-in-bits='" "$description" || {
     echo "$description describes no class"
@@ -15,6 +15,6 @@ for description in "$built" "$record"; do
   }
 done
 abidiff --leaf-changes-only --harmless --no-show-locs "$record" "$built" || {
-  echo 'The binary interface is another. Is that meant? ./check --abi records it.'
+  echo 'The ABI has changed. If that is intended: ./check --abi records it.'
   exit 1
 }

@@ -1,9 +1,9 @@
-"""Compares the phone's build file with CMake's: the same sources, warnings, code options and definitions.
+"""Checks that Android.bp and CMake compile the same sources with the same options and definitions.
 
     android_bp_test.py CHECKOUT BUILD
 
-CMake's side is what it wrote to BUILD/compile_commands.json. Android.bp is in the formatter's form,
-which bpfmt confirms, so that it can be read by lines."""
+CMake's options are those of BUILD/compile_commands.json. Android.bp is read line by line, which requires the
+format that bpfmt writes."""
 
 import json
 import pathlib
@@ -11,12 +11,12 @@ import re
 import shlex
 import subprocess
 import sys
+import unittest
 
-checkout, build = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
+checkout, build = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
 blueprint = checkout / "Android.bp"
-faults = []
 
-# CMake's targets by the modules of Android.bp that compile the same.
+# Modules of Android.bp and the CMake targets that compile the same.
 TARGETS = {
     "libcam_common": "cam_common_objects",
     "libcam_common_objects": "cam_common_objects",
@@ -26,17 +26,11 @@ TARGETS = {
     "camhook": "camhook",
     "cam_tests": "cam_tests",
 }
-# What each build chooses itself: how code is loaded, what is precompiled, whether warnings stop it.
+# Options that may differ: position-independent code, precompiled headers, warnings as errors.
 OWN_OPTIONS = re.compile(
     r"-fPI[CE]|-f(debug|macro)-prefix-map=.*|-fno-semantic-interposition|-Winvalid-pch|-Werror"
     r"|-D(NDEBUG|CAMHOOK_COMMIT=.*|\w+_EXPORTS|GTEST_\w+=.*)"
 )
-
-
-def check_format():
-    run = subprocess.run(["bpfmt", "-d", blueprint], capture_output=True, text=True)
-    if run.returncode != 0 or run.stdout:
-        sys.exit(f"Android.bp is not as bpfmt writes it:\n{run.stdout}{run.stderr}")
 
 
 def read_modules():
@@ -50,7 +44,7 @@ def read_modules():
 
 
 def lineage(modules, name):
-    """A module and its defaults. Those of the phone are not here."""
+    """Returns a module and its defaults, without those that Android defines."""
     module = modules.get(name, {})
     return [module] + [m for default in module.get("defaults", []) for m in lineage(modules, default)]
 
@@ -61,7 +55,7 @@ def items(modules, name, *lists):
 
 def options_of_phone(modules, name):
     options = {option.replace('\\"', '"') for option in items(modules, name, "cflags", "cppflags")}
-    # The phone's build compiles without both unless it is told.
+    # Soong disables exceptions and RTTI by default.
     if "-fexceptions" in options:
         options.remove("-fexceptions")
     else:
@@ -72,7 +66,7 @@ def options_of_phone(modules, name):
 
 
 def own_sources(source):
-    """A file or those it joins; none where it is a precompiled header or of another project."""
+    """Returns the sources of the project that a compiled file contains: several for a unity build."""
     joined = [source]
     if source.parent.name == "Unity":
         joined = [pathlib.Path(path) for path in re.findall(r'^#include "(.*)"', source.read_text(), re.M)]
@@ -80,7 +74,7 @@ def own_sources(source):
 
 
 def read_compilations():
-    """What CMake compiles for each target, and with which options, paths as from the checkout."""
+    """Returns the sources and the options of each CMake target, with paths relative to the checkout."""
     sources, options = {}, {}
     for entry in json.loads((build / "compile_commands.json").read_text()):
         words = shlex.split(entry["command"])
@@ -96,20 +90,18 @@ def read_compilations():
     return sources, options
 
 
-def compare(module, of_phone, of_cmake):
-    for item in sorted(of_cmake - of_phone):
-        faults.append(f"{module}: {item} is missing in Android.bp")
-    for item in sorted(of_phone - of_cmake):
-        faults.append(f"{module}: {item} is missing in CMake's build")
+class AndroidBpTest(unittest.TestCase):
+    def test_is_formatted(self):
+        run = subprocess.run(["bpfmt", "-d", blueprint], capture_output=True, text=True)
+        self.assertEqual((run.returncode, run.stdout, run.stderr), (0, "", ""))
+
+    def test_compiles_like_cmake(self):
+        modules = read_modules()
+        sources, options = read_compilations()
+        for module, target in TARGETS.items():
+            with self.subTest(module):
+                self.assertEqual(items(modules, module, "srcs"), sources[target])
+                self.assertEqual(options_of_phone(modules, module), options[target])
 
 
-check_format()
-modules = read_modules()
-sources, options = read_compilations()
-for module, target in TARGETS.items():
-    compare(module, items(modules, module, "srcs"), sources[target])
-    compare(module, options_of_phone(modules, module), options[target])
-
-for fault in faults:
-    print(fault)
-sys.exit(1 if faults else 0)
+unittest.main(argv=sys.argv[:1])

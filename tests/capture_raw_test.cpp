@@ -1,5 +1,4 @@
-// The capture path: what still captures hand to the raw algorithms, at its edges. Whole captures
-// are in the shipped scenarios.
+// Edge cases of the capture hook. Complete captures are in scenarios/.
 
 #include <gtest/gtest.h>
 
@@ -26,7 +25,7 @@ struct RawAlgoRow {
   bool isNeeded;
 };
 
-TEST(RawAlgorithm, IsNeededByModeSlaveAndOverride) {
+TEST(RawAlgorithm, DependsOnModeSlaveAndOverride) {
   const RawAlgoRow rows[] = {
       {"{}", "{}", false},
       {R"({"HESK_CONTROL_CURRENTMODE": 4})", "{}", true},
@@ -50,7 +49,7 @@ TEST(RawAlgorithm, IsNeededByModeSlaveAndOverride) {
   EXPECT_FALSE(HeskParameterUpdater::isNeedRawAlgo(nullptr, nullptr, 0));
 }
 
-TEST(MulticamMaster, IsThePlatformsInLogicalSessionsAlone) {
+TEST(MulticamMaster, IsReadOnlyInLogicalSessions) {
   host::Phone phone;
   phone.config.devices[4].statics =
       metadataOf(R"({"ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": "2\u00003"})");
@@ -65,7 +64,7 @@ TEST(MulticamMaster, IsThePlatformsInLogicalSessionsAlone) {
   }
 }
 
-TEST(CameraRole, IsThatOfTheFirstConfiguredCamera) {
+TEST(CameraRole, IsThatOfFirstMatchingCamera) {
   host::Phone phone;
   phone.config.sat.cameras = {{.id = 3, .role = 1}, {.id = 3, .role = 2}, {.id = 4, .role = 5}};
   phone.config.sat.defaultRole = 9;
@@ -82,11 +81,11 @@ TEST(CameraRole, IsThatOfTheFirstConfiguredCamera) {
 
 struct CaptureRow {
   std::string hal;
-  std::string out;  // as far as the test is about it
+  std::string out;  // only the tags under test
   std::string app = "{}";
 };
 
-/// What a capture by camera 3 of a logical multi-camera session gives of these tags.
+/// Checks these tags after a capture by camera 3 in a logical multi-camera session.
 void expectCaptures(const std::vector<CaptureRow>& rows, const std::vector<std::uint32_t>& tags,
                     const std::string& statics) {
   for (const CaptureRow& row : rows) {
@@ -106,7 +105,7 @@ void expectCaptures(const std::vector<CaptureRow>& rows, const std::vector<std::
   }
 }
 
-TEST(CaptureRaw, GoesByTheBitsOfItsMode) {
+TEST(CaptureRaw, DependsOnModeBits) {
   const std::set<unsigned int> ofShading = {18, 27, 35, 51, 52, 53, 55};
   const std::set<unsigned int> ofRawAlgorithm = {2, 3, 18, 19, 27, 35, 51, 52, 53, 54, 55};
   const host::Phone phone;
@@ -123,10 +122,10 @@ TEST(CaptureRaw, GoesByTheBitsOfItsMode) {
   for (unsigned int bit = 0; bit < 64; ++bit) {
     capture(modeBits(bit), ofShading.contains(bit), ofRawAlgorithm.contains(bit));
   }
-  capture(-1, false, true);  // no shading in a negative mode, whatever its bits
+  capture(-1, false, true);  // a negative mode never gets shading
 }
 
-TEST(CaptureRaw, TakesPhaseDetectionFromADriverThatHasIt) {
+TEST(CaptureRaw, WritesPhaseDetectionOfSensorsThatHaveIt) {
   for (const std::int32_t isSupported : {0, 1, 2, -1}) {
     host::Phone phone;
     phone.config.devices[3].sensor.emplace().pdSupported = isSupported;
@@ -137,7 +136,7 @@ TEST(CaptureRaw, TakesPhaseDetectionFromADriverThatHasIt) {
   }
 }
 
-TEST(CaptureRaw, ReadsListsOfTheirSizeAlone) {
+TEST(CaptureRaw, IgnoresListsOfOtherSizes) {
   const auto row = [](const std::string& app, const std::string& out) {
     return CaptureRow{"{}", out, app};
   };
@@ -163,7 +162,7 @@ TEST(CaptureRaw, ReadsListsOfTheirSizeAlone) {
                  "{}");
 }
 
-TEST(CaptureRaw, MarksTheSlaveOfAPair) {
+TEST(CaptureRaw, MarksSlaveOfPair) {
   expectCaptures(
       {{"{}", "{}"},
        {R"({"MTK_MULTICAM_MASTER_SLAVE_ID": [2, 3]})", R"({"HESK_CONTROL_IS_DUAL_SLAVE": 1})"},
@@ -172,10 +171,11 @@ TEST(CaptureRaw, MarksTheSlaveOfAPair) {
       {tags::HESK_CONTROL_IS_DUAL_SLAVE.value}, "{}");
 }
 
-TEST(CaptureRaw, ShowsHowMuchOfTheArrayIsLeft) {
+TEST(CaptureRaw, WritesPhysicalZoomRatio) {
   const std::vector<std::uint32_t> ratio = {tags::MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO.value};
   const std::string crop = R"({"MTK_P1NODE_SCALAR_CROP_REGION": [0, 0, 2000, 1500]})";
-  const std::string none = R"({"MTK_HAL_REQUEST_SENSOR_ID": 4})";  // a camera without provider
+  const std::string none =
+      R"({"MTK_HAL_REQUEST_SENSOR_ID": 4})";  // a camera without static metadata
   expectCaptures({{crop, R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 2})"},
                   {crop.substr(0, crop.size() - 1) + ", " + none.substr(1),
                    R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 1})"},
@@ -186,7 +186,7 @@ TEST(CaptureRaw, ShowsHowMuchOfTheArrayIsLeft) {
   expectCaptures({{crop, R"({"MTK_RAW_ALGO_PHYSICAL_ZOOM_RATIO": 0})"}}, ratio, "{}");
 }
 
-TEST(CaptureRaw, AllocatesForStatisticsWhatTheirEntryDoes) {
+TEST(CaptureRaw, AllocatesOnlyForStatisticsEntry) {
   host::Phone phone;
   phone.setObserver(nullptr);
   host::LogSink::openLevels({});

@@ -1,4 +1,4 @@
-// Dumps of metadata in the texts of phones, read back: what a phone wrote is what a scenario has.
+// Reads metadata dumps in logs and bug reports, and writes them as scenarios.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ using NSCam::IMetadata;
 
 std::string sample() { return contentOf(kSourceRoot / "tests/support/phone_dump.txt"); }
 
-/// The metadata that the sample dumps.
+/// The metadata of the sample dump.
 IMetadata sampleMetadata() {
   return metadataOf(R"({
     "ANDROID_CONTROL_CAPTURE_INTENT": ["PREVIEW"],
@@ -44,7 +44,7 @@ IMetadata dumped(const camhook::Dump& dump) {
   return metadata;
 }
 
-/// A dump with these entries.
+/// Returns a dump with these entries.
 std::string dumpWith(std::size_t count, const std::string& entries) {
   return "Dumping camera metadata array: " + std::to_string(count) +
          " / 40 entries, 0 / 0 bytes of extra data.\n  Version: 1, Flags: 00000000\n" + entries;
@@ -54,7 +54,7 @@ std::string isoDump(int iso) {
   return dumpWith(1, "  vendor.iso (c0030030): int32[1]\n    [" + std::to_string(iso) + " ]\n");
 }
 
-/// The text with `before` and `behind` on each line.
+/// Returns the text with `before` and `behind` added to each line.
 std::string lines(const std::string& text, const std::string& before,
                   const std::string& behind = "") {
   std::istringstream in(text);
@@ -65,7 +65,7 @@ std::string lines(const std::string& text, const std::string& before,
   return all;
 }
 
-/// What is said of a text, each note with its line.
+/// Returns the notes on a text with their line numbers.
 std::string saidOf(const std::string& text) {
   std::string said;
   for (const camhook::DumpNote& note : camhook::dumpsIn(text).notes) {
@@ -74,7 +74,7 @@ std::string saidOf(const std::string& text) {
   return said;
 }
 
-TEST(DumpText, FindsADumpInAnyText) {
+TEST(DumpText, FindsDumpInLogsAndReports) {
   const std::string log = "03-04 05:06:07.123  812  845 D Tag: ";
   const std::string other = "03-04 05:06:07.124  812  845 D Other: opened (12): [0, 1] [3]\n";
   const std::map<std::string, std::string> texts{
@@ -94,7 +94,37 @@ TEST(DumpText, FindsADumpInAnyText) {
   EXPECT_EQ(saidOf(texts.at("a log of long lines")), "");
 }
 
-TEST(DumpText, FindsDumpsBehindAndBetweenOneAnother) {
+TEST(DumpText, ReadsLogWithHeadersOnOwnLines) {
+  std::string all;
+  std::istringstream first(sample());
+  std::istringstream second(isoDump(2));
+  for (std::string line; std::getline(first, line);) {
+    all += "[ 03-04 05:06:07.123   812:  845 D/CameraMetadata ]\n" + line + "\n\n";
+    if (!std::getline(second, line)) continue;
+    all += "[ 03-04 05:06:07.123   812:  846 D/CameraMetadata ]\r\n" + line + "\n\n";
+  }
+  const camhook::DumpsOfText found = camhook::dumpsIn(all);
+  ASSERT_EQ(found.dumps.size(), 2U);
+  EXPECT_EQ(dumped(found.dumps[0]), sampleMetadata());
+  EXPECT_EQ(dumped(found.dumps[1]), metadataOf(R"({"HESK_CONTROL_ISO": 2})"));
+  EXPECT_EQ(saidOf(all), saidOf(""));
+}
+
+TEST(DumpScenario, RejectsDumpWithoutReadableEntries) {
+  const std::string unread =
+      dumpWith(2, "  a.mode (10003): byte[1]\n    [ON ]\n  a.b (c0030030): int32[1]\n");
+  try {
+    (void)camhook::dumpFile("a", isoDump(1) + unread);
+    FAIL();
+  } catch (const camhook::InputError& error) {
+    EXPECT_STREQ(
+        error.what(),
+        "5:1: no entry of the dump can be read; a.mode (10003): \"ON\" is no number, nor a "
+        "name whose number is known");
+  }
+}
+
+TEST(DumpText, FindsConsecutiveAndInterleavedDumps) {
   std::istringstream first(lines(isoDump(1), "05:06:07.123  812  845 D Tag: "));
   std::istringstream second(lines(isoDump(2), "05:06:07.124  812  846 D Tag: "));
   std::string mixed;
@@ -113,7 +143,7 @@ TEST(DumpText, FindsDumpsBehindAndBetweenOneAnother) {
   EXPECT_TRUE(found.notes.empty());
 }
 
-TEST(DumpText, TakesWhatIsLeftOfADump) {
+TEST(DumpText, ReadsTruncatedDumps) {
   const std::string head = "  vendor.pair (c0030085): int32[5]\n    [1 2 3 4 ]\n    [5 ]\n";
   const std::string whole = dumpWith(2, "  vendor.iso (c0030030): int32[1]\n    [7 ]\n" + head);
   for (std::size_t cut = whole.find(head) + 1; cut + 3 < whole.size(); ++cut) {
@@ -134,22 +164,14 @@ TEST(DumpText, TakesWhatIsLeftOfADump) {
   EXPECT_EQ(saidOf(end), "2: the text begins within a dump\n");
 }
 
-TEST(DumpText, LeavesOutWhatHasNoNumberOrDoesNotFit) {
+TEST(DumpText, SkipsEntriesThatItCannotRead) {
   const std::pair<const char*, const char*> rows[] = {
       {"android.control.aeMode (10003): byte[1]\n [ON ]",
        R"("ON" is no number, nor a name whose number is known)"},
-      {"android.control.sceneMode (10010): byte[1]\n [SNOWY ]",
-       R"("SNOWY" is no number, nor a name whose number is known)"},
-      {"android.control.aeAntibandingMode (10000): byte[1]\n [50HZ ]",
-       R"("50HZ" is no number, nor a name whose number is known)"},
       {"a.b (c0030030): byte[2]\n [1 256 ]", R"("256" does not fit the type)"},
       {"a.b (c0030030): int32[1]\n [-2147483649 ]", R"("-2147483649" does not fit the type)"},
-      {"a.b (c0030030): int64[1]\n [9223372036854775808 ]",
-       R"("9223372036854775808" does not fit the type)"},
       {"a.b (c0030030): float[1]\n [340282366920938463463374607431768211456.0 ]",
        R"("340282366920938463463374607431768211456.0" does not fit the type)"},
-      {"a.b (c0030030): float[1]\n [1.5x ]",
-       R"("1.5x" is no number, nor a name whose number is known)"},
       {"a.b (c0030030): rational[1]\n [(1 / 4294967296) ]",
        R"x("(1 / 4294967296)" does not fit the type)x"},
       {"a.b (c0030030): double[2]\n [1.5 2.5 ]", "a scenario has no values of type double"},
@@ -157,7 +179,6 @@ TEST(DumpText, LeavesOutWhatHasNoNumberOrDoesNotFit) {
       {"a.b (c0030030): int32[2]\n [1 2 3 ]", "has 3 values of 2"},
       {"a.b (c0030030): byte[18]\n [1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 ]",
        "has 16 values of 18, cut by the dump's verbosity"},
-      {"a.b (c0030030): byte[18]", "has 0 values of 18, cut by the dump's verbosity"},
       {"com.maker.iso (c0030005): int32[1]\n [1 ]\n a.b (c0030005): int32[1]\n [1 ]",
        "stands there twice"},
   };
@@ -172,7 +193,7 @@ TEST(DumpText, LeavesOutWhatHasNoNumberOrDoesNotFit) {
   }
 }
 
-TEST(DumpText, DoubtsWhatTheCatalogueHasOtherwise) {
+TEST(DumpText, WarnsAboutMismatchesWithCatalogue) {
   const std::pair<const char*, const char*> rows[] = {
       {"android.control.awbMode (1000b): byte[1]\n [AUTO ]",
        "3: android.control.awbMode (1000b) is uint8, in the catalogue int32\n"},
@@ -204,13 +225,13 @@ std::string written(const camhook::DumpScenario& made) {
   return text.str();
 }
 
-TEST(DumpScenario, ReadsBackAsItWasDumped) {
+TEST(DumpScenario, RoundTrips) {
   const camhook::Scenario read = camhook::readScenario(written(madeOf({{"a", sample()}})));
   const auto& call = std::get<camhook::UpdateRequestMeta>(read.calls.at(0).call);
   EXPECT_EQ(call.meta.value(), sampleMetadata());
 }
 
-TEST(DumpScenario, IsWrittenAsAPersonWould) {
+TEST(DumpScenario, UsesReadableValues) {
   camhook::DumpOptions options;
   options.sensor = 2;
   options.properties = {{"ro.product.model.zdm", "KX0107"}};
@@ -232,27 +253,19 @@ TEST(DumpScenario, IsWrittenAsAPersonWould) {
   EXPECT_EQ(written(made), R"({
   "about": "1 dump of a phone, from result_metadata_[12]_20210304050607.txt. Assumed: hook request, the clock of a file's name. Left out: 1 entry. Doubtful: 2.",
   "platform": {
-    "properties": {
-      "ro.product.model.zdm": "KX0107"
-    },
-    "eventStore": {
-      "APP_TYPE": "heskCamera"
-    },
-    "devices": {
-      "2": {
-        "static": {
-          "ANDROID_SENSOR_INFO_PHYSICAL_SIZE": [6.4, 4.8]
-        }
-      }
-    },
+    "properties": {"ro.product.model.zdm": "KX0107"},
+    "eventStore": {"APP_TYPE": "heskCamera"},
+    "devices": {"2": {"static": {"ANDROID_SENSOR_INFO_PHYSICAL_SIZE": [6.4, 4.8]}}},
     "clock": "2021-03-04T05:06:07"
   },
   "calls": [
     {
-      "call": "updateRequestMeta", "sensor": 2, "requestNo": 12,
+      "call": "updateRequestMeta",
+      "sensor": 2,
+      "requestNo": 12,
       "meta": {
-        "ANDROID_CONTROL_AWB_MODE": { "type": "uint8", "items": ["TWILIGHT", 9] },
-        "ANDROID_CONTROL_CAPTURE_INTENT": ["STILL_CAPTURE"],
+        "ANDROID_CONTROL_AWB_MODE": {"type": "uint8", "items": ["TWILIGHT", 9]},
+        "ANDROID_CONTROL_CAPTURE_INTENT": "STILL_CAPTURE",
         "ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": [50, 0],
         "MTK_RAW_ALGO_FACE_RECTS": [1, 2, 3, 4]
       }
@@ -270,7 +283,7 @@ TEST(DumpScenario, IsWrittenAsAPersonWould) {
                    "assumed: hook request, the clock of a file's name"s}));
 }
 
-TEST(DumpScenario, FollowsTheFramesOfFiles) {
+TEST(DumpScenario, OrdersFilesByFrame) {
   const auto made = madeOf({{"log", isoDump(1) + isoDump(2)},
                             {"a/request_metadata_[10]_20210304050608.txt", isoDump(10)},
                             {"a/request_metadata_[9]_20210304250607.txt", isoDump(9) + isoDump(8)},
@@ -285,7 +298,7 @@ TEST(DumpScenario, FollowsTheFramesOfFiles) {
   EXPECT_EQ(made.clock, "");  // the first frame's name has no such hour
 }
 
-TEST(DumpScenario, FillsTheContainersOfAHook) {
+TEST(DumpScenario, FillsContainersOfHook) {
   camhook::DumpOptions options;
   options.hook = camhook::findDumpHook("capture");
   const auto made =

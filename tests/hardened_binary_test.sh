@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Whether a shared library is linked as one that ships must be: hardened_binary_test.sh LIBRARY
+# Checks the hardening of a shared library and what it depends on: hardened_binary_test.sh LIBRARY
 set -euo pipefail
 export LC_ALL=C
 
@@ -13,27 +13,27 @@ fault() {
   failed=1
 }
 
-# The entries of one kind in the dynamic section, each by what stands in its brackets.
+# Prints the bracketed values of the entries of one kind in the dynamic section.
 entries() { sed -nE "s/.*\($1\) .*\[(.*)\]$/\1/p" <<<"$dynamic"; }
 
-# Both halves make RELRO full: the part that becomes read-only, and nothing left to bind later.
-grep -q ' GNU_RELRO ' <<<"$headers" || fault 'nothing becomes read-only after relocation (no RELRO)'
-grep -qE '\(FLAGS\).* BIND_NOW|\(BIND_NOW\)' <<<"$dynamic" || fault 'symbols are bound late (no BIND_NOW)'
+# Full RELRO needs both.
+grep -q ' GNU_RELRO ' <<<"$headers" || fault 'no RELRO'
+grep -qE '\(FLAGS\).* BIND_NOW|\(BIND_NOW\)' <<<"$dynamic" || fault 'no BIND_NOW'
 
-grep -qE ' GNU_STACK .* RW +0x' <<<"$headers" || fault 'the stack is executable, or not said not to be'
+grep -qE ' GNU_STACK .* RW +0x' <<<"$headers" || fault 'the stack may be executable'
 ! grep -qE ' LOAD .* (RWE|W ?E) ' <<<"$headers" || fault 'a segment is writable and executable'
 ! grep -q TEXTREL <<<"$dynamic" || fault 'the code has relocations (TEXTREL)'
 grep -q ' UND __stack_chk_fail' <<<"$symbols" || fault 'no function has a stack guard'
 
 for library in $(entries NEEDED); do
   case $library in
-    libcam_host.so.*) ;;  # the platform's
+    libcam_host.so.*) ;;  # the platform
     libstdc++.so.* | libc++.so.* | libc++abi.so.* | libunwind.so.*) ;;
     libgcc_s.so.* | libm.so.* | libc.so.* | ld-linux*.so.*) ;;
-    *) fault "needs another library: $library" ;;
+    *) fault "unexpected dependency: $library" ;;
   esac
 done
 for path in $(entries 'R[A-Z]*PATH'); do
-  [ "$path" = "\$ORIGIN" ] || fault "is bound to a path of a machine: $path"
+  [ "$path" = "\$ORIGIN" ] || fault "absolute run path: $path"
 done
 exit $failed

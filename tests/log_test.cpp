@@ -1,4 +1,4 @@
-// The log record and the phone's log.
+// Log records of the library, and the log of the simulated phone.
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ std::string expand(const char* format, ...) {
   return text;
 }
 
-TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
+TEST(LogRecord, HasTagSourceLocationAndMessage) {
   host::Phone phone;
   const int line = __LINE__ + 1;
   HESK_LOGI(kOperation, "frame %d of %s", 3, "a burst");
@@ -38,13 +38,13 @@ TEST(LogRecord, CarriesItsClassItsPlaceAndItsExpandedMessage) {
   EXPECT_EQ(records[0].message, "[doExample] frame 3 of a burst");
 }
 
-TEST(LogRecord, IsOneLineOfPrefixTagPlaceAndUnexpandedMessage) {
+TEST(LogRecord, IsFormattedAsOneLine) {
   hesk::log::RecordBuffer buffer;
   hesk::log::formatRecord(buffer, kOperation, hesk::log::kError, 12, "[%s] frame %d");
   EXPECT_STREQ(buffer.data(), "E[HeskExample] HeskExample.cpp:12 doExample() [%s] frame %d");
 }
 
-TEST(LogRecord, IsCutAt1023Characters) {
+TEST(LogRecord, IsTruncatedTo1023Characters) {
   hesk::log::RecordBuffer buffer;
   const std::string message(2000, 'x');
   hesk::log::formatRecord(buffer, kOperation, hesk::log::kDebug, 1, message.c_str());
@@ -52,7 +52,7 @@ TEST(LogRecord, IsCutAt1023Characters) {
   EXPECT_EQ(buffer[1022], 'x');
 }
 
-TEST(LogGate, NeedsTheLevelsBitAndTheTagTest) {
+TEST(LogGate, ChecksLevelAndTag) {
   host::Phone phone;
   host::LogSink::openLevels({'E'});
   HESK_LOGD(kOperation, "debug");
@@ -70,7 +70,7 @@ TEST(LogGate, NeedsTheLevelsBitAndTheTagTest) {
   EXPECT_EQ(reinterpret_cast<const unsigned char*>(g_logInfoLv)[6], 0);
 }
 
-TEST(LogGate, ClosedEvaluatesAndAllocatesNothing) {
+TEST(LogGate, EvaluatesNoArgumentsWhenClosed) {
   host::Phone phone;
   host::LogSink::openLevels({});
   int evaluations = 0;
@@ -80,7 +80,7 @@ TEST(LogGate, ClosedEvaluatesAndAllocatesNothing) {
   EXPECT_TRUE(phone.log.take().empty());
 }
 
-TEST(LogFormat, ExpandsAsPrintfDoes) {
+TEST(LogFormat, MatchesPrintf) {
   EXPECT_EQ(expand("%d|%5d|%-5d|%05d|%+d", -7, 42, 42, 42, 42), "-7|   42|42   |00042|+42");
   EXPECT_EQ(expand("%lld %ld %u %x %#X", -1LL, 2L, 3U, 255U, 255U), "-1 2 3 ff 0XFF");
   EXPECT_EQ(expand("%hhd %hu %zu %c%%", 258, 65537, std::size_t{9}, 'c'), "2 1 9 c%");
@@ -92,7 +92,7 @@ TEST(LogFormat, ExpandsAsPrintfDoes) {
   EXPECT_EQ(expand("100%"), "100%");
 }
 
-TEST(LogFormat, IsTheSameOnEveryMachine) {
+TEST(LogFormat, IsIndependentOfMachine) {
   const double notANumber = std::numeric_limits<double>::quiet_NaN();
   EXPECT_EQ(expand("%f %f", notANumber, std::copysign(notANumber, -1.0)), "nan nan");
   EXPECT_EQ(expand("%f %f", -HUGE_VAL, HUGE_VAL), "-inf inf");
@@ -100,7 +100,7 @@ TEST(LogFormat, IsTheSameOnEveryMachine) {
   EXPECT_EQ(expand("%p %d", static_cast<void*>(&somewhere), 1), "0x0 1");
 }
 
-TEST(LogSink, KeepsALineThatIsNoRecordWhole) {
+TEST(LogSink, KeepsOtherLinesUnchanged) {
   host::Phone phone;
   log_dbg_print("Other", CAM_DEBUG_LEVEL_ERROR, "plain %d", 3);
   const auto records = phone.log.take();

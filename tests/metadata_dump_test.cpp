@@ -1,5 +1,4 @@
-// What is handed to debugging tools: dumps of metadata to files, their time stamps, tuning data;
-// and the main sensor that still captures are booked on. A dump's text is in the shipped scenarios.
+// Metadata dumps, time stamps, tuning data and the main sensor of still captures.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -39,7 +38,7 @@ class MetadataDump : public testing::Test {
     strptime(text, "%Y-%m-%d %H:%M:%S", &mPhone.config.clock.emplace());
   }
 
-  /// The files that a dump opens.
+  /// Dumps metadata and returns the paths of the opened files.
   Files dump(const std::string& metadata, const char* name = "request", int frame = 12) {
     camera_metadata buffer(metadataOf(metadata));
     mUpdater->dumpMetadata(&buffer, name, frame);
@@ -53,12 +52,12 @@ class MetadataDump : public testing::Test {
   TestUpdater mUpdater;
 };
 
-TEST_F(MetadataDump, IsOfStillCapturesAlone) {
+TEST_F(MetadataDump, IsWrittenOnlyForStillCaptures) {
   EXPECT_EQ(dump(kStill), Files{kFile});
   EXPECT_EQ(dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": {"type": "int32", "items": [2]}})").size(),
             1U);
   EXPECT_EQ(dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": [2, 0, 0, 0, 7]})").size(), 1U);
-  // The three bytes behind the intent count, too.
+  // The intent is compared as four bytes.
   EXPECT_EQ(dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": [2, 1]})"), Files{});
   EXPECT_EQ(dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": 1})"), Files{});
   mPhone.log.take();
@@ -71,8 +70,8 @@ TEST_F(MetadataDump, IsOfStillCapturesAlone) {
   EXPECT_TRUE(mPhone.log.take().empty());
 }
 
-TEST_F(MetadataDump, HasNoSignOfWhatIsNoNumber) {
-  // The sign of a computed one is the processor's choice.
+TEST_F(MetadataDump, WritesNanWithoutSign) {
+  // The sign of a computed NaN depends on the processor.
   NSCam::IMetadata metadata = metadataOf(kStill);
   const float notANumber = std::numeric_limits<float>::quiet_NaN();
   hesk::write(&metadata, hesk::tags::HESK_CONTROL_PAIR_INPUT, notANumber, -notANumber);
@@ -82,7 +81,7 @@ TEST_F(MetadataDump, HasNoSignOfWhatIsNoNumber) {
   EXPECT_TRUE(text.ends_with("float[2]\n    [nan nan ]\n")) << text;
 }
 
-TEST_F(MetadataDump, OverwritesWithoutCutting) {
+TEST_F(MetadataDump, OverwritesWithoutTruncating) {
   dump(R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2, "HESK_CONTROL_ISO": 1})");
   const std::string longText = mPhone.files.content(kFile);
   dump(kStill);
@@ -94,7 +93,7 @@ TEST_F(MetadataDump, OverwritesWithoutCutting) {
   EXPECT_EQ(text.substr(text.size() - 20), longText.substr(text.size() - 20));
 }
 
-TEST_F(MetadataDump, OpensOnlyPathsInTheCameraFolder) {
+TEST_F(MetadataDump, OpensOnlyFilesInCameraDirectory) {
   for (const char* outside : {"../x", "../../../../x", "../cameras/x", "../../../../../tmp/x"}) {
     EXPECT_EQ(dump(kStill, outside), Files{}) << outside;
   }
@@ -105,7 +104,7 @@ TEST_F(MetadataDump, OpensOnlyPathsInTheCameraFolder) {
   EXPECT_EQ(mPhone.files.content(opened.front()), mPhone.files.content(kFile));
 }
 
-TEST_F(MetadataDump, KeepsNoDescriptorOfAFile) {
+TEST_F(MetadataDump, ClosesDescriptors) {
   const int before = dup(STDERR_FILENO);
   close(before);
   for (int frame = 0; frame < 2000; ++frame) {
@@ -116,27 +115,27 @@ TEST_F(MetadataDump, KeepsNoDescriptorOfAFile) {
   EXPECT_EQ(after, before);
 }
 
-TEST_F(MetadataDump, EndsTheProcessWhereALabelHasNoRoom) {
+TEST_F(MetadataDump, AbortsIfNameIsTooLong) {
   EXPECT_EQ(dump(kStill, std::string(46, 'x').c_str()).size(), 1U);
   EXPECT_DEATH(dump(kStill, std::string(47, 'x').c_str()),
                "the path of dump \"x+\" has 100 characters, at most 99 fit");
 }
 
-TEST_F(MetadataDump, LeavesStandardInputAlone) {
+TEST_F(MetadataDump, WritesNothingToDescriptorZero) {
   for (const int number : {STDIN_FILENO, STDOUT_FILENO}) {
     const int kept = dup(number);
-    close(number);  // it goes to the next file that is opened
+    close(number);  // the next file gets this descriptor
     const Files files = dump(kStill);
     const int next = dup(kept);
     dup2(kept, number);
     close(kept);
     EXPECT_EQ(files, Files{kFile});
     EXPECT_EQ(mPhone.files.content(files.front()).empty(), number == STDIN_FILENO);
-    EXPECT_EQ(next, number);  // the dump has given the number back
+    EXPECT_EQ(next, number);  // the dump has closed it
   }
 }
 
-TEST_F(MetadataDump, TimeStampIsTruncatedAfterTheYear9999) {
+TEST_F(MetadataDump, TimeStampIsTruncatedAfterYear9999) {
   std::array<char, 15> text{};
   HeskParameterUpdater::getCurrentTime(text.data());
   EXPECT_STREQ(text.data(), "20210304050607");
@@ -145,7 +144,7 @@ TEST_F(MetadataDump, TimeStampIsTruncatedAfterTheYear9999) {
   EXPECT_STREQ(text.data(), "12345603040506");
 }
 
-TEST_F(MetadataDump, TimeStampFollowsTheTimeZone) {
+TEST_F(MetadataDump, TimeStampFollowsTimeZone) {
   mPhone.config.clock.reset();
   const auto timeIn = [](const char* zone) {
     std::array<char, 15> text{};
@@ -160,7 +159,7 @@ TEST_F(MetadataDump, TimeStampFollowsTheTimeZone) {
   EXPECT_GT(east.substr(0, 8), west.substr(0, 8));  // a day later
 }
 
-TEST_F(MetadataDump, MainSensorIsTheFirstDigitOfThePhysicalIds) {
+TEST_F(MetadataDump, MainSensorIsFirstDigitOfPhysicalIds) {
   mUpdater.fields.setMulticamFeatureMode(1);
   const std::pair<const char*, int> rows[] = {
       {R"("2\u00003")", 2}, {R"("12\u0000")", 1}, {R"("x")", 72}, {"[]", -48}};
@@ -185,7 +184,7 @@ std::string dumpOf(const camera_metadata* buffer, int verbosity = 2) {
   return text;
 }
 
-/// What a dump writes of each tag: the lines of its entry.
+/// Returns the lines of each entry of a dump, by tag.
 std::map<std::string, std::string> entriesOf(const std::string& dump) {
   std::map<std::string, std::string> entries;
   std::string tag;
@@ -194,7 +193,7 @@ std::map<std::string, std::string> entriesOf(const std::string& dump) {
     const std::size_t number = line.find(" (");
     if (line.starts_with("  ") && line[2] != ' ' && number != std::string::npos) {
       tag = line.substr(number, line.find(')') - number);
-      // Who has no name of Android's for a tag has one of their own.
+      // Names of vendor tags differ between phones.
       if (!line.starts_with("  android.")) line.erase(0, number);
     }
     entries[tag] += line + '\n';
@@ -203,7 +202,7 @@ std::map<std::string, std::string> entriesOf(const std::string& dump) {
   return entries;
 }
 
-TEST(MetadataDumpText, IsThatOfAPhone) {
+TEST(MetadataDumpText, MatchesPhone) {
   const std::string phones = contentOf(kSourceRoot / "tests/support/phone_dump.txt");
   NSCam::IMetadata metadata;
   const camhook::Dump dump = camhook::dumpsIn(phones).dumps.at(0);
@@ -211,7 +210,7 @@ TEST(MetadataDumpText, IsThatOfAPhone) {
   const camera_metadata buffer(metadata);
 
   auto expected = entriesOf(phones);
-  // A phone knows which numbers of its own are tags.
+  // The simulated phone has no name for this tag.
   expected[" (c0999999"] = " (c0999999): int32[3]\n    [65549 917506 74565 ]\n";
   EXPECT_EQ(entriesOf(dumpOf(&buffer)), expected);
   EXPECT_TRUE(dumpOf(&buffer).starts_with(
@@ -220,7 +219,7 @@ TEST(MetadataDumpText, IsThatOfAPhone) {
       "  android.control.awbMode (1000b): int32[1]\n"));
 }
 
-TEST(MetadataDumpText, NamesTheTagsThatAndroidDoesNot) {
+TEST(MetadataDumpText, NamesVendorTags) {
   host::Phone phone;
   phone.config.tagName = [](std::uint32_t tag) {
     return tag == 0xc0030030 ? std::string_view("HESK_CONTROL_ISO") : std::string_view();
@@ -236,7 +235,7 @@ TEST(MetadataDumpText, NamesTheTagsThatAndroidDoesNot) {
             "    [1 2 3 4 ]\n");
 }
 
-TEST(MetadataDumpText, HasAsManyValuesAsAskedFor) {
+TEST(MetadataDumpText, DependsOnVerbosity) {
   camera_metadata buffer(NSCam::IMetadata{});
   camera_metadata::Entry& doubles = buffer.entries.emplace_back();
   doubles = {.tag = 0xc0999999, .type = 4, .count = 17, .words = {}};
@@ -257,7 +256,7 @@ TEST(MetadataDumpText, HasAsManyValuesAsAskedFor) {
   EXPECT_EQ(dumpOf(nullptr), "Dumping camera metadata array: Not allocated\n");
 }
 
-TEST(TuningData, NeedsABufferWithRoom) {
+TEST(TuningData, IsCopiedIfBufferIsLargeEnough) {
   struct Row {
     std::int32_t fd;
     std::int32_t bufferSize;

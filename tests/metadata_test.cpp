@@ -1,4 +1,4 @@
-// The simulated phone's metadata container, and the vocabulary of the hooks on top of it.
+// The metadata container of the simulated phone, and the functions by which hooks use it.
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,6 @@
 #include "common/tags/Metadata.h"
 #include "host/MetadataAccess.h"
 #include "tests/support/TestMetadata.h"
-#include "tools/camhook/input/TagCatalogue.h"
 
 namespace {
 
@@ -45,7 +44,7 @@ TEST(MetadataEntry, ConvertsIntegersByTruncationAndZeroExtension) {
   EXPECT_EQ(words.itemAt(1, Type2Type<std::uint8_t>{}), 2);
 }
 
-TEST(MetadataEntry, ReadsEveryOtherMismatchAsZero) {
+TEST(MetadataEntry, ReadsOtherTypesAsZero) {
   EXPECT_EQ(entryOf<std::int32_t>({7}).itemAt(0, Type2Type<float>{}), 0.0F);
   EXPECT_EQ(entryOf<float>({7.0F}).itemAt(0, Type2Type<std::int32_t>{}), 0);
   EXPECT_EQ(entryOf<MRect>({{1, 2, 3, 4}}).itemAt(0, Type2Type<MRational>{}), MRational{});
@@ -55,7 +54,7 @@ TEST(MetadataEntry, ReadsEveryOtherMismatchAsZero) {
   EXPECT_EQ(IMetadata().entryFor(7).itemAt(0, Type2Type<float>{}), 0.0F);
 }
 
-TEST(MetadataEntry, KeepsTheTypeOfItsFirstItem) {
+TEST(MetadataEntry, KeepsTypeOfFirstItem) {
   auto entry = entryOf<std::int32_t>({15, 30});
   entry.push_back(std::int64_t{1}, Type2Type<std::int64_t>{});
   entry.replaceItemAt(0, std::int64_t{1}, Type2Type<std::int64_t>{});
@@ -65,21 +64,21 @@ TEST(MetadataEntry, KeepsTheTypeOfItsFirstItem) {
   EXPECT_EQ(itemsOf(entry), (host::ItemList(std::vector{15, 60})));
 }
 
-TEST(Metadata, TellsAnEntryWithoutItemsFromNone) {
+TEST(Metadata, DistinguishesEmptyEntryFromAbsentOne) {
   constexpr std::uint32_t kIso = tags::HESK_CONTROL_ISO.value;
   constexpr std::uint32_t kVideoMode = tags::HESK_CONTROL_VIDEOMODE.value;
   IMetadata metadata = metadataOf(R"({"HESK_CONTROL_ISO": 100, "HESK_CONTROL_EV": []})");
   EXPECT_EQ(metadata.entryFor(kVideoMode).tag(), IMetadata::kNoTag);
   EXPECT_EQ(metadata.entryFor(tags::HESK_CONTROL_EV.value).tag(), IMetadata::kNoTag);
-  for (const auto tag : {kIso, kVideoMode}) {  // which was there and which was not
+  for (const auto tag : {kIso, kVideoMode}) {  // one present, one absent
     EXPECT_EQ(metadata.update(tag, IMetadata::IEntry(tag)), 0);
     EXPECT_TRUE(metadata.entryFor(tag).isEmpty());
     EXPECT_EQ(metadata.entryFor(tag).tag(), tag);
   }
-  EXPECT_EQ(metadata, IMetadata());  // as a trace shows it
+  EXPECT_EQ(metadata, IMetadata());  // a trace shows neither
 }
 
-TEST(Metadata, AddsTheEntriesOfAnother) {
+TEST(Metadata, AddsEntriesOfAnotherContainer) {
   IMetadata left = metadataOf(
       R"({"HESK_CONTROL_ISO": 100, "HESK_CONTROL_EV": 0.5, "HESK_CONTROL_VIDEOMODE": 1})");
   IMetadata right = metadataOf(R"({"HESK_CONTROL_ISO": [1, 2]})");
@@ -92,16 +91,7 @@ TEST(Metadata, AddsTheEntriesOfAnother) {
             tags::HESK_CONTROL_VIDEOMODE.value);
 }
 
-TEST(TagCatalogue, FindsTagsByTheirWholeName) {
-  const std::string name = "HESK_CONTROL_ISO";
-  ASSERT_NE(camhook::findTag(name), nullptr);
-  EXPECT_EQ(camhook::findTag(name)->value, tags::HESK_CONTROL_ISO.value);
-  for (const char* other : {"HESK_CONTROL_IS", "HESK_CONTROL_ISO2", "hesk_control_iso", ""}) {
-    EXPECT_EQ(camhook::findTag(other), nullptr) << other;
-  }
-}
-
-TEST(MetadataVocabulary, TakesNullContainers) {
+TEST(MetadataFunctions, AcceptNullContainers) {
   EXPECT_FALSE(has(nullptr, tags::HESK_CONTROL_ISO));
   EXPECT_EQ(read(nullptr, tags::HESK_CONTROL_ISO, 7), 7);
   EXPECT_EQ(readItem(nullptr, tags::HESK_CONTROL_ISO, 1), 0);
@@ -114,19 +104,19 @@ TEST(MetadataVocabulary, TakesNullContainers) {
   EXPECT_EQ(writeAll(nullptr, tags::HESK_CONTROL_ISO, items), -1);
 }
 
-TEST(MetadataVocabulary, FallsBackOnlyWhereTheEntryHoldsNothing) {
+TEST(MetadataFunctions, UseDefaultOnlyForAbsentEntries) {
   const IMetadata metadata = metadataOf(R"({"HESK_CONTROL_HISFRAME": [5]})");
   EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_HISFRAME, 9), 5);
   EXPECT_EQ(readItem(&metadata, tags::HESK_CONTROL_HISFRAME, 1), 0);
   EXPECT_EQ(read(&metadata, tags::HESK_CONTROL_ISO, 9), 9);
 }
 
-TEST(MetadataVocabulary, WritesInTheTagsTypeUnlessToldOtherwise) {
+TEST(MetadataFunctions, WriteTypeOfTag) {
   IMetadata metadata;
   EXPECT_EQ(write(&metadata, tags::ANDROID_FLASH_MODE, std::uint8_t{1}), 0);
   writeAs<std::int32_t>(&metadata, tags::ANDROID_CONTROL_ENABLE_ZSL, 0);
-  replaceItem(&metadata, tags::ANDROID_CONTROL_ENABLE_ZSL, 0, 1);  // a byte: another type
-  replaceItem(&metadata, tags::HESK_CONTROL_ISO, 0, 1);            // not there
+  replaceItem(&metadata, tags::ANDROID_CONTROL_ENABLE_ZSL, 0, 1);  // no effect: other type
+  replaceItem(&metadata, tags::HESK_CONTROL_ISO, 0, 1);            // no effect: absent
   EXPECT_EQ(metadata, metadataOf(R"({"ANDROID_FLASH_MODE": 1,
                                      "ANDROID_CONTROL_ENABLE_ZSL": {"type": "int32", "items": [0]}})"));
 }

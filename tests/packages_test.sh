@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds and runs a program against the library in each way that docs name: packages_test.sh BUILD CHECKOUT, with
-# CXX set. The installed tree is moved first, because it must not depend on its place.
+# Builds and runs a program with the installed CMake package, add_subdirectory and pkg-config:
+# packages_test.sh BUILD CHECKOUT, with CXX set. The installed tree is moved first: it must be relocatable.
 set -euo pipefail
 build=$1 checkout=$2
 
@@ -36,8 +36,10 @@ bash "$checkout/tests/hardened_binary_test.sh" "$library"
 [ -s "$prefix/share/doc/cam_common/hooks.md" ] || fail 'the headers refer to docs/hooks.md'
 "$prefix/bin/camhook" tags MTK_HESK_FRAME_INDEX >"$work/tags" || fail 'the installed camhook does not run'
 strip --strip-all "$prefix/bin/camhook"
-"$prefix/bin/camhook" replay --steps "$checkout/scenarios/preview.json" >"$work/trace" 2>"$work/error"
+"$prefix/bin/camhook" replay --json --steps "$checkout/scenarios/preview.json" >"$work/trace" 2>"$work/error"
 [ "$(wc -l <"$work/error")" -eq 1 ] || fail "a stripped camhook does not give one warning: $(cat "$work/error")"
+grep -q '"step": "?"' "$work/trace" || fail 'a stripped camhook shows no writes'
+! grep '"step": "[^?]' "$work/trace" || fail 'a stripped camhook names steps'
 
 buildConsumer installed -DCMAKE_PREFIX_PATH="$prefix"
 buildConsumer subdirectory -DCAM_SOURCE="$checkout"
@@ -47,6 +49,6 @@ read -ra flags < <(pkg-config --cflags --libs cam_common)
 quietly "$CXX" -std=c++20 "$checkout/tests/consumer/main.cpp" "${flags[@]}" -o "$work/consumer"
 LD_LIBRARY_PATH=${library%/*} "$work/consumer"
 
-# Each installed header finds the headers that it includes.
+# The installed headers are complete.
 (cd "$prefix/include/cam_common" && find . -name '*.h' -printf '#include "%P"\n') >"$work/all.cpp"
 quietly "$CXX" -std=c++20 -fsyntax-only "${flags[@]}" "$work/all.cpp"

@@ -1,9 +1,9 @@
-"""The page of a replay in a browser: the views agree with the trace, with each other and with `decide`; it
-works by keyboard and without scripts; texts of a scenario stay text.
+"""Checks the page of a replay in a browser: its views against the trace and `decide`, use by keyboard and
+without scripts, accessibility, and that texts of a scenario are not interpreted as HTML.
 
 page_test.py CHECKOUT AXE CAMHOOK...
 
-AXE is the script of the accessibility checks, CAMHOOK the command that runs the tool.
+AXE is the accessibility checker's script, CAMHOOK the command that runs the tool.
 """
 
 import itertools
@@ -22,15 +22,15 @@ from selenium.webdriver.common.keys import Keys
 
 CHECKOUT, AXE = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
 CAMHOOK = sys.argv[3:]
-SCENARIOS = sorted(path for path in (CHECKOUT / "scenarios").glob("*.json") if ".trace" not in path.name)
+SCENARIOS = sorted((CHECKOUT / "scenarios").glob("*.json"))
 LOOKED_AT = {"still_burst": 5, "raw_capture": 2, "third_party_apps": 1, "result_regions": 1, "sensor_modes": 4}
 HOSTILE = "</script><script>hacked = 1</script><img src=x onerror='hacked = 1'>\"'&amp;<b id=hacked>"
-BIG = 9007199254740993  # not a number of the browser
+BIG = 9007199254740993  # not exact as a JavaScript number
 OPTIONS = ("--headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking "
            "--disable-component-update --disable-sync")
 
-# The lanes at the open call: the key, the value beside the name, the height of the line or null, the number of
-# bands; before them the call in the middle of the hairline, the marked one and the slider's.
+# Returns whether the call under the hairline is the marked one, the value of the slider, and for each lane at the
+# open call: its key, its value, the height of its line or null, the number of its bands.
 LANES = """
 const middle = ({left, width}) => left + width / 2;
 const at = middle(document.querySelector('.hairline').getBoundingClientRect());
@@ -48,7 +48,7 @@ return [under.length === 1 && under[0].classList.contains('open'),
         Number(document.querySelector('.calls').getAttribute('aria-valuenow')), lanes];
 """
 
-# Elements whose content is wider than they are and neither scrolls nor ends in an ellipsis.
+# Returns elements whose content is cut off without a scroll bar or an ellipsis.
 CUT_OFF = """
 return [...document.querySelectorAll('#page *')].filter((each) => {
   const {overflowX, textOverflow, display} = getComputedStyle(each);
@@ -71,12 +71,12 @@ def is_capture(call):
 
 
 def numbers(text):
-    """The different numbers of a text, without the commas that group digits."""
+    """Returns the set of numbers in a text, in which commas may group digits."""
     return {float(number) for number in re.findall(r"-?\d+(?:\.\d+)?", re.sub(r"(?<=\d),(?=\d)", "", text))}
 
 
 def is_plain(entry):
-    """Whether the page shows the items of an entry as they are."""
+    """Returns True if the page shows the items of an entry unchanged."""
     numeric = all(isinstance(item, (int, float)) for item in entry["items"])
     return numeric and entry["type"] in ("int32", "float") and len(entry["items"]) <= 12
 
@@ -92,7 +92,7 @@ class PageTest(unittest.TestCase):
         cls.browser = webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
         cls.addClassCleanup(cls.browser.quit)
         cls.browser.get("about:blank")
-        cls.browser.get_log("performance")  # of the browser's own first page
+        cls.browser.get_log("performance")  # of the browser's first page
 
     def tearDown(self):
         self.assertEqual(self.browser.get_log("browser"), [])
@@ -135,10 +135,10 @@ class PageTest(unittest.TestCase):
         self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {
             "features": [{"name": "prefers-color-scheme", "value": scheme}]})
 
-    # What the page shows and what the trace says.
+    # Comparison of the page with the trace.
 
     def check_lanes(self, number, call):
-        """Compares the lanes with the open call; returns the heights of the lines by lane and value."""
+        """Compares the lanes with the open call; returns value and line height by lane."""
         is_marked, slider, lanes = self.browser.execute_script(LANES)
         opened = self.script("Number(document.querySelector('#call input').value)")
         self.assertEqual((is_marked, slider, opened), (True, number, number))
@@ -164,6 +164,7 @@ class PageTest(unittest.TestCase):
         for (part, tag), (was, _, step) in shown.items():
             writes = [f"{write['step']} {write['file'].split('/')[-1]}:{write['line']}" for write in call["writes"]
                       if (write["container"], write["tag"]) == (part, tag)]
+            self.assertTrue(writes or part == "state", tag)
             self.assertEqual(step, (writes or [""])[-1])
             self.assertEqual(was == "absent", before[part, tag] is None)
 
@@ -206,7 +207,7 @@ class PageTest(unittest.TestCase):
         self.assertTrue(self.texts(".answer")[-1].startswith(mode + by), mode + by)
 
     def check_pictures(self, call):
-        """The corners of the crop and of the faces, and of the regions before their translation."""
+        """Checks the corners of the crop, of faces and of regions before their translation."""
         shown = {row[0]: row[1:] for row in self.cells(".rectangles tbody tr")}
         crops = items(call, "hal", "MTK_P1NODE_SCALAR_CROP_REGION") or []
         faces = items(call, "out", "MTK_RAW_ALGO_FACE_RECTS") or []
@@ -250,7 +251,7 @@ class PageTest(unittest.TestCase):
         self.assertIn("face 10", dict(pictured))
         self.assertIn(("crop of the frame", [1000, 750, 2000, 1500]), pictured)
 
-    # How it is used.
+    # Interaction.
 
     def press(self, *keys):
         self.browser.switch_to.active_element.send_keys(*keys)
@@ -310,7 +311,7 @@ class PageTest(unittest.TestCase):
                             ".map(({id, nodes}) => [id, nodes[0].html, nodes[0].failureSummary])))")
                         self.assertEqual(found, [])
 
-    def test_without_scripts_the_trace_is_there(self):
+    def test_shows_trace_without_scripts(self):
         def switch(off):
             self.browser.execute_cdp_cmd("Emulation.setScriptExecutionDisabled", {"value": off})
         switch(True)
@@ -319,7 +320,7 @@ class PageTest(unittest.TestCase):
         text = self.browser.find_element("tag name", "body").text
         self.assertEqual(re.findall(r"(?m)^(\d)\s+updateRequestMeta", text), list("123456"))
 
-    def test_texts_stay_texts_and_integers_exact(self):
+    def test_escapes_texts_and_keeps_integers_exact(self):
         scenario = self.folder / "hostile.json"
         scenario.write_text(json.dumps({
             "about": HOSTILE,

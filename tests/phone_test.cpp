@@ -1,5 +1,4 @@
-// The simulated phone where it is not as plain as it looks, the updaters' slots on it, and that
-// nothing outlives it.
+// Properties and lifetime of the simulated phone, and the instances of updaters.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +22,7 @@ std::string property(const char* name, const char* fallback) {
   return value;
 }
 
-TEST(Phone, GivesTheDefaultWhereNothingIsSet) {
+TEST(Phone, ReturnsDefaultForUnsetProperties) {
   host::Phone phone;
   EXPECT_EQ(property("a", nullptr), "");
   phone.properties.set("a", "");
@@ -32,7 +31,7 @@ TEST(Phone, GivesTheDefaultWhereNothingIsSet) {
   EXPECT_EQ(property("a", "default"), std::string(91, 'x'));
 }
 
-TEST(Phone, ReadsPropertiesAsNumbers) {
+TEST(Phone, ParsesNumbersInProperties) {
   const std::pair<const char*, int> rows[] = {{"", 7},
                                               {"0", 0},
                                               {"-3abc", -3},
@@ -51,7 +50,7 @@ TEST(Phone, ReadsPropertiesAsNumbers) {
   }
 }
 
-TEST(Phone, LeavesNothingBehind) {
+TEST(Phone, KeepsNoStateAfterItsEnd) {
   {
     host::Phone phone;
     phone.properties.set("a", "set");
@@ -60,7 +59,7 @@ TEST(Phone, LeavesNothingBehind) {
     EXPECT_THROW(host::Phone(), std::logic_error);  // one at a time
   }
   EXPECT_EQ(g_logInfoLv[CAM_DEBUG_LEVEL_ERROR].flags & cam_log_info_t::kEnabled, 0U);
-  EXPECT_EQ(property("a", "default"), "default");  // on no phone at all
+  EXPECT_EQ(property("a", "default"), "default");  // without a phone
   EXPECT_EQ(NSCam::NSMetadataProviderManager::valueForByDeviceId(0), nullptr);
   const auto creator =
       reinterpret_cast<NS3Av3::Hal3ACreator>(NSCam::getMtkcamModuleFactory(NSCam::kModule3A));
@@ -69,7 +68,7 @@ TEST(Phone, LeavesNothingBehind) {
   hal3A->release("test");
 }
 
-TEST(Updater, IsOneASlotAndNoneOutsideThem) {
+TEST(Updater, ExistsOnceForEachValidSensor) {
   for (int sensor = 0; sensor <= 10; ++sensor) {
     HeskParameterUpdater* updater = HeskParameterUpdater::createInstance(sensor);
     if (updater == nullptr) FAIL() << sensor;

@@ -1,5 +1,4 @@
-// Takes the public types that no exported member does, so that the description of a library with
-// this function has their layout.
+// Makes the recorded ABI include public types that no exported function of the library uses.
 
 #include "common/sensormode/SensorModeTables.h"
 #include "common/sensormode/SensorScenario.h"

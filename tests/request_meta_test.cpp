@@ -1,8 +1,10 @@
-// The request hook but for still captures: what the shipped scenarios leave out of it.
+// Edge cases of the request hook, except still captures.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/Events.h"
@@ -18,10 +20,10 @@ using namespace hesk;
 using host::TextMap;
 using NSCam::IMetadata;
 
-/// What the hook makes of an updater and a request on a phone with an app.
+/// A request, the state of the updater and the phone, and the expected writes.
 struct RequestRow {
   std::string request;
-  std::string written;  // besides MTK_CONTROL_SELECTED_STREAM_ID -1
+  std::string written;  // in addition to MTK_CONTROL_SELECTED_STREAM_ID -1
   int multicamMode = 0;
   std::string product = {};
   TextMap events = {};
@@ -29,7 +31,7 @@ struct RequestRow {
   std::vector<std::uint32_t> streams = {};
 };
 
-TEST(RequestMeta, IsChangedAtItsEdges) {
+TEST(RequestMeta, HandlesEdgeCases) {
   const std::string forced = R"({"ANDROID_CONTROL_CAPTURE_INTENT": {"type": "int32", "items": [1]},
                                  "ANDROID_CONTROL_ENABLE_ZSL": {"type": "int32", "items": [0]}})";
   // clang-format off
@@ -37,7 +39,7 @@ TEST(RequestMeta, IsChangedAtItsEdges) {
       {R"({"HESK_CONTROL_FPS_RANGE_MAX": 30})", "{}"},
       {R"({"HESK_CONTROL_FPS_RANGE_MAX": 30, "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15]})", "{}"},
       {R"({"HESK_CONTROL_FPS_RANGE_MAX": 31})", R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [31, 31]})"},
-      // The first flag is of no stream; what lacks a stream or a flag is not selected.
+      // The first flag belongs to no stream; flags without stream and streams without flag are ignored.
       {R"({"HESK_CONTROL_STREAM_FLAGS": [1, 0, 2]})", "{}", 0, "", {}, 0, {3, 7}},
       {R"({"HESK_CONTROL_STREAM_FLAGS": [0, 1]})", R"({"MTK_CONTROL_SELECTED_STREAM_ID": -2})", 0, "", {}, 0, {0xfffffffe, 7}},
       {R"({"HESK_CONTROL_STREAM_FLAGS": [0, 0, 1, 1]})", R"({"MTK_CONTROL_SELECTED_STREAM_ID": 7})", 0, "", {}, 0, {3, 7}},
@@ -76,14 +78,14 @@ TEST(RequestMeta, IsChangedAtItsEdges) {
   }
 }
 
-/// A request of the maker's app and the profile that its tuning goes by.
+/// A request of the OEM camera app and the expected tuning profile.
 struct TuningRow {
   std::string request;
   std::string appName;
-  std::string written = "{}";  // of what tuning writes
+  std::string written = "{}";  // only the tags that tuning writes
 };
 
-TEST(AppTuning, GoesByTheLastStepThatNamesAProfile) {
+TEST(AppTuning, UsesLastMatchingProfile) {
   // clang-format off
   const TuningRow rows[] = {
       {R"({"HESK_CONTROL_CURRENTMODE": "0x10000"})", "Panorama", R"({"ANDROID_CONTROL_SCENE_MODE": 4})"},
@@ -123,7 +125,7 @@ TEST(AppTuning, GoesByTheLastStepThatNamesAProfile) {
   }
 }
 
-TEST(AppTuning, ReportsStabilizationOfVideo) {
+TEST(AppTuning, ReportsVideoStabilization) {
   const host::Phone phone(phoneWith({{"APP_TYPE", "heskCamera"}}));
   const TestUpdater updater;
   for (const bool hasVideo : {false, true}) {
@@ -136,14 +138,14 @@ TEST(AppTuning, ReportsStabilizationOfVideo) {
 
 struct RangeRow {
   std::string request;
-  std::string range;  // afterwards; "[]": none
+  std::string range;  // after the hook; "[]": absent
   std::string appName = {};
   std::string appType = "CTS";
   std::string low = {};
   std::string max = {};
 };
 
-TEST(FrameRateLimit, HoldsForItsAppsAndModes) {
+TEST(FrameRateLimit, DependsOnAppAndMode) {
   const std::string range = R"("MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30])";
   // clang-format off
   const RangeRow rows[] = {
@@ -187,7 +189,35 @@ TEST(FrameRateLimit, HoldsForItsAppsAndModes) {
   }
 }
 
-TEST(ProfessionalMode, PublishesTheLimitsOfNumbers) {
+class FrameRateCap : public testing::TestWithParam<int> {};
+
+TEST_P(FrameRateCap, LimitsThirdPartyAppsFrom15To25) {
+  for (const char* const appType : {"other", "CTS", "heskCamera"}) {
+    SCOPED_TRACE(appType);
+    const bool isQueried = appType == std::string("other");
+    const bool isLimited = isQueried && GetParam() >= 15 && GetParam() <= 25;
+    host::PhoneConfig config = phoneWith({{"APP_TYPE", appType}, {"APP_NAME", "other"}});
+    config.provider = host::ProviderConfig{.fpsCap = GetParam()};
+    host::Phone phone(std::move(config));
+    const TestUpdater updater;
+    IMetadata request = metadataOf(R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30]})");
+    IMetadata session = request;
+    updater->updateRequestMeta(&request, 1);
+    updater->updateSessionParams(&session, {});
+    for (const IMetadata& limited : {request, session}) {
+      EXPECT_EQ(readItem(&limited, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 0), isLimited ? 5 : 15);
+      EXPECT_EQ(readItem(&limited, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, 1),
+                isLimited ? GetParam() : 30);
+      EXPECT_EQ(read(&limited, tags::HESK_CONTROL_FPSLIMITTYPE, -1), isLimited ? 43 : -1);
+    }
+    const auto effects = phone.effects.take();
+    EXPECT_EQ(std::ranges::count(effects, "provider.query", &host::Effect::op), isQueried ? 2 : 0);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Caps, FrameRateCap, testing::Values(14, 15, 25, 26));
+
+TEST(ProfessionalMode, PublishesLimitsOfTypes) {
   host::Phone phone;
   const TestUpdater updater;
   IMetadata request = metadataOf(R"({"ANDROID_SENSOR_EXPOSURE_TIME": -9223372036854775808,
@@ -201,7 +231,7 @@ TEST(ProfessionalMode, PublishesTheLimitsOfNumbers) {
                                              {"HESK_MOTIONLEVEL", "-2147483648"}}));
 }
 
-TEST(RequestMeta, MayBeNull) {
+TEST(RequestMeta, AcceptsNull) {
   host::Phone phone(phoneWith({{"APP_TYPE", "heskCamera"}}, {{"ro.product.model.zdm", "KX0107"}}));
   const TestUpdater updater(1);
   updater.fields.streamIds() = {3};
@@ -213,7 +243,7 @@ TEST(RequestMeta, MayBeNull) {
                                              {"HESK_MOTIONLEVEL", "-1"}}));
 }
 
-TEST(RequestMeta, AllocatesInPreviewWhatItsWritesDo) {
+TEST(RequestMeta, AllocatesOnlyForItsWrites) {
   host::Phone phone(phoneWith({{"APP_TYPE", "heskCamera"}}, {{"ro.product.model.zdm", "KX0107"}}));
   phone.setObserver(nullptr);
   host::LogSink::openLevels({});
@@ -222,7 +252,7 @@ TEST(RequestMeta, AllocatesInPreviewWhatItsWritesDo) {
   IMetadata request = metadataOf(R"({"HESK_CONTROL_VIDEO_HDR": 1,
     "HESK_CONTROL_STREAM_FLAGS": [0, 1], "MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30],
     "COM_HESK_CURRENTUIMODULE": 31, "HESK_CONTROL_CURRENTMODE": 1})");
-  updater->updateRequestMeta(&request, 1);  // the containers take room for what is new
+  updater->updateRequestMeta(&request, 1);  // adds the new entries
   const auto makeItsWrites = [&] {
     for (const char* key : {"APP_NAME", "APP_MODE", "HESK_CURRENTUIMODE", "HESK_MOTIONLEVEL"}) {
       setEvent(key, "31");

@@ -1,5 +1,4 @@
-// The result hook, and the translation of regions. The video night mode and what 3A leaves
-// unreadable are in the shipped scenarios.
+// Edge cases of the result hook and of the translation of regions.
 
 #include <gtest/gtest.h>
 
@@ -20,11 +19,11 @@ using NSCam::IMetadata;
 
 struct ResultRow {
   std::string result;
-  std::string written;  // besides what every result is given
+  std::string written;  // in addition to the tags of every result
   int sensor = 0;
 };
 
-TEST(ResultMeta, HoldsThePairAndTheLuxValueOfItsSource) {
+TEST(ResultMeta, HasPairAndLuxOfSource) {
   const std::string fixed = R"({"HESK_RESULT_PAIR_FIRST": 30, "HESK_RESULT_PAIR_SECOND": 23})";
   const std::string front = R"({"HESK_RESULT_PAIR_FIRST": 46, "HESK_RESULT_PAIR_SECOND": 24})";
   const ResultRow rows[] = {
@@ -68,7 +67,7 @@ TEST(ResultMeta, ExposureTimeWraps) {
   EXPECT_EQ(result.entryFor(0xc0030034).itemAt(0, NSCam::Type2Type<std::int64_t>{}), -1000);
 }
 
-TEST(ResultMeta, PublishesNoSceneOfAnEmptyEntry) {
+TEST(ResultMeta, IgnoresEmptySceneType) {
   host::Phone phone;
   const TestUpdater updater;
   IMetadata result;
@@ -77,7 +76,7 @@ TEST(ResultMeta, PublishesNoSceneOfAnEmptyEntry) {
   EXPECT_TRUE(phone.effects.take().empty());
 }
 
-TEST(ResultRegions, OfTheIdentityStayAsTheyAre) {
+TEST(ResultRegions, AreUnchangedByIdentity) {
   const host::Phone phone;
   const TestUpdater updater;
   const std::pair<std::uint32_t, std::vector<std::int32_t>> rows[] = {
@@ -94,7 +93,7 @@ TEST(ResultRegions, OfTheIdentityStayAsTheyAre) {
   }
 }
 
-TEST(ResultRegions, NeedARegionThatIsThere) {
+TEST(ResultRegions, IgnoreMissingRegions) {
   host::Phone phone;
   phone.config.sat.translate.dx = 1;
   const TestUpdater updater;
@@ -114,7 +113,7 @@ TEST(ResultRegions, NeedARegionThatIsThere) {
   EXPECT_TRUE(phone.effects.take().empty());
 }
 
-TEST(ResultRegions, CompareTheTagInItsWholeWidth) {
+TEST(ResultRegions, CompareAllBitsOfTag) {
   host::Phone phone;
   const TestUpdater updater;
   for (const long tag : {0x1c00e0017L, -0x3ff1ffe9L}) {
@@ -126,7 +125,7 @@ TEST(ResultRegions, CompareTheTagInItsWholeWidth) {
   }
 }
 
-/// Gives back so many regions, all alike.
+/// Returns `count` equal regions.
 class OtherConverter final : public TqcMetaConverter {
  public:
   explicit OtherConverter(std::size_t count) : mCount(count) {}
@@ -140,7 +139,7 @@ class OtherConverter final : public TqcMetaConverter {
   std::size_t mCount;
 };
 
-TEST(ResultRegions, WriteBackAsManyAsTheConverterGives) {
+TEST(ResultRegions, HaveNumberOfConvertedRegions) {
   using Inspector = HeskParameterUpdaterInspector;
   const host::Phone phone;
   const TestUpdater updater;

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Tuning rows of the zoom transition with an unknown product or group, or another number of floats than 2
-# or 6, do not compile: sat_tuning_test.sh COMPILER CHECKOUT
+# Checks that tuning rows of the zoom transition (SAT) with an unknown product or group, or with a number of
+# floats other than 2 or 6, do not compile: sat_tuning_test.sh COMPILER CHECKOUT
 set -euo pipefail
 compiler=$1 checkout=$2
 rows=$(mktemp)

@@ -1,6 +1,4 @@
-// The choice of a sensor scenario: what is odd about the filters, and the overrides. What the rules
-// of each product are stands in docs/rules.md, what they come to in rules_test.cpp, records are in
-// the shipped scenarios.
+// Edge cases of the filters and the overrides of sensor modes. rules_test.cpp checks the rules.
 
 #include <gtest/gtest.h>
 
@@ -20,7 +18,7 @@ struct Configuration {
   std::string appType;
   int sensor = 0;
   bool video = false;
-  std::string meta = {};  // behind the opening brace
+  std::string meta = {};  // members of the JSON object
   std::string appName = {};
   NSCam::MSize size = {1920, 1080};
 };
@@ -39,7 +37,7 @@ int decide(const Configuration& configuration) {
   const HeskSensorModeControlInspector fields{*control};
   const std::size_t selected = fields.selectedSensorModeCfgs().size();
   control->getSensorModeCfgByMultiCondition(&meta);
-  EXPECT_EQ(fields.selectedSensorModeCfgs().size(), selected) << "with a filter asked again";
+  EXPECT_EQ(fields.selectedSensorModeCfgs().size(), selected) << "with a filter run twice";
   return scenario;
 }
 
@@ -51,7 +49,7 @@ const std::string kFps = R"("MTK_CONTROL_AE_TARGET_FPS_RANGE": )";
 const std::string kHdr3 = R"("MTK_HDR_FEATURE_HDR_MODE": 3)";
 const std::string kNight = R"("HESK_CONTROL_NIGHTMODE": 1)";
 
-TEST(SensorMode, HasNoRulesForOtherProductsAndSensors) {
+TEST(SensorMode, HasNoRulesForUnknownProductsAndSensors) {
   for (const char* product : {"", "KX010", "kx0105", "XKX0105"}) {
     EXPECT_EQ(decide({product, "QQ"}), 255) << product;
     EXPECT_EQ(decide({product, "QQ", 0, true}), 2) << product;
@@ -62,7 +60,7 @@ TEST(SensorMode, HasNoRulesForOtherProductsAndSensors) {
   for (const int sensor : {2, -1}) EXPECT_EQ(decide({"KX0105", "QQ", sensor}), 255);
 }
 
-TEST(SensorMode, TakesNullMetadataAndStreams) {
+TEST(SensorMode, AcceptsNullMetadataAndStreams) {
   const host::Phone phone(phoneWith({{"APP_TYPE", "a"}, {"APP_NAME", "Dingding"}},
                                     {{"ro.product.model.zdm", "KX0105"}}));
   EXPECT_EQ(HeskSensorModeControl::createInstance(0)->decideSensorScenario(nullptr, nullptr), 255);
@@ -73,25 +71,25 @@ struct DecisionRow {
   int scenario;
 };
 
-TEST(SensorMode, IsFoundByTheFiltersInTheirOrder) {
+TEST(SensorMode, DependsOnOrderOfFilters) {
   const DecisionRow rows[] = {
-      // Of several conditions any do, the empty app type among them; another value does not.
+      // Any of several conditions can match, also an empty app type.
       {{"KX0107", "", 0, false, kEis + "1"}, 5},
       {{"KX0104", "", 0, true, kHfps + "1"}, 7},
       {{"KX0107", "a", 0, false, kHfps + "-1, " + kFps + "[15, -1]"}, 5},
       {{"KX0107", "a", 0, false, kEis + "1"}, 255},
-      // The empty app type matches the first rule without one, before the UI module is asked.
+      // An empty app type matches the first rule without one, before the UI module is compared.
       {{"KX0105", "", 0, false, kUi + "16"}, 2},
-      // EIS before high frame rate before app type; of high frame rate 1 alone counts.
+      // EIS is compared before high frame rate (only 1 matches), app type last.
       {{"KX0105", "", 0, true, kEis + "2, " + kHfps + "1"}, 7},
       {{"KX0105", "", 1, true, kHfps + "1"}, 5},
       {{"KX0105", "a", 1, true, kHfps + "2"}, 2},
-      // Once a rule is selected the others are not asked.
+      // The first filter that finds a rule ends the search.
       {{"KX0104", "", 0, true, kHfps + "1, " + kEis + "-1"}, 7},
       {{"KX0105", "QQ", 0, false, kUi + "53"}, 5},
       {{"KX0105", "QQ", 0, false, kFps + "[1, -1]"}, 5},
       {{"KX0105", "QQ", 0, false, kAlgo + "-1"}, 5},
-      // A value of -1 is equal to the mark of what is no condition.
+      // -1 equals the value for "no condition".
       {{"KX0105", "a", 0, false, kEis + "-1"}, 2},
       {{"KX0105", "a", 0, false, kFps + "[15, -1]"}, 2},
       {{"KX0105", "a", 0, false, kAlgo + "-1"}, 2},
@@ -106,15 +104,16 @@ TEST(SensorMode, IsFoundByTheFiltersInTheirOrder) {
   }
 }
 
-TEST(SensorMode, IsThatOfTheLastOverrideThatFires) {
+TEST(SensorMode, IsThatOfLastMatchingOverride) {
   constexpr NSCam::MSize kVga{640, 480};
   const DecisionRow rows[] = {
       {{"", "mtk_ims", 0, false, "", "", {1280, 720}}, 255},
       {{"", "mtk_ims", 0, false, "", "", kVga}, 0},
-      {{"", "mtk_ims", 0, false, "", "", {643, 482}}, 0},  // 160 and 160: the divisions cut
+      {{"", "mtk_ims", 0, false, "", "", {643, 482}}, 0},  // 160 and 160: integer division
       {{"", "mtk_ims", 0, false, "", "", {644, 482}}, 255},
-      {{"", "", 0, false, "", "Dingding", kVga}, 0},          // 1.3333
-      {{"", "", 0, false, "", "Dingding", {1334, 1000}}, 0},  // just within, in single precision
+      {{"", "", 0, false, "", "Dingding", kVga}, 0},  // 1.3333
+      {{"", "", 0, false, "", "Dingding", {1334, 1000}},
+       0},  // just within the limit, in single precision
       {{"", "", 0, false, "", "Dingding", {1335, 1000}}, 255},
       {{"", "", 0, false, "", "Dingding", {1326, 1000}}, 255},
       {{"", "", 0, false, "", "Dingding", {1327, 1000}}, 0},
@@ -147,7 +146,7 @@ TEST(SensorMode, IsThatOfTheLastOverrideThatFires) {
   }
 }
 
-TEST(SensorMode, HandsTheFormatOfEachOverrideToTheLog) {
+TEST(SensorMode, LogsEachOverride) {
   host::Phone phone(phoneWith({{"APP_TYPE", "mtk_ims"}, {"APP_NAME", "Dingding"}}, {}));
   const auto streams = std::make_shared<HeskSensorModeControl::StreamInfo>();
   streams->mainOutputSize = {640, 480};

@@ -1,4 +1,4 @@
-// The session hook: what the shipped scenarios leave out of it.
+// Edge cases of the session hook.
 
 #include <gtest/gtest.h>
 
@@ -34,12 +34,12 @@ HeskParameterUpdater::ImageStreams mapOf(const std::vector<Stream>& streams) {
 struct SessionRow {
   std::string appType;
   std::string session;
-  std::string written;  // besides what every session is given
+  std::string written;  // in addition to the tags of every session
   std::vector<Stream> streams = {};
   int sensor = 0;
 };
 
-TEST(SessionParams, AreChangedAtTheirEdges) {
+TEST(SessionParams, HandleEdgeCases) {
   const std::string off = R"({"ANDROID_CONTROL_VIDEO_STABILIZATION_MODE": 0})";
   const std::string offAt60 = R"({"ANDROID_CONTROL_VIDEO_STABILIZATION_MODE": 0,
                                   "MTK_STREAMING_FEATURE_HFPS_MODE": 1})";
@@ -55,7 +55,7 @@ TEST(SessionParams, AreChangedAtTheirEdges) {
       {"HeskCamera", R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [30, 119]})", "{}"},
       {"heskCamera", R"({"MTK_CONTROL_AE_TARGET_FPS_RANGE": [30, 120]})", off},
       {"heskCamera", k60, on, {{1, kVideo, kUhd}}},
-      // Of several streams for video that which comes last in the map, whose order is the number's.
+      // The last video stream in the map's order is used.
       {"heskCamera", k60, on, {{0, kVideo, kUhd}, {1, kVideo, kSmall}}},
       {"heskCamera", k60, offAt60, {{0, kVideo, kSmall}, {1, kVideo, kUhd}}},
       {"heskCamera", k60, offAt60, {{1, ~kVideo, kUhd}}},
@@ -80,7 +80,7 @@ TEST(SessionParams, AreChangedAtTheirEdges) {
   }
 }
 
-TEST(SessionParams, AreNotCappedByAServiceThatIsGone) {
+TEST(SessionParams, AreNotCappedWithoutProviderService) {
   for (const bool isThere : {true, false}) {
     host::Phone phone;
     if (isThere) phone.config.provider = host::ProviderConfig{.fpsCap = 15};
@@ -91,7 +91,7 @@ TEST(SessionParams, AreNotCappedByAServiceThatIsGone) {
   }
 }
 
-TEST(SessionParams, FollowTheStaticFeatureOfTheSensor) {
+TEST(SessionParams, FollowStaticFeatureOfSensor) {
   host::Phone phone;
   const TestUpdater updater(3);
   NSCam::IMetadata session;
@@ -112,7 +112,7 @@ struct FlipRow {
   std::set<std::int64_t> flipped;
 };
 
-TEST(SessionParams, RecordAndFlipTheStreams) {
+TEST(SessionParams, RecordAndFlipStreams) {
   const std::string flip = R"({"0xc003009c": {"type": "int32", "items": [1]}})";
   const FlipRow rows[] = {{"{}", "", {}},
                           {flip, "", {2}},
@@ -130,7 +130,7 @@ TEST(SessionParams, RecordAndFlipTheStreams) {
     const auto& ids = updater.fields.streamIds();
     EXPECT_EQ(std::set(ids.begin(), ids.end()), (std::set<std::uint32_t>{1, 2, 0xffffffff}));
     EXPECT_TRUE(updater.fields.hasVideoStream());
-    std::set<std::int64_t> flipped;  // in whatever order the map has them
+    std::set<std::int64_t> flipped;  // in the map's order
     for (const host::Effect& effect : phone.effects.take()) {
       if (effect.op != "stream.setTransform") continue;
       flipped.insert(std::get<std::int64_t>(effect.fields[0].value));
@@ -139,7 +139,7 @@ TEST(SessionParams, RecordAndFlipTheStreams) {
   }
 }
 
-TEST(SessionParams, TakeANullStreamForVideoByItsModule) {
+TEST(SessionParams, CountNullStreamAsVideoInModule3) {
   const host::Phone phone(phoneWith({{"APP_TYPE", "heskCamera"}}, {}));
   const TestUpdater updater;
   for (const int module : {2, 3}) {

@@ -1,5 +1,5 @@
-// Replays scenarios through the shared library as it ships. All other tests and the tool link its
-// objects.
+// Replays scenarios through the shared library. The tool and most other tests link its objects
+// instead.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ namespace {
 using namespace camhook;
 
 std::string traceOf(const std::string& name) {
-  Scenario scenario = readScenario(contentOf(kSourceRoot / "scenarios" / (name + ".json")));
+  Scenario scenario = readScenario(contentOf(kScenarios / (name + ".json")));
   scenario.platform.tagName = [](std::uint32_t tag) {
     const camhook::TagDescription* description = camhook::findTag(tag);
     return description != nullptr ? description->name : std::string_view();
@@ -34,10 +34,10 @@ std::string traceOf(const std::string& name) {
   return out.str();
 }
 
-// The updaters live as long as the process: still_burst alone has calls of an updater.
-TEST(SharedLibrary, GivesTheStoredTraces) {
+// Updaters live as long as the process, so only one of these scenarios may call their hooks.
+TEST(SharedLibrary, ProducesStoredTraces) {
   for (const char* name : {"still_burst", "sensor_modes"}) {
-    EXPECT_EQ(traceOf(name), contentOf(kSourceRoot / "scenarios" / (std::string(name) + ".trace")));
+    EXPECT_EQ(traceOf(name), contentOf(kScenarios / (std::string(name) + ".trace")));
   }
 }
 

@@ -1,9 +1,14 @@
-// Updaters made and used on several threads at once.
+// Updaters created and used on several threads at once, as their header allows; also run under
+// ThreadSanitizer.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <barrier>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
 #include <functional>
 #include <memory>
 #include <set>
@@ -25,7 +30,7 @@ using NSCam::IMetadata;
 
 constexpr int kSensors = HeskParameterUpdater::kMaxInstanceId + 1;
 
-/// Runs `work` on so many threads, which begin at once; it is handed the number of its thread.
+/// Runs `work` on `count` threads that start together, with the index of the thread.
 void runOnThreads(int count, const std::function<void(int thread)>& work) {
   std::barrier start(count);
   std::vector<std::thread> threads;
@@ -39,12 +44,12 @@ void runOnThreads(int count, const std::function<void(int thread)>& work) {
   for (std::thread& thread : threads) thread.join();
 }
 
-TEST(Threads, CreateInstanceConstructsEveryUpdaterOnce) {  // first: no updater is made yet
+TEST(Threads, CreateInstanceConstructsEachUpdaterOnce) {  // first: there is no updater yet
   constexpr int kThreads = 16;
   host::Phone phone;
   HeskParameterUpdater* updaters[kThreads][kSensors];
   runOnThreads(kThreads, [&](int thread) {
-    // Half of the threads walk the sensors from the other end.
+    // Half of the threads start with the last sensor.
     for (int step = 0; step < kSensors; ++step) {
       const int sensor = thread % 2 == 0 ? step : kSensors - 1 - step;
       updaters[thread][sensor] = HeskParameterUpdater::createInstance(sensor);
@@ -54,10 +59,10 @@ TEST(Threads, CreateInstanceConstructsEveryUpdaterOnce) {  // first: no updater 
     EXPECT_TRUE(std::equal(std::begin(ofThread), std::end(ofThread), updaters[0]));
   }
   EXPECT_EQ(std::set(std::begin(updaters[0]), std::end(updaters[0])).size(), kSensors);
-  EXPECT_EQ(phone.log.take().size(), kSensors);  // a record each: what it learned of its sensor
+  EXPECT_EQ(phone.log.take().size(), kSensors);  // one record for each constructor
 }
 
-/// A frame through the hooks of a sensor. What comes back of it is of its own number.
+/// Runs the hooks of a sensor on one frame and checks that they write values of this frame.
 void runFrame(int sensor, std::int32_t number) {
   HeskParameterUpdater& updater = *HeskParameterUpdater::createInstance(sensor);
   IMetadata meta;
@@ -96,18 +101,18 @@ void runFrame(int sensor, std::int32_t number) {
   updater.dumpMetadata(&buffer, "frame", number);
 }
 
-/// What the app and the system set while the hooks run: texts too long for a string's own room
-/// break where two threads meet in one.
+/// Sets events and properties that the hooks read. The long texts are on the heap, so that a data
+/// race on them is found.
 void changeSettings(host::Phone& phone, unsigned int round) {
   for (const char* key : {"APP_TYPE", "APP_NAME", "APP_MODE", "HESK_EXP", "HESK_ISO", "HESK_EV"}) {
     phone.eventStore.set(key, std::string(1 + round % 2 * 30, '1'));
   }
-  phone.eventStore.set("APP_TYPE", round % 3 == 0 ? "heskCamera" : "an app that nobody knows");
+  phone.eventStore.set("APP_TYPE", round % 3 == 0 ? "heskCamera" : "an unknown third-party app");
   phone.properties.set("ro.product.model.zdm", round % 2 == 0 ? "KX0102" : "KX0107");
   phone.properties.set("vendor.debug.camera.VideoFlip", std::to_string(round % 2));
 }
 
-/// The one control of all sensors, which one thread asks.
+/// Runs the control that all sensors share; only one thread may use it.
 void decideScenario(unsigned int round) {
   IMetadata session;
   const auto streams = std::make_shared<HeskSensorModeControl::StreamInfo>();
@@ -116,7 +121,19 @@ void decideScenario(unsigned int round) {
   HeskSensorModeControl::createInstance(sensor)->decideSensorScenario(&session, streams);
 }
 
-TEST(Threads, GiveEveryFrameItsOwn) {
+/// Calls the operations that any thread may call while another one runs the updater's hooks.
+void dumpFromAnotherThread(unsigned int round) {
+  IMetadata meta;
+  write(&meta, tags::ANDROID_CONTROL_CAPTURE_INTENT, std::uint8_t{2});
+  camera_metadata buffer(meta);
+  HeskParameterUpdater::createInstance(static_cast<int>(round % kSensors))
+      ->dumpMetadata(&buffer, "other", static_cast<int>(round));
+  char time[15] = {};
+  HeskParameterUpdater::getCurrentTime(time);
+  EXPECT_EQ(std::strlen(time), 14U);
+}
+
+TEST(Threads, HooksOfDifferentUpdatersRunAtOnce) {
   constexpr int kFrames = 50;
   host::PhoneConfig config;
   config.properties = {{"vendor.camera.dumprawhifmetadata", "1"}};
@@ -129,21 +146,30 @@ TEST(Threads, GiveEveryFrameItsOwn) {
     config.devices[sensor].sensor.emplace().pdSupported = 1;
   }
   host::Phone phone(std::move(config));
-  // Every lock that two threads take puts them in an order in which a race of theirs is not seen.
+  // Without TZ, each tzset reloads the time zone. The C library does that under a lock that
+  // ThreadSanitizer does not see.
+  setenv("TZ", "UTC0", 1);
+  tzset();
+  // Locks of the log and of the observer would order the threads and hide data races.
   host::LogSink::openLevels({});
   phone.setObserver(nullptr);
 
   std::atomic<int> sensorsAtWork = kSensors;
-  runOnThreads(kSensors + 2, [&](int thread) {
+  runOnThreads(kSensors + 3, [&](int thread) {
     if (thread < kSensors) {
       for (int frame = 0; frame < kFrames; ++frame) runFrame(thread, 1000 * (thread + 1) + frame);
       --sensorsAtWork;
       return;
     }
     for (unsigned int round = 0; sensorsAtWork > 0; ++round) {
-      thread == kSensors ? changeSettings(phone, round) : decideScenario(round);
+      if (thread == kSensors) changeSettings(phone, round);
+      if (thread == kSensors + 1) decideScenario(round);
+      if (thread == kSensors + 2) dumpFromAnotherThread(round);
     }
   });
+  EXPECT_TRUE(std::ranges::any_of(phone.files.takeOpened(), [](const std::string& path) {
+    return path.starts_with("/data/vendor/camera/other_metadata_");
+  }));
 }
 
 }  // namespace

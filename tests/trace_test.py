@@ -1,4 +1,4 @@
-"""The JSON trace, and the page's data that is made of it.
+"""Checks the JSON trace and the data of the page, which are made from it.
 
 trace_test.py CHECKOUT CAMHOOK...
 
@@ -14,11 +14,10 @@ import sys
 import tempfile
 import unittest
 
-SCENARIOS = sorted(path for path in pathlib.Path(sys.argv[1], "scenarios").resolve().glob("*.json")
-                   if ".trace" not in path.name)
+SCENARIOS = sorted(pathlib.Path(sys.argv[1], "scenarios").resolve().glob("*.json"))
 CAMHOOK = sys.argv[2:]
 CONTAINERS = ["meta", "app", "hal", "out"]
-# Written if the library's build has no debug information.
+# The warning of a build without debug information.
 NO_STEPS = b"camhook: steps without debug information of the library are shown as ?\n"
 HOSTILE = "</script><script>alert(1)</script><!--\"'&<b>\x1b\u202e"
 
@@ -30,7 +29,7 @@ def run(*words, text=""):
 
 
 def restored(after, before):
-    """What was there before a call: `before` put over what is there after it."""
+    """Returns the entries before a call: those after it, replaced by `before`."""
     entries = {**after, **before}
     return {key: value for key, value in entries.items() if value is not None}
 
@@ -42,7 +41,7 @@ class TraceTest(unittest.TestCase):
         self.page = pathlib.Path(folder.name, "page.html")
 
     def read_page(self, *words, **options):
-        """The page's text and its data."""
+        """Writes a page; returns its text and its data."""
         self.assertEqual(run("replay", "--html", self.page, "--no-warnings", *words, **options), "")
         document = self.page.read_text()
         text = re.search("<noscript><pre>(.*?)</pre></noscript>", document, re.S)[1]
@@ -51,10 +50,10 @@ class TraceTest(unittest.TestCase):
         self.assertEqual(document.count("<script"), 2)
         return html.unescape(text), json.loads(data)
 
-    def test_before_restores_what_a_call_found(self):
+    def test_before_restores_entries(self):
         for path in SCENARIOS:
             calls = json.loads(run("replay", "--no-warnings", "--json", path))["calls"]
-            # Without an updater a call leaves its containers as they are.
+            # Calls of sensor 99, which has no updater, change nothing.
             handed = json.loads(path.read_text())
             for call in handed["calls"]:
                 if call["call"] != "decideSensorScenario" and "sensor" in call:
@@ -76,7 +75,7 @@ class TraceTest(unittest.TestCase):
                         self.assertEqual(found, states.get(call["sensor"], found))
                         states[call["sensor"]] = call["state"]
 
-    def test_page_holds_the_trace_and_its_text(self):
+    def test_page_contains_trace_and_text(self):
         rectangles = {}
         for path in SCENARIOS:
             text, data = self.read_page(path)
@@ -99,7 +98,7 @@ class TraceTest(unittest.TestCase):
         self.assertEqual(rectangles["result_regions"]["3"][2:], [
             {"name": "body 2, before", "rect": [5, 6, 2, 2]}, {"name": "body 2, after", "rect": [20, 32, 4, 4]}])
 
-    def test_text_of_a_scenario_is_no_markup(self):
+    def test_page_escapes_texts(self):
         scenario = {"about": HOSTILE, "platform": {"eventStore": {HOSTILE: HOSTILE}}, "calls": [
             {"call": "setEvent", "key": HOSTILE, "value": HOSTILE},
             {"call": "updateSessionParams", "sensor": 0, "meta": {},

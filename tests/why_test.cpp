@@ -1,5 +1,5 @@
-// Every claim of `camhook why` holds: a scenario that is edited as an explanation says is replayed
-// on fresh updaters, and gives what the explanation says.
+// Checks explanations of `camhook why`: replays scenarios with the changes that an explanation
+// lists, on new updaters, and compares the results.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <set>
@@ -18,6 +17,7 @@
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/explain/Why.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/run/OwnUpdaters.h"
@@ -28,9 +28,9 @@ namespace {
 
 using camhook::Json;
 
-const std::filesystem::path kScenarios = kSourceRoot / "scenarios";
+std::string textOf(const Json& value) { return value.isText() ? value.text() : ""; }
 
-/// As `camhook why --json` writes it; `tag` may have its container.
+/// Returns the output of `camhook why --json`; `tag` may name its container.
 Json explanationOf(const std::string& scenario, const std::string& call, const std::string& tag,
                    const std::string& want = "") {
   const camhook::Question question = camhook::readQuestion(scenario, call, tag);
@@ -38,7 +38,7 @@ Json explanationOf(const std::string& scenario, const std::string& call, const s
   if (!want.empty()) wanted.emplace(want, question);
   std::ostringstream out;
   camhook::writeJson(out, question, camhook::explain(question, wanted));
-  return Json::parse(out.str());
+  return camhook::parseJson(out.str());
 }
 
 Json explanationOfStored(const std::string& file, const std::string& call, const std::string& tag,
@@ -46,9 +46,10 @@ Json explanationOfStored(const std::string& file, const std::string& call, const
   return explanationOf(contentOf(kScenarios / file), call, tag, want);
 }
 
-/// The tag, or what is returned, after the scenario's last call, as an explanation writes it.
+/// Returns the value of the tag, or the return value, after the last call of a scenario, in the
+/// format of an explanation.
 Json answerOf(const Json& document, const Json& explanation) {
-  const camhook::Scenario scenario = camhook::readScenario(document.dump());
+  const camhook::Scenario scenario = camhook::readScenario(camhook::lineOfJson(document));
   camhook::OwnUpdaters updaters;
   camhook::Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
   host::LogSink::openLevels({});
@@ -56,18 +57,17 @@ Json answerOf(const Json& document, const Json& explanation) {
   for (const camhook::ScenarioCall& call : scenario.calls) {
     trace = replay.run(call, camhook::Replay::Detail::containers);
   }
-  if (explanation["container"].is_null()) return trace.result;
+  if (explanation["container"].isNull()) return trace.result;
   for (const camhook::ContainerTrace& each : trace.containers) {
     if (each.name != explanation["container"] || !each.after) continue;
-    const auto& entry =
-        each.after->entryFor(camhook::tagFromText(explanation["tag"].get<std::string>()));
+    const auto& entry = each.after->entryFor(camhook::tagFromText(explanation["tag"].text()));
     return entry.isEmpty() ? Json() : camhook::jsonFromEntry(entry);
   }
   return {};
 }
 
 void put(Json& object, const std::string& key, const Json& value) {
-  if (value.is_null()) {
+  if (value.isNull()) {
     object.erase(key);
   } else {
     object[key] = value;
@@ -94,58 +94,63 @@ void putAt(Json& object, const std::string& place, const Json& value) {
   }
 }
 
-/// The scenario, which ends with the call in question, with one change.
+/// Returns the scenario, whose last call is the explained one, with one input changed.
 Json changed(Json document, const Json& input, const Json& to) {
-  const auto kind = input["kind"].get<std::string>();
-  const std::string key = input.value("key", "");
+  const auto kind = input["kind"].text();
+  const std::string key = textOf(input["key"]);
   Json& calls = document["calls"];
   Json& platform = document["platform"];
-  const std::string text = to.is_string() ? to.get<std::string>() : "";
+  const std::string text = to.isText() ? to.text() : "";
   if (kind == "metadata") {
-    Json& container = calls.back()[input["container"].get<std::string>()];
-    if (!container.is_null() || !to.is_null()) put(container, key, to);
+    Json& container = calls.items().back()[input["container"].text()];
+    if (!container.isNull() || !to.isNull()) put(container, key, to);
   } else if (kind == "static") {
-    put(platform["devices"][std::to_string(input["device"].get<int>())]["static"], key, to);
+    put(platform["devices"][std::to_string(input["device"].integer<int>().value())]["static"], key,
+        to);
   } else if (kind == "event") {
-    calls.insert(calls.end() - 1, Json{{"call", "setEvent"}, {"key", key}, {"value", text}});
+    calls.items().insert(calls.items().end() - 1,
+                         Json{{"call", "setEvent"}, {"key", key}, {"value", text}});
   } else if (kind == "property") {
-    calls.insert(calls.end() - 1, Json{{"call", "setProperty"}, {"name", key}, {"value", text}});
+    calls.items().insert(calls.items().end() - 1,
+                         Json{{"call", "setProperty"}, {"name", key}, {"value", text}});
   } else if (kind == "provider") {
-    put(platform, "provider", to.is_null() ? Json() : Json{{"fpsCap", to}});
+    put(platform, "provider", to.isNull() ? Json() : Json{{"fpsCap", to}});
   } else if (kind == "argument") {
-    putAt(calls.back(), key, to);
+    putAt(calls.items().back(), key, to);
   } else if (kind == "platform") {
     putAt(platform, key, to);
   } else {
-    calls.erase(input["index"].get<std::size_t>() - 1);
+    const auto index = input["index"].integer<std::ptrdiff_t>().value();
+    calls.items().erase(calls.items().begin() + index - 1);
   }
   return document;
 }
 
-/// Some other value for what was found not to count; none where none is plain.
+/// Returns another value for an input without effect, if there is an obvious one.
 std::optional<Json> otherValue(const Json& input) {
-  const auto kind = input["kind"].get<std::string>();
-  if (kind == "call" || (!input["value"].is_null() && kind != "argument" && kind != "platform")) {
+  const auto kind = input["kind"].text();
+  if (kind == "call" || (!input["value"].isNull() && kind != "argument" && kind != "platform")) {
     return Json();
   }
-  if (kind == "metadata" || kind == "static") return Json{{"type", "int32"}, {"items", {1}}};
+  if (kind == "metadata" || kind == "static")
+    return Json{{"type", "int32"}, {"items", Json::List{1}}};
   if (kind == "event" || kind == "property") return Json("1");
   if (kind == "provider") return Json(1);
   return {};
 }
 
-/// Checks changes of each input: those that the explanation lists, at most three, or another value
-/// of an input without effect.
-void expectEachClaim(const Json& document, const Json& explanation) {
+/// Checks up to three of the listed changes of each input, and that another value of an input
+/// without effect changes nothing.
+void checkInputs(const Json& document, const Json& explanation) {
   constexpr std::size_t kMostOutcomes = 3;
   EXPECT_EQ(answerOf(document, explanation), explanation["after"]);
-  for (const Json& input : explanation["inputs"]) {
+  for (const Json& input : explanation["inputs"].items()) {
     const auto where = [&](const Json& to) {
-      return explanation["tag"].dump() + ": " + input["kind"].dump() + ' ' +
-             input.value("key", "") + " to " + to.dump();
+      return camhook::lineOfJson(explanation["tag"]) + ": " + camhook::lineOfJson(input["kind"]) +
+             ' ' + textOf(input["key"]) + " to " + camhook::lineOfJson(to);
     };
     const Json& changes = input["changes"];
-    EXPECT_EQ(input["counts"], !changes.empty());
+    EXPECT_EQ(input["counts"], (changes.size() > 0));
     for (std::size_t i = 0; i < std::min(changes.size(), kMostOutcomes); ++i) {
       const Json& to = changes[i]["to"];
       EXPECT_NE(changes[i]["gives"], explanation["after"]) << where(to);
@@ -153,30 +158,18 @@ void expectEachClaim(const Json& document, const Json& explanation) {
           << where(to);
     }
     const std::optional<Json> other = otherValue(input);
-    if (!changes.empty() || !other) continue;
+    if ((changes.size() > 0) || !other) continue;
     EXPECT_EQ(answerOf(changed(document, input, *other), explanation), explanation["after"])
         << where(*other);
   }
 }
 
-std::vector<std::string> scenarioNames() {
-  std::vector<std::string> names;
-  for (const auto& file : std::filesystem::directory_iterator(kScenarios)) {
-    const std::string name = file.path().filename().string();
-    if (name == file.path().stem().string() + ".json" && !name.ends_with(".trace.json")) {
-      names.push_back(file.path().stem());
-    }
-  }
-  std::ranges::sort(names);
-  return names;
-}
-
-/// The tags that a call writes, with their containers.
+/// Returns the tags that a call writes, as "container:tag".
 std::set<std::string> writtenBy(const Json& call) {
   std::set<std::string> tags;
   for (const char* container : {"meta", "app", "hal", "out"}) {
-    if (!call.contains(container) || call[container].is_null()) continue;
-    for (const auto& [tag, entry] : call[container].items()) {
+    if (!call[container].isObject()) continue;
+    for (const auto& [tag, entry] : call[container].members()) {
       tags.insert(std::string(container).append(":").append(tag));
     }
   }
@@ -185,52 +178,54 @@ std::set<std::string> writtenBy(const Json& call) {
 
 class ExplainedScenario : public testing::TestWithParam<std::string> {};
 
-/// One tag of each hook, another one in each scenario.
-TEST_P(ExplainedScenario, GivesWhatWhySays) {
-  Json document = Json::parse(contentOf(kScenarios / (GetParam() + ".json")));
-  if (!document["platform"].contains("clock"))
+/// Checks one tag for each hook; the scenario's name selects the tag.
+TEST_P(ExplainedScenario, MatchesReplays) {
+  Json document = camhook::parseJson(contentOf(kScenarios / (GetParam() + ".json")));
+  if (document["platform"].find("clock") == nullptr)
     document["platform"]["clock"] = "2021-03-04T05:06:07";
   const Json calls = document["calls"];
   const std::size_t seed = std::hash<std::string>()(GetParam());
   std::set<std::string> hooks;
   for (std::size_t i = calls.size(); i-- > 0;) {
     const std::set<std::string> tags = writtenBy(calls[i]);
-    if (tags.empty() || !hooks.insert(calls[i]["call"]).second) continue;
-    document["calls"] = Json(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(i) + 1);
+    if (tags.empty() || !hooks.insert(calls[i]["call"].text()).second) continue;
+    document["calls"] = Json::List(calls.items().begin(),
+                                   calls.items().begin() + static_cast<std::ptrdiff_t>(i) + 1);
     const std::string& tag =
         *std::next(tags.begin(), static_cast<std::ptrdiff_t>(seed % tags.size()));
-    expectEachClaim(document, explanationOf(document.dump(), "last", tag));
+    checkInputs(document, explanationOf(camhook::lineOfJson(document), "last", tag));
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenarios, ExplainedScenario, testing::ValuesIn(scenarioNames()),
+INSTANTIATE_TEST_SUITE_P(Scenarios, ExplainedScenario, testing::ValuesIn(namesOf(".json")),
                          [](const auto& name) { return name.param; });
 
-/// The outcomes of an input, without types.
+/// Returns pairs of a new value of an input and the result, without types.
 Json outcomesOf(const Json& explanation, const std::string& key) {
-  Json outcomes = Json::array();
-  const auto plain = [](const Json& value) { return value.is_object() ? value["items"] : value; };
-  for (const Json& input : explanation["inputs"]) {
-    if (input.value("key", "") != key) continue;
-    for (const Json& change : input["changes"]) {
-      outcomes.push_back({plain(change["to"]), plain(change["gives"])});
+  Json::List outcomes;
+  const auto plain = [](const Json& value) { return value.isObject() ? value["items"] : value; };
+  for (const Json& input : explanation["inputs"].items()) {
+    if (textOf(input["key"]) != key) continue;
+    for (const Json& change : input["changes"].items()) {
+      outcomes.push_back(Json::List{plain(change["to"]), plain(change["gives"])});
     }
   }
   return outcomes;
 }
 
-TEST(Why, FindsWhatTheLibraryComparesWith) {
-  // An app's name, a bit of a mask, the edge of a float, and what rules ask for.
+TEST(Why, FindsValuesThatLibraryComparesWith) {
+  // An app's name, a bit of a mask, the limit of a float, and conditions of rules.
   const Json limited =
       explanationOfStored("third_party_apps.json", "1", "MTK_CONTROL_AE_TARGET_FPS_RANGE");
   const Json& step = limited["writes"][0]["step"];
-  EXPECT_TRUE(step == "limitFrameRate" || step == "?") << step;  // without debug information
-  EXPECT_EQ(outcomesOf(limited, "APP_NAME"), Json::parse("[[null, [15, 30]]]"));
+  EXPECT_TRUE(step == "limitFrameRate" || step == "?")
+      << camhook::lineOfJson(step);  // without debug information
+  EXPECT_EQ(outcomesOf(limited, "APP_NAME"), camhook::parseJson("[[null, [15, 30]]]"));
   const Json mode = explanationOf(R"({
     "platform": {"eventStore": {"APP_TYPE": "heskCamera"}}, "calls": [
     {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": {}}]})",
                                   "1", "HESK_EISSTATE");
-  EXPECT_EQ(outcomesOf(mode, "COM_HESK_CURRENTUIMODULE"), Json::parse("[[[26], [0]]]"));
+  EXPECT_EQ(outcomesOf(mode, "COM_HESK_CURRENTUIMODULE"), camhook::parseJson("[[[26], [0]]]"));
   const Json moon = explanationOfStored("super_moon_zoom.json", "1", "MTK_CONTROL_RAW_TYPE", "60");
   EXPECT_EQ(outcomesOf(moon, "HESK_CONTROL_ZOOM_ZOOM_RATIO").size(), 1U);
   const Json decision = explanationOf(R"({
@@ -240,38 +235,37 @@ TEST(Why, FindsWhatTheLibraryComparesWith) {
      "height": 0}]})",
                                       "1", "return");
   EXPECT_EQ(decision["after"], 255);
-  const std::string inputs = decision["inputs"].dump();
-  EXPECT_NE(inputs.find(R"({"to":"FaceUnlock","gives":8})"), std::string::npos);
-  EXPECT_NE(inputs.find(R"({"to":{"type":"int32","items":[24]},"gives":0})"), std::string::npos);
+  const std::string inputs = camhook::lineOfJson(decision["inputs"]);
+  EXPECT_NE(inputs.find(R"({"to": "FaceUnlock", "gives": 8})"), std::string::npos);
+  EXPECT_NE(inputs.find(R"({"to": {"type": "int32", "items": [24]}, "gives": 0})"),
+            std::string::npos);
 }
 
-TEST(Why, FindsPairsOfChangesWhereNoSingleOneIsEnough) {
+TEST(Why, FindsPairsOfChanges) {
   const Json bounds = explanationOf(R"({"calls": [
     {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1,
      "meta": {"MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 24]}}]})",
                                     "1", "MTK_CONTROL_AE_TARGET_FPS_RANGE", "[5, 30]");
-  EXPECT_NE(
-      bounds.value("together", Json::array())
-          .dump()
-          .find(
-              R"("key":"vendor.debug.camera.fps.low","to":"5"},{"kind":"property","key":"vendor.debug.camera.fps.max","to":"30"})"),
-      std::string::npos)
-      << bounds.value("together", Json());
-  Json moon = Json::parse(contentOf(kScenarios / "super_moon_zoom.json"));
+  EXPECT_NE(camhook::lineOfJson(bounds["together"])
+                .find(R"("key": "vendor.debug.camera.fps.low", "to": "5"}, )"
+                      R"({"kind": "property", "key": "vendor.debug.camera.fps.max", "to": "30"})"),
+            std::string::npos)
+      << camhook::lineOfJson(bounds["together"]);
+  Json moon = camhook::parseJson(contentOf(kScenarios / "super_moon_zoom.json"));
   Json& meta = moon["calls"][1]["meta"];
   meta.erase("HESK_CONTROL_MOONMODE");
   meta.erase("HESK_CONTROL_ZOOM_ZOOM_RATIO");
-  const Json found = explanationOf(moon.dump(), "2", "MTK_CONTROL_RAW_TYPE", "60");
+  const Json found = explanationOf(camhook::lineOfJson(moon), "2", "MTK_CONTROL_RAW_TYPE", "60");
   EXPECT_NE(
-      found.value("together", Json::array())
-          .dump()
-          .find(R"("key":"HESK_CONTROL_MOONMODE","to":{"type":"int32","items":[3]}},)"
-                R"({"kind":"metadata","container":"meta","key":"HESK_CONTROL_ZOOM_ZOOM_RATIO")"),
+      camhook::lineOfJson(found["together"])
+          .find(
+              R"("key": "HESK_CONTROL_MOONMODE", "to": {"type": "int32", "items": [3]}}, )"
+              R"({"kind": "metadata", "container": "meta", "key": "HESK_CONTROL_ZOOM_ZOOM_RATIO")"),
       std::string::npos)
-      << found.value("together", Json());
+      << camhook::lineOfJson(found["together"]);
 }
 
-/// What `work` returns, computed in a process of its own.
+/// Returns the result of `work`, which runs in a child process.
 std::string inProcess(const std::function<std::string()>& work) {
   std::array<int, 2> ends{};
   EXPECT_EQ(pipe(ends.data()), 0);
@@ -292,7 +286,7 @@ std::string inProcess(const std::function<std::string()>& work) {
   return text;
 }
 
-/// The trace of a run on updaters of its own, and the services that each call reads.
+/// Returns the trace of a replay on new updaters, and the services that its calls read.
 std::string runOf(const std::string& text) {
   const camhook::Scenario scenario = camhook::readScenario(text);
   camhook::OwnUpdaters updaters;
@@ -315,7 +309,7 @@ std::string runOf(const std::string& text) {
   return out.str() + reads;
 }
 
-TEST(OwnUpdaters, LeaveNothingToTheNextRun) {
+TEST(OwnUpdaters, KeepNoStateForNextReplay) {
   const auto scenario = [](const std::string& platform) {
     return R"({"platform": {)" + platform + R"("clock": "2021-03-04T05:06:07"}, "calls": [
       {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": {}},
@@ -331,7 +325,7 @@ TEST(OwnUpdaters, LeaveNothingToTheNextRun) {
   }
 }
 
-TEST(Why, BeginsWithTheAnswer) {
+TEST(Why, BeginsWithAnswer) {
   const std::tuple<const char*, const char*> rows[] = {
       {"third_party_apps.json 1 MTK_CONTROL_AE_TARGET_FPS_RANGE",
        "MTK_CONTROL_AE_TARGET_FPS_RANGE is [5, 24]: limitFrameRate wrote it, because of event "
@@ -351,12 +345,10 @@ TEST(Why, BeginsWithTheAnswer) {
   }
 }
 
-TEST(Why, SaysWhatItCannotAnswerInOneLine) {
+TEST(Why, RejectsInvalidQuestions) {
   const std::tuple<const char*, int, const char*> rows[] = {
       {"super_moon_zoom.json 7 MTK_CONTROL_RAW_TYPE", 2,
        "super_moon_zoom.json: there is no call 7: the scenario has 6\n"},
-      {"super_moon_zoom.json 0 MTK_CONTROL_RAW_TYPE", 2,
-       "super_moon_zoom.json: there is no call 0: the scenario has 6\n"},
       {"super_moon_zoom.json first MTK_CONTROL_RAW_TYPE", 2,
        "super_moon_zoom.json: CALL must be a number from 1, last, or requestNo:N, not \"first\"\n"},
       {"super_moon_zoom.json requestNo:12345 MTK_CONTROL_RAW_TYPE", 2,
@@ -369,8 +361,6 @@ TEST(Why, SaysWhatItCannotAnswerInOneLine) {
        "super_moon_zoom.json: the call has no container \"out\"; it has meta\n"},
       {"super_moon_zoom.json 1 MTK_CONTROL_RAW_TYPE --want '\"x\"'", 2,
        "--want[0]: must be an integer of int32, -2147483648 to 2147483647, not \"x\"\n"},
-      {"no_such.json 1 MTK_CONTROL_RAW_TYPE", 2,
-       "no_such.json: cannot be read: No such file or directory\n"},
   };
   for (const auto& [words, status, line] : rows) {
     const Outcome outcome = camhookWith(std::string("why ") + words);

@@ -17,9 +17,9 @@ inline float aspectRatio(NSCam::MSize size) noexcept {
 /// Returns `size` with its height or width reduced to the ratio. Returns `size` unchanged if the
 /// ratios are equal or one of them is NaN.
 inline NSCam::MSize fitToRatio(NSCam::MSize size, float ratio) noexcept {
-  const float own = aspectRatio(size);
-  if (own < ratio) return {size.w, toInt32(static_cast<float>(size.w) / ratio)};
-  if (own > ratio) return {toInt32(ratio * static_cast<float>(size.h)), size.h};
+  const float current = aspectRatio(size);
+  if (current < ratio) return {size.w, toInt32(static_cast<float>(size.w) / ratio)};
+  if (current > ratio) return {toInt32(ratio * static_cast<float>(size.h)), size.h};
   return size;
 }
 

@@ -13,7 +13,7 @@ namespace hesk {
 /// if the diagonal is 0, too. NaN gives 0.
 inline std::int32_t diagonalFovDegrees(float widthMm, float heightMm,
                                        float focalLengthMm) noexcept {
-  // Deliberately not pi: it raises a result just below a whole degree to that degree.
+  // Less than pi: a result just below a whole degree is raised to that degree.
   constexpr double kDegreesDivisor = 3.1415;
 
   const double width = widthMm;

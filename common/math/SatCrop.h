@@ -23,9 +23,9 @@ inline SatCrop satCropOf(NSCam::MRect crop, NSCam::MSize activeArray,
   const NSCam::MSize array = fitToRatio(activeArray, ratio);
   const auto moved = [](std::int32_t origin, std::int32_t side, std::int32_t fittedSide,
                         std::int32_t arraySide, std::int32_t fittedArraySide) {
-    const std::int32_t in = wrappingSubtract(side, fittedSide) / 2;
-    const std::int32_t back = wrappingSubtract(arraySide, fittedArraySide) / 2;
-    return wrappingSubtract(wrappingAdd(origin, in), back);
+    const std::int32_t cropMargin = wrappingSubtract(side, fittedSide) / 2;
+    const std::int32_t arrayMargin = wrappingSubtract(arraySide, fittedArraySide) / 2;
+    return wrappingSubtract(wrappingAdd(origin, cropMargin), arrayMargin);
   };
   return {.fittedArray = array,
           .crop = {moved(crop.x, crop.w, fitted.w, activeArray.w, array.w),

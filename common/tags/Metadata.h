@@ -71,8 +71,8 @@ inline void readAll(const NSCam::IMetadata* metadata, Tag<T> tag,
   std::ranges::fill(items, T{});
   if (metadata == nullptr) return;
   const NSCam::IMetadata::IEntry& entry = metadata->entryFor(tag.value);
-  const std::size_t held = std::min(items.size(), entry.count());
-  for (std::size_t i = 0; i < held; ++i) items[i] = entry.itemAt(i, NSCam::Type2Type<T>{});
+  const std::size_t present = std::min(items.size(), entry.count());
+  for (std::size_t i = 0; i < present; ++i) items[i] = entry.itemAt(i, NSCam::Type2Type<T>{});
 }
 
 /// Replaces the entry of `tag` by `items` of type `As`. Returns the container's status.

@@ -84,18 +84,18 @@ void writeAwbCalibration(IMetadata* outMeta, const IMetadata* appMeta) {
 
 /// Writes as many bytes as the size tag states; zeros if the statistics have another size.
 void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
-  constexpr std::int32_t kMostBytes = 73'728;
+  constexpr std::int32_t kMaxBytes = 73'728;
 
   const std::int32_t size = read(appMeta, tags::MTK_3A_AWB_STATS_SIZE);
   HESK_LOGD(kOperation, "[%s]awbStatsSize: %d", kOperation.name, size);
-  const bool isTaken = 0 <= size && size <= kMostBytes;
-  if (!isTaken) {
-    HESK_LOGE(kOperation, "no statistics have %d bytes, at most %d", size, kMostBytes);
+  const bool isValidSize = 0 <= size && size <= kMaxBytes;
+  if (!isValidSize) {
+    HESK_LOGE(kOperation, "no statistics have %d bytes, at most %d", size, kMaxBytes);
   }
   write(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_SIZE, size);
 
-  std::array<std::uint8_t, kMostBytes> buffer{};
-  const std::span bytes(buffer.data(), isTaken ? static_cast<std::size_t>(size) : 0);
+  std::array<std::uint8_t, kMaxBytes> buffer{};
+  const std::span bytes(buffer.data(), isValidSize ? static_cast<std::size_t>(size) : 0);
   if (count(appMeta, tags::MTK_3A_AWB_STATS_DATA) == bytes.size()) {
     readAll(appMeta, tags::MTK_3A_AWB_STATS_DATA, bytes);
   }

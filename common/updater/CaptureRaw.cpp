@@ -32,8 +32,8 @@ void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IM
     HESK_LOGE(kOperation, "no default shading for sensor %d", sensor);
     return;
   }
-  const IMetadata answer = shading->query(halMeta, appMeta);
-  if (outMeta != nullptr) *outMeta += answer;
+  const IMetadata metadata = shading->query(halMeta, appMeta);
+  if (outMeta != nullptr) *outMeta += metadata;
   HESK_LOGD(kOperation, "get shadingtable default");
 }
 

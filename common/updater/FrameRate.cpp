@@ -17,9 +17,6 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-constexpr log::Operation kRequestOperation = updaterOperation("updateRequestMeta");
-constexpr log::Operation kAppOperation = updaterOperation("update3rdpartyAppControlMeta");
-
 constexpr std::size_t kUpperBound = 1;
 
 /// Returns the camera provider service, null if it is not running. Once available, it is kept. Any
@@ -61,10 +58,11 @@ std::optional<FrameRateRange> limitFrameRate(IMetadata* request, std::string_vie
     HESK_LOGD(kAppOperation, "set default fps range 5 ~ 24 fps");
     return kLimit;
   }
-  const FrameRateRange asked = readFrameRateRange(request);
-  if (asked.upper <= kLimit.upper) return {};
+  const FrameRateRange requested = readFrameRateRange(request);
+  if (requested.upper <= kLimit.upper) return {};
   writeFrameRateRange(request, kLimit);
-  HESK_LOGD(kAppOperation, "set fps range 5 ~ 24 fps before %d ~ %d fps", asked.lower, asked.upper);
+  HESK_LOGD(kAppOperation, "set fps range 5 ~ 24 fps before %d ~ %d fps", requested.lower,
+            requested.upper);
   return kLimit;
 }
 
@@ -74,7 +72,6 @@ void pinFrameRate(IMetadata* request, const std::optional<FrameRateRange>& limit
   const std::int32_t rate = read(request, tags::HESK_CONTROL_FPS_RANGE_MAX);
   if (rate == 12 || rate == 15 || rate == 24) {
     if (limited) {
-      // Readers of the range use the first two items: the limit.
       write(request, tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, limited->lower, limited->upper, rate,
             rate);
     } else {
@@ -100,7 +97,6 @@ void hesk::replaceUpperFrameRate(IMetadata* request) {
 }
 
 void hesk::applyProviderCap(IMetadata* metadata, std::string_view appType) {
-  constexpr std::int32_t kFrameRateCap = 20;  // number of the service's value
   constexpr std::int32_t kLowerBound = 5;
   constexpr std::int32_t kLowestCap = 15;
   constexpr std::int32_t kHighestCap = 25;
@@ -109,7 +105,7 @@ void hesk::applyProviderCap(IMetadata* metadata, std::string_view appType) {
   // The service is looked up for every app, but queried only for third-party apps.
   const android::sp<CameraProvider> provider = cameraProvider();
   if (appType == "heskCamera" || appType == "CTS" || provider == nullptr) return;
-  const std::int32_t cap = provider->query(kFrameRateCap).withDefault(0);
+  const std::int32_t cap = provider->query(CameraProvider::kFrameRateCap).withDefault(0);
   if (cap < kLowestCap || cap > kHighestCap) return;
   writeFrameRateRange(metadata, {.lower = kLowerBound, .upper = cap});
   write(metadata, tags::HESK_CONTROL_FPSLIMITTYPE, kLimitedByProvider);

@@ -40,7 +40,7 @@ MetadataDumpPath pathOf(const char* label, int frameNumber) {
   MetadataDumpPath path{};
   const int length = formatMetadataDumpPath(path, label, frameNumber, currentTimeStamp().data());
   if (static_cast<std::size_t>(length) >= path.size()) {
-    HESK_LOGE(kOperation, "no room for the path of the dump %s", label);
+    HESK_LOGE(kOperation, "path of dump %s is too long", label);
     std::fprintf(stderr,
                  "dumpMetadata: the path of dump \"%s\" has %d characters, at most %zu fit\n",
                  label, length, path.size() - 1);

@@ -14,8 +14,8 @@ using MetadataDumpPath = std::array<char, 100>;
 /// truncated. Returns the length of the whole path.
 inline int formatMetadataDumpPath(MetadataDumpPath& path, const char* label, int frameNumber,
                                   const char* timeStamp) {
-  return std::snprintf(path.data(), path.size(), "%s/%s_metadata_[%d]_%s.txt",
-                       "/data/vendor/camera", label, frameNumber, timeStamp);
+  return std::snprintf(path.data(), path.size(), "/data/vendor/camera/%s_metadata_[%d]_%s.txt",
+                       label, frameNumber, timeStamp);
 }
 
 }  // namespace hesk

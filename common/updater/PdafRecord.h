@@ -25,11 +25,11 @@ inline PdafRecord pdafRecordOf(const NSCam::SensorPdBlock& block,
   constexpr std::size_t kBufferTypes = 3;
 
   PdafRecord record{};
-  std::size_t place = 0;
+  std::size_t offset = 0;
   const auto put = [&](std::int32_t word) {
     const auto bits = static_cast<std::uint32_t>(word);
     for (unsigned int byte = 0; byte < kWordBytes; ++byte) {
-      record[place++] = static_cast<std::uint8_t>(bits >> 8 * byte);
+      record[offset++] = static_cast<std::uint8_t>(bits >> 8 * byte);
     }
   };
   constexpr auto kMaxPairs = static_cast<std::int32_t>(NSCam::SensorPdBlock::kMaxPairs);
@@ -42,7 +42,7 @@ inline PdafRecord pdafRecordOf(const NSCam::SensorPdBlock& block,
     for (const std::int32_t coordinate : block.left[i]) put(coordinate);
     for (const std::int32_t coordinate : block.right[i]) put(coordinate);
   }
-  place = record.size() - kBufferTypes * kWordBytes;
+  offset = record.size() - kBufferTypes * kWordBytes;
   for (std::size_t i = 0; i < kBufferTypes; ++i) put(bufferType);
   return record;
 }

@@ -16,8 +16,6 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-constexpr log::Operation kOperation = updaterOperation("updateRequestMeta");
-
 void writeMulticamEnable(IMetadata* meta, MulticamFeatureMode mode) {
   if (!isMulticam(mode)) return;
   switch (mode) {
@@ -46,7 +44,7 @@ void writeMoonRawType(IMetadata* meta, std::string_view appName) {
   const bool isZoomed = read(meta, tags::HESK_CONTROL_ZOOM_ZOOM_RATIO, 1.0F) > 1.0F;
   if (isZoomed && appName == "SuperMoon") {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, kSuperMoonRawTypes);
-    HESK_LOGD(kOperation, "superMoon update rawtype 4+8+16+32");
+    HESK_LOGD(kRequestOperation, "superMoon update rawtype 4+8+16+32");
   } else {
     clear(meta, tags::MTK_CONTROL_RAW_TYPE);
   }
@@ -78,7 +76,7 @@ void HeskParameterUpdater::updateRequestMeta(IMetadata* meta, unsigned int reque
   if (mMulticamFeatureMode == MulticamFeatureMode::logicalMulticam) {
     setLogicalMulticamFrameRate(meta);
   }
-  writeVideoHdrMode(meta, kOperation);
+  writeVideoHdrMode(meta, kRequestOperation);
   disableFrontStabilization(meta, mInstanceId, eventValue("APP_TYPE"));
   fixHighFrameRate(meta);
   writeDiagonalFov(meta, currentMode, uiModule, mPrimaryCameraDiagonalFov);

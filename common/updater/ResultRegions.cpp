@@ -118,8 +118,8 @@ void HeskParameterUpdater::translatHumanBodyRegion(IMetadata* result, TqcMetaCon
                                                    float ratio, int index) {
   const std::int32_t announced = read(result, kHumanBodies);
   if (announced <= 0) return;
-  const std::size_t whole = (count(result, kHumanBodies) - 1) / kSides;
-  const std::size_t bodies = std::min(static_cast<std::size_t>(announced), whole);
+  const std::size_t complete = (count(result, kHumanBodies) - 1) / kSides;
+  const std::size_t bodies = std::min(static_cast<std::size_t>(announced), complete);
   if (bodies == 0) return;
   std::vector<TagInfo> regions;
   for (std::size_t body = 0; body < bodies; ++body) {

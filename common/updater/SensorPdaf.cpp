@@ -44,10 +44,10 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
   std::int32_t pdSupport = 0;
   NSCam::SensorPdBlock block{};
   std::int32_t deviceIndex = 0;
-  const auto send = [&](std::int32_t command, auto& answer) {
+  const auto send = [&](std::int32_t command, auto& result) {
     deviceIndex = list->queryDeviceIndex(openId);
     sensor->sendCommand(deviceIndex, command, reinterpret_cast<std::intptr_t>(&scenario),
-                        reinterpret_cast<std::intptr_t>(&answer), 0);
+                        reinterpret_cast<std::intptr_t>(&result), 0);
   };
 
   int status = kNothingWritten;

@@ -20,13 +20,11 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-constexpr log::Operation kOperation = updaterOperation("updateRequestMeta");
-
 // The number of frames comes from an app: this limit protects against memory exhaustion.
 constexpr std::int32_t kMaxBurstFrames = 1024;
 
 void writeRawType(IMetadata* meta, std::int64_t currentMode) {
-  // `writeMoonRawType` overwrites this value; it only appears in a record of all writes.
+  // A later step of the hook overwrites this value.
   if ((currentMode & mode::kRawType) != 0) {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, 1);
   } else {
@@ -40,8 +38,8 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
                                               std::string_view appType, std::int64_t currentMode) {
   const std::uint8_t enableZsl = read(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, 255);
   const bool isZslOff = enableZsl == 0;
-  HESK_LOGE(kOperation, "cap request app enableZsl %d, currentMode %lld, requestNo %d", enableZsl,
-            static_cast<long long>(currentMode), static_cast<std::int32_t>(requestNo));
+  HESK_LOGE(kRequestOperation, "cap request app enableZsl %d, currentMode %lld, requestNo %d",
+            enableZsl, static_cast<long long>(currentMode), static_cast<std::int32_t>(requestNo));
 
   const int mainId =
       isMulticam(mMulticamFeatureMode) ? getMulticamMainID(mInstanceId) : mInstanceId;
@@ -63,7 +61,7 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG1, 1);
   write(meta, tags::MTK_HAL_REQUEST_CAPTURE_FLAG0, 0);
   write(meta, tags::MTK_HESK_CAPTURE_COUNT, mCaptureCount);
-  HESK_LOGD(kOperation, "update CaptureCount:%d", mCaptureCount);
+  HESK_LOGD(kRequestOperation, "update CaptureCount:%d", mCaptureCount);
   setDumpPathForHeskDump(mInstanceId, meta);
   write(meta, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE,
         static_cast<std::int32_t>(mMulticamFeatureMode));
@@ -73,11 +71,11 @@ void HeskParameterUpdater::recordAnnouncedFrames(const IMetadata* meta, unsigned
                                                  int mainId) {
   const std::int32_t hisFrames = readItem(meta, tags::HESK_CONTROL_HISFRAME, 0);
   const std::int32_t nonHisFrames = readItem(meta, tags::HESK_CONTROL_HISFRAME, 1);
-  HESK_LOGE(kOperation, "cap request hisframe %d, nonhisframe %d", hisFrames, nonHisFrames);
+  HESK_LOGE(kRequestOperation, "cap request hisframe %d, nonhisframe %d", hisFrames, nonHisFrames);
 
   const auto hal3A = createHal3A(mainId);
   if (hal3A == nullptr) {
-    HESK_LOGD(kOperation, "HeskParameterUpdater create IHal3A instance failed");
+    HESK_LOGD(kRequestOperation, "HeskParameterUpdater create IHal3A instance failed");
   }
 
   if (nonHisFrames >= 1) {
@@ -99,12 +97,12 @@ void HeskParameterUpdater::recordBurst(unsigned int firstRequestNo, std::int32_t
   for (std::uint32_t index = 0; index < recorded; ++index) {
     const std::uint32_t requestNo = firstRequestNo + index;  // request numbers wrap
     mNonZslFrames.emplace(requestNo, index);
-    HESK_LOGD(kOperation, "non-zsl Frames[frameNo %d/index %d]",
+    HESK_LOGD(kRequestOperation, "non-zsl Frames[frameNo %d/index %d]",
               static_cast<std::int32_t>(requestNo), static_cast<std::int32_t>(index));
   }
   if (frameCount > kMaxBurstFrames) {
-    HESK_LOGE(kOperation, "non-zsl burst of %d frames, only the first %d are recorded", frameCount,
-              kMaxBurstFrames);
+    HESK_LOGE(kRequestOperation, "non-zsl burst of %d frames, only the first %d are recorded",
+              frameCount, kMaxBurstFrames);
   }
 }
 
@@ -122,5 +120,5 @@ void HeskParameterUpdater::writeBurstFrame(IMetadata* meta, unsigned int request
   const auto index = static_cast<std::int32_t>(frameIndex);
   write(meta, tags::MTK_HESK_FRAME_COUNT, count);
   write(meta, tags::MTK_HESK_FRAME_INDEX, index);
-  HESK_LOGD(kOperation, "frameCount %d, frameIndex %d", count, index);
+  HESK_LOGD(kRequestOperation, "frameCount %d, frameIndex %d", count, index);
 }

@@ -13,23 +13,21 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-constexpr log::Operation kOperation = updaterOperation("update3rdpartyAppControlMeta");
-
 /// Enables face detection for apps whose exposure follows faces.
 void forceFaceDetection(IMetadata* request, const std::string& appName) {
   constexpr std::uint8_t kSimple = 1;
 
   if (appName != "TikTok" && appName != "TikTokExternal") return;
   if (const auto mode = readIfPresent(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE)) {
-    HESK_LOGD(kOperation, "Pack Name is: %s, FDMode is %d", appName.c_str(), *mode);
+    HESK_LOGD(kAppOperation, "Pack Name is: %s, FDMode is %d", appName.c_str(), *mode);
   }
   write(request, tags::ANDROID_STATISTICS_FACE_DETECT_MODE, kSimple);
-  HESK_LOGD(kOperation, "Pack Name is: %s, Force fd open for FaceAE", appName.c_str());
+  HESK_LOGD(kAppOperation, "Pack Name is: %s, Force fd open for FaceAE", appName.c_str());
 }
 
 void logTemperatureFrameRate(const IMetadata* request) {
   if (const auto frameRate = readIfPresent(request, tags::HESK_CONTROL_FPS_RANGE_MAX)) {
-    HESK_LOGD(kOperation, "temperaturefps:%d", *frameRate);
+    HESK_LOGD(kAppOperation, "temperaturefps:%d", *frameRate);
   }
 }
 
@@ -38,7 +36,7 @@ void logTemperatureFrameRate(const IMetadata* request) {
 void HeskParameterUpdater::update3rdpartyAppControlMeta(IMetadata* request, unsigned int) {
   const std::string appName = eventValue("APP_NAME");
   forceFaceDetection(request, appName);
-  setProductionScene(request, mInstanceId, appName, kOperation);
+  setProductionScene(request, mInstanceId, appName, kAppOperation);
   logTemperatureFrameRate(request);
   applyProviderCap(request, eventValue("APP_TYPE"));
   limitAndPinFrameRate(request, appName);

@@ -23,22 +23,23 @@ struct HeskParameterUpdaterInspector {
   [[nodiscard]] auto& streamIds() const { return updater.mStreamIds; }
   [[nodiscard]] auto& diagonalFovDegrees() const { return updater.mPrimaryCameraDiagonalFov; }
 
-  /// Every field but the sensor index, as references.
+  /// Returns references to all fields except the sensor index.
   [[nodiscard]] auto values() const {
     return std::tie(updater.mHasVideoStream, updater.mNonZslFrames, updater.mMulticamFeatureMode,
                     updater.mPreviewSize, updater.mCaptureCount, updater.mStreamIds,
                     updater.mPrimaryCameraDiagonalFov);
   }
-  /// The same as values.
+  /// The types of `values()`, without references.
   using Values = std::tuple<bool, std::map<std::uint32_t, std::uint32_t>, hesk::MulticamFeatureMode,
                             NSCam::MSize, std::int32_t, std::vector<std::uint32_t>, std::int32_t>;
 
-  // The region translators, to be called with other converters than the phone's.
+  // For calls with a converter that is not the platform's.
   static constexpr auto kTranslateEyes = &HeskParameterUpdater::translateEyeRegion;
   static constexpr auto kTranslateLots = &HeskParameterUpdater::translatLotRegion;
   static constexpr auto kTranslateBodies = &HeskParameterUpdater::translatHumanBodyRegion;
 
-  /// An updater outside the slots. Needs the library's internal symbols.
+  /// Creates an updater in addition to those of `createInstance`. Needs the library's internal
+  /// symbols.
   static HeskParameterUpdater* construct(int instanceId) {
     return new HeskParameterUpdater(instanceId);
   }

@@ -10,11 +10,15 @@ inline constexpr log::Source kUpdaterSource{"HeskParameterUpdater",
                                             "common/HeskParameterUpdater.cpp"};
 
 /// The user name with which the updater creates and releases platform objects.
-inline constexpr const char* kUpdaterUser = "HeskParameterUpdater";
+inline constexpr const char* kUpdaterUser = kUpdaterSource.tag;
 
-/// Returns the operation of the updater with this name.
+/// Returns the log operation of a member function.
 constexpr log::Operation updaterOperation(const char* name) noexcept {
   return {kUpdaterSource, name};
 }
+
+// Operations whose steps are in several files.
+inline constexpr log::Operation kRequestOperation = updaterOperation("updateRequestMeta");
+inline constexpr log::Operation kAppOperation = updaterOperation("update3rdpartyAppControlMeta");
 
 }  // namespace hesk

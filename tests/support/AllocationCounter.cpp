@@ -13,13 +13,13 @@ std::atomic<std::size_t> sAllocations = 0;
 std::size_t allocationCount() { return sAllocations; }
 
 void* operator new(std::size_t size) {
-  ++sAllocations;
+  sAllocations.fetch_add(1, std::memory_order_relaxed);
   if (void* block = std::malloc(size)) return block;
   throw std::bad_alloc();
 }
 
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-  ++sAllocations;
+  sAllocations.fetch_add(1, std::memory_order_relaxed);
   return std::malloc(size);
 }
 

@@ -1,13 +1,13 @@
-// Counts what the process allocates.
+// Counts the allocations of the process.
 
 #pragma once
 
 #include <cstddef>
 
-/// Calls of operator new since the process began, on all threads.
+/// Returns the number of calls of operator new on all threads since the process started.
 std::size_t allocationCount();
 
-/// Allocations made while `run` runs.
+/// Returns the number of allocations while `run` runs.
 template <typename Run>
 std::size_t allocationsIn(Run run) {
   const std::size_t before = allocationCount();

@@ -1,5 +1,4 @@
-// In a build that counts what runs: a process that aborts, as those of death tests do, leaves its
-// counts, too.
+// In a coverage build: writes the counters of processes that abort, such as those of death tests.
 
 #include <csignal>
 

@@ -1,26 +1,29 @@
 #include "tests/support/TestMetadata.h"
 
+#include <string>
+
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 
 namespace {
 
-std::string lineOf(const NSCam::IMetadata& metadata) {
+camhook::JsonLine lineOf(const NSCam::IMetadata& metadata) {
   camhook::JsonLine line;
   camhook::addMetadata(line, metadata);
-  return line.line();
+  return line;
 }
 
 }  // namespace
 
 NSCam::IMetadata metadataOf(std::string_view json) {
-  return camhook::metadataFromJson(camhook::parseJson(json), camhook::Place());
+  return camhook::metadataFromJson(camhook::parseJson(std::string(json)), "");
 }
 
 bool NSCam::operator==(const IMetadata& left, const IMetadata& right) {
-  return lineOf(left) == lineOf(right);
+  return lineOf(left).line() == lineOf(right).line();
 }
 
 void NSCam::PrintTo(const IMetadata& metadata, std::ostream* out) {
-  *out << camhook::brokenJson(lineOf(metadata), 0);
+  *out << lineOf(metadata).broken();
 }

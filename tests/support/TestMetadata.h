@@ -1,4 +1,4 @@
-// Metadata in tests, written and compared in the JSON of scenarios.
+// Metadata in tests, in the JSON format of scenarios.
 
 #pragma once
 
@@ -7,7 +7,8 @@
 
 #include "platform/IMetadata.h"
 
-/// A container from the JSON of a scenario: metadataOf(R"({"HESK_CONTROL_ISO": 100})").
+/// Returns a container with the entries of a JSON object: metadataOf(R"({"HESK_CONTROL_ISO":
+/// 100})").
 NSCam::IMetadata metadataOf(std::string_view json);
 
 namespace NSCam {

@@ -1,5 +1,5 @@
-// A phone on which an app runs, and an updater of its own for a test: fresh, outside the slots, and
-// gone when the test ends.
+// A phone configuration with events and properties, and an updater that lives as long as a test and
+// is not one of those that `createInstance` returns.
 
 #pragma once
 

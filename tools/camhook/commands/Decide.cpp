@@ -1,4 +1,5 @@
 #include "tools/camhook/commands/Commands.h"
+#include "tools/camhook/input/JsonLine.h"
 
 #include <algorithm>
 #include <array>
@@ -102,9 +103,9 @@ void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Deci
 }
 
 Json wantedJson(const Inputs& inputs, const std::vector<Decision>& found, std::int32_t wanted) {
-  Json list = Json::array();
+  Json::List list;
   for (const Decision& decision : found) {
-    Json changes = Json::object();
+    Json changes = Json::Object();
     for (std::size_t i = 0; i < kInputCount; ++i) {
       const auto input = static_cast<InputIndex>(i);
       if (inputs[input] == decision.inputs[input]) continue;

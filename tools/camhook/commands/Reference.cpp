@@ -1,6 +1,5 @@
 #include "tools/camhook/commands/Commands.h"
 
-#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -8,7 +7,7 @@
 
 #include "tools/camhook/explain/HookReference.h"
 #include "tools/camhook/explain/RulesCommand.h"
-#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/ScenarioSchema.h"
@@ -27,16 +26,9 @@ int tags(const std::string& filter, bool json) {
   return 1;
 }
 
-void addRuns(HookReference& hooks, const std::vector<std::string>& files) {
-  for (const std::string& file : files) {
-    if (file.ends_with(".trace.json")) continue;  // an expected trace beside its scenario
-    hooks.add(readFile(file, readScenario));
-  }
-}
-
 int reference(const std::string& folder, const std::vector<std::string>& files) {
   HookReference hooks;
-  addRuns(hooks, files);
+  for (const std::string& file : files) hooks.add(readFile(file, readScenario));
   const auto path = [&](const char* name) { return folder + '/' + name; };
   writeFile(path("hooks.md"), [&](std::ostream& out) { hooks.write(out); });
   writeFile(path("hooks.def"), [&](std::ostream& out) { hooks.writeData(out); });
@@ -67,8 +59,7 @@ void addReference(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand(
       "reference", "Write the generated pages of docs/ and the JSON Schema of scenarios");
   command->add_option("FOLDER", *folder, "Folder of the pages")->required();
-  command->add_option("SCENARIO", *files, "Scenarios to run; their stored traces are skipped")
-      ->required();
+  command->add_option("SCENARIO", *files, "Scenarios to run")->required();
   command->footer("Example:\n  camhook reference docs scenarios/*.json");
   command->callback([folder, files, &status] { status = reference(*folder, *files); });
 }

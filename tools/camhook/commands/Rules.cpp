@@ -7,6 +7,7 @@
 #include "common/sensormode/SensorModeTables.h"
 #include "tools/camhook/explain/RulesCommand.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/show/Terminal.h"
 

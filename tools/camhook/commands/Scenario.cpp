@@ -10,6 +10,7 @@
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/ScenarioWriter.h"
 
 namespace camhook {

@@ -21,7 +21,7 @@ class AnyValue {
   /// An entry without items is absent.
   explicit AnyValue(Entry entry) : mEntry(std::move(entry)) {}
 
-  [[nodiscard]] bool isAbsent() const { return mEntry.isEmpty() && mJson.is_null(); }
+  [[nodiscard]] bool isAbsent() const { return mEntry.isEmpty() && mJson.isNull(); }
 
   /// An entry without items if the value is none.
   [[nodiscard]] const Entry& entry() const { return mEntry; }

@@ -101,8 +101,7 @@ void addOnce(std::vector<T>& list, const T& value) {
 /// An integer argument, which may be a hexadecimal text; none if it is none.
 std::optional<std::int64_t> numberFrom(const Json& json) {
   try {
-    return json.is_null() ? std::nullopt
-                          : std::optional(integerFromJson<std::int64_t>(json, Place()));
+    return json.isNull() ? std::nullopt : std::optional(integerFromJson<std::int64_t>(json, ""));
   } catch (const InputError&) {
     return {};
   }
@@ -113,6 +112,8 @@ bool isSwitch(const std::string& key) {
   return key == "sensorList" || key == "hal3aModule" || key == "defaultShadingModule" ||
          key == "faceDetection" || key.ends_with(".available");
 }
+
+bool isFloatNumber(const Json& value) { return value.isNumber() && !value.isInteger(); }
 
 bool isFloatPlace(const std::string& key) {
   return key.ends_with(".fov") || key.ends_with(".shadingBase") || key == "value";
@@ -137,12 +138,12 @@ constexpr std::pair<std::string_view, const char*> kSamples[] = {
 
 /// Each static tag of the catalogue, with some value.
 std::vector<Json> someStatics() {
-  std::vector<Json> list{Json::object()};
+  std::vector<Json> list(1, Json::Object());
   for (const TagDescription& tag : kTagCatalogue) {
     if (!tag.meaning.starts_with("static")) continue;
     const std::size_t parts = tag.type == "rect" ? 4 : tag.type == "rational" ? 2 : 1;
     const Json item = parts == 1 ? Json(1) : Json(std::vector<int>(parts, 1));
-    list.push_back(Json{{tag.name, std::vector<Json>(std::max(tag.count, 1U), item)}});
+    list.push_back(Json{{std::string(tag.name), Json::List(std::max(tag.count, 1U), item)}});
   }
   return list;
 }
@@ -151,8 +152,10 @@ std::vector<Json> someStatics() {
 bool isPossible(const Input& input, const Json& value) {
   constexpr int kMostBytes = 1 << 22;
   if (input.kind != Kind::argument) return true;
-  if (input.key == "size") return value <= kMostBytes;
-  return input.key != "sensor" || (value >= 0 && value <= HeskParameterUpdater::kMaxInstanceId);
+  const auto number = value.integer<std::int64_t>();
+  if (input.key == "size") return !number || *number <= kMostBytes;
+  return input.key != "sensor" ||
+         (number && *number >= 0 && *number <= HeskParameterUpdater::kMaxInstanceId);
 }
 
 }  // namespace
@@ -278,7 +281,7 @@ std::vector<T> Candidates::numbers(const std::optional<T>& present, Which which,
   std::ranges::stable_sort(list, {}, [now](T number) {
     return std::tuple(number != T{0}, distance(number, now), number);
   });
-  list.erase(std::ranges::unique(list).begin(), list.end());
+  list.erase(std::unique(list.begin(), list.end()), list.end());
   if (present) std::erase(list, now);
   return list;
 }
@@ -363,8 +366,8 @@ std::vector<Json> Candidates::numbers(const Json& present, bool isFloat, Which w
   std::vector<Json> list;
   if (isFloat) {
     std::optional<float> now;
-    if (!present.is_null()) now = floatFromJson(present, Place());
-    for (const float number : numbers(now, which, {})) list.push_back(jsonFromFloat(number));
+    if (!present.isNull()) now = floatFromJson(present, "");
+    for (const float number : numbers(now, which, {})) list.emplace_back(number);
   } else {
     for (const std::int64_t number : numbers(numberFrom(present), which, {})) {
       list.emplace_back(number);
@@ -375,20 +378,20 @@ std::vector<Json> Candidates::numbers(const Json& present, bool isFloat, Which w
 
 /// Other values for the present one, member by member.
 std::vector<Json> Candidates::variants(const Json& present, bool isFloat, Which which) const {
-  if (present.is_boolean()) return {!present.get<bool>()};
-  if (present.is_null() || present.is_number() || numberFrom(present)) {
-    return numbers(present, isFloat || present.is_number_float(), which);
+  if (present.isBoolean()) return std::vector<Json>(1, !present.isTrue());
+  if (present.isNull() || present.isNumber() || numberFrom(present)) {
+    return numbers(present, isFloat || isFloatNumber(present), which);
   }
   std::vector<Json> list;
-  if (present.is_array()) {
+  if (present.isList()) {
     for (const std::size_t i : positions(present.size())) {
       for (Json& item : variants(present[i], isFloat, Which::few)) {
         list.push_back(withItem(present, i, std::move(item)));
       }
     }
-    if (!present.empty()) list.push_back(Json::array());
-  } else if (present.is_object()) {
-    for (const auto& [key, member] : present.items()) {
+    if (present.size() > 0) list.emplace_back(Json::List());
+  } else if (present.isObject()) {
+    for (const auto& [key, member] : present.members()) {
       for (Json& value : variants(member, isFloat, Which::few)) {
         list.push_back(present);
         list.back()[key] = std::move(value);
@@ -401,18 +404,19 @@ std::vector<Json> Candidates::variants(const Json& present, bool isFloat, Which 
 std::vector<Json> Candidates::place(const std::string& key, const Json& present) const {
   std::vector<Json> list;
   const bool isInList = key.find("].") != std::string::npos;
-  if (!present.is_null() && !isInList) list.emplace_back(nullptr);
+  if (!present.isNull() && !isInList) list.emplace_back(nullptr);
   for (const auto& [end, sample] : kSamples) {
-    if (key.ends_with(end)) list.push_back(Json::parse(sample));
+    if (key.ends_with(end)) list.push_back(parseJson(sample));
   }
   if (key.ends_with(".static")) {
-    for (const Json& device : mQuestion.platform.value("devices", Json::object())) {
-      if (device.contains("static")) list.push_back(device["static"]);
+    const Json& devices = mQuestion.platform["devices"];
+    for (const auto& [id, device] : devices.isObject() ? devices.members() : Json::Object()) {
+      if (const Json* statics = device.find("static")) list.push_back(*statics);
     }
     append(list, someStatics());
-  } else if (present.is_null() && isSwitch(key)) {
+  } else if (present.isNull() && isSwitch(key)) {
     list.emplace_back(false);
-  } else if (!present.is_null() || list.empty()) {
+  } else if (!present.isNull() || list.empty()) {
     const bool isFloat = key.ends_with("Shading") || isFloatPlace(key);
     append(list, variants(present, isFloat, Which::all));
   }
@@ -420,7 +424,7 @@ std::vector<Json> Candidates::place(const std::string& key, const Json& present)
 }
 
 std::vector<Json> Candidates::argument(const std::string& key, const Json& present) const {
-  if (key == "streams") return {Json::array()};
+  if (key == "streams") return std::vector<Json>(1, Json::List());
   if (key != "tag") return variants(present, isFloatPlace(key), Which::all);
   std::vector<Json> list;
   for (const TagDescription& tag : kTagCatalogue) list.emplace_back(tag.name);
@@ -439,14 +443,14 @@ Candidates::List Candidates::forInput(const Input& input, const AnyValue& presen
   const Json now = present.json();
   const bool isArgument = input.kind == Kind::argument;
   std::vector<Json> list;
-  if (!now.is_null() && input.kind == Kind::provider) list.emplace_back(nullptr);
+  if (!now.isNull() && input.kind == Kind::provider) list.emplace_back(nullptr);
   for (const ScenarioCall& call : mQuestion.scenario.calls) {
     if (!isArgument || nameOf(call.call) != nameOf(mQuestion.askedCall())) continue;
-    if (const Json value = valueAt(call.arguments, input.key); !value.is_null()) {
+    if (const Json value = valueAt(call.arguments, input.key); !value.isNull()) {
       addOnce(list, value);
     }
   }
-  if (now.is_number()) append(list, numbers(now, now.is_number_float(), Which::likely));
+  if (now.isNumber()) append(list, numbers(now, isFloatNumber(now), Which::likely));
   const auto isTaken = [&](const Json& value) { return isPossible(input, value) && value != now; };
   std::erase_if(list, std::not_fn(isTaken));
   List candidates{.values = {}, .likely = list.size()};

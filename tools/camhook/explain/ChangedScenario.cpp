@@ -61,7 +61,7 @@ host::PhoneConfig unchangedPhone(const Question& question) {
 
 std::optional<host::PhoneConfig> changedPhone(const Question& question,
                                               const std::vector<Change>& changes) {
-  const Place root;
+  constexpr std::string_view root;
   std::optional<host::PhoneConfig> config;
   if (const auto platform = changedDocument(question.platform, Kind::platform, changes)) {
     config = platformFromJson(*platform, root);
@@ -85,7 +85,7 @@ std::optional<host::PhoneConfig> changedPhone(const Question& question,
 Call changedCall(const Question& question, const std::vector<Change>& changes) {
   Call call = question.askedCall();
   if (const auto changed = changedDocument(question.callDocument, Kind::argument, changes)) {
-    Call fresh = callFromJson(*changed, Place()).call;
+    Call fresh = callFromJson(*changed, "").call;
     for (const char* name : kContainers) {
       if (auto* const container = containerOf(call, name)) {
         *containerOf(fresh, name) = std::move(*container);
@@ -106,7 +106,7 @@ Call changedCall(const Question& question, const std::vector<Change>& changes) {
 void setTexts(host::Phone& phone, const std::vector<Change>& changes) {
   for (const Change& change : changes) {
     const Json to = change.to.json();
-    const std::string text = to.is_string() ? to.get<std::string>() : "";
+    const std::string text = to.isText() ? to.text() : "";
     if (change.input.kind == Kind::event) phone.eventStore.set(change.input.key, text);
     if (change.input.kind == Kind::property) phone.properties.set(change.input.key, text);
   }

@@ -40,14 +40,15 @@ constexpr std::array<InputField, kInputCount> kFields = {{
 char separatorOf(Form form) { return form == Form::range ? ',' : 'x'; }
 
 std::string textOf(Form form, Numbers numbers) {
-  const std::string first = std::to_string(numbers[0]);
+  std::string first = std::to_string(numbers[0]);
   if (form == Form::number) return first;
   return first + separatorOf(form) + std::to_string(numbers[1]);
 }
 
 std::optional<Numbers> numbersFrom(Form form, std::string_view text) {
-  const std::size_t at = form == Form::number ? text.npos : text.find(separatorOf(form));
-  if (form != Form::number && at == text.npos) return {};
+  const std::size_t at =
+      form == Form::number ? std::string_view::npos : text.find(separatorOf(form));
+  if (form != Form::number && at == std::string_view::npos) return {};
   const auto first = wholeNumber<std::int32_t>(text.substr(0, at));
   if (form == Form::number) return first ? std::optional(Numbers{*first, 0}) : std::nullopt;
   const auto second = wholeNumber<std::int32_t>(text.substr(at + 1));

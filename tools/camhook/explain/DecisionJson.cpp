@@ -9,7 +9,7 @@ namespace {
 Json rowNumber(const std::optional<std::size_t>& row) { return row ? Json(*row + 1) : Json(); }
 
 Json columnsJson() {
-  Json columns = Json::array();
+  Json::List columns;
   for (const RuleColumn& column : ruleColumns()) {
     columns.push_back({{"field", column.field},
                        {"title", column.title},
@@ -19,15 +19,14 @@ Json columnsJson() {
 }
 
 Json rowsJson(const Decision& decision) {
-  Json rows = Json::array();
+  Json::List rows;
   for (std::size_t i = 0; i < decision.rules().size(); ++i) {
     const SensorModeCfg& rule = decision.rules()[i];
-    Json conditions = Json::object();
+    Json conditions = Json::Object();
     for (const RuleColumn& column : ruleColumns()) {
       const std::string condition = column.conditionOf(rule);
       if (condition.empty()) continue;
-      conditions[column.field] =
-          column.input == kAppType ? Json(condition) : Json::parse(condition);
+      conditions[column.field] = column.input == kAppType ? Json(condition) : parseJson(condition);
     }
     rows.push_back({{"row", i + 1},
                     {"conditions", std::move(conditions)},
@@ -42,14 +41,14 @@ Json rowsJson(const Decision& decision) {
 }
 
 Json filtersJson(const Decision& decision) {
-  Json filters = Json::array();
+  Json::List filters;
   for (const FilterRun& run : decision.filters) {
-    Json rows = Json::array();
+    Json::List rows;
     for (const auto& [row, column, isMet] : run.comparisons) {
-      if (rows.empty() || rows.back().at("row") != row + 1) {
+      if (rows.empty() || rows.back()["row"] != row + 1) {
         rows.push_back({{"row", row + 1},
-                        {"asked", Json::array()},
-                        {"met", Json::array()},
+                        {"asked", Json::List()},
+                        {"met", Json::List()},
                         {"needed", decision.rules()[row].conditionCount}});
       }
       rows.back()["asked"].push_back(column->field);
@@ -65,15 +64,15 @@ Json filtersJson(const Decision& decision) {
 }
 
 Json overridesJson(const Decision& decision) {
-  Json overrides = Json::array();
+  Json::List overrides;
   for (const OverrideVerdict& verdict : decision.overrides) {
-    Json conditions = Json::array();
+    Json::List conditions;
     for (const auto& [found, must, isMet] : verdict.conditions) {
       conditions.push_back({{"found", found}, {"must", must}, {"met", isMet}});
     }
     overrides.push_back({{"number", overrides.size() + 1},
                          {"when", verdict.override->when},
-                         {"scenario", verdict.override->scenario},
+                         {"scenario", static_cast<int>(verdict.override->scenario)},
                          {"name", sensorModeName(verdict.override->scenario)},
                          {"verdict", verdict.word()},
                          {"conditions", std::move(conditions)}});
@@ -85,11 +84,11 @@ Json overridesJson(const Decision& decision) {
 
 Json jsonFromDecision(const Decision& decision) {
   const std::optional<std::size_t>& decider = decision.override ? decision.override : decision.row;
-  Json inputs = Json::object();
+  Json inputs;
   for (std::size_t i = 0; i < kInputCount; ++i) {
     inputs[std::string(inputFields()[i].name)] = decision.inputs.json(static_cast<InputIndex>(i));
   }
-  Json warnings = Json::array();
+  Json::List warnings;
   for (const auto& [input, problem] : inputWarnings(decision.inputs)) {
     warnings.push_back({{"input", inputFields()[input].name}, {"problem", problem}});
   }

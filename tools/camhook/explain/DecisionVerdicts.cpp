@@ -49,7 +49,7 @@ std::string rowVerdict(const Decision& decision, std::size_t row) {
         std::string(column.title) +
         (cell == nullptr ? " never asked" : " is " + decision.inputs.shown(column.input)));
   }
-  const std::string list = joined(missed, ", ");
+  std::string list = joined(missed, ", ");
   if (!isOfSeveral(rule)) return list;
   return count + (list.empty() ? "" : ": " + list);
 }

@@ -1,4 +1,5 @@
 #include "tools/camhook/explain/Input.h"
+#include "tools/camhook/input/JsonLine.h"
 
 #include <charconv>
 #include <string_view>
@@ -35,9 +36,9 @@ std::vector<std::variant<std::string, std::size_t>> stepsOf(std::string_view pla
 Json jsonFromCall(const ScenarioCall& call) {
   Json json{{"call", nameOf(call.call)}};
   if (const auto sensor = sensorOf(call.call)) json["sensor"] = *sensor;
-  json.update(call.arguments);
+  for (const auto& [key, value] : call.arguments.members()) json[key] = value;
   for (const char* name : kContainers) {
-    if (containerOf(call.call, name) != nullptr) json[name] = nullptr;
+    if (containerOf(call.call, name) != nullptr) json[name] = Json();
   }
   return json;
 }
@@ -63,7 +64,7 @@ std::string containerFrom(const std::string& text, const Call& call) {
 
 Question readQuestion(std::string_view scenario, const std::string& call, const std::string& tag) {
   Question question{.scenario = readScenario(scenario),
-                    .platform = parseJson(scenario).value("platform", Json::object())};
+                    .platform = parseJson(std::string(scenario))["platform"]};
   const std::vector<ScenarioCall>& calls = question.scenario.calls;
   question.call =
       callFromText(call, calls.size(), [&](std::size_t index) { return calls[index].call; });
@@ -131,12 +132,11 @@ Json valueAt(const Json& document, const std::string& place) {
   const Json* at = &document;
   for (const auto& step : stepsOf(place)) {
     if (const auto* index = std::get_if<std::size_t>(&step)) {
-      if (*index >= at->size()) return nullptr;
+      if (!at->isList() || *index >= at->size()) return nullptr;
       at = &(*at)[*index];
     } else {
-      const auto found = at->find(std::get<std::string>(step));
-      if (found == at->end()) return nullptr;
-      at = &*found;
+      at = at->find(std::get<std::string>(step));
+      if (at == nullptr) return nullptr;
     }
   }
   return *at;
@@ -155,9 +155,9 @@ Json withValueAt(Json document, const std::string& place, const Json& value) {
       at = &(*at)[key];
     }
   }
-  if (!value.is_null()) {
+  if (!value.isNull()) {
     *at = value;
-  } else if (around != nullptr && around->is_object()) {
+  } else if (around != nullptr && around->isObject()) {
     around->erase(key);
   }
   return document;

@@ -39,8 +39,7 @@ struct Input {
            kind == Kind::argument;
   }
 
-  // NOLINTNEXTLINE(modernize-use-nullptr): takes the 0 of a comparison for a
-  // pointer
+  // NOLINTNEXTLINE(modernize-use-nullptr): takes the 0 of a comparison for a pointer
   friend auto operator<=>(const Input&, const Input&) = default;
 };
 

@@ -38,7 +38,7 @@ void ReadInputs::addService(const std::string& place) {
   } else if (place.ends_with(".static")) {
     // Each entry of a listed device is an input.
     const std::string device = place.substr(0, place.rfind('.'));
-    if (!valueAt(mPlatform, device).is_null()) return;
+    if (!valueAt(mPlatform, device).isNull()) return;
     addPlace(place, std::stoi(device.substr(device.rfind('.') + 1)));
   } else if (place == "sat.cameras") {
     const std::size_t count = valueAt(mPlatform, place).size();
@@ -51,7 +51,7 @@ void ReadInputs::addService(const std::string& place) {
     for (const char* key : {".scale", ".dx", ".dy"}) addPlace(place + key);
   } else if (place == "tuningBuffer") {
     for (const char* key : {".fd", ".bufferSize", ".bufferIndex"}) addPlace(place + key);
-  } else if (place.ends_with(".sensor") && !valueAt(mPlatform, place).is_null()) {
+  } else if (place.ends_with(".sensor") && !valueAt(mPlatform, place).isNull()) {
     addPlace(place);
     for (const char* key :
          {".index", ".pdSupported", ".pdWords", ".pdLeft", ".pdRight", ".pdTail"}) {

@@ -20,14 +20,15 @@ bool leavesOut(const Change& change, std::size_t call) {
 /// The places of the call's arguments: each number is an input.
 std::vector<std::string> argumentsOf(const Question& question) {
   std::vector<std::string> places;
-  for (const auto& [key, value] : question.callDocument.items()) {
+  for (const auto& [key, value] : question.callDocument.members()) {
     if (key == "call" || containerOf(question.askedCall(), key) != nullptr) continue;
-    if (key == "streams" || !value.is_structured()) places.push_back(key);
-    for (std::size_t i = 0; value.is_array() && i < value.size(); ++i) {
+    if (key == "streams" || value.size() == 0) places.push_back(key);
+    for (std::size_t i = 0; value.isList() && i < value.size(); ++i) {
       const std::string item = std::string(key).append("[").append(std::to_string(i)).append("]");
-      if (!value[i].is_object()) places.push_back(item);
-      for (const auto& [member, number] : value[i].items()) {
-        if (value[i].is_object()) places.push_back(std::string(item).append(".").append(member));
+      if (!value[i].isObject()) places.push_back(item);
+      if (!value[i].isObject()) continue;
+      for (const auto& [member, number] : value[i].members()) {
+        places.push_back(std::string(item).append(".").append(member));
       }
     }
   }
@@ -188,8 +189,10 @@ std::optional<CallTrace> Reruns::runCall(const std::vector<Change>& changes,
   try {
     const ScenarioCall call{.call = changedCall(mQuestion, changes)};
     auto phone = changedPhone(mQuestion, changes);
-    if (mIsPhoneChanged || phone) mReplay.phone().config = phone ? *std::move(phone) : mPhone;
-    mIsPhoneChanged = phone.has_value();
+    const bool isChanged = phone.has_value();
+    if (mIsPhoneChanged || isChanged)
+      mReplay.phone().config = isChanged ? *std::move(phone) : mPhone;
+    mIsPhoneChanged = isChanged;
     runEarlierCalls(changes);
     setTexts(mReplay.phone(), changes);
     if (detail == Replay::Detail::accesses) {

@@ -56,6 +56,26 @@ std::optional<Inputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::s
   return {};
 }
 
+/// Checks each row of a list. Returns how many rows can never decide.
+std::size_t checkList(std::ostream& out, DecidingPhone& phone, const SensorModeTable& table,
+                      const RuleList& list, bool showsWitnesses) {
+  const Rules& rules = table.*list.rules;
+  std::size_t never = 0;
+  if (showsWitnesses) out << list.name << '\n';
+  for (std::size_t row = 0; row < rules.size(); ++row) {
+    const auto witness =
+        witnessOf(phone, rules, row, Inputs(table.productName, list.sensor, list.video));
+    never += witness ? 0 : 1;
+    if (showsWitnesses) {
+      out << "  row " << row + 1 << "  " << (witness ? commandOf(*witness) : "can never decide")
+          << '\n';
+    } else if (!witness) {
+      out << table.productName << ' ' << list.name << ": row " << row + 1 << " can never decide\n";
+    }
+  }
+  return never;
+}
+
 int checkRules(std::ostream& out, const SensorModeTable* only) {
   DecidingPhone phone;
   std::size_t count = 0;
@@ -63,21 +83,8 @@ int checkRules(std::ostream& out, const SensorModeTable* only) {
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
     if (only != nullptr && &table != only) continue;
     for (const RuleList& list : kRuleLists) {
-      const Rules& rules = table.*list.rules;
-      if (only != nullptr) out << list.name << '\n';
-      for (std::size_t row = 0; row < rules.size(); ++row) {
-        const auto witness =
-            witnessOf(phone, rules, row, Inputs(table.productName, list.sensor, list.video));
-        ++count;
-        never += witness ? 0 : 1;
-        if (only != nullptr) {
-          out << "  row " << row + 1 << "  " << (witness ? commandOf(*witness) : "can never decide")
-              << '\n';
-        } else if (!witness) {
-          out << table.productName << ' ' << list.name << ": row " << row + 1
-              << " can never decide\n";
-        }
-      }
+      count += (table.*list.rules).size();
+      never += checkList(out, phone, table, list, only != nullptr);
     }
   }
   if (never == 0) out << "each of the " << count << " rows can decide\n";

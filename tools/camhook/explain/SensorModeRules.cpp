@@ -52,7 +52,8 @@ std::string valueMeeting(InputIndex input, const std::string& condition) {
 
 std::vector<std::string_view> tableNames() {
   std::vector<std::string_view> names;
-  for (const SensorModeTable& table : hesk::sensorModeTables()) names.push_back(table.productName);
+  for (const SensorModeTable& table : hesk::sensorModeTables())
+    names.emplace_back(table.productName);
   return names;
 }
 

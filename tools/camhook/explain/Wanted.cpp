@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/TagCatalogue.h"
 
@@ -36,23 +37,26 @@ std::string formOf(std::size_t count, const Json& last) {
 
 Wanted::Wanted(const std::string& text, const Question& question) {
   Json json = jsonFrom(text);
-  if (question.container.empty() || (json.is_null() && text != "_")) {
+  if (question.container.empty() || (json.isNull() && text != "_")) {
     mValue = AnyValue(std::move(json));
     return;
   }
-  if (!json.is_array() && !json.is_object()) json = Json::array({json});
-  Json& items = json.is_object() ? json["items"] : json;
-  const TagDescription* const tag = findTag(question.tag);
-  if (tag != nullptr && items.is_array() && !items.empty() && items.size() < tag->count &&
-      !items.front().is_array() && tag->type != "rect" && tag->type != "rational") {
-    throw InputError("camhook: --want: " + std::string(tag->name) + " has " +
-                     std::to_string(tag->count) + " items: " + formOf(tag->count, items.back()));
+  if (!json.isList() && !json.isObject()) json = Json(Json::List(1, json));
+  Json& items = json.isObject() ? json["items"] : json;
+  if (items.isList()) {
+    const TagDescription* const tag = findTag(question.tag);
+    if (tag != nullptr && items.size() > 0 && items.size() < tag->count && !items[0].isList() &&
+        tag->type != "rect" && tag->type != "rational") {
+      throw InputError("camhook: --want: " + std::string(tag->name) + " has " +
+                       std::to_string(tag->count) +
+                       " items: " + formOf(tag->count, items.items().back()));
+    }
+    for (Json& item : items.items()) {
+      mIsAny.push_back(item.isNull());
+      if (item.isNull()) item = 0;
+    }
   }
-  for (Json& item : items) {
-    mIsAny.push_back(item.is_null());
-    if (item.is_null()) item = 0;
-  }
-  mValue = AnyValue(entryFromJson(question.tag, json, Place()["--want"]));
+  mValue = AnyValue(entryFromJson(question.tag, json, "--want"));
 }
 
 bool Wanted::isMetBy(const AnyValue& value) const {

@@ -1,4 +1,5 @@
 #include "tools/camhook/explain/Why.h"
+#include "tools/camhook/input/JsonLine.h"
 
 #include <algorithm>
 #include <set>
@@ -154,7 +155,8 @@ std::vector<Explanation::Writer> writersOf(const Question& question, const Rerun
         write.member != tagText(question.tag)) {
       continue;
     }
-    auto& writer = writers.emplace_back(write.hook, write.step);
+    writers.push_back({write.hook, write.step});
+    auto& writer = writers.back();
     for (const HookAccess& read : hookAccesses()) {
       if (read.isWrite || read.hook != write.hook || read.step != write.step) continue;
       if (auto input = inputFrom(read, question)) {
@@ -194,13 +196,13 @@ void writeJson(std::ostream& out, const Question& question, const Explanation& e
   const bool isReturn = question.container.empty();
   Json document{{"call", question.call + 1},
                 {"hook", nameOf(question.askedCall())},
-                {"sensor", question.callDocument.value("sensor", Json())},
+                {"sensor", question.callDocument["sensor"]},
                 {"container", isReturn ? Json() : Json(question.container)},
-                {"tag", isReturn ? "return" : tagText(question.tag)},
+                {"tag", isReturn ? std::string("return") : tagText(question.tag)},
                 {"before", explanation.before.json()},
                 {"after", explanation.after.json()},
-                {"writes", Json::array()},
-                {"inputs", Json::array()}};
+                {"writes", Json::List()},
+                {"inputs", Json::List()}};
   for (const auto& [value, step] : explanation.writes) {
     document["writes"].push_back(
         {{"value", value.json()}, {"step", step.name}, {"file", step.file}, {"line", step.line}});
@@ -209,16 +211,16 @@ void writeJson(std::ostream& out, const Question& question, const Explanation& e
     Json input = jsonFromInput(finding.input, question);
     input["value"] = finding.value.json();
     input["counts"] = finding.affects;
-    input["changes"] = Json::array();
+    input["changes"] = Json::List();
     for (const auto& [to, gives, step] : finding.outcomes) {
       input["changes"].push_back({{"to", to.json()}, {"gives", gives.json()}});
     }
     document["inputs"].push_back(std::move(input));
   }
   if (explanation.together) {
-    document["together"] = Json::array();
+    document["together"] = Json::List();
     for (const auto& [changes, gives] : *explanation.together) {
-      Json list = Json::array();
+      Json::List list;
       for (const Change& change : changes) {
         list.push_back(jsonFromInput(change.input, question));
         list.back()["to"] = change.to.json();

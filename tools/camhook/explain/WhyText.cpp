@@ -10,6 +10,7 @@
 #include "common/tags/Tags.h"
 
 #include "tools/camhook/explain/Why.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/PlainText.h"
 
@@ -20,7 +21,7 @@ constexpr std::size_t kMostLetters = 40;  // shown of a value, about
 constexpr std::size_t kMostShown = 4;     // outcomes shown of an input, unless all are
 
 std::string itemsText(const Json& items) {
-  if (items.size() == 1) return lineOfJson(items.front());
+  if (items.size() == 1) return lineOfJson(items[0]);
   std::string text = "[";
   for (std::size_t i = 0; i < items.size(); ++i) {
     const std::string item = (i > 0 ? ", " : "") + lineOfJson(items[i]);
@@ -77,11 +78,11 @@ class Text {
  private:
   [[nodiscard]] std::string inputText(const Input& input) const {
     const Json json = jsonFromInput(input, mQuestion);
-    const auto kind = json["kind"].get<std::string>();
+    const auto kind = json["kind"].text();
     switch (input.kind) {
       case Input::Kind::provider: return "provider fpsCap";
       case Input::Kind::call:
-        return "call " + std::to_string(input.number + 1) + " " + json["hook"].get<std::string>();
+        return "call " + std::to_string(input.number + 1) + " " + json["hook"].text();
       case Input::Kind::metadata: return input.key + " " + tagText(input.tag);
       case Input::Kind::statics:
         return "static " + tagText(input.tag) + " of device " + std::to_string(input.number);

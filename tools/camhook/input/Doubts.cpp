@@ -24,7 +24,8 @@ std::string_view slipOf(std::string_view text, std::span<const std::string_view>
   return {};
 }
 
-void doubtName(const Value& name, const char* what, std::span<const KnownName> known) {
+template <typename Name>  // a key or a value
+void doubtName(const Name& name, const char* what, std::span<const KnownName> known) {
   std::vector<std::string_view> names;
   for (const KnownName& one : known) names.push_back(one.name);
   const std::string_view meant = slipOf(name.text(), names);
@@ -32,7 +33,8 @@ void doubtName(const Value& name, const char* what, std::span<const KnownName> k
   name.warn([&] { return "nobody reads " + std::string(what) + "; near: " + std::string(meant); });
 }
 
-void doubtEvent(const Value& key, const Value& value) {
+template <typename Name>
+void doubtEvent(const Name& key, const Value& value) {
   doubtName(key, "this event", kKnownEvents);
   if (key.text() != "APP_TYPE") return;
   const std::string_view meant = slipOf(value.text(), kKnownAppTypes);
@@ -46,9 +48,11 @@ void doubtEvent(const Value& key, const Value& value) {
 void Doubts::onPlatform(const Value& value) {
   if (const auto properties = value.find("properties")) {
     properties->forEachMember(
-        [](const Value& key, const Value&) { doubtName(key, "this property", kKnownProperties); });
+        [](const Key& key, const Value&) { doubtName(key, "this property", kKnownProperties); });
   }
-  if (const auto events = value.find("eventStore")) events->forEachMember(doubtEvent);
+  if (const auto events = value.find("eventStore")) {
+    events->forEachMember([](const Key& key, const Value& each) { doubtEvent(key, each); });
+  }
 }
 
 void Doubts::onCall(const Call& call, const Value& value) {
@@ -61,7 +65,7 @@ void Doubts::onCall(const Call& call, const Value& value) {
           if (const auto name = value.find("name"))
             doubtName(*name, "this property", kKnownProperties);
         } else {
-          onSensor(concrete.sensor, value);
+          mSensors.try_emplace(concrete.sensor, mCount);
           if constexpr (std::is_same_v<CallType, UpdateRequestMeta>) {
             onRequest(concrete, value);
           } else {
@@ -70,16 +74,7 @@ void Doubts::onCall(const Call& call, const Value& value) {
         }
       },
       call);
-}
-
-/// Once for each sensor.
-void Doubts::onSensor(std::int32_t sensor, const Value& call) {
-  if (mPlatform.devices.empty() || mPlatform.devices.contains(sensor)) return;
-  if (!mSensors.insert(sensor).second) return;
-  if (const auto value = call.find("sensor")) {
-    value->warn(
-        [&] { return "there is no device " + std::to_string(sensor) + " in the platform"; });
-  }
+  ++mCount;
 }
 
 /// A burst begins with the request that announces its frames, and ends with any other call on its

@@ -2,32 +2,31 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
-#include <set>
 
-#include "tools/camhook/input/Document.h"
 #include "tools/camhook/input/Scenario.h"
+#include "tools/camhook/input/Value.h"
 
 namespace camhook {
 
-/// Warns of what it is shown, in the order of the scenario.
+/// Warns of what it is shown. Calls are shown in the order of the scenario.
 class Doubts {
  public:
-  /// `platform` must outlive this.
-  explicit Doubts(const host::PhoneConfig& platform) : mPlatform(platform) {}
-
   /// `value` is that of "platform".
-  void onPlatform(const Value& value);
+  static void onPlatform(const Value& value);
 
   void onCall(const Call& call, const Value& value);
 
+  /// The sensors on which calls are made, each with the index of its first call.
+  [[nodiscard]] const std::map<std::int32_t, std::size_t>& sensors() const { return mSensors; }
+
  private:
-  void onSensor(std::int32_t sensor, const Value& call);
   void onRequest(const UpdateRequestMeta& request, const Value& call);
 
-  const host::PhoneConfig& mPlatform;
-  std::set<std::int32_t> mSensors;                        // that calls are made on
+  std::size_t mCount = 0;  // of calls
+  std::map<std::int32_t, std::size_t> mSensors;
   std::map<std::int32_t, std::uint32_t> mLatestRequests;  // by sensor, of the burst
 };
 

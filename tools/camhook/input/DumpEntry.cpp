@@ -13,6 +13,7 @@
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/WholeNumber.h"
 

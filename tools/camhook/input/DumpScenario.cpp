@@ -20,10 +20,10 @@ constexpr std::string_view kMeta[] = {"meta"};
 constexpr std::string_view kCaptureContainers[] = {"app", "hal", "out"};
 
 constexpr DumpHook kHooks[] = {
-    {"request", UpdateRequestMeta::kName, kMeta, "requestNo", ""},
-    {"result", UpdateResultMeta::kName, kMeta, "requestNo", ""},
-    {"session", UpdateSessionParams::kName, kMeta, "", R"("streams": [])"},
-    {"capture", UpdateCaptureRawParameter::kName, kCaptureContainers, "", ""},
+    {"request", UpdateRequestMeta::kName, kMeta, "requestNo"},
+    {"result", UpdateResultMeta::kName, kMeta, "requestNo"},
+    {"session", UpdateSessionParams::kName, kMeta, "", true},
+    {"capture", UpdateCaptureRawParameter::kName, kCaptureContainers, ""},
 };
 
 std::string nameInFolder(const std::string& file) {
@@ -195,7 +195,7 @@ std::vector<std::string> assumptions(const DumpOptions& options, const DumpScena
   if (options.hook == nullptr) assumed.push_back("hook " + std::string(hook.word));
   if (!options.sensor) assumed.emplace_back("sensor 0");
   if (!hook.numberKey.empty() && !isNumbered) assumed.emplace_back("request numbers from 1");
-  if (!hook.rest.empty()) assumed.emplace_back(hook.rest);
+  if (hook.hasStreams) assumed.emplace_back("no streams");
   for (std::size_t i = dumps % hook.containers.size(); i > 0 && i < hook.containers.size(); ++i) {
     assumed.push_back("nothing in \"" + std::string(hook.containers[i]) + "\"");
   }
@@ -238,6 +238,14 @@ DumpFile dumpFile(std::string name, std::string_view text) {
     throw InputError(
         "no dump of metadata: no line has \"Dumping camera metadata array: 13 / 40 entries\", "
         "nor an entry such as \"android.control.captureIntent (1000d): byte[1]\"");
+  }
+  for (const Dump& dump : file.found.dumps) {
+    if (!dump.entries.empty() || dump.problem.empty()) continue;
+    Faults faults;
+    faults.add({.line = dump.line,
+                .column = 1,
+                .problem = "no entry of the dump can be read; " + dump.problem});
+    throw InputError(std::move(faults));
   }
   return file;
 }

@@ -20,7 +20,7 @@ struct DumpHook {
   std::string_view call;
   std::span<const std::string_view> containers;  // that a dump each fills, in their order
   std::string_view numberKey;                    // of the call's request number; empty: has none
-  std::string_view rest;                         // of its arguments, as the scenario has them
+  bool hasStreams = false;                       // a list of streams, which is empty
 };
 
 std::span<const DumpHook> dumpHooks();

@@ -32,11 +32,11 @@ std::string_view behindTime(std::string_view line) {
   return line;
 }
 
-/// What the lines of one dump have before them, but for the time and the blanks.
-std::string_view sourceOf(std::string_view beforeDump) {
-  std::string_view source = behindTime(beforeDump);
-  while (source.ends_with(' ')) source.remove_suffix(1);
-  return source;
+/// True for a header of `logcat -v long`, which is on a line of its own:
+/// "[ 03-04 05:06:07.123  1234: 1235 I/CameraMetadata ]".
+bool isHeader(std::string_view line) {
+  while (line.ends_with(' ') || line.ends_with('\r')) line.remove_suffix(1);
+  return line.starts_with("[ ") && line.ends_with(']') && behindTime(line).size() < line.size();
 }
 
 /// Goes through a text line by line.
@@ -57,6 +57,12 @@ class DumpFinder {
   };
 
   void onLine(std::string_view line);
+
+  /// The process, the thread and the tag that wrote a line, as the log has them: from the header
+  /// before the line, or from the begin of the line.
+  [[nodiscard]] std::string_view sourceOf(std::string_view line) const {
+    return mHeader.empty() ? behindTime(line) : mHeader;
+  }
   void onFirstLine(std::string_view beforeDump, std::string_view counts);
   void onHead(const DumpHead& head, std::string_view line);
   void open(std::string_view source, std::size_t announced);
@@ -70,6 +76,7 @@ class DumpFinder {
 
   DumpsOfText mFound;
   std::vector<Open> mOpen;
+  std::string_view mHeader;  // behind its time; empty: lines have no headers
   std::size_t mLine = 0;
   std::size_t mOlder = 0;  // entries behind a whole dump
   std::size_t mOlderLine = 0;
@@ -92,7 +99,9 @@ DumpsOfText DumpFinder::find(std::string_view text) {
 }
 
 void DumpFinder::onLine(std::string_view line) {
-  if (const std::size_t at = line.find(kFirstWords); at != std::string_view::npos) {
+  if (isHeader(line)) {
+    mHeader = behindTime(line);
+  } else if (const std::size_t at = line.find(kFirstWords); at != std::string_view::npos) {
     onFirstLine(line.substr(0, at), line.substr(at + kFirstWords.size()));
   } else if (const auto row = dumpRowOf(line)) {
     Open* dump = openFor(line);
@@ -107,7 +116,8 @@ void DumpFinder::onLine(std::string_view line) {
 /// `counts` is such as "13 / 40 entries, 64 / 4000 bytes of extra data.".
 void DumpFinder::onFirstLine(std::string_view beforeDump, std::string_view counts) {
   constexpr std::size_t kMostThreads = 8;
-  const std::string_view source = sourceOf(beforeDump);
+  std::string_view source = sourceOf(beforeDump);
+  while (source.ends_with(' ')) source.remove_suffix(1);
   const auto same = std::ranges::find(mOpen, source, &Open::source);
   if (same != mOpen.end()) close(*same);
   if (mOpen.size() == kMostThreads) close(mOpen.front());
@@ -157,7 +167,7 @@ void DumpFinder::open(std::string_view source, std::size_t announced) {
 DumpFinder::Open* DumpFinder::openFor(std::string_view line) {
   if (mOpen.empty()) return nullptr;
   if (mOpen.size() == 1) return &mOpen.front();
-  const std::string_view written = behindTime(line);
+  const std::string_view written = sourceOf(line);
   const auto found = std::find_if(mOpen.rbegin(), mOpen.rend(), [&](const Open& dump) {
     return written.starts_with(dump.source);
   });
@@ -187,6 +197,8 @@ void DumpFinder::finishEntry(Open& dump, bool isCutOff) {
   std::string problem = entry.problem(isCutOff);
   if (problem.empty() && !dump.tags.insert(entry.tag()).second) problem = "stands there twice";
   if (!problem.empty()) {
+    if (mFound.dumps[dump.index].problem.empty())
+      mFound.dumps[dump.index].problem = entry.title() + ": " + problem;
     note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " is left out: " + problem);
   } else {
     mFound.dumps[dump.index].entries.push_back(entry.take());

@@ -15,6 +15,7 @@ struct Dump {
   std::size_t line = 0;                           // of the text, in which it begins
   bool isNull = false;                            // of a buffer that there was not
   std::vector<NSCam::IMetadata::IEntry> entries;  // in their order, each with items and its own tag
+  std::string problem = {};  // of the first entry that is left out; empty: none is
 };
 
 /// What is to be said of an entry or of a whole dump.

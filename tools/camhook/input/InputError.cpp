@@ -63,20 +63,4 @@ InputError::InputError(const std::string& problem)
 InputError::InputError(Faults faults, std::string_view file)
     : std::runtime_error(faults.lines(file)), mFaults(std::move(faults)) {}
 
-Place Place::operator[](std::string_view key) const {
-  Place place;
-  place.mText = mText + (mText.empty() ? "" : ".") + printable(key);
-  return place;
-}
-
-Place Place::operator[](std::size_t index) const {
-  Place place;
-  place.mText = mText + '[' + std::to_string(index) + ']';
-  return place;
-}
-
-void Place::fail(const std::string& problem) const {
-  throw InputError(mText.empty() ? problem : mText + ": " + problem);
-}
-
 }  // namespace camhook

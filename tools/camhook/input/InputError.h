@@ -59,21 +59,4 @@ class InputError : public std::runtime_error {
   Faults mFaults;
 };
 
-/// A place in a document of which nothing else is left than its values.
-class Place {
- public:
-  Place() = default;  // the document itself
-
-  Place operator[](std::string_view key) const;
-  Place operator[](std::size_t index) const;
-
-  /// "calls[3].meta"; empty for the document itself.
-  [[nodiscard]] const std::string& text() const { return mText; }
-
-  [[noreturn]] void fail(const std::string& problem) const;
-
- private:
-  std::string mText;
-};
-
 }  // namespace camhook

@@ -1,39 +1,155 @@
-// JSON documents in and out.
+// A JSON value in memory, and the parser of whole documents.
 
 #pragma once
 
-#include <iosfwd>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <ranges>
 #include <string>
 #include <string_view>
-
-#include <nlohmann/json.hpp>
+#include <utility>
+#include <variant>
+#include <vector>
 
 namespace camhook {
 
 /// Objects keep the order of their keys.
-using Json = nlohmann::ordered_json;
+class Json {
+ public:
+  struct Member;
+  using List = std::vector<Json>;
+  using Object = std::vector<Member>;
 
-/// Parses a document. Throws InputError, which names the places of what is wrong: also keys that an
-/// object has twice, numbers beyond all types and nesting beyond sense.
-Json parseJson(std::string_view text);
+  Json();  // null
+  Json(const Json& other);
+  Json(Json&& other) noexcept;
+  Json& operator=(const Json& other);
+  Json& operator=(Json&& other) noexcept;
+  ~Json();
 
-/// Writes a value so that people can read it, on lines of its own: what fits stands on one line,
-/// what does not is broken into its members, a list of numbers into full lines.
-void writeJson(std::ostream& out, const Json& value);
+  Json(std::nullptr_t);
+  template <std::same_as<bool> T>
+  Json(T value) : Json(Boolean{value}) {}
+  template <std::integral T>
+  requires(!std::same_as<T, bool>) Json(T number)
+      : Json(Integer{static_cast<std::uint64_t>(number), std::in_range<std::int64_t>(number)}) {}
+  Json(double number);
+  /// The shortest number that reads back as the same float; "nan", "inf" and "-inf" are texts.
+  Json(float number);
+  Json(std::string text);
+  Json(std::string_view text);
+  Json(const char* text);
+  Json(List items);
+  Json(Object members);
+  /// An object: Json{{"width", 640}, {"height", 480}}.
+  Json(std::initializer_list<Member> members);
+  /// A list of anything here.
+  template <std::ranges::range T>
+  requires(!std::convertible_to<T, std::string_view> && !std::same_as<T, List> &&
+           !std::same_as<T, Object>) Json(const T& list)
+      : Json(List(std::ranges::begin(list), std::ranges::end(list))) {}
 
-/// The same of a value that stands on one line, without the end of the last line. `indent` is the
-/// column at which the value begins.
-std::string brokenJson(std::string_view line, std::size_t indent);
+  [[nodiscard]] bool isNull() const { return is<std::monostate>(); }
+  [[nodiscard]] bool isBoolean() const { return is<bool>(); }
+  [[nodiscard]] bool isInteger() const { return is<std::int64_t>() || is<std::uint64_t>(); }
+  [[nodiscard]] bool isNumber() const { return isInteger() || is<double>(); }
+  [[nodiscard]] bool isText() const { return is<std::string>(); }
+  [[nodiscard]] bool isList() const { return is<List>(); }
+  [[nodiscard]] bool isObject() const { return is<Object>(); }
 
-/// A value on one line, with a blank behind every comma and colon.
-std::string lineOfJson(const Json& value);
+  [[nodiscard]] bool isTrue() const {
+    const auto* value = std::get_if<bool>(&mValue);
+    return value != nullptr && *value;
+  }
 
-/// A float as the shortest number that reads back as the same float; "nan", "inf" and "-inf" are
-/// texts.
-Json jsonFromFloat(float value);
+  /// An integer that fits the type; none for any other value.
+  template <std::integral T>
+  [[nodiscard]] std::optional<T> integer() const {
+    if (const auto* number = std::get_if<std::int64_t>(&mValue)) {
+      if (std::in_range<T>(*number)) return static_cast<T>(*number);
+    } else if (const auto* large = std::get_if<std::uint64_t>(&mValue)) {
+      if (std::in_range<T>(*large)) return static_cast<T>(*large);
+    }
+    return {};
+  }
 
-/// A text in JSON's quotes, for messages.
-std::string jsonText(std::string_view text);
+  // Each throws std::bad_variant_access for a value of another kind.
+  [[nodiscard]] double number() const;
+  [[nodiscard]] const std::string& text() const { return std::get<std::string>(mValue); }
+  [[nodiscard]] const List& items() const { return std::get<List>(mValue); }
+  [[nodiscard]] List& items() { return std::get<List>(mValue); }
+  [[nodiscard]] const Object& members() const { return std::get<Object>(mValue); }
+  [[nodiscard]] Object& members() { return std::get<Object>(mValue); }
+
+  /// The number of items or members; 0 for any other value.
+  [[nodiscard]] std::size_t size() const;
+
+  /// The value of an object's key; null if there is none, and for any other value.
+  [[nodiscard]] const Json* find(std::string_view key) const;
+  [[nodiscard]] Json* find(std::string_view key) {
+    return const_cast<Json*>(std::as_const(*this).find(key));
+  }
+
+  /// The same; a value that is null if there is none.
+  [[nodiscard]] const Json& operator[](std::string_view key) const;
+  /// The same; adds the key if there is none. Makes an object of null.
+  Json& operator[](std::string_view key);
+
+  [[nodiscard]] const Json& operator[](std::size_t index) const { return items().at(index); }
+  Json& operator[](std::size_t index) { return items().at(index); }
+
+  /// Removes the key, if there is one.
+  void erase(std::string_view key);
+
+  /// Adds an item to a list. Makes a list of null.
+  void push_back(Json item);
+
+  /// Where a parsed value and its key begin in the text; not part of the value.
+  struct Offsets {
+    std::uint32_t value = 0;
+    std::uint32_t key = 0;
+  };
+  Offsets offsets;
+
+  friend bool operator==(const Json& left, const Json& right);
+
+ private:
+  friend class JsonLine;
+
+  using Variant = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double,
+                               std::string, List, Object>;
+
+  struct Boolean {
+    bool value;
+  };
+  struct Integer {
+    std::uint64_t bits;
+    bool isSigned;  // as an int64; else as a uint64
+  };
+  explicit Json(Boolean value);
+  explicit Json(Integer number);
+
+  template <typename T>
+  [[nodiscard]] bool is() const {
+    return std::holds_alternative<T>(mValue);
+  }
+
+  Variant mValue;
+};
+
+struct Json::Member {
+  std::string key;
+  Json value;
+
+  friend bool operator==(const Member& left, const Member& right) = default;
+};
+
+/// Parses a document. Throws InputError with the place of each fault; a key that an object has
+/// twice is one.
+Json parseJson(const std::string& text);
 
 /// 32 bits as "0x0001000d".
 std::string hexadecimal(std::uint32_t value);

@@ -1,15 +1,15 @@
 #include "tools/camhook/input/MetadataJson.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <concepts>
 #include <variant>
 
 #include "host/MetadataAccess.h"
-#include "tools/camhook/input/Document.h"
 #include "tools/camhook/input/MetadataReader.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/TagCatalogue.h"
+#include "tools/camhook/input/Value.h"
 #include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
@@ -19,25 +19,32 @@ using NSCam::IMetadata;
 using NSCam::MRational;
 using NSCam::MRect;
 
-template <std::integral T>
-T jsonFromItem(T item) {
+template <typename T>
+Json jsonFromItem(T item) {
   return item;
 }
-Json jsonFromItem(float item) { return jsonFromFloat(item); }
-Json jsonFromItem(const MRect& item) { return Json::array({item.x, item.y, item.w, item.h}); }
-Json jsonFromItem(const MRational& item) { return Json::array({item.numerator, item.denominator}); }
+Json jsonFromItem(const MRect& item) { return jsonFromRect(item); }
+Json jsonFromItem(const MRational& item) { return Json::List{item.numerator, item.denominator}; }
+
+void addItem(JsonLine& line, const auto& item) { line.add(item); }
+void addItem(JsonLine& line, const MRect& item) {
+  line.add(std::array{item.x, item.y, item.w, item.h});
+}
+void addItem(JsonLine& line, const MRational& item) {
+  line.add(std::array{item.numerator, item.denominator});
+}
 
 }  // namespace
 
 template <typename T>
-T integerFromJson(const Json& json, const Place& place) {
+T integerFromJson(const Json& json, std::string_view place) {
   return readJson<T>(json, place, [](const Value& value, T& target) { readValue(value, target); });
 }
 
-template std::int32_t integerFromJson(const Json&, const Place&);
-template std::int64_t integerFromJson(const Json&, const Place&);
+template std::int32_t integerFromJson(const Json&, std::string_view);
+template std::int64_t integerFromJson(const Json&, std::string_view);
 
-float floatFromJson(const Json& json, const Place& place) {
+float floatFromJson(const Json& json, std::string_view place) {
   return readJson<float>(json, place,
                          [](const Value& value, float& target) { readValue(value, target); });
 }
@@ -48,7 +55,7 @@ std::uint32_t tagFromText(std::string_view text) {
   return *tag;
 }
 
-IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place& place) {
+IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, std::string_view place) {
   return readJson<IMetadata::IEntry>(
       json, place,
       [](const Value& value, IMetadata::IEntry& target) {
@@ -57,13 +64,13 @@ IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place
       IMetadata::IEntry(tag));
 }
 
-IMetadata metadataFromJson(const Json& json, const Place& place) {
+IMetadata metadataFromJson(const Json& json, std::string_view place) {
   return readJson<IMetadata>(
       json, place, [](const Value& value, IMetadata& target) { readMetadata(value, &target); });
 }
 
 Json jsonFromItems(const IMetadata::IEntry& entry) {
-  Json list = Json::array();
+  Json::List list;
   std::visit(
       [&](const auto& items) {
         for (const auto& item : items) list.push_back(jsonFromItem(item));
@@ -89,16 +96,18 @@ void addEntry(JsonLine& line, const IMetadata::IEntry& entry) {
   line.open('[');
   std::visit(
       [&](const auto& list) {
-        for (const auto& item : list) line.add(jsonFromItem(item));
+        for (const auto& item : list) addItem(line, item);
       },
       items);
   line.close(']');
   line.close('}');
 }
 
+Json jsonFromRect(const MRect& rect) { return Json::List{rect.x, rect.y, rect.w, rect.h}; }
+
 Json jsonFromEntry(const IMetadata::IEntry& entry) {
-  return {{"type", host::typeName(host::MetadataAccess::itemsOf(entry))},
-          {"items", jsonFromItems(entry)}};
+  return Json::Object{{"type", host::typeName(host::MetadataAccess::itemsOf(entry))},
+                      {"items", jsonFromItems(entry)}};
 }
 
 bool areSame(const IMetadata::IEntry& left, const IMetadata::IEntry& right) {

@@ -14,23 +14,26 @@
 namespace camhook {
 
 /// Reads an object from tag to value. Throws InputError.
-NSCam::IMetadata metadataFromJson(const Json& json, const Place& place);
+NSCam::IMetadata metadataFromJson(const Json& json, std::string_view place);
 
 /// Reads the entry of a tag, one without items where the list is empty. Throws InputError.
-NSCam::IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, const Place& place);
+NSCam::IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, std::string_view place);
 
 /// Reads a tag: a catalogue name or a hexadecimal text. Throws InputError, which names those that
 /// are like it.
 std::uint32_t tagFromText(std::string_view text);
 
-/// Every entry that holds an item in its long form, ordered by tag.
+/// Writes every entry that holds an item in its long form, ordered by tag.
 void addMetadata(JsonLine& line, const NSCam::IMetadata& metadata);
 
-/// The long form of an entry that holds an item.
+/// Writes the long form of an entry that holds an item.
 void addEntry(JsonLine& line, const NSCam::IMetadata::IEntry& entry);
 
 /// The same as a value.
 Json jsonFromEntry(const NSCam::IMetadata::IEntry& entry);
+
+/// [x, y, width, height]
+Json jsonFromRect(const NSCam::MRect& rect);
 
 /// The items of an entry, as a trace lists them.
 Json jsonFromItems(const NSCam::IMetadata::IEntry& entry);
@@ -44,9 +47,9 @@ std::string tagText(std::uint32_t tag);
 /// An integer of type `T`: a number, or a hexadecimal text. Throws InputError where it does not
 /// fit.
 template <typename T>
-T integerFromJson(const Json& json, const Place& place);
+T integerFromJson(const Json& json, std::string_view place);
 
 /// A float: a number, or "inf", "-inf", "nan". Throws InputError where it does not fit.
-float floatFromJson(const Json& json, const Place& place);
+float floatFromJson(const Json& json, std::string_view place);
 
 }  // namespace camhook

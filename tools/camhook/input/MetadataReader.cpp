@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/AndroidTags.h"
+#include "host/MetadataAccess.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/ValueReader.h"
@@ -24,11 +25,18 @@ using NSCam::Type2Type;
 template <typename T>
 constexpr bool kIsTuple = std::is_same_v<T, MRect> || std::is_same_v<T, MRational>;
 
-/// Reads a text that names a value of the tag's enumeration, and says whether it does.
+/// The names of the tag's values; null if it has none.
+const host::AndroidTag* findEnumeration(std::uint32_t tag) {
+  const host::AndroidTag* known = host::findAndroidTag(tag);
+  return known != nullptr && !known->values.empty() ? known : nullptr;
+}
+
+/// Reads a text for a tag with named values: a name. Returns false for any other tag, and for a
+/// hexadecimal text.
 template <typename T>
 bool readName(const Value& value, std::uint32_t tag, T& item) {
-  const host::AndroidTag* known = host::findAndroidTag(tag);
-  if (known == nullptr || known->values.empty()) return false;
+  const host::AndroidTag* known = findEnumeration(tag);
+  if (known == nullptr) return false;
   if (const auto number = known->numberOf(value.text())) {
     item = static_cast<T>(*number);
     return true;
@@ -51,44 +59,54 @@ void readItem(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) 
   if (target != nullptr) target->push_back(item, Type2Type<T>{});
 }
 
+/// Returns the number of items.
 template <typename T>
-void readItems(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
-  const bool isSingleItem =
-      !value.isList() || (kIsTuple<T> && value.size() > 0 && !value.front().isList());
-  if (std::is_same_v<T, std::uint8_t> && value.isText()) {
-    if (target == nullptr) return;
+std::size_t readItems(const Value& value, std::uint32_t tag, IMetadata::IEntry* target) {
+  const bool isSingleItem = !value.isList() || (kIsTuple<T> && value.size() > 0 &&
+                                                !value.json().items().front().isList());
+  if (std::is_same_v<T, std::uint8_t> && value.isText() && findEnumeration(tag) == nullptr) {
+    if (target == nullptr) return value.text().size();
     for (const char byte : value.text()) {
       target->push_back(static_cast<std::uint8_t>(byte), Type2Type<std::uint8_t>{});
     }
-  } else if (isSingleItem) {
-    readItem<T>(value, tag, target);
-  } else {
-    value.forEachItem([tag, target](const Value& item) { readItem<T>(item, tag, target); });
+    return value.text().size();
   }
+  if (isSingleItem) {
+    readItem<T>(value, tag, target);
+    return 1;
+  }
+  value.forEachItem([tag, target](const Value& item) { readItem<T>(item, tag, target); });
+  return value.size();
 }
 
-/// How items of a type are read.
-struct ItemType {
-  std::string_view name;
-  void (*read)(const Value& value, std::uint32_t tag, IMetadata::IEntry* target);
-};
+using ItemReader = std::size_t (*)(const Value& value, std::uint32_t tag,
+                                   IMetadata::IEntry* target);
 
-constexpr ItemType kItemTypes[] = {
-    {"int32", readItems<std::int32_t>}, {"int64", readItems<std::int64_t>},
-    {"uint8", readItems<std::uint8_t>}, {"float", readItems<float>},
-    {"rect", readItems<MRect>},         {"rational", readItems<MRational>},
-};
+/// The reader of items of a type; null if there is no such type.
+ItemReader findReader(std::string_view type) {
+  constexpr ItemReader kReaders[] = {readItems<std::int32_t>, readItems<std::int64_t>,
+                                     readItems<std::uint8_t>, readItems<float>,
+                                     readItems<MRect>,        readItems<MRational>};
+  const auto* const found = std::ranges::find(host::kTypeNames, type);
+  return found != host::kTypeNames.end() ? kReaders[found - host::kTypeNames.begin()] : nullptr;
+}
 
-const ItemType* findType(std::string_view name) {
-  const auto* found = std::ranges::find(kItemTypes, name, &ItemType::name);
-  return found != std::end(kItemTypes) ? found : nullptr;
+/// Warns of a number of items that is not the catalogue's, if that is at most `kMostChecked`.
+void checkCount(const Value& items, std::size_t count, const TagDescription& info) {
+  constexpr std::uint32_t kMostChecked = 64;
+  const bool isChecked = info.count != kAnyCount && info.count <= kMostChecked;
+  if (!isChecked || count == 0 || count == info.count) return;
+  items.warn([&] {
+    return "the catalogue has " + std::to_string(info.count) +
+           (info.count == 1 ? " item" : " items") + ", not " + std::to_string(count);
+  });
 }
 
 /// The long form: {"type": ..., "items": ...}.
 void readTypedItems(const Value& value, std::uint32_t tag, const TagDescription* info,
                     IMetadata::IEntry* target) {
   constexpr std::array<std::string_view, 2> kKeys{"type", "items"};
-  value.forEachMember([&](const Value& key, const Value&) {
+  value.forEachMember([&](const Key& key, const Value&) {
     if (std::ranges::find(kKeys, key.text()) != kKeys.end()) return;
     key.fail("unknown key" + nearNames(key.text(), kKeys));
   });
@@ -98,18 +116,20 @@ void readTypedItems(const Value& value, std::uint32_t tag, const TagDescription*
   if (!items) value.failAt("items", "missing");
   if (!type || !items) return;
   if (!type->isText()) return type->failUnless("a text");
-  const ItemType* known = findType(type->text());
-  if (known == nullptr) {
+  const ItemReader read = findReader(type->text());
+  if (read == nullptr) {
     return type->failUnless("a type: int32, int64, uint8, float, rect or rational");
   }
-  const bool isText = known->name == "uint8" && items->isText();
+  const bool isText =
+      items->isText() &&
+      (type->text() == "uint8" || (type->text() == "int32" && findEnumeration(tag) != nullptr));
   if (!items->isList() && !isText) return items->failUnless("a list");
-  if (info != nullptr && info->type != known->name) {
-    type->warn([&] {
-      return "the catalogue has " + std::string(info->type) + ", not " + std::string(known->name);
-    });
+  if (info != nullptr && info->type != type->text()) {
+    type->warn(
+        [&] { return "the catalogue has " + std::string(info->type) + ", not " + type->text(); });
   }
-  known->read(*items, tag, target);
+  const std::size_t count = read(*items, tag, target);
+  if (info != nullptr && info->type == type->text()) checkCount(*items, count, *info);
 }
 
 void readEntryOf(const Value& value, std::uint32_t tag, const TagDescription* info,
@@ -121,12 +141,12 @@ void readEntryOf(const Value& value, std::uint32_t tag, const TagDescription* in
   } else if (info == nullptr) {
     value.fail(R"(the catalogue does not list this tag: give {"type": ..., "items": [...]})");
   } else {
-    findType(info->type)->read(value, tag, target);
+    checkCount(value, findReader(info->type)(value, tag, target), *info);
   }
 }
 
 /// Keys that differ may stand for one tag.
-void failRepeated(std::vector<std::pair<std::uint32_t, Value>>& keys) {
+void failRepeated(std::vector<std::pair<std::uint32_t, Key>>& keys) {
   std::ranges::stable_sort(keys, {}, [](const auto& key) { return key.first; });
   for (std::size_t i = 1; i < keys.size(); ++i) {
     const auto& [tag, key] = keys[i];
@@ -156,9 +176,9 @@ void readEntry(const Value& value, std::uint32_t tag, IMetadata::IEntry* target)
 void readMetadata(const Value& value, IMetadata* target) {
   if (!value.isObject()) return value.failUnless("an object from tag to value");
   bool hasNumbers = false;
-  std::vector<std::pair<std::uint32_t, Value>> keys;
+  std::vector<std::pair<std::uint32_t, Key>> keys;
   keys.reserve(value.size());
-  value.forEachMember([&](const Value& key, const Value& member) {
+  value.forEachMember([&](const Key& key, const Value& member) {
     const TagDescription* info = findTag(key.text());
     const auto tag = info != nullptr ? info->value : tagFrom(key.text());
     if (!tag) {

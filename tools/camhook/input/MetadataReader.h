@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/IMetadata.h"
-#include "tools/camhook/input/Document.h"
+#include "tools/camhook/input/Value.h"
 
 namespace camhook {
 

@@ -42,7 +42,7 @@ void ObjectReader::read(const Value& value, DefaultShading& target) const {
 
 void ObjectReader::read(const Value& value, NamedTexts& target) const {
   if (!value.isObject()) return value.failUnless("an object from text to text");
-  value.forEachMember([&](const Value& key, const Value& member) {
+  value.forEachMember([&](const Key& key, const Value& member) {
     readValue(member, target.texts[std::string(key.text())]);
   });
 }
@@ -50,7 +50,7 @@ void ObjectReader::read(const Value& value, NamedTexts& target) const {
 void ObjectReader::read(const Value& value,
                         std::map<std::int32_t, host::DeviceConfig>& target) const {
   if (!value.isObject()) return value.failUnless("an object from device number to device");
-  value.forEachMember([&](const Value& key, const Value& device) {
+  value.forEachMember([&](const Key& key, const Value& device) {
     const std::int32_t id = wholeNumber<std::int32_t>(key.text()).value_or(0);
     if (std::to_string(id) != key.text()) key.fail("a device's key is its number");
     read(device, target[id]);

@@ -11,10 +11,10 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/camhook/input/Document.h"
 #include "tools/camhook/input/MetadataReader.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ScenarioKeys.h"
+#include "tools/camhook/input/Value.h"
 #include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
@@ -63,7 +63,7 @@ class ObjectReader {
   void failUnknownKeys(T& target, std::string_view besides) const {
     KeyNames known;
     keysOf(known, target);
-    mObject.forEachMember([&](const Value& key, const Value&) {
+    mObject.forEachMember([&](const Key& key, const Value&) {
       if (key.text() == besides ||
           std::ranges::find(known.names(), key.text()) != known.names().end()) {
         return;

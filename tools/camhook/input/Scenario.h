@@ -142,7 +142,7 @@ using Call =
 /// A call, and its arguments but the sensor and the containers, as the scenario has them.
 struct ScenarioCall {
   Call call;
-  Json arguments = Json::object();
+  Json arguments = {};
 };
 
 struct Scenario {

@@ -78,7 +78,7 @@ inline constexpr std::string_view kObjectName<host::DeviceConfig> = "device";
 template <>
 inline constexpr std::string_view kObjectName<host::Hal3AConfig> = "hal3a";
 template <>
-inline constexpr std::string_view kObjectName<host::FaceConfig> = "face";
+inline constexpr std::string_view kObjectName<NSCam::FaceRecord::Face> = "face";
 template <>
 inline constexpr std::string_view kObjectName<host::SensorConfig> = "sensor";
 template <>
@@ -142,7 +142,7 @@ void keysOf(V& visit, host::Hal3AConfig& hal3A) {
 }
 
 template <typename V>
-void keysOf(V& visit, host::FaceConfig& face) {
+void keysOf(V& visit, NSCam::FaceRecord::Face& face) {
   visit.may("rect", face.rect);
   visit.may("score", face.score);
 }

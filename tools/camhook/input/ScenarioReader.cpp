@@ -1,5 +1,6 @@
 #include "tools/camhook/input/ScenarioReader.h"
 
+#include <algorithm>
 #include <set>
 #include <type_traits>
 #include <utility>
@@ -7,6 +8,7 @@
 
 #include "common/updater/MetadataDump.h"
 #include "tools/camhook/input/Doubts.h"
+#include "tools/camhook/input/JsonParser.h"
 #include "tools/camhook/input/ObjectReader.h"
 
 namespace camhook {
@@ -77,6 +79,12 @@ std::optional<Call> readCall(const Value& value, Containers containers) {
   return call;
 }
 
+template <typename T>
+void readObject(const Value& value, T& target) {
+  if (!value.isObject()) return value.failUnless("an object");
+  ObjectReader(value, Containers::made).readAll(target);
+}
+
 /// What a trace repeats of a call: all but its name, its sensor and its containers.
 class RepeatedArguments {
  public:
@@ -85,20 +93,21 @@ class RepeatedArguments {
   template <typename T>
   void must(std::string_view key, T&& /*target*/, std::string_view /*meaning*/ = {}) {
     if (key == "sensor" || std::is_same_v<std::remove_cvref_t<T>, MetadataArgument>) return;
-    mKeys.insert(key);
+    mKeys.push_back(key);
   }
 
   [[nodiscard]] Json json() const {
-    Json json = Json::object();
-    mCall.forEachMember([&](const Value& key, const Value& member) {
-      if (mKeys.contains(key.text())) json[std::string(key.text())] = member.json();
-    });
-    return json;
+    Json::Object arguments;
+    for (const Json::Member& member : mCall.json().members()) {
+      if (std::ranges::find(mKeys, member.key) == mKeys.end()) continue;
+      arguments.push_back(member);
+    }
+    return arguments;
   }
 
  private:
   Value mCall;
-  std::set<std::string_view> mKeys;
+  std::vector<std::string_view> mKeys;
 };
 
 /// The call of a value that was checked.
@@ -118,38 +127,51 @@ std::vector<std::string_view> callNames() {
   return names;
 }
 
-ScenarioText::ScenarioText(std::string text) : mText(std::move(text)), mDocument(mText, mFaults) {
-  if (mDocument.isWhole()) {
-    mDocument.warnTo(&mWarnings);
-    const Value root = mDocument.root();
-    ScenarioFrame frame;
-    if (root.isObject()) {
-      ObjectReader(root, Containers::made).readAll(frame);
-    } else {
-      root.failUnless("an object");
-    }
-    mAbout = std::move(frame.about);
-    mPlatform = std::move(frame.platform);
-    if (const auto calls = root.find("calls")) readCalls(*calls);
+ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
+  Faults faults;
+  Doubts doubts;
+  const auto checkCall = [&](const Json& json) {
+    const Source source{.root = json,
+                        .faults = faults,
+                        .warnings = &mWarnings,
+                        .text = &mText,
+                        .call = mCalls.size()};
+    mCalls.push_back(json.offsets.value);
+    const Value value(source);
+    value.failRepeatedKeys();
+    if (const auto call = readCall(value, Containers::checked)) doubts.onCall(*call, value);
+  };
+  Faults parserFaults;
+  const auto document = parseDocument(mText, parserFaults, checkCall);
+  if (!document) throw InputError(std::move(parserFaults));
+  readFrame({.root = *document, .faults = faults, .warnings = &mWarnings, .text = &mText});
+  if (!faults.isEmpty()) throw InputError(std::move(faults));
+  for (const auto& [sensor, index] : doubts.sensors()) {
+    if (mPlatform.devices.empty() || mPlatform.devices.contains(sensor)) continue;
+    const Json json = parseValue(mText, mCalls[index]);
+    const Source source{
+        .root = json, .faults = faults, .warnings = &mWarnings, .text = &mText, .call = index};
+    Value(source).find("sensor")->warn(
+        [id = sensor] { return "there is no device " + std::to_string(id) + " in the platform"; });
   }
-  if (!mFaults.isEmpty()) throw InputError(mFaults);
-  mDocument.warnTo(nullptr);
 }
 
-void ScenarioText::readCalls(const Value& list) {
-  if (!list.isList()) return;
-  Doubts doubts(mPlatform);
-  if (const auto platform = mDocument.root().find("platform")) doubts.onPlatform(*platform);
-  mCalls.reserve(list.size());
-  list.forEachItem([&](const Value& value) {
-    mCalls.push_back(value);
-    if (const auto call = readCall(value, Containers::checked)) doubts.onCall(*call, value);
-  });
+void ScenarioText::readFrame(const Source& source) {
+  const Value root(source);
+  root.failRepeatedKeys();
+  ScenarioFrame frame;
+  readObject(root, frame);
+  mAbout = std::move(frame.about);
+  mPlatform = std::move(frame.platform);
+  if (const auto platform = root.find("platform")) Doubts::onPlatform(*platform);
 }
 
 ScenarioCall ScenarioText::call(std::size_t index) const {
+  const Json json = parseValue(mText, mCalls[index]);
+  Faults none;
+  const Source source{.root = json, .faults = none};
   ScenarioCall call;
-  makeCall(mCalls[index], call);
+  makeCall(Value(source), call);
   return call;
 }
 
@@ -161,16 +183,12 @@ Scenario readScenario(std::string_view text) {
   return whole;
 }
 
-ScenarioCall callFromJson(const Json& json, const Place& place) {
+ScenarioCall callFromJson(const Json& json, std::string_view place) {
   return readJson<ScenarioCall>(json, place, makeCall);
 }
 
-host::PhoneConfig platformFromJson(const Json& json, const Place& place) {
-  return readJson<host::PhoneConfig>(json, place,
-                                     [](const Value& value, host::PhoneConfig& platform) {
-                                       if (!value.isObject()) return value.failUnless("an object");
-                                       ObjectReader(value, Containers::made).readAll(platform);
-                                     });
+host::PhoneConfig platformFromJson(const Json& json, std::string_view place) {
+  return readJson<host::PhoneConfig>(json, place, readObject<host::PhoneConfig>);
 }
 
 }  // namespace camhook

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "host/PhoneConfig.h"
-#include "tools/camhook/input/Document.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/Scenario.h"
+#include "tools/camhook/input/Value.h"
 
 namespace camhook {
 
@@ -35,15 +35,13 @@ class ScenarioText {
   [[nodiscard]] const Faults& warnings() const { return mWarnings; }
 
  private:
-  void readCalls(const Value& list);
+  void readFrame(const Source& source);
 
   std::string mText;
-  Faults mFaults;
   Faults mWarnings;
-  Document mDocument;
   std::string mAbout;
   host::PhoneConfig mPlatform;
-  std::vector<Value> mCalls;
+  std::vector<std::uint32_t> mCalls;  // the offset of each in the text
 };
 
 /// The names of all calls that a scenario may have.
@@ -53,9 +51,9 @@ std::vector<std::string_view> callNames();
 Scenario readScenario(std::string_view text);
 
 /// Reads one call of a scenario. Throws InputError.
-ScenarioCall callFromJson(const Json& json, const Place& place);
+ScenarioCall callFromJson(const Json& json, std::string_view place);
 
 /// Reads the phone of a scenario, the object "platform". Throws InputError.
-host::PhoneConfig platformFromJson(const Json& json, const Place& place);
+host::PhoneConfig platformFromJson(const Json& json, std::string_view place);
 
 }  // namespace camhook

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "host/AndroidTags.h"
+#include "host/MetadataAccess.h"
 #include "tools/camhook/input/ScenarioKeys.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/ValueReader.h"
@@ -17,13 +18,20 @@
 namespace camhook {
 namespace {
 
-Json reference(std::string_view name) { return {{"$ref", "#/definitions/" + std::string(name)}}; }
+using Object = Json::Object;
+using List = Json::List;
 
-Json anyOf(Json alternatives) { return {{"anyOf", std::move(alternatives)}}; }
+Json reference(std::string_view name) {
+  return Object{{"$ref", "#/definitions/" + std::string(name)}};
+}
 
-Json oneWord(std::string_view word) { return {{"enum", Json::array({word})}}; }
+Json ofType(const char* type) { return Object{{"type", type}}; }
 
-Json listOf(Json item) { return {{"type", "array"}, {"items", std::move(item)}}; }
+Json anyOf(List alternatives) { return Object{{"anyOf", std::move(alternatives)}}; }
+
+Json oneOf(List values) { return Object{{"enum", std::move(values)}}; }
+
+Json listOf(Json item) { return Object{{"type", "array"}, {"items", std::move(item)}}; }
 
 Json listOf(Json item, std::size_t count) {
   Json list = listOf(std::move(item));
@@ -32,22 +40,29 @@ Json listOf(Json item, std::size_t count) {
   return list;
 }
 
-Json objectOf(Json properties, Json required) {
-  Json object = {{"type", "object"}, {"additionalProperties", false}};
+Json objectOf(Object properties, List required) {
+  Json object = Object{{"type", "object"}, {"additionalProperties", false}};
   object["properties"] = std::move(properties);
   if (!required.empty()) object["required"] = std::move(required);
   return object;
 }
 
+/// The schema with a description before it.
+Json described(std::string_view meaning, const Json& schema) {
+  Object members{{"description", meaning}};
+  members.insert(members.end(), schema.members().begin(), schema.members().end());
+  return members;
+}
+
 Json hexadecimalText(const std::string& digits) {
-  return {{"type", "string"}, {"pattern", "^0x0*" + digits + "$"}};
+  return Object{{"type", "string"}, {"pattern", "^0x0*" + digits + "$"}};
 }
 
 /// A number, or the hexadecimal text of one.
 template <std::integral T>
 Json integer(T most, const std::string& digits) {
-  const Json number = {
-      {"type", "integer"}, {"minimum", std::numeric_limits<T>::min()}, {"maximum", most}};
+  const Json number =
+      Object{{"type", "integer"}, {"minimum", std::numeric_limits<T>::min()}, {"maximum", most}};
   return anyOf({number, hexadecimalText(digits)});
 }
 
@@ -64,15 +79,14 @@ class SchemaWriter {
 
   template <typename T>
   void may(std::string_view key, T&& target, std::string_view meaning = {}) {
-    Json property = Json::object();
-    if (!meaning.empty()) property["description"] = meaning;
-    property.update(schemaOf(target));
-    mProperties[std::string(key)] = std::move(property);
+    const Json schema = schemaOf(target);
+    mProperties.push_back(
+        {std::string(key), meaning.empty() ? schema : described(meaning, schema)});
   }
 
   void addCall(std::string_view name) {
     mRequired.push_back("call");
-    mProperties["call"] = oneWord(name);
+    mProperties.push_back({"call", oneOf({name})});
   }
 
   [[nodiscard]] Json schema() const { return objectOf(mProperties, mRequired); }
@@ -82,9 +96,9 @@ class SchemaWriter {
   static Json schemaOf(const T& /*target*/) {
     return reference(kIntegerName<T>);
   }
-  static Json schemaOf(const bool& /*target*/) { return {{"type", "boolean"}}; }
+  static Json schemaOf(const bool& /*target*/) { return ofType("boolean"); }
   static Json schemaOf(const float& /*target*/) { return reference("float"); }
-  static Json schemaOf(const std::string& /*target*/) { return {{"type", "string"}}; }
+  static Json schemaOf(const std::string& /*target*/) { return ofType("string"); }
   static Json schemaOf(const NSCam::MRect& /*target*/) { return reference("rect"); }
   static Json schemaOf(const NSCam::MSize& /*target*/) { return reference("size"); }
   static Json schemaOf(const NSCam::IMetadata& /*target*/) { return reference("metadata"); }
@@ -96,25 +110,24 @@ class SchemaWriter {
   }
   static Json schemaOf(const ScenarioFrame::Calls& /*target*/) { return listOf(reference("call")); }
   static Json schemaOf(const std::optional<std::tm>& /*target*/) {
-    return {{"type", "string"},
-            {"pattern", "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}$"}};
+    return Object{{"type", "string"},
+                  {"pattern", "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}$"}};
   }
   static Json schemaOf(const NamedTexts& target) {
-    const Json text = {{"type", "string"}};
-    Json known = Json::object();
+    const Json text = ofType("string");
+    Object known;
     for (const auto& [name, meaning] : target.known) {
-      Json described = {{"description", meaning}};
-      described.update(text);
-      known[std::string(name)] = std::move(described);
+      known.push_back({std::string(name), described(meaning, text)});
     }
-    return {{"type", "object"}, {"properties", std::move(known)}, {"additionalProperties", text}};
+    return Object{
+        {"type", "object"}, {"properties", std::move(known)}, {"additionalProperties", text}};
   }
 
   Json schemaOf(const std::map<std::int32_t, host::DeviceConfig>& /*target*/) {
     const Json device = schemaOf(host::DeviceConfig());
-    return {{"type", "object"},
-            {"additionalProperties", false},
-            {"patternProperties", {{"^(0|-?[1-9][0-9]*)$", device}}}};
+    return Object{{"type", "object"},
+                  {"additionalProperties", false},
+                  {"patternProperties", Object{{"^(0|-?[1-9][0-9]*)$", device}}}};
   }
 
   template <typename T>
@@ -151,12 +164,12 @@ class SchemaWriter {
   }
 
   Json& mDefinitions;
-  Json mProperties = Json::object();
-  Json mRequired = Json::array();
+  Object mProperties;
+  List mRequired;
 };
 
 void addCalls(Json& definitions) {
-  Json alternatives = Json::array();
+  List alternatives;
   definitions["call"] = Json();
   forEachCall([&]<typename CallType>(CallType call) {
     const std::string name(CallType::kName);
@@ -164,11 +177,9 @@ void addCalls(Json& definitions) {
     SchemaWriter writer(definitions);
     writer.addCall(name);
     keysOf(writer, call);
-    Json schema = {{"description", CallType::kMeaning}};
-    schema.update(writer.schema());
-    definitions[name] = std::move(schema);
+    definitions[name] = described(CallType::kMeaning, writer.schema());
   });
-  definitions["call"] = {{"oneOf", std::move(alternatives)}};
+  definitions["call"] = Object{{"oneOf", std::move(alternatives)}};
 }
 
 void addNumbers(Json& definitions) {
@@ -181,15 +192,14 @@ void addNumbers(Json& definitions) {
   definitions["uint8"] = integer(std::numeric_limits<std::uint8_t>::max(), hex + "{1,2}");
   definitions["uint32"] = integer(std::numeric_limits<std::uint32_t>::max(), hex + "{1,8}");
   definitions["uint64"] = integer(std::numeric_limits<std::uint64_t>::max(), hex + "{1,16}");
-  const Json number = {{"type", "number"},
-                       {"minimum", -kFirstBeyondFloats},
-                       {"exclusiveMinimum", true},
-                       {"maximum", kFirstBeyondFloats},
-                       {"exclusiveMaximum", true}};
-  definitions["float"] = anyOf({number, {{"enum", {"inf", "-inf", "nan"}}}});
+  const Json number = Object{{"type", "number"},
+                             {"minimum", -kFirstBeyondFloats},
+                             {"exclusiveMinimum", true},
+                             {"maximum", kFirstBeyondFloats},
+                             {"exclusiveMaximum", true}};
+  definitions["float"] = anyOf({number, oneOf({"inf", "-inf", "nan"})});
   const auto tuple = [&](const char* name, const char* shape, std::size_t count) {
-    definitions[name] = {{"description", shape}};
-    definitions[name].update(listOf(reference("int32"), count));
+    definitions[name] = described(shape, listOf(reference("int32"), count));
   };
   tuple("size", "[width, height]", 2);
   tuple("rect", "[x, y, width, height]", 4);
@@ -198,78 +208,78 @@ void addNumbers(Json& definitions) {
 
 /// Entries of one type: in short, and with the type beside the items.
 void addEntries(Json& definitions) {
-  constexpr std::string_view kTypes[] = {"int32", "int64", "uint8", "float", "rect", "rational"};
-  Json typed = Json::array();
-  for (const std::string_view type : kTypes) {
+  List typed;
+  List unnamed;  // of the types of which no tag has names
+  for (const std::string_view type : host::kTypeNames) {
     Json items = listOf(reference(type));
-    Json alternatives = {reference(type), items};
+    List alternatives{reference(type), items};
     if (type == "uint8") {
-      const Json bytes = {{"description", "One item a byte"}, {"type", "string"}};
-      items = anyOf({items, bytes});
-      alternatives = {{{"type", "integer"}, {"minimum", 0}, {"maximum", 255}}, items};
+      items = anyOf({items, described("One item a byte", ofType("string"))});
+      alternatives = {Object{{"type", "integer"}, {"minimum", 0}, {"maximum", 255}}, items};
     }
     alternatives.push_back(reference("typed"));
     definitions[std::string(type) + "Entry"] = anyOf(std::move(alternatives));
     typed.push_back(
-        objectOf({{"type", oneWord(type)}, {"items", std::move(items)}}, {"type", "items"}));
+        objectOf({{"type", oneOf({type})}, {"items", std::move(items)}}, {"type", "items"}));
+    if (type != "int32" && type != "uint8") unnamed.push_back(typed.back());
   }
-  definitions["typed"] = {{"description", "Items of another type than the catalogue's"},
-                          {"oneOf", std::move(typed)}};
-  definitions["unlisted"] = anyOf({reference("typed"), {{"type", "array"}, {"maxItems", 0}}});
+  definitions["unnamed"] = Object{{"oneOf", std::move(unnamed)}};
+  definitions["typed"] = Object{{"description", "Items of another type than the catalogue's"},
+                                {"oneOf", std::move(typed)}};
+  definitions["unlisted"] = anyOf({reference("typed"), Object{{"type", "array"}, {"maxItems", 0}}});
 }
 
 /// "2 int32: request: AE target fps range [min,max]"
-std::string described(const TagDescription& tag) {
+std::string meaningOf(const TagDescription& tag) {
   const std::string count =
       tag.count == kAnyCount ? std::string("any number of") : std::to_string(tag.count);
   return count + ' ' + std::string(tag.type) + ": " + std::string(tag.meaning);
 }
 
-/// An entry whose items may have names.
+/// An entry whose items may have names. A text is a name, not bytes.
 Json enumeratedEntry(const TagDescription& tag, const host::AndroidTag& known) {
-  Json names = Json::array();
-  for (const host::AndroidTag::Value& value : known.values) names.push_back(value.name);
-  const Json items = listOf(anyOf({{{"enum", std::move(names)}}, reference(tag.type)}));
-  const Json type = {{"enum", {"int32", "uint8"}}};
-  return anyOf({reference(std::string(tag.type) + "Entry"), items,
-                objectOf({{"type", type}, {"items", items}}, {"type", "items"})});
+  List values;
+  for (const host::AndroidTag::Value& value : known.values) values.push_back(value.name);
+  const Json names = oneOf(std::move(values));
+  const Json item = anyOf({names, reference(tag.type)});
+  const Json type = oneOf({"int32", "uint8"});
+  const Json items = anyOf({names, listOf(item)});
+  return anyOf({item, listOf(item), objectOf({{"type", type}, {"items", items}}, {"type", "items"}),
+                reference("unnamed")});
 }
 
 void addMetadata(Json& definitions) {
-  Json tags = Json::object();
-  Json names = Json::array();
+  Object tags;
+  List names;
   for (const TagDescription& tag : kTagCatalogue) {
     names.push_back(tag.name);
-    Json entry = {{"description", described(tag)}};
     const host::AndroidTag* known = host::findAndroidTag(tag.value);
     const bool hasNames = known != nullptr && !known->values.empty();
-    entry.update(hasNames ? enumeratedEntry(tag, *known)
-                          : reference(std::string(tag.type) + "Entry"));
-    tags[std::string(tag.name)] = std::move(entry);
+    const Json entry =
+        hasNames ? enumeratedEntry(tag, *known) : reference(std::string(tag.type) + "Entry");
+    tags.push_back({std::string(tag.name), described(meaningOf(tag), entry)});
   }
-  definitions["tag"] = anyOf({{{"enum", std::move(names)}}, hexadecimalText("[0-9a-fA-F]{1,16}")});
-  Json metadata = {{"description", "From tag to value"}};
-  metadata.update(objectOf(std::move(tags), {}));
-  metadata["patternProperties"] = {{"^0x0*[0-9a-fA-F]{1,8}$", reference("unlisted")}};
+  definitions["tag"] = anyOf({oneOf(std::move(names)), hexadecimalText("[0-9a-fA-F]{1,16}")});
+  Json metadata = described("From tag to value", objectOf(std::move(tags), {}));
+  metadata["patternProperties"] = Object{{"^0x0*[0-9a-fA-F]{1,8}$", reference("unlisted")}};
   definitions["metadata"] = std::move(metadata);
-  definitions["container"] = anyOf({{{"type", "null"}}, reference("metadata")});
+  definitions["container"] = anyOf({ofType("null"), reference("metadata")});
 }
 
 }  // namespace
 
 Json scenarioSchema() {
-  Json definitions = Json::object();
+  Json definitions;
   SchemaWriter root(definitions);
   root.may("scenario", ScenarioFrame());
   addCalls(definitions);
   addNumbers(definitions);
   addEntries(definitions);
   addMetadata(definitions);
-  Json schema = {{"$schema", "http://json-schema.org/draft-04/schema#"},
-                 {"title", "Scenario of camhook replay"}};
-  schema.update(reference("scenario"));
-  schema["definitions"] = std::move(definitions);
-  return schema;
+  return Object{{"$schema", "http://json-schema.org/draft-04/schema#"},
+                {"title", "Scenario of camhook replay"},
+                reference("scenario").members().front(),
+                {"definitions", std::move(definitions)}};
 }
 
 }  // namespace camhook

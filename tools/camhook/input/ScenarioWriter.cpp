@@ -1,19 +1,15 @@
 #include "tools/camhook/input/ScenarioWriter.h"
 
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <variant>
-#include <vector>
 
 #include "host/AndroidTags.h"
 #include "host/MetadataAccess.h"
-#include "tools/camhook/input/Joined.h"
-#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/TagCatalogue.h"
 
@@ -21,132 +17,74 @@ namespace camhook {
 namespace {
 
 using NSCam::IMetadata;
-using Members = std::vector<std::string>;
 
-/// Members between brackets, each on lines of its own; `indent` is the column of the brackets.
-std::string block(const Members& members, std::size_t indent, std::string_view brackets = "{}") {
-  if (members.empty()) return std::string(brackets);
-  const std::string end = '\n' + std::string(indent, ' ');
-  const std::string start = end + "  ";
-  return brackets.front() + start + joined(members, ',' + start) + end + brackets.back();
-}
-
-std::string listOf(const Members& items) { return '[' + joined(items, ", ") + ']'; }
-
-std::string member(std::string_view key, const std::string& value) {
-  return jsonText(key) + ": " + value;
-}
-
-std::string listOf(std::initializer_list<std::int32_t> numbers) {
-  Members texts;
-  for (const std::int32_t number : numbers) texts.push_back(std::to_string(number));
-  return listOf(texts);
-}
-
-template <typename T>
-std::string itemText(T item) {
-  return std::to_string(item);
-}
-std::string itemText(float item) {
-  if (std::isnan(item)) return R"("nan")";
-  if (std::isinf(item)) return item < 0 ? R"("-inf")" : R"("inf")";
-  std::array<char, 32> digits{};
-  return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), item).ptr};
-}
-std::string itemText(const NSCam::MRect& item) { return listOf({item.x, item.y, item.w, item.h}); }
-std::string itemText(const NSCam::MRational& item) {
-  return listOf({item.numerator, item.denominator});
-}
-
-/// The name of an item of an enumeration; empty where it has none.
-template <typename T>
-std::string_view nameOf(const host::AndroidTag* known, const T& item) {
-  if constexpr (std::is_same_v<T, std::uint8_t> || std::is_same_v<T, std::int32_t>) {
-    if (known != nullptr) return known->nameOf(item);
-  }
-  return {};
-}
-
-std::string dumpedText(const IMetadata::IEntry& entry) {
+/// The short form of an entry whose type is the catalogue's, with names for the items that have
+/// one.
+Json shortEntry(const IMetadata::IEntry& entry) {
   const host::ItemList& items = host::MetadataAccess::itemsOf(entry);
   const host::AndroidTag* known = host::findAndroidTag(entry.tag());
-  Members texts;
-  bool hasNames = false;
-  std::visit(
-      [&](const auto& list) {
-        for (const auto& item : list) {
-          const std::string_view name = nameOf(known, item);
-          hasNames = hasNames || !name.empty();
-          texts.push_back(name.empty() ? itemText(item) : jsonText(name));
-        }
-      },
-      items);
+  Json list = jsonFromItems(entry);
+  for (Json& item : list.items()) {
+    const auto number = item.integer<std::int64_t>();
+    const std::string_view name = known != nullptr && number ? known->nameOf(*number) : "";
+    if (!name.empty()) item = name;
+  }
   const TagDescription* info = findTag(entry.tag());
   const std::string_view type = host::typeName(items);
-  const bool isOfCatalogue = info != nullptr && info->type == type;
-  // A name by itself would be the bytes of its text.
-  if (isOfCatalogue && texts.size() == 1 && !hasNames) return texts.front();
-  const std::string list = listOf(texts);
-  return isOfCatalogue ? list
-                       : "{ \"type\": " + jsonText(type) + ", " + member("items", list) + " }";
+  if (info == nullptr || info->type != type) return Json::Object{{"type", type}, {"items", list}};
+  return list.size() == 1 ? list[0] : list;
 }
 
-std::string metadataText(const Dump& dump, std::size_t indent) {
-  Members entries;
+Json jsonFromDump(const Dump& dump) {
+  if (dump.isNull) return {};
+  Json::Object entries;
   for (const IMetadata::IEntry& entry : dump.entries) {
-    entries.push_back(member(tagText(entry.tag()), dumpedText(entry)));
+    entries.push_back({tagText(entry.tag()), shortEntry(entry)});
   }
-  return block(entries, indent);
+  return entries;
 }
 
-std::string textsText(const host::TextMap& texts, std::size_t indent) {
-  Members members;
-  for (const auto& [name, value] : texts) members.push_back(member(name, jsonText(value)));
-  return block(members, indent);
+Json jsonFromTextMap(const host::TextMap& texts) {
+  Json::Object members;
+  for (const auto& [name, value] : texts) members.push_back({name, value});
+  return members;
 }
 
-std::string platformText(const DumpScenario& scenario) {
-  Members members;
-  if (!scenario.properties.empty()) {
-    members.push_back(member("properties", textsText(scenario.properties, 4)));
-  }
-  if (!scenario.eventStore.empty()) {
-    members.push_back(member("eventStore", textsText(scenario.eventStore, 4)));
-  }
+Json platformOf(const DumpScenario& scenario) {
+  Json::Object platform;
+  const auto& [properties, events] = std::tie(scenario.properties, scenario.eventStore);
+  if (!properties.empty()) platform.push_back({"properties", jsonFromTextMap(properties)});
+  if (!events.empty()) platform.push_back({"eventStore", jsonFromTextMap(events)});
   if (scenario.statics) {
-    const std::string device = block({member("static", metadataText(*scenario.statics, 8))}, 6);
-    members.push_back(
-        member("devices", block({member(std::to_string(scenario.sensor), device)}, 4)));
+    const Json::Object device{{"static", jsonFromDump(*scenario.statics)}};
+    platform.push_back({"devices", Json::Object{{std::to_string(scenario.sensor), device}}});
   }
-  if (!scenario.clock.empty()) members.push_back(member("clock", jsonText(scenario.clock)));
-  return members.empty() ? "" : block(members, 2);
+  if (!scenario.clock.empty()) platform.push_back({"clock", scenario.clock});
+  return platform;
 }
 
-std::string callText(const DumpScenario& scenario, const DumpScenario::Call& call) {
+Json callOf(const DumpScenario& scenario, const DumpScenario::Call& made) {
   const DumpHook& hook = *scenario.hook;
-  Members arguments{member("call", jsonText(hook.call)),
-                    member("sensor", std::to_string(scenario.sensor))};
-  if (!hook.numberKey.empty()) {
-    arguments.push_back(member(hook.numberKey, std::to_string(call.requestNo)));
+  Json::Object call{{"call", hook.call}, {"sensor", scenario.sensor}};
+  if (!hook.numberKey.empty()) call.push_back({std::string(hook.numberKey), made.requestNo});
+  if (hook.hasStreams) call.push_back({"streams", Json::List()});
+  for (std::size_t i = 0; i < made.containers.size(); ++i) {
+    call.push_back({std::string(hook.containers[i]), jsonFromDump(made.containers[i])});
   }
-  if (!hook.rest.empty()) arguments.emplace_back(hook.rest);
-  Members members{joined(arguments, ", ")};
-  for (std::size_t i = 0; i < call.containers.size(); ++i) {
-    const Dump& dump = call.containers[i];
-    members.push_back(member(hook.containers[i], dump.isNull ? "null" : metadataText(dump, 6)));
-  }
-  return block(members, 4);
+  return call;
 }
 
 }  // namespace
 
 void writeScenario(std::ostream& out, const DumpScenario& scenario) {
-  out << "{\n  " << member("about", jsonText(scenario.about)) << ",\n";
-  const std::string platform = platformText(scenario);
-  if (!platform.empty()) out << "  " << member("platform", platform) << ",\n";
+  out << "{\n  \"about\": " << jsonText(scenario.about) << ",\n";
+  if (const Json platform = platformOf(scenario); platform.size() > 0) {
+    out << "  \"platform\": " << brokenJson(platform, 2) << ",\n";
+  }
   out << "  \"calls\": [";
   for (const DumpScenario::Call& call : scenario.calls) {
-    out << (&call != &scenario.calls.front() ? ",\n    " : "\n    ") << callText(scenario, call);
+    out << (&call != &scenario.calls.front() ? ",\n    " : "\n    ")
+        << brokenJson(callOf(scenario, call), 4);
   }
   out << "\n  ]\n}\n";
 }

@@ -1,112 +1,98 @@
-#include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
-#include <cstdlib>
-#include <utility>
+#include "tools/camhook/input/Value.h"
 
-#include "tools/camhook/input/Document.h"
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/JsonParser.h"
 
 namespace camhook {
+namespace {
 
-std::optional<Value> Value::find(std::string_view key) const {
-  std::uint32_t at = mNode + 1;
-  for (std::size_t left = isObject() ? size() : 0; left > 0; --left) {
-    if (mDocument->textOf(at) == key) return Value(*mDocument, at + 1);
-    at = mDocument->nextOf(at + 1);
+/// "calls[3]" and "meta" as "calls[3].meta".
+std::string joinPlaces(std::string outer, std::string_view inner) {
+  if (!outer.empty() && !inner.empty() && inner.front() != '[') outer += '.';
+  return outer.append(inner);
+}
+
+/// The place in `value` of a value in it, or of the key of a member: "meta.HESK_CONTROL_ISO[1]".
+/// None if it is not there.
+std::optional<std::string> findIn(const Json& value, const void* wanted) {
+  if (&value == wanted) return "";
+  const auto findItem = [&](const std::string& step,
+                            const Json& item) -> std::optional<std::string> {
+    const auto rest = findIn(item, wanted);
+    return rest ? std::optional(joinPlaces(step, *rest)) : std::nullopt;
+  };
+  if (value.isList()) {
+    for (std::size_t i = 0; i < value.size(); ++i) {
+      if (auto found = findItem('[' + std::to_string(i) + ']', value[i])) return found;
+    }
+  } else if (value.isObject()) {
+    for (const auto& [key, member] : value.members()) {
+      if (&key == wanted) return printable(key);
+      if (auto found = findItem(printable(key), member)) return found;
+    }
   }
   return {};
 }
 
+}  // namespace
+
+Fault Located::faultAt(std::string problem, std::string_view key) const {
+  std::string place = mSource->call ? "calls[" + std::to_string(*mSource->call) + ']' : "";
+  place = joinPlaces(std::move(place), findIn(mSource->root, mPlace).value_or(""));
+  place = joinPlaces(std::move(place), printable(key));
+  if (mSource->text == nullptr) return {.place = std::move(place), .problem = std::move(problem)};
+  return camhook::faultAt(*mSource->text, mOffset, std::move(place), std::move(problem));
+}
+
 std::string Value::shown() const {
   constexpr std::size_t kMostColumns = 40;
-  switch (kind()) {
-    case Kind::null: return "null";
-    case Kind::boolean: return isTrue() ? "true" : "false";
-    case Kind::number: return cutBehind(text(), kMostColumns);
-    case Kind::text:
-    case Kind::escapedText: return '"' + cutBehind(printable(text()), kMostColumns) + '"';
-    case Kind::list: return "a list of " + std::to_string(size());
-    case Kind::object: break;
-  }
-  return "an object";
-}
-
-Fault Value::faultHere(std::string problem) const {
-  return mDocument->faultAt(node().start, mDocument->placeOf(mNode), std::move(problem));
-}
-
-double Value::number() const {
-  // Not every library's std::from_chars reads floats. Few numbers have more digits.
-  std::array<char, 64> digits{};
-  const std::string_view all = text();
-  if (all.size() >= digits.size()) return std::strtod(std::string(all).c_str(), nullptr);
-  std::ranges::copy(all, digits.begin());
-  return std::strtod(digits.data(), nullptr);
-}
-
-Json Value::json() const {
-  if (isText()) return std::string(text());
-  if (isBoolean()) return isTrue();
-  if (isNumber()) return jsonFromDigits();
-  Json json;
-  if (isList()) {
-    json = Json::array();
-    forEachItem([&](const Value& item) { json.push_back(item.json()); });
-  } else if (isObject()) {
-    json = Json::object();
-    auto& members = membersOf(json);
-    forEachMember([&](const Value& key, const Value& value) {
-      members.emplace_back(std::string(key.text()), value.json());
-    });
-  }
-  return json;
-}
-
-Json Value::jsonFromDigits() const {
-  const std::string_view digits = text();
-  const char* const end = digits.data() + digits.size();
-  if (digits.find_first_of(".eE") == std::string_view::npos) {
-    std::int64_t number = 0;
-    if (std::from_chars(digits.data(), end, number).ec == std::errc()) {
-      // As the parser has it that reads traces back.
-      return number < 0 ? Json(number) : Json(static_cast<std::uint64_t>(number));
-    }
-    std::uint64_t large = 0;
-    if (std::from_chars(digits.data(), end, large).ec == std::errc()) return large;
-  }
-  if (std::isinf(number())) fail("no number is this large");
-  return number();
-}
-
-void Value::fail(const std::string& problem) const {
-  mDocument->mFaults.add(isHeard() ? faultHere(problem) : Fault());
+  if (mJson->isText()) return '"' + cutBehind(printable(mJson->text()), kMostColumns) + '"';
+  if (mJson->isList()) return "a list of " + std::to_string(mJson->size());
+  return mJson->isObject() ? "an object" : lineOfJson(*mJson);
 }
 
 void Value::failUnless(const std::string& expected) const {
-  if (!isHeard()) return mDocument->mFaults.add({});
-  fail("must be " + expected + ", not " + shown());
+  fail(isHeard() ? "must be " + expected + ", not " + shown() : std::string());
 }
 
-void Value::failAt(std::string_view key, const std::string& problem) const {
-  Fault fault;
-  if (isHeard()) {
-    fault = faultHere(problem);
-    if (!fault.place.empty()) fault.place += '.';
-    fault.place += printable(key);
+void Value::failRepeatedKeys() const {
+  if (mJson->isList()) forEachItem([](const Value& item) { item.failRepeatedKeys(); });
+  if (!mJson->isObject()) return;
+  std::vector<const Json::Member*> members;
+  members.reserve(mJson->size());
+  for (const Json::Member& member : mJson->members()) {
+    members.push_back(&member);
+    Value(*mSource, member.value).failRepeatedKeys();
   }
-  mDocument->mFaults.add(std::move(fault));
+  // Any order that puts equal keys side by side, the first of them first.
+  std::ranges::sort(members, [](const Json::Member* left, const Json::Member* right) {
+    if (left->key.size() != right->key.size()) return left->key.size() < right->key.size();
+    const int order = left->key.compare(right->key);
+    return order != 0 ? order < 0 : left < right;
+  });
+  for (std::size_t i = 1; i < members.size(); ++i) {
+    if (members[i - 1]->key == members[i]->key) Key(*mSource, *members[i]).fail("given twice");
+  }
 }
 
-Json::object_t::Container& membersOf(Json& object) { return object.get_ref<Json::object_t&>(); }
-
-void refuse(const Place& place, const Faults& faults) {
+void refuse(std::string_view place, const Faults& faults) {
   if (faults.isEmpty()) return;
   const Fault& fault = faults.shown().front();
-  std::string at = place.text();
-  if (!at.empty() && !fault.place.empty() && fault.place.front() != '[') at += '.';
-  at += fault.place;
+  const std::string at = joinPlaces(std::string(place), fault.place);
   throw InputError(at.empty() ? fault.problem : at + ": " + fault.problem);
+}
+
+Json parseJson(const std::string& text) {
+  Faults faults;
+  std::optional<Json> json = parseDocument(text, faults);
+  if (json) Value(Source{.root = *json, .faults = faults, .text = &text}).failRepeatedKeys();
+  if (!faults.isEmpty()) throw InputError(std::move(faults));
+  return *std::move(json);
 }
 
 }  // namespace camhook

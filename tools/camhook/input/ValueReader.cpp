@@ -17,9 +17,7 @@ std::optional<T> integerFrom(const Value& value) {
     if (!number || !std::in_range<T>(*number)) return {};
     return static_cast<T>(*number);
   }
-  if (!value.isNumber()) return {};
-  if (value.text() == "-0") return T{0};  // an unsigned one, too
-  return wholeNumber<T>(value.text());
+  return value.json().integer<T>();
 }
 
 template <typename T>
@@ -51,7 +49,7 @@ std::optional<std::uint64_t> numberFromHexadecimal(std::string_view text) {
 
 void readValue(const Value& value, bool& target) {
   if (!value.isBoolean()) return value.failUnless("true or false");
-  target = value.isTrue();
+  target = value.json().isTrue();
 }
 
 void readValue(const Value& value, std::string& target) {
@@ -67,7 +65,7 @@ void readValue(const Value& value, std::uint64_t& target) { readInteger(value, t
 
 void readValue(const Value& value, float& target) {
   if (value.isNumber()) {
-    const double number = value.number();
+    const double number = value.json().number();
     if (std::abs(number) >= kFirstBeyondFloats) {
       return value.fail("does not fit a float: " + value.shown());
     }

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "platform/Geometry.h"
-#include "tools/camhook/input/Document.h"
+#include "tools/camhook/input/Value.h"
 
 namespace camhook {
 

@@ -71,7 +71,7 @@ struct CallTrace {
   std::size_t number = 0;  // in the scenario, from 1
   std::string_view call;
   std::optional<std::int32_t> sensor;
-  Json arguments = Json::object();  // without the sensor and the containers
+  Json arguments;  // without the sensor and the containers
   Json result;
   std::vector<std::pair<std::string_view, Json>> extras;  // further outputs, such as "copied"
   std::vector<ContainerTrace> containers;

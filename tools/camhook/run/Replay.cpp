@@ -36,7 +36,7 @@ UpdaterFields fieldsOf(HeskParameterUpdater& updater) {
 
 constexpr std::size_t kMostContainers = 3;  // of a call; none moves while the call runs
 
-Json jsonFromSize(NSCam::MSize size) { return Json::array({size.w, size.h}); }
+Json jsonFromSize(NSCam::MSize size) { return Json::List{size.w, size.h}; }
 
 /// Tuning data: byte i is i modulo 251.
 std::vector<std::byte> tuningBlock(std::size_t size) {

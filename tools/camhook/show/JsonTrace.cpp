@@ -2,6 +2,8 @@
 
 #include <array>
 #include <ostream>
+#include <utility>
+#include <vector>
 
 #include "tools/camhook/input/MetadataJson.h"
 
@@ -43,7 +45,7 @@ void addRecord(JsonLine& line, const host::LogRecord& record) {
 
 /// An entry in its long form, null if it holds no item.
 void addEntryOrNull(JsonLine& line, const NSCam::IMetadata::IEntry& entry) {
-  if (entry.isEmpty()) return line.addLine("null");
+  if (entry.isEmpty()) return line.add(nullptr);
   addEntry(line, entry);
 }
 
@@ -67,26 +69,31 @@ void addContainer(JsonLine& line, const ContainerTrace& container) {
   if (container.after) {
     addMetadata(line, *container.after);
   } else {
-    line.addLine("null");
+    line.add(nullptr);
   }
 }
 
-/// What the call changed, as it was: "{}" if nothing.
-std::string lineOfBefore(const CallTrace& trace) {
-  JsonLine line;
-  line.open('{');
+/// Adds the member "before" if the call changed anything: what it changed, as it was.
+void addBefore(JsonLine& line, const CallTrace& trace) {
+  std::vector<std::pair<const ContainerTrace*, std::vector<std::uint32_t>>> changes;
   for (const ContainerTrace& container : trace.containers) {
-    const std::vector<std::uint32_t> tags = changedTags(container);
-    if (tags.empty()) continue;
-    line.key(container.name);
+    std::vector<std::uint32_t> tags = changedTags(container);
+    if (!tags.empty()) changes.emplace_back(&container, std::move(tags));
+  }
+  const bool isStateChanged = trace.state && trace.state->before != trace.state->after;
+  if (changes.empty() && !isStateChanged) return;
+  line.key("before");
+  line.open('{');
+  for (const auto& [container, tags] : changes) {
+    line.key(container->name);
     line.open('{');
     for (const std::uint32_t tag : tags) {
       line.key(tagText(tag));
-      addEntryOrNull(line, container.before->entryFor(tag));
+      addEntryOrNull(line, container->before->entryFor(tag));
     }
     line.close('}');
   }
-  if (trace.state && trace.state->before != trace.state->after) {
+  if (isStateChanged) {
     const UpdaterFields& before = trace.state->before;
     const UpdaterFields& after = trace.state->after;
     line.key("state");
@@ -97,12 +104,11 @@ std::string lineOfBefore(const CallTrace& trace) {
     line.close('}');
   }
   line.close('}');
-  return line.line();
 }
 
 void addState(JsonLine& line, const std::optional<StateTrace>& state) {
   line.key("state");
-  if (!state) return line.addLine("null");
+  if (!state) return line.add(nullptr);
   line.open('{');
   forEachUpdaterField(
       [&](std::string_view name, auto field) { line.member(name, state->after.*field); });
@@ -128,8 +134,7 @@ std::string lineOfEffect(const host::Effect& effect) {
   return line.line();
 }
 
-std::string lineOfCall(const CallTrace& trace) {
-  JsonLine line;
+void addCall(JsonLine& line, const CallTrace& trace) {
   line.open('{');
   line.member("call", trace.call);
   if (trace.sensor) line.member("sensor", *trace.sensor);
@@ -137,24 +142,18 @@ std::string lineOfCall(const CallTrace& trace) {
   line.member("return", trace.result);
   for (const auto& [name, value] : trace.extras) line.member(name, value);
   for (const ContainerTrace& container : trace.containers) addContainer(line, container);
-  if (const std::string before = lineOfBefore(trace); before != "{}") {
-    line.key("before");
-    line.addLine(before);
-  }
+  addBefore(line, trace);
   if (trace.takesUpdater) addState(line, trace.state);
   addList(line, "effects", trace.effects, addEffect);
   addList(line, "logs", trace.logs, addRecord);
   if (trace.accesses) addList(line, "writes", *trace.accesses, addWrite);
   line.close('}');
-  return line.line();
 }
 
-std::string lineOfEventStore(const host::TextMap& eventStore) {
-  JsonLine line;
+void addTexts(JsonLine& line, const host::TextMap& texts) {
   line.open('{');
-  for (const auto& [key, value] : eventStore) line.member(key, value);
+  for (const auto& [key, value] : texts) line.member(key, value);
   line.close('}');
-  return line.line();
 }
 
 JsonTrace::JsonTrace(std::ostream& out) : mOut(out) { mOut << "{\n  \"calls\": ["; }
@@ -162,12 +161,16 @@ JsonTrace::JsonTrace(std::ostream& out) : mOut(out) { mOut << "{\n  \"calls\": [
 void JsonTrace::write(const CallTrace& trace) {
   mOut << (mHasCall ? ",\n    " : "\n    ");
   mHasCall = true;
-  mOut << brokenJson(lineOfCall(trace), 4);
+  mLine.clear();
+  addCall(mLine, trace);
+  mOut << mLine.broken(4);
 }
 
 void JsonTrace::finish(const host::TextMap& eventStore) {
   mOut << (mHasCall ? "\n  ],\n" : "],\n") << "  \"eventStore\": ";
-  mOut << brokenJson(lineOfEventStore(eventStore), 2) << "\n}\n";
+  mLine.clear();
+  addTexts(mLine, eventStore);
+  mOut << mLine.broken(2) << "\n}\n";
 }
 
 }  // namespace camhook

@@ -16,9 +16,11 @@ void addEffectValue(JsonLine& line, const host::Effect::Value& value);
 /// An effect: its op, then what belongs to it.
 std::string lineOfEffect(const host::Effect& effect);
 
-/// What the trace has of a call, and of the event store at the end.
-std::string lineOfCall(const CallTrace& trace);
-std::string lineOfEventStore(const host::TextMap& eventStore);
+/// A call of the trace.
+void addCall(JsonLine& line, const CallTrace& trace);
+
+/// An object from key to text.
+void addTexts(JsonLine& line, const host::TextMap& texts);
 
 class JsonTrace final : public TraceWriter {
  public:
@@ -30,6 +32,7 @@ class JsonTrace final : public TraceWriter {
  private:
   std::ostream& mOut;
   bool mHasCall = false;
+  JsonLine mLine;
 };
 
 }  // namespace camhook

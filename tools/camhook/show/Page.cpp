@@ -1,13 +1,12 @@
 #include "tools/camhook/show/Page.h"
 
 #include <algorithm>
-#include <array>
 #include <initializer_list>
-#include <map>
 #include <ostream>
 #include <utility>
 
 #include "host/AndroidTags.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/TagCatalogue.h"
@@ -61,8 +60,8 @@ void writeHead(std::ostream& out, std::string_view title) {
   out << "</head>\n<body>\n";
 }
 
-/// JSON without raw control and bidirectional characters: white space aside they can only be in its
-/// strings, where they are escaped.
+/// JSON without raw control and bidirectional characters: apart from white space they can only be
+/// in its strings, where they are escaped.
 std::string plainJson(std::string json) {
   std::ranges::replace_if(
       json, [](char letter) { return letter == '\t' || letter == '\r'; }, ' ');
@@ -72,51 +71,36 @@ std::string plainJson(std::string json) {
   return plain;
 }
 
-std::string closed(JsonLine& line, char bracket) {
-  line.close(bracket);
-  return line.line();
-}
-
 /// The names of the values of tags, {"ANDROID_CONTROL_CAPTURE_INTENT": {"2": "STILL_CAPTURE"}}.
-std::string valueNames() {
-  JsonLine line;
-  line.open('{');
+Json valueNames() {
+  Json::Object tags;
   for (const TagDescription& tag : kTagCatalogue) {
     const host::AndroidTag* const known = host::findAndroidTag(tag.value);
     if (known == nullptr || known->values.empty()) continue;
-    line.key(tag.name);
-    line.open('{');
-    for (const auto& [number, name] : known->values) line.member(std::to_string(number), name);
-    line.close('}');
+    Json::Object names;
+    for (const auto& [number, name] : known->values)
+      names.push_back({std::to_string(number), name});
+    tags.push_back({std::string(tag.name), std::move(names)});
   }
-  return closed(line, '}');
+  return tags;
 }
 
-std::string modeNames() {
-  JsonLine line;
-  line.open('{');
+Json modeNames() {
+  Json::Object names;
   for (int mode = 0; mode <= hesk::NO_DECISION; ++mode) {
     const std::string_view name = sensorModeName(mode);
-    if (!name.empty()) line.member(std::to_string(mode), name);
+    if (!name.empty()) names.push_back({std::to_string(mode), name});
   }
-  return closed(line, '}');
+  return names;
 }
 
 /// The names of commands by operation, {"hal3a.control": {"8": "getShadingTable"}}.
-std::string commandNamesByOperation() {
-  std::map<std::string_view, JsonLine> operations;
+Json commandNamesByOperation() {
+  Json operations;
   for (const auto& [op, command, name] : commandNames()) {
-    JsonLine& names = operations[op];
-    if (names.line().empty()) names.open('{');
-    names.member(std::to_string(command), name);
+    operations[op][std::to_string(command)] = name;
   }
-  JsonLine line;
-  line.open('{');
-  for (auto& [op, names] : operations) {
-    line.key(op);
-    line.addLine(closed(names, '}'));
-  }
-  return closed(line, '}');
+  return operations;
 }
 
 }  // namespace
@@ -126,8 +110,6 @@ Page::Page(std::ostream& out, std::string_view title, const ScenarioText& scenar
       mTitle(title),
       mScenario(scenario),
       mTextTrace(mText, Style(false), TextTrace::Records::debug, scenario.about()) {
-  mCalls.open('[');
-  for (JsonLine* part : {&mDecisions, &mRectangles, &mDecoded}) part->open('{');
   writeHead(mOut, mTitle);
   mOut << "<noscript><pre>";
 }
@@ -140,7 +122,9 @@ void Page::writeText() {
 void Page::write(const CallTrace& trace) {
   mTextTrace.write(trace);
   writeText();
-  mCalls.addLine(lineOfCall(trace));
+  JsonLine line;
+  addCall(line, trace);
+  mCalls += (mCalls.empty() ? "" : ",\n") + line.line();
   addRectangles(trace);
   addDecoded(trace);
 }
@@ -148,38 +132,28 @@ void Page::write(const CallTrace& trace) {
 void Page::addRectangles(const CallTrace& trace) {
   const std::vector<NamedRectangle> rectangles = rectanglesOf(trace, mScenario.platform());
   if (rectangles.empty()) return;
-  mRectangles.key(std::to_string(trace.number));
-  mRectangles.open('[');
+  Json::List list;
   for (const auto& [name, rect] : rectangles) {
-    mRectangles.open('{');
-    mRectangles.member("name", name);
-    mRectangles.member("rect", std::array{rect.x, rect.y, rect.w, rect.h});
-    mRectangles.close('}');
+    list.push_back(Json::Object{{"name", name}, {"rect", jsonFromRect(rect)}});
   }
-  mRectangles.close(']');
+  mRectangles.push_back({std::to_string(trace.number), std::move(list)});
 }
 
 void Page::addDecoded(const CallTrace& trace) {
-  JsonLine call;
-  call.open('{');
+  Json::Object call;
   for (const ContainerTrace& container : trace.containers) {
-    JsonLine tags;
-    tags.open('{');
+    Json::Object tags;
     for (const std::uint32_t tag : changedTags(container)) {
       const auto lines = decodedLines(tag, container.after->entryFor(tag));
-      if (!lines.empty()) tags.member(tagText(tag), lines);
+      if (!lines.empty()) tags.push_back({tagText(tag), lines});
     }
-    if (closed(tags, '}') == "{}") continue;
-    call.key(container.name);
-    call.addLine(tags.line());
+    if (!tags.empty()) call.push_back({std::string(container.name), std::move(tags)});
   }
-  if (closed(call, '}') == "{}") return;
-  mDecoded.key(std::to_string(trace.number));
-  mDecoded.addLine(call.line());
+  if (!call.empty()) mDecoded.push_back({std::to_string(trace.number), std::move(call)});
 }
 
 void Page::addDecision(std::size_t number, const Json& decision) {
-  mDecisions.member(std::to_string(number), decision);
+  mDecisions.push_back({std::to_string(number), decision});
 }
 
 void Page::finish(const host::TextMap& eventStore) {
@@ -190,16 +164,18 @@ void Page::finish(const host::TextMap& eventStore) {
   // Escaped, "<" cannot end the element.
   const auto write = [&](std::string_view json) { writeReplaced(mOut, json, {{'<', "\\u003c"}}); };
   write("{\"title\": " + jsonText(mTitle) + ",\n\"scenario\": ");
-  write(plainJson(mScenario.text()));
-  write(",\n\"trace\": {\"calls\": ");
-  write(closed(mCalls, ']'));
-  write(", \"eventStore\": " + lineOfEventStore(eventStore) + "}");
-  write(",\n\"decisions\": " + closed(mDecisions, '}'));
-  write(",\n\"rectangles\": " + closed(mRectangles, '}'));
-  write(",\n\"decoded\": " + closed(mDecoded, '}'));
-  write(",\n\"values\": " + valueNames());
-  write(",\n\"modes\": " + modeNames());
-  write(",\n\"commands\": " + commandNamesByOperation() + "}");
+  write(plainJson(std::string(mScenario.text())));
+  write(",\n\"trace\": {\"calls\": [");
+  write(mCalls);
+  JsonLine texts;
+  addTexts(texts, eventStore);
+  write("], \"eventStore\": " + texts.line() + "}");
+  write(",\n\"decisions\": " + lineOfJson(std::move(mDecisions)));
+  write(",\n\"rectangles\": " + lineOfJson(std::move(mRectangles)));
+  write(",\n\"decoded\": " + lineOfJson(std::move(mDecoded)));
+  write(",\n\"values\": " + lineOfJson(valueNames()));
+  write(",\n\"modes\": " + lineOfJson(modeNames()));
+  write(",\n\"commands\": " + lineOfJson(commandNamesByOperation()) + "}");
   mOut << "</script>\n";
   writeParts(mOut, "script", pageScripts());
   mOut << "</body>\n</html>\n";

@@ -10,7 +10,6 @@
 #include <string_view>
 
 #include "tools/camhook/input/Json.h"
-#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/show/TextTrace.h"
 #include "tools/camhook/show/TraceWriter.h"
@@ -39,11 +38,11 @@ class Page final : public TraceWriter {
   const ScenarioText& mScenario;
   std::ostringstream mText;  // of the text trace that has not been written
   TextTrace mTextTrace;
-  // Parts of the page's data, each without its closing bracket.
-  JsonLine mCalls;
-  JsonLine mDecisions;
-  JsonLine mRectangles;
-  JsonLine mDecoded;
+  // Parts of the page's data, all but the first by the number of the call.
+  std::string mCalls;
+  Json::Object mDecisions;
+  Json::Object mRectangles;
+  Json::Object mDecoded;
 };
 
 }  // namespace camhook

@@ -8,6 +8,7 @@
 
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/WholeNumber.h"
 
@@ -49,14 +50,14 @@ void writeText(std::ostream& out, const std::vector<TagDescription>& tags, Style
 }
 
 void writeJsonList(std::ostream& out, const std::vector<TagDescription>& tags) {
-  Json list = Json::array();
+  Json::List list;
   for (const TagDescription& tag : tags) {
     const bool varies = tag.count == kAnyCount;
-    list.push_back({{"name", tag.name},
-                    {"value", hexadecimal(tag.value)},
-                    {"type", tag.type},
-                    {"count", varies ? Json() : Json(tag.count)},
-                    {"meaning", tag.meaning}});
+    list.push_back(Json::Object{{"name", tag.name},
+                                {"value", hexadecimal(tag.value)},
+                                {"type", tag.type},
+                                {"count", varies ? Json() : Json(tag.count)},
+                                {"meaning", tag.meaning}});
   }
   writeJson(out, list);
 }

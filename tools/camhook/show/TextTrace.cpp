@@ -52,12 +52,6 @@ std::string placeText(const Step& step) {
   return std::filesystem::path(step.file).filename().string() + ':' + std::to_string(step.line);
 }
 
-std::string lineOf(const auto& field) {
-  JsonLine line;
-  line.add(field);
-  return line.line();
-}
-
 }  // namespace
 
 TextTrace::TextTrace(std::ostream& out, Style style, Records records, std::string_view about)
@@ -83,13 +77,13 @@ void TextTrace::writeTitle(const CallTrace& trace) {
   std::string title = std::to_string(trace.number) + "  ";
   title += trace.call;
   if (trace.sensor) title += "  sensor " + std::to_string(*trace.sensor);
-  for (const auto& [name, value] : trace.arguments.items()) {
+  for (const auto& [name, value] : trace.arguments.members()) {
     title += "  " + name + ' ' + (name == "streams" ? streamsText(value) : valueText(value));
   }
   mOut << mStyle.title(title);
-  if (!trace.result.is_null()) mOut << "  " << kArrow << "  " << lineOfJson(trace.result);
+  if (!trace.result.isNull()) mOut << "  " << kArrow << "  " << lineOfJson(trace.result);
   if (trace.call == DecideSensorScenario::kName) {
-    mOut << ' ' << sensorModeName(trace.result.get<std::int32_t>());
+    mOut << ' ' << sensorModeName(trace.result.integer<std::int32_t>().value());
   }
   mOut << '\n';
   for (const auto& [name, value] : trace.extras) writeExtra(name, value);
@@ -97,7 +91,7 @@ void TextTrace::writeTitle(const CallTrace& trace) {
 
 void TextTrace::writeExtra(std::string_view name, const Json& value) {
   mOut << "  " << mStyle.heading(name);
-  const std::string text = value.is_string() ? value.get<std::string>() : lineOfJson(value);
+  const std::string text = value.isText() ? value.text() : lineOfJson(value);
   if (text.find('\n') == std::string::npos) {
     mOut << "  " << printable(text) << '\n';
     return;
@@ -190,7 +184,7 @@ void TextTrace::writeState(const CallTrace& trace) {
   Columns columns(kNameWidth);
   forEachUpdaterField([&](const char* name, auto field) {
     if (before.*field == after.*field) return;
-    columns.add({name, changeText(lineOf(before.*field), lineOf(after.*field))});
+    columns.add({name, changeText(lineOfJson(before.*field), lineOfJson(after.*field))});
   });
   mOut << "  " << mStyle.heading("state") << '\n';
   columns.write(mOut, kMargin);

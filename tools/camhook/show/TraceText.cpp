@@ -11,6 +11,7 @@
 #include "host/MetadataAccess.h"
 #include "platform/Hal3A.h"
 #include "platform/HalSensor.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/TagCatalogue.h"
@@ -36,7 +37,7 @@ constexpr std::string_view kAeRows[] = {
 
 std::string fieldText(const host::Effect::Value& value) {
   if (const auto* text = std::get_if<std::string>(&value)) return valueText(*text);
-  if (const auto* number = std::get_if<float>(&value)) return valueText(jsonFromFloat(*number));
+  if (const auto* number = std::get_if<float>(&value)) return valueText(*number);
   JsonLine line;
   addEffectValue(line, value);
   return line.line();
@@ -55,8 +56,8 @@ std::string checksum(std::string_view text) {
 /// "2", or "2 (STILL_CAPTURE)" if the tag has names for its values.
 std::string itemText(const host::AndroidTag* known, const Json& item) {
   std::string text = valueText(item);
-  if (known == nullptr || !item.is_number_integer()) return text;
-  const std::string_view name = known->nameOf(item.get<std::int64_t>());
+  if (known == nullptr || !item.isInteger()) return text;
+  const std::string_view name = known->nameOf(item.integer<std::int64_t>().value_or(0));
   if (!name.empty()) text.append(" (").append(name).append(")");
   return text;
 }
@@ -64,7 +65,7 @@ std::string itemText(const host::AndroidTag* known, const Json& item) {
 /// "1", "[15, 60]", "[50, 48, ... 15 items, sum 1f00beef]".
 std::string itemsText(std::uint32_t tag, const Json& items) {
   const host::AndroidTag* known = host::findAndroidTag(tag);
-  if (items.size() == 1) return itemText(known, items.front());
+  if (items.size() == 1) return itemText(known, items[0]);
   std::string text = "[";
   for (std::size_t i = 0; i < std::min(items.size(), kMostItems); ++i) {
     text += (i > 0 ? ", " : "") + itemText(known, items[i]);
@@ -135,15 +136,14 @@ std::vector<std::string> pdafLines(const Bytes& bytes) {
 }  // namespace
 
 std::string valueText(const Json& value) {
-  if (!value.is_string() || value.get_ref<const std::string&>().empty()) return lineOfJson(value);
-  return printable(value.get_ref<const std::string&>());
+  return value.isText() && !value.text().empty() ? printable(value.text()) : lineOfJson(value);
 }
 
 std::string streamsText(const Json& streams) {
   std::string text;
-  for (const Json& stream : streams) {
+  for (const Json& stream : streams.items()) {
     if (!text.empty()) text += ", ";
-    const auto member = [&stream](const char* key) { return valueText(stream.at(key)); };
+    const auto member = [&stream](const char* key) { return valueText(stream[key]); };
     text +=
         member("id") + ' ' + member("width") + 'x' + member("height") + " usage " + member("usage");
   }
