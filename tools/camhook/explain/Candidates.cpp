@@ -427,6 +427,7 @@ std::vector<Json> Candidates::argument(const std::string& key, const Json& prese
   if (key == "streams") return std::vector<Json>(1, Json::List());
   if (key != "tag") return variants(present, isFloatPlace(key), Which::all);
   std::vector<Json> list;
+  list.reserve(kTagCatalogue.size());
   for (const TagDescription& tag : kTagCatalogue) list.emplace_back(tag.name);
   return list;
 }
