@@ -44,6 +44,7 @@ std::vector<Decision> smallestChanges(DecidingPhone& phone, const Inputs& inputs
     search(phone, inputs, mode, values, kAppType, count, found);
   }
   std::vector<Decision> decisions;
+  decisions.reserve(found.size());
   for (const Inputs& each : found) decisions.push_back(phone.explain(each));
   return decisions;
 }
