@@ -20,7 +20,7 @@ using namespace camhook;
 constexpr int kFailed = 2;
 
 /// The words after the program's name, in reverse order: CLI11 takes them from the end. "help"
-/// stands for --help.
+/// means --help.
 std::vector<std::string> wordsOf(int argc, char** argv) {
   std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
   if (!words.empty() && words.front() == "help") {

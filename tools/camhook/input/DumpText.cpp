@@ -76,7 +76,7 @@ class DumpFinder {
 
   DumpsOfText mFound;
   std::vector<Open> mOpen;
-  std::string_view mHeader;  // behind its time; empty: lines have no headers
+  std::string_view mHeader;  // after the time; empty if lines have no header
   std::size_t mLine = 0;
   std::size_t mOlder = 0;  // entries behind a whole dump
   std::size_t mOlderLine = 0;

@@ -91,7 +91,7 @@
 
     const labelWidth = () => parseFloat(getComputedStyle(box).getPropertyValue("--label"));
 
-    // Draws half a screen more on both sides, so that not every scroll draws anew.
+    // Draws half a screen more on both sides, so that few scrolls need a redraw.
     const draw = (isForced) => {
       const inSight = Math.ceil(box.clientWidth / step);
       const from = Math.floor(box.scrollLeft / step) + 1;

@@ -56,7 +56,7 @@
   const inOrder = (one, other) =>
     rank(one) - rank(other) || one.key.localeCompare(other.key, "en", { numeric: true });
 
-  // What tells the series of one name apart.
+  // The property that distinguishes series of one name.
   const addPlaces = (same) => {
     const differ = (key) => same.some((series) => series[key] !== same[0][key]);
     for (const series of same) {
