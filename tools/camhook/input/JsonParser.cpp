@@ -50,7 +50,7 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
       const std::size_t values = isLast ? mValues.size() : mOpen[i + 1].values;
       const std::size_t keys = isLast ? mKeys.size() : mOpen[i + 1].keys;
       if (mOpen[i].isList) {
-        const std::size_t used = isItems(i) ? mUsedItems : 0;
+        const std::size_t used = mIsInItems && i == 1 ? mUsedItems : 0;
         place += '[' + std::to_string(used + values - mOpen[i].values) + ']';
       } else if (keys > mOpen[i].keys) {
         place += (place.empty() ? "" : ".") + printable(mKeys[keys - 1].text);
@@ -101,7 +101,7 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
     const auto first = mValues.begin() + static_cast<std::ptrdiff_t>(mOpen.back().values);
     Json::List items(std::make_move_iterator(first), std::make_move_iterator(mValues.end()));
     mValues.erase(first, mValues.end());
-    if (isItems(mOpen.size() - 1)) mIsInItems = false;
+    if (isInItems()) mIsInItems = false;
     return close(std::move(items));
   }
   // NOLINTEND(readability-identifier-naming)
@@ -120,8 +120,8 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
     std::size_t keys = 0;
   };
 
-  /// True for the index of the open list whose items are used one by one.
-  [[nodiscard]] bool isItems(std::size_t open) const { return mIsInItems && open == 1; }
+  /// True if the innermost open list is the one whose items are used one by one.
+  [[nodiscard]] bool isInItems() const { return mIsInItems && mOpen.size() == 2; }
 
   /// The offset of a word or bracket of which `taken` bytes were taken from the stream. The parser
   /// reads a number or a text from a copy of the stream: the stream itself is where it begins.
@@ -152,7 +152,7 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
   template <typename T>
   void addComplete(T&& value, std::uint32_t offset) {
     mValues.emplace_back(std::forward<T>(value)).offsets.value = offset;
-    if (!isItems(mOpen.size() - 1)) return;
+    if (!isInItems()) return;
     mUseItem(mValues.back());
     mValues.pop_back();
     ++mUsedItems;
