@@ -97,8 +97,10 @@ TEST(ScenarioReader, ReportsPathOfProblem) {
            {"id": 1, "usage": 0, "width": 1, "height": 1},
            {"id": "0x1", "usage": 0, "width": 1, "height": 1}]}]})",
        "calls[0].streams[1].id: this id is given twice"},
-      {R"({"calls": [{"call": "setEvent", "key": "A", "value": 1}]})",
+      {R"({"calls": [{"call": "setEvent", "key": "APP_TYPE", "value": 1}]})",
        "calls[0].value: must be a text"},
+      {R"({"calls": [{"call": "setProperty", "name": 1, "value": ""}]})",
+       "calls[0].name: must be a text"},
   };
   for (const Row& row : rows) expectBeginning(problemOf(row.input), row);
 }

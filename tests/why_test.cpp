@@ -186,11 +186,12 @@ TEST_P(ExplainedScenario, MatchesReplays) {
   const Json calls = document["calls"];
   const std::size_t seed = std::hash<std::string>()(GetParam());
   std::set<std::string> hooks;
-  for (std::size_t i = calls.size(); i-- > 0;) {
-    const std::set<std::string> tags = writtenBy(calls[i]);
-    if (tags.empty() || !hooks.insert(calls[i]["call"].text()).second) continue;
+  for (std::size_t count = calls.size(); count > 0; --count) {
+    const Json& call = calls[count - 1];
+    const std::set<std::string> tags = writtenBy(call);
+    if (tags.empty() || !hooks.insert(call["call"].text()).second) continue;
     document["calls"] = Json::List(calls.items().begin(),
-                                   calls.items().begin() + static_cast<std::ptrdiff_t>(i) + 1);
+                                   calls.items().begin() + static_cast<std::ptrdiff_t>(count));
     const std::string& tag =
         *std::next(tags.begin(), static_cast<std::ptrdiff_t>(seed % tags.size()));
     checkInputs(document, explanationOf(camhook::lineOfJson(document), "last", tag));

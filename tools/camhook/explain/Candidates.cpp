@@ -42,13 +42,9 @@ constexpr std::int32_t MRational::*kParts<MRational>[] = {&MRational::numerator,
                                                           &MRational::denominator};
 
 template <typename T>
-auto distance(T left, T right) {
-  if constexpr (std::integral<T>) {
-    const auto [lower, upper] = std::minmax({std::int64_t{left}, std::int64_t{right}});
-    return static_cast<std::uint64_t>(upper) - static_cast<std::uint64_t>(lower);
-  } else {
-    return std::isnan(left - right) ? HUGE_VALF : std::abs(left - right);
-  }
+double distance(T left, T right) {
+  const double apart = std::abs(static_cast<double>(left) - static_cast<double>(right));
+  return std::isnan(apart) ? HUGE_VAL : apart;
 }
 
 template <typename T>

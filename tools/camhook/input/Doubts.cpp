@@ -36,7 +36,7 @@ void doubtName(const Name& name, const char* what, std::span<const KnownName> kn
 template <typename Name>
 void doubtEvent(const Name& key, const Value& value) {
   doubtName(key, "this event", kKnownEvents);
-  if (key.text() != "APP_TYPE") return;
+  if (key.text() != "APP_TYPE" || !value.isText()) return;
   const std::string_view meant = slipOf(value.text(), kKnownAppTypes);
   if (meant.empty()) return;
   value.warn(
@@ -59,10 +59,10 @@ void Doubts::onCall(const Call& call, const Value& value) {
   std::visit(
       [&]<typename CallType>(const CallType& concrete) {
         if constexpr (std::is_same_v<CallType, SetEvent>) {
-          if (const auto key = value.find("key"))
+          if (const auto key = value.find("key"); key && key->isText())
             doubtEvent(*key, value.find("value").value_or(*key));
         } else if constexpr (std::is_same_v<CallType, SetProperty>) {
-          if (const auto name = value.find("name"))
+          if (const auto name = value.find("name"); name && name->isText())
             doubtName(*name, "this property", kKnownProperties);
         } else {
           mSensors.try_emplace(concrete.sensor, mCount);

@@ -107,18 +107,17 @@ void TextTrace::writeExtra(std::string_view name, const Json& value) {
 void TextTrace::addWrites(std::vector<Line>& lines, const CallTrace& trace,
                           std::string_view container, std::uint32_t tag) const {
   bool isLatest = true;
-  for (std::size_t i = trace.accesses->size(); i-- > 0;) {
-    const StepAccess& made = (*trace.accesses)[i];
-    const auto* write = std::get_if<host::MetadataWrite>(&made.access);
-    if (write == nullptr || write->tag != tag || made.container != container) continue;
-    const std::string place = mStyle.faint(placeText(made.step));
+  for (auto made = trace.accesses->rbegin(); made != trace.accesses->rend(); ++made) {
+    const auto* write = std::get_if<host::MetadataWrite>(&made->access);
+    if (write == nullptr || write->tag != tag || made->container != container) continue;
+    const std::string place = mStyle.faint(placeText(made->step));
     if (std::exchange(isLatest, false)) {
-      lines.back().step = {made.step.name, place};
+      lines.back().step = {made->step.name, place};
       continue;
     }
     const std::string value = std::string(kArrow) + ' ' + entryText(tag, write->entry);
     lines.push_back({.cells = {mStyle.faint("  overwritten"), mStyle.faint(value)},
-                     .step = {mStyle.faint(made.step.name), place},
+                     .step = {mStyle.faint(made->step.name), place},
                      .decoded = {}});
   }
 }
