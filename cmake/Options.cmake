@@ -4,7 +4,7 @@ add_library(cam_options INTERFACE)
 target_include_directories(cam_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(cam_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow
-  # Every processor computes the same floats.
+  # All processors compute the same floats.
   -ffp-contract=off
   # The binaries contain no path of the build machine. Profiles keep their paths, because the profile reader
   # opens the sources.
