@@ -228,7 +228,7 @@ void measureRow(benchmark::State& state, const Row& row, What what) {
       contentOf(std::string(CAM_SOURCE_DIR "/scenarios/") + row.scenario + ".json"));
   camhook::Replay replay(std::move(scenario.platform));
   for (std::size_t i = 0; i + 1 < row.call; ++i) replay.run(scenario.calls[i]);
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
 
   Hook hook(scenario.calls[row.call - 1].call);
   hook();  // adds the entries that the hook writes
@@ -249,7 +249,7 @@ void measureRow(benchmark::State& state, const Row& row, What what) {
 void measureGate(benchmark::State& state) {
   static constexpr hesk::log::Source kSource{"HeskBench", "bench/hooks_bench.cpp"};
   static constexpr hesk::log::Operation kOperation{kSource, "bench"};
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
   int value = 0;
   measure(state, [&] {
     HESK_LOGD(kOperation, "value %d", value);

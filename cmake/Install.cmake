@@ -7,7 +7,7 @@ include(CMakePackageConfigHelpers)
 set(headerDir ${CMAKE_INSTALL_INCLUDEDIR}/cam_common)
 install(FILES common/HeskParameterUpdater.h common/HeskSensorModeControl.h
   DESTINATION ${headerDir}/common)
-install(FILES common/sensormode/SensorModeTables.h common/sensormode/SensorScenario.h
+install(FILES common/sensormode/SensorModeCfg.h common/sensormode/SensorScenario.h
   DESTINATION ${headerDir}/common/sensormode)
 install(DIRECTORY platform DESTINATION ${headerDir} FILES_MATCHING PATTERN "*.h")
 # host/Phone.h and the headers that it includes: a simulated phone for the tests of a pipeline.

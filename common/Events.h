@@ -17,7 +17,7 @@ inline std::string eventValue(std::string_view key) {
   return value;
 }
 
-/// The number that the value of a key begins with; `fallback` if it begins with none.
+/// Returns the number at the beginning of a key's value; `fallback` if there is none.
 template <typename T>
 T eventNumber(std::string_view key, T fallback) {
   return leadingNumber<T>(eventValue(key)).value_or(fallback);

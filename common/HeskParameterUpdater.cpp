@@ -19,7 +19,7 @@ using namespace hesk;
 HeskParameterUpdater::HeskParameterUpdater(int instanceId) : mInstanceId(instanceId) {
   constexpr log::Operation kOperation = updaterOperation("HeskParameterUpdater");
 
-  const NSCam::IMetadata* statics = staticCharacteristics(mInstanceId);
+  const NSCam::IMetadata* statics = deviceCharacteristics(mInstanceId);
   const float width = readItem(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0);
   const float height = readItem(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 1);
   const float focalLength = read(statics, tags::ANDROID_LENS_INFO_AVAILABLE_FOCAL_LENGTHS);

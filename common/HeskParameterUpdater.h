@@ -2,15 +2,15 @@
 // hooks, which read them, write derived tags into them and return before the pipeline continues.
 // docs/hooks.md, installed with the documentation, lists what each step of a hook reads and writes.
 //
-// Failures are only logged. A value that cannot be read takes the default stated for the operation,
-// otherwise 0. A null container is read as empty, except where `updateSessionParams` states
-// otherwise; writes to it are skipped.
+// The hooks return no status: their failures are only logged. An absent value is read as 0 if no
+// other default is stated. A null container is read as empty, except where `updateSessionParams`
+// states otherwise; writes to it are skipped.
 //
 // Threads: `createInstance` may be called from any thread. The hooks of one updater are called from
-// one thread at a time; hooks of different updaters may run at once. They share the handle of the
-// camera provider service, protected by a lock, and the event store: a request hook writes
-// "APP_NAME" in several steps and reads it back, so requests of two sensors at once can see each
-// other's name. Updaters are destroyed at process exit; no hook may run then.
+// one thread at a time; hooks of different updaters may run at once. They share the provider
+// service's handle, protected by a lock, and the event store: a request hook writes "APP_NAME" in
+// several steps and reads it back, so requests of two sensors at once can see each other's name.
+// Updaters are destroyed at process exit; no hook may run then.
 
 #pragma once
 
@@ -32,8 +32,7 @@ struct HeskParameterUpdaterInspector;
 
 namespace hesk {
 
-/// The kind of session that a sensor is configured for. Any other positive number is a multi-camera
-/// session, too.
+/// The kind of session that a sensor is configured for.
 enum class MulticamFeatureMode : std::int32_t {
   singleCamera = 0,
   multicam = 1,
@@ -57,17 +56,17 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   HeskParameterUpdater(const HeskParameterUpdater&) = delete;
   HeskParameterUpdater& operator=(const HeskParameterUpdater&) = delete;
 
-  /// Returns the updater of sensor `instanceId`, which the caller does not own; null, with a debug
-  /// record, unless the index is 0 to 10. The first call for an index constructs the updater and
-  /// computes the sensor's diagonal field of view from its static characteristics.
+  /// Returns the updater of sensor `instanceId`, which the caller does not own. If the index is not
+  /// 0 to 10, returns null and writes a debug record. The first call for an index constructs the
+  /// updater and computes the sensor's diagonal field of view from its static characteristics.
   static HeskParameterUpdater* createInstance(int instanceId);
 
   /// The session hook, for every stream configuration, on the updater of the configured sensor.
   /// `sessionMeta` contains the app's session parameters; a stream may be null. Always writes the
   /// multi-camera flag, the selected stream and tag 0x800b000a; other tags when the session, app or
   /// product requires them. Passes stabilisation and video algorithm to the stereo settings, flips
-  /// video streams on request, and stores the kind of multi-camera session, the stream ids in the
-  /// map's order and whether there is a video stream.
+  /// video streams on request. Stores the kind of multi-camera session (kept if the device has
+  /// none), the low 32 bits of the stream ids in map order, and whether there is a video stream.
   ///
   /// HESK_CONTROL_EISENABLE, HESK_CONTROL_VIDEOALGOTYPE and COM_HESK_CURRENTUIMODULE are -1 if
   /// absent. From a null session these three tags, both bounds of MTK_CONTROL_AE_TARGET_FPS_RANGE
@@ -79,12 +78,13 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// selected stream and MTK_CONTROL_RAW_TYPE, the latter usually without items; on still captures
   /// (ANDROID_CONTROL_CAPTURE_INTENT 2) capture flags and counts, the frame's burst position and
   /// the dump time stamp; other tags when the request, app or product requires them. Exposure times
-  /// are in ns, frame rates in frames per second.
+  /// are in ns, frame rates in frames per second. Defaults other than 0: ZSL on, zoom 1, video mode
+  /// 1 for the fps limit; for the tuning profile UI module, EISENABLE and mode -1 (all bits set).
   ///
   /// Tracks the latest burst, at most its first 1,024 frames (a longer one is logged), and the
   /// number of capture frames still expected; sends the size of a burst to 3A. Sets the event
-  /// store's "APP_NAME" (the tuning profile), "APP_MODE" and, as decimal texts, the request's
-  /// manual settings; "HESK_MOTIONLEVEL" always, by default -1.
+  /// store's "APP_NAME" (the tuning profile) and "APP_MODE" for the OEM camera app; for every app
+  /// manual settings, UI module, second snapshot and motion level (by default -1) as decimal texts.
   void updateRequestMeta(IMetadata* meta, unsigned int requestNo);
 
   /// The result hook, for every result, on the updater of the result's sensor. Always writes
@@ -101,9 +101,9 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// 3A results, `halMeta` its HAL metadata; `outMeta` is passed to the algorithms. Writes the lens
   /// shading map (17 x 13 points of 4 channels from 3A, or what the default-shading module
   /// returns), the capturing camera (-1 if unknown), its zoom ratio and, in logical multi-camera
-  /// sessions, at most 10 faces of the master camera; calls the operations below that write
-  /// `outMeta`. If `isNeedRawAlgo` returns true, marks the frame for the raw algorithm in
-  /// `halMeta`.
+  /// sessions, at most 10 faces of the master camera. Calls `update3ACaptureRawParameter`, and
+  /// depending on mode and sensor `setSATCropInfo`, `setCameraRole` and `updateSensorPdafInfo`. If
+  /// `isNeedRawAlgo` returns true, marks the frame for the raw algorithm in `halMeta`.
   void updateCaptureRawParameter(IMetadata* appMeta, IMetadata* halMeta, IMetadata* outMeta);
 
   /// Writes the 3A state of a frame to `outMeta`, every tag on every call: AE, sensitivity and AWB.
@@ -113,38 +113,36 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void update3ACaptureRawParameter(IMetadata* appMeta, IMetadata* halMeta, IMetadata* outMeta);
 
   /// Returns the camera whose 3A and faces are used for a frame: MTK_MULTICAM_REAL_MASTER_ID of
-  /// `halMeta` in logical multi-camera sessions; otherwise, or if it is absent, the first digit of
-  /// the device's ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS, -48 if there is none.
+  /// `halMeta` in logical multi-camera sessions; otherwise, or if it is absent, the first item of
+  /// the device's ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS (a character; 0 if absent) minus 48.
   std::int32_t getMulticamMasterID(int deviceId, IMetadata* halMeta);
 
   /// Returns true if a frame goes through the raw algorithm, according to HESK_CONTROL_CURRENTMODE
-  /// and HESK_CONTROL_ALGO_OVERRIDE of `appMeta` and HESK_CONTROL_IS_DUAL_SLAVE of `outMeta`. The
-  /// last parameter is unused.
+  /// and HESK_CONTROL_ALGO_OVERRIDE of `appMeta` and HESK_CONTROL_IS_DUAL_SLAVE of `outMeta`.
   static bool isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta, int);
 
   /// Writes the camera's role in the zoom transition to MTK_RAW_ALGO_CAMERA_ROLE.
   void setCameraRole(IMetadata* outMeta, int cameraId);
 
-  /// Writes the crop region of `halMeta`, cut to the aspect ratio of the preview and relative to
-  /// the active array of the real master camera (by default the updater's sensor), to
-  /// MTK_RAW_ALGO_SAT_CROP_REGION. Writes nothing, with an error record, if
+  /// Writes the crop region of `halMeta` to MTK_RAW_ALGO_SAT_CROP_REGION, cut to the aspect ratio
+  /// of the preview and relative to the active array of the real master camera (by default the
+  /// updater's sensor), which is cut to the same ratio. Writes only an error record if
   /// HESK_CONTROL_CURRENTMODE of `appMeta` or the crop region is absent.
   void setSATCropInfo(IMetadata* appMeta, IMetadata* halMeta, IMetadata* outMeta);
 
-  /// Writes the layout of the phase-detection pixels of camera `openId`, as its sensor driver
-  /// reports it, to MTK_RAW_ALGO_PDAF_INFO (2,080 bytes, see common/updater/PdafRecord.h). Returns
-  /// the container's status; -1 without a write if there is no such sensor or it has no phase
-  /// detection.
+  /// Writes the layout of the phase-detection pixels of camera `openId`, which its sensor driver
+  /// reports for sensor mode 1, to MTK_RAW_ALGO_PDAF_INFO (2,080 bytes). Returns the container's
+  /// status; -1 without a write if there is no such sensor or it has no phase detection.
   int updateSensorPdafInfo(int openId, int isPDComp, int pdBufferType, IMetadata* outMeta);
 
   /// Copies `tuningDataSize` bytes of tuning data into a shared buffer of the 3A information
   /// manager and writes the buffer's index to MTK_RAW_ALGO_TUNING_BUFFER_INDEX of `meta`. Returns
   /// true if the data was copied, also if `meta` is null and no index is written. Returns false,
-  /// without a write, if there is no buffer of that size.
+  /// without a write, if the buffer is missing or too small, or `tuningData` is null.
   bool updateTuningData(IMetadata* meta, void* tuningData, unsigned int tuningDataSize);
 
   /// Translates the detected regions of one result tag from the coordinates of camera `cameraId` to
-  /// those of the app, at the ratio of `value` to the camera's field of view. The int32 items are:
+  /// those of the app, at the ratio of `value` to that camera's field of view. The int32 items are:
   ///  - 0xc00e0000, eyes: twice left, right, top, bottom, then an item that is kept;
   ///  - 0xc00e0017, lot: left, top, right, bottom;
   ///  - 0xc00e0014, human bodies: their number, then left, top, right, bottom of each.
@@ -164,12 +162,12 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// Debugging aid: if the property vendor.camera.dumprawhifmetadata is true and `meta` is of a
   /// still capture, writes `meta` as text to
   /// /data/vendor/camera/NAME_metadata_[FRAME]_YYYYMMDDHHMMSS.txt in local time. The directory must
-  /// exist. An existing file is overwritten but not truncated. Does nothing if the file cannot be
+  /// exist. An existing file is overwritten but not truncated. Writes nothing if the file cannot be
   /// opened; aborts the process if the path has more than 99 characters. Any thread.
   void dumpMetadata(camera_metadata* meta, const char* name, int frameNumber);
 
-  /// Writes the local time as "20210304050607", or an empty text if it is not available, to `out`,
-  /// which must hold 15 characters. Follows changes of the time zone. Any thread.
+  /// Writes the local time as "20210304050607" to `out`, which must hold 15 characters; an empty
+  /// text if it is not available. Follows changes of the time zone. Any thread.
   static void getCurrentTime(char* out);
 
  private:

@@ -9,6 +9,7 @@
 #include "common/Product.h"
 #include "common/sensormode/CSingleton.h"
 #include "common/sensormode/SensorModeLog.h"
+#include "common/sensormode/SensorModeTables.h"
 #include "common/sensormode/SensorScenario.h"
 
 using namespace hesk;

@@ -1,5 +1,5 @@
-// HeskSensorModeControl chooses the sensor scenario (the sensor's readout mode) of a stream
-// configuration. The platform's configuration policy calls, for every configuration,
+// HeskSensorModeControl chooses the sensor mode of a stream configuration; its number is the
+// scenario number. The platform's configuration policy calls, for every configuration,
 //
 //   HeskSensorModeControl::createInstance(sensorId)->decideSensorScenario(meta, info)
 //
@@ -21,7 +21,7 @@
 #include <memory>
 #include <vector>
 
-#include "common/sensormode/SensorModeTables.h"
+#include "common/sensormode/SensorModeCfg.h"
 #include "platform/IMetadata.h"
 #include "platform/ParsedStreamInfo.h"
 
@@ -47,13 +47,15 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   ///
   /// A result of `specialCustomize` other than 255 is returned. Otherwise the selected rule
   /// decides. Without a rule the result is 2 with a video stream and 255 without one. The selected
-  /// rules are kept until the next call.
+  /// rule is kept until the next call.
   int decideSensorScenario(NSCam::IMetadata* meta, std::shared_ptr<StreamInfo> info);
 
-  /// Returns the scenario of the last override whose conditions are met, 255 if there is none.
+  /// Returns the scenario number of the last override whose conditions are met, 255 if there is
+  /// none.
   ///
   /// Reads the event store's "APP_TYPE" and "APP_NAME", MTK_HDR_FEATURE_HDR_MODE and
-  /// HESK_CONTROL_NIGHTMODE of `meta`, and the video flag and the size of `info`.
+  /// HESK_CONTROL_NIGHTMODE of `meta`, the video flag and the size of `info`, and the sensor of
+  /// `createInstance`.
   int specialCustomize(NSCam::IMetadata* meta, std::shared_ptr<StreamInfo> info);
 
   /// Calls `getProductName`, loads the product's rules for the sensor, with or without a video
@@ -65,12 +67,12 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   /// "default" if the property is not set.
   void getProductName();
 
-  // The filters, in the order in which they run. Each appends at most one of the loaded rules to
-  // the selected rules, and does nothing if a rule is already selected.
+  // The filters, in the order in which they run. Each selects at most one of the loaded rules, and
+  // does nothing if a rule is already selected.
 
-  /// Selects the last rule of several conditions that is met: conditions are counted in the order
-  /// isHfpsMode, appType, fps, eisMode, videoAlgoType, uiMode, and the count of matches reaches the
-  /// rule's conditionCount at one of the last five. Reads the inputs of all other filters.
+  /// Searches the rules with two or more conditions from the last to the first. Compares all six
+  /// fields, also those that are no condition, in the order isHfpsMode, appType, fps, eisMode,
+  /// videoAlgoType, uiMode. Selects a rule as soon as conditionCount fields match.
   void getSensorModeCfgByMultiCondition(NSCam::IMetadata* meta);
 
   // The other filters search the rules of one condition and select the first that matches.
@@ -106,6 +108,6 @@ class __attribute__((visibility("default"))) HeskSensorModeControl {
   std::int32_t mSensorId = 0;
   std::vector<SensorModeCfg> sensorModeTable;         // loaded rules of one condition
   std::vector<SensorModeCfg> multiConditionTable;     // loaded rules of several conditions
-  std::vector<SensorModeCfg> selectedSensorModeCfgs;  // rules that the filters selected
+  std::vector<SensorModeCfg> selectedSensorModeCfgs;  // the rule that a filter selected, if any
   std::array<char, 32> productName{};
 };

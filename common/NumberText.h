@@ -49,7 +49,7 @@ constexpr std::size_t lengthOfDecimal(std::string_view text) {
 /// The text after the number is ignored. Returns no value if there is no number or if it is too
 /// large. A number too small for a float becomes the nearest float, which may be 0.
 template <typename T>
-requires std::integral<T> || std::floating_point<T> std::optional<T> leadingNumber(
+requires std::integral<T> || std::same_as<T, float> std::optional<T> leadingNumber(
     std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
   if constexpr (std::integral<T>) {
@@ -67,12 +67,7 @@ requires std::integral<T> || std::floating_point<T> std::optional<T> leadingNumb
     const std::string decimal(text.substr(0, lengthOfDecimal(text)));
     if (decimal.empty()) return {};
     static const locale_t kClassic = newlocale(LC_ALL_MASK, "C", nullptr);
-    T number{};
-    if constexpr (std::same_as<T, float>) {
-      number = strtof_l(decimal.c_str(), nullptr, kClassic);
-    } else {
-      number = strtod_l(decimal.c_str(), nullptr, kClassic);
-    }
+    const float number = strtof_l(decimal.c_str(), nullptr, kClassic);
     if (std::isinf(number)) return {};
     return number;
   }

@@ -46,7 +46,7 @@ void limitMemory(Scenario& scenario) {
 void replay(const Scenario& scenario, std::size_t size) {
   OwnUpdaters updaters;
   Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
-  if (size % 5 == 0) host::LogSink::openLevels({});
+  if (size % 5 == 0) host::LogSink::enableLevels({});
   std::ostringstream out;
   std::unique_ptr<TraceWriter> writer;
   if (size % 3 == 1) writer = std::make_unique<JsonTrace>(out);

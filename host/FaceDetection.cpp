@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "host/Modules.h"
+#include "host/Observer.h"
 #include "host/Phone.h"
 
 namespace {

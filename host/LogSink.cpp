@@ -58,7 +58,7 @@ std::size_t readHead(std::string_view format, std::string_view prefix, LogRecord
 
 }  // namespace
 
-void LogSink::openLevels(std::initializer_list<char> letters) {
+void LogSink::enableLevels(std::initializer_list<char> letters) {
   for (const cam_debug_level_t level :
        {CAM_DEBUG_LEVEL_DEBUG, CAM_DEBUG_LEVEL_ERROR, CAM_DEBUG_LEVEL_INFO}) {
     setLevel(level, std::string_view(letters.begin(), letters.size()).find(levelLetter(level)) !=
@@ -66,7 +66,7 @@ void LogSink::openLevels(std::initializer_list<char> letters) {
   }
 }
 
-void LogSink::setTagsWanted(bool wanted) { mTagsWanted = wanted; }
+void LogSink::setTagsEnabled(bool enabled) { mTagsEnabled = enabled; }
 
 void LogSink::add(std::string_view tag, cam_debug_level_t level, const char* format,
                   std::va_list arguments) {
@@ -88,7 +88,7 @@ std::vector<LogRecord> LogSink::take() {
 }  // namespace host
 
 int mtkcam_testLog(const char* /*tag*/, const char* /*levelLetter*/) {
-  return host::Phone::current().log.areTagsWanted() ? 1 : 0;
+  return host::Phone::current().log.areTagsEnabled() ? 1 : 0;
 }
 
 const char* get_filename(const char* path) {

@@ -28,11 +28,11 @@ struct LogRecord {
 class LogSink {
  public:
   /// Enables these levels ('D', 'E', 'I') in the platform's table and disables the others.
-  static void openLevels(std::initializer_list<char> letters);
+  static void enableLevels(std::initializer_list<char> letters);
 
   /// Sets the result of the platform's tag test for every tag. The levels do not change.
-  void setTagsWanted(bool wanted);
-  [[nodiscard]] bool areTagsWanted() const { return mTagsWanted; }
+  void setTagsEnabled(bool enabled);
+  [[nodiscard]] bool areTagsEnabled() const { return mTagsEnabled; }
 
   /// Adds a line of the platform's log.
   void add(std::string_view tag, cam_debug_level_t level, const char* format,
@@ -43,7 +43,7 @@ class LogSink {
 
  private:
   std::mutex mMutex;
-  bool mTagsWanted = true;
+  bool mTagsEnabled = true;
   std::vector<LogRecord> mRecords;
 };
 

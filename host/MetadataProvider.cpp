@@ -5,7 +5,7 @@
 #include <map>
 #include <mutex>
 
-#include "host/Modules.h"
+#include "host/Observer.h"
 #include "host/Phone.h"
 
 namespace {

@@ -56,10 +56,16 @@ struct PropertyRead {
 };
 
 /// A service was called. `place` is the path, in a scenario's `platform`, of the setting that
-/// determines the result: "devices.0.hal3a", "sat.cameras[1].fov", "provider".
+/// determines the result: "devices.0.hal3a.available", "sat.cameras[1].fov",
+/// "provider".
 struct ServiceRead {
   std::string place;
 };
+
+/// Returns the path of a device's `part` in a scenario's `platform`.
+inline std::string placeOf(std::int32_t device, std::string_view part) {
+  return "devices." + std::to_string(device) + '.' + std::string(part);
+}
 
 using Access = std::variant<MetadataRead, MetadataWrite, StaticRead, EventRead, PropertyRead,
                             ServiceRead, Effect>;

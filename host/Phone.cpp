@@ -24,7 +24,7 @@ Phone::Phone(PhoneConfig phoneConfig) : Phone(std::move(phoneConfig), MembersOnl
     throw std::logic_error("a process has one simulated phone at a time");
   }
   setObserver(&effects);
-  LogSink::openLevels({'D', 'E', 'I'});
+  LogSink::enableLevels({'D', 'E', 'I'});
 }
 
 Phone::Phone(PhoneConfig phoneConfig, MembersOnly)
@@ -34,7 +34,7 @@ Phone::Phone(PhoneConfig phoneConfig, MembersOnly)
 
 Phone::~Phone() {
   if (sCurrent != this) return;  // the bare phone, or a second one that threw
-  LogSink::openLevels({});
+  LogSink::enableLevels({});
   setObserver(nullptr);
   sCurrent = nullptr;
 }

@@ -13,13 +13,12 @@
 #include <string_view>
 #include <vector>
 
+#include "host/TextStore.h"
 #include "platform/FaceDetection.h"
 #include "platform/HalSensor.h"
 #include "platform/IMetadata.h"
 
 namespace host {
-
-using TextMap = std::map<std::string, std::string, std::less<>>;
 
 struct Hal3AConfig {
   bool available = true;
@@ -92,7 +91,8 @@ struct PhoneConfig {
   std::optional<std::tm> clock;                            // absent: the wall clock
   std::function<std::string_view(std::uint32_t)> tagName;  // for dumps, if Android has no name
 
-  /// Returns the configuration of a device; for an unlisted id that of a device without provider.
+  /// Returns the configuration of a device; for an id that is not listed, the defaults without a
+  /// metadata provider.
   [[nodiscard]] const DeviceConfig& deviceOrDefault(std::int32_t id) const;
 };
 

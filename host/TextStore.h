@@ -2,13 +2,15 @@
 
 #pragma once
 
+#include <functional>
+#include <map>
 #include <mutex>
 #include <string>
 #include <string_view>
 
-#include "host/PhoneConfig.h"
-
 namespace host {
+
+using TextMap = std::map<std::string, std::string, std::less<>>;
 
 /// Any thread.
 class TextStore {

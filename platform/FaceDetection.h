@@ -32,7 +32,8 @@ class IFDContainer {
 
   virtual ~IFDContainer() = default;
 
-  /// Fills `record` with the latest faces of a sensor; does not change it if there are none.
+  /// Fills `record` with the latest faces of a sensor. If there are none, `count` is 0 or `record`
+  /// is unchanged.
   virtual void queryLatest(std::int32_t sensor, FaceRecord& record) = 0;
 };
 

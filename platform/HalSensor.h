@@ -26,10 +26,11 @@ static_assert(offsetof(SensorPdBlock, left) == 420 && offsetof(SensorPdBlock, ri
 /// A sensor. Its user must call `release`. Must be used by one thread at a time.
 class IHalSensor {
  public:
-  /// Queries whether a sensor scenario supports phase detection. Arguments: pointers to the
-  /// scenario and to an int32, which is set to 0 if it does not.
+  /// Queries whether a sensor mode supports phase detection. Arguments: pointers to the scenario
+  /// number and to an int32, which is set to 0 if it does not.
   static constexpr std::int32_t kSupportsPd = 0x400d;
-  /// Reads the phase-detection layout. Arguments: pointers to the scenario and a `SensorPdBlock`.
+  /// Reads the phase-detection layout. Arguments: pointers to the scenario number and
+  /// a `SensorPdBlock`.
   static constexpr std::int32_t kGetPdBlock = 0x200a;
 
   /// Sends a command to the driver of a device. Returns the driver's status.
@@ -37,6 +38,7 @@ class IHalSensor {
                                    std::intptr_t first, std::intptr_t second,
                                    std::intptr_t third) = 0;
 
+  /// `user` need not be the name that created the sensor.
   virtual void release(const char* user) = 0;
 
  protected:

@@ -7,9 +7,11 @@
 
 #include "platform/Geometry.h"
 
-/// A detected region that is translated between the coordinates of two cameras.
+/// A detected region that is translated from the coordinates of a camera to those of the app.
 struct TagInfo {
-  std::int32_t kind = 0;  // 3 eye, 4 lot, 5 human body
+  enum Kind : std::int32_t { kEye = 3, kLot = 4, kHumanBody = 5 };
+
+  std::int32_t kind = 0;
   NSCam::MRect input;
   NSCam::MRect output;  // filled by the converter
 };
@@ -21,7 +23,8 @@ class TqcMetaConverter {
   /// indices.
   virtual float GetSensorFovByCameraIdx(int index) = 0;
 
-  /// Translates all regions at a zoom ratio from the camera at an index, which may be -1.
+  /// Translates all regions from the camera at an index, which may be -1. `ratio` is the hook's
+  /// argument divided by the camera's field of view.
   virtual void TranslateResultRegion(std::vector<TagInfo>& regions, float ratio, int index) = 0;
 
  protected:
@@ -41,7 +44,7 @@ class TqcSat {
   /// Returns the configured cameras.
   [[nodiscard]] virtual std::vector<Camera> cameras() const = 0;
 
-  /// Returns the role of any other camera.
+  /// Returns the role of a camera that is not in `cameras()`.
   [[nodiscard]] virtual std::int32_t defaultRole() const = 0;
 
   [[nodiscard]] virtual TqcMetaConverter& converter() = 0;

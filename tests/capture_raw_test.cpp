@@ -49,7 +49,7 @@ TEST(RawAlgorithm, DependsOnModeSlaveAndOverride) {
   EXPECT_FALSE(HeskParameterUpdater::isNeedRawAlgo(nullptr, nullptr, 0));
 }
 
-TEST(MulticamMaster, IsReadOnlyInLogicalSessions) {
+TEST(MulticamMaster, ComesFromHalMetadataOnlyInLogicalSessions) {
   host::Phone phone;
   phone.config.devices[4].statics =
       metadataOf(R"({"ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": "2\u00003"})");
@@ -64,7 +64,7 @@ TEST(MulticamMaster, IsReadOnlyInLogicalSessions) {
   }
 }
 
-TEST(CameraRole, IsThatOfFirstMatchingCamera) {
+TEST(CameraRole, UsesFirstCameraWithId) {
   host::Phone phone;
   phone.config.sat.cameras = {{.id = 3, .role = 1}, {.id = 3, .role = 2}, {.id = 4, .role = 5}};
   phone.config.sat.defaultRole = 9;
@@ -136,7 +136,7 @@ TEST(CaptureRaw, WritesPhaseDetectionOfSensorsThatHaveIt) {
   }
 }
 
-TEST(CaptureRaw, IgnoresListsOfOtherSizes) {
+TEST(CaptureRaw, UsesDefaultsForWrongItemCounts) {
   const auto row = [](const std::string& app, const std::string& out) {
     return CaptureRow{"{}", out, app};
   };
@@ -189,7 +189,7 @@ TEST(CaptureRaw, WritesPhysicalZoomRatio) {
 TEST(CaptureRaw, AllocatesOnlyForStatisticsEntry) {
   host::Phone phone;
   phone.setObserver(nullptr);
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
   const TestUpdater updater;
   const auto allocationsFor = [&](std::size_t size, std::size_t given) {
     IMetadata app;

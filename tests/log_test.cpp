@@ -52,13 +52,13 @@ TEST(LogRecord, IsTruncatedTo1023Characters) {
   EXPECT_EQ(buffer[1022], 'x');
 }
 
-TEST(LogGate, ChecksLevelAndTag) {
+TEST(LogLevels, ChecksLevelAndTag) {
   host::Phone phone;
-  host::LogSink::openLevels({'E'});
+  host::LogSink::enableLevels({'E'});
   HESK_LOGD(kOperation, "debug");
   HESK_LOGI(kOperation, "info");
   HESK_LOGE(kOperation, "error");
-  phone.log.setTagsWanted(false);
+  phone.log.setTagsEnabled(false);
   HESK_LOGE(kOperation, "error again");
   const auto records = phone.log.take();
   ASSERT_EQ(records.size(), 1U);
@@ -70,9 +70,9 @@ TEST(LogGate, ChecksLevelAndTag) {
   EXPECT_EQ(reinterpret_cast<const unsigned char*>(g_logInfoLv)[6], 0);
 }
 
-TEST(LogGate, EvaluatesNoArgumentsWhenClosed) {
+TEST(LogLevels, EvaluatesNoArgumentsWhenDisabled) {
   host::Phone phone;
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
   int evaluations = 0;
   const auto argument = [&] { return ++evaluations; };
   EXPECT_EQ(allocationsIn([&] { HESK_LOGD(kOperation, "value %d", argument()); }), 0U);

@@ -191,7 +191,7 @@ TEST(FrameRateLimit, DependsOnAppAndMode) {
 
 class FrameRateCap : public testing::TestWithParam<int> {};
 
-TEST_P(FrameRateCap, LimitsThirdPartyAppsFrom15To25) {
+TEST_P(FrameRateCap, AppliesCapsFrom15To25ToThirdPartyApps) {
   for (const char* const appType : {"other", "CTS", "heskCamera"}) {
     SCOPED_TRACE(appType);
     const bool isQueried = appType == std::string("other");
@@ -217,7 +217,7 @@ TEST_P(FrameRateCap, LimitsThirdPartyAppsFrom15To25) {
 
 INSTANTIATE_TEST_SUITE_P(Caps, FrameRateCap, testing::Values(14, 15, 25, 26));
 
-TEST(ProfessionalMode, PublishesLimitsOfTypes) {
+TEST(ProfessionalMode, PublishesExtremeValues) {
   host::Phone phone;
   const TestUpdater updater;
   IMetadata request = metadataOf(R"({"ANDROID_SENSOR_EXPOSURE_TIME": -9223372036854775808,
@@ -246,7 +246,7 @@ TEST(RequestMeta, AcceptsNull) {
 TEST(RequestMeta, AllocatesOnlyForItsWrites) {
   host::Phone phone(phoneWith({{"APP_TYPE", "heskCamera"}}, {{"ro.product.model.zdm", "KX0107"}}));
   phone.setObserver(nullptr);
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
   const TestUpdater updater(1);
   updater.fields.streamIds() = {3, 7};
   IMetadata request = metadataOf(R"({"HESK_CONTROL_VIDEO_HDR": 1,

@@ -32,7 +32,7 @@ int decide(const Configuration& configuration) {
   NSCam::IMetadata meta = metadataOf("{" + configuration.meta + "}");
   HeskSensorModeControl* control = HeskSensorModeControl::createInstance(configuration.sensor);
   const int scenario = control->decideSensorScenario(&meta, streams);
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
   EXPECT_EQ(control->decideSensorScenario(&meta, streams), scenario) << "with the log closed";
   const HeskSensorModeControlInspector fields{*control};
   const std::size_t selected = fields.selectedSensorModeCfgs().size();
@@ -80,7 +80,7 @@ TEST(SensorMode, DependsOnOrderOfFilters) {
       {{"KX0107", "a", 0, false, kEis + "1"}, 255},
       // An empty app type matches the first rule without one, before the UI module is compared.
       {{"KX0105", "", 0, false, kUi + "16"}, 2},
-      // EIS is compared before high frame rate (only 1 matches), app type last.
+      // The EIS filter runs before the HFPS filter, which accepts only 1.
       {{"KX0105", "", 0, true, kEis + "2, " + kHfps + "1"}, 7},
       {{"KX0105", "", 1, true, kHfps + "1"}, 5},
       {{"KX0105", "a", 1, true, kHfps + "2"}, 2},
@@ -104,7 +104,7 @@ TEST(SensorMode, DependsOnOrderOfFilters) {
   }
 }
 
-TEST(SensorMode, IsThatOfLastMatchingOverride) {
+TEST(SensorMode, LastMatchingOverrideDecides) {
   constexpr NSCam::MSize kVga{640, 480};
   const DecisionRow rows[] = {
       {{"", "mtk_ims", 0, false, "", "", {1280, 720}}, 255},

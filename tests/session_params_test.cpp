@@ -80,7 +80,7 @@ TEST(SessionParams, HandleEdgeCases) {
   }
 }
 
-TEST(SessionParams, AreNotCappedWithoutProviderService) {
+TEST(SessionParams, CapFpsOnlyWithProviderService) {
   for (const bool isThere : {true, false}) {
     host::Phone phone;
     if (isThere) phone.config.provider = host::ProviderConfig{.fpsCap = 15};

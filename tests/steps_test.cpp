@@ -41,7 +41,7 @@ TEST(Steps, NameFunctionsThatWroteTag) {
   EXPECT_EQ(still.find("MTK_HESK_STILL_CAPTURE")->second,
             "updateStillCapture in common/updater/StillCapture.cpp");
   EXPECT_EQ(still.find("HESK_CONTROL_DUMPPATH")->second,
-            "setDumpPathForHeskDump in common/updater/TimeStamp.cpp");
+            "setDumpPathForHeskDump in common/updater/StillCapture.cpp");
   EXPECT_EQ(still.count("MTK_CONTROL_RAW_TYPE"), 2U);
 }
 

@@ -94,7 +94,7 @@ TEST_F(StillCapture, WorksWithout3A) {
 
 TEST_F(StillCapture, RecordsAtMost1024Frames) {
   mPhone.log.take();
-  host::LogSink::openLevels({'E'});
+  host::LogSink::enableLevels({'E'});
   capture(0xffffffff, R"({"HESK_CONTROL_HISFRAME": [0, 2147483647]})");
   EXPECT_EQ(frames().size(), 1024U);
   EXPECT_EQ(frames().at(1022), 1023U);  // request numbers wrap
@@ -105,7 +105,7 @@ TEST_F(StillCapture, RecordsAtMost1024Frames) {
   EXPECT_EQ(mPhone.log.take().size(), 3U);
   capture(1, R"({"HESK_CONTROL_HISFRAME": [0, 1024]})");
   EXPECT_EQ(mPhone.log.take().size(), 2U);  // no record about 1,024 frames
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
   capture(2, R"({"HESK_CONTROL_HISFRAME": [0, 1025]})");
   EXPECT_EQ(frames().size(), 1024U);
 }

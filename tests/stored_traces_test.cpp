@@ -47,7 +47,7 @@ std::string traceWithoutRecords(const std::string& name, std::initializer_list<c
   auto scenario = camhook::readScenario(contentOf(kScenarios / (name + ".json")));
   scenario.platform.clock.emplace();
   camhook::Replay replay(std::move(scenario.platform));
-  host::LogSink::openLevels(levels);
+  host::LogSink::enableLevels(levels);
   std::ostringstream text;
   camhook::JsonTrace trace(text);
   for (const camhook::ScenarioCall& call : scenario.calls) {

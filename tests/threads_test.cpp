@@ -151,7 +151,7 @@ TEST(Threads, HooksOfDifferentUpdatersRunAtOnce) {
   setenv("TZ", "UTC0", 1);
   tzset();
   // Locks of the log and of the observer would order the threads and hide data races.
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
   phone.setObserver(nullptr);
 
   std::atomic<int> sensorsAtWork = kSensors;

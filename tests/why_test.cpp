@@ -52,7 +52,7 @@ Json answerOf(const Json& document, const Json& explanation) {
   const camhook::Scenario scenario = camhook::readScenario(camhook::lineOfJson(document));
   camhook::OwnUpdaters updaters;
   camhook::Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
   camhook::CallTrace trace;
   for (const camhook::ScenarioCall& call : scenario.calls) {
     trace = replay.run(call, camhook::Replay::Detail::containers);

@@ -6,8 +6,8 @@
 // carries the source path of the operation's class and the operation's name, whichever file of the
 // class writes it, because field tools filter on these. The compiler checks the printf arguments.
 //
-// If the gate is closed, the arguments are not evaluated and nothing is formatted. If it is open,
-// the record is formatted into a buffer on the stack; nothing is allocated.
+// If the level is disabled, the arguments are not evaluated and nothing is formatted. Otherwise the
+// record is formatted into a buffer on the stack; nothing is allocated.
 
 #pragma once
 
@@ -39,8 +39,8 @@ struct Operation {
   const char* name;
 };
 
-/// The gate: returns true if records of this class and level are written. Thread-safe.
-inline bool isOpen(const Operation& operation, const Level& level) {
+/// Returns true if records of this class and level are written. Thread-safe.
+inline bool isEnabled(const Operation& operation, const Level& level) {
   return (g_logInfoLv[level.number].flags & cam_log_info_t::kEnabled) != 0 &&
          mtkcam_testLog(operation.source.tag, level.letter) != 0;
 }
@@ -54,7 +54,7 @@ using RecordBuffer = std::array<char, kRecordBytes>;
 void formatRecord(RecordBuffer& buffer, const Operation& operation, const Level& level, int line,
                   const char* message);
 
-/// Writes one record without testing the gate.
+/// Writes one record, also if its level is disabled.
 template <typename... Args>
 void writeRecord(const Operation& operation, const Level& level, int line, const char* message,
                  Args... args) {
@@ -68,10 +68,10 @@ void writeRecord(const Operation& operation, const Level& level, int line, const
 
 }  // namespace hesk::log
 
-/// Writes a record with the whole message format. Most callers use one of the macros below.
+/// Writes a record; the caller passes the complete message format. Most callers use a macro below.
 #define HESK_LOG_RECORD(operation, level, ...)                           \
   do {                                                                   \
-    if (::hesk::log::isOpen(operation, level)) {                         \
+    if (::hesk::log::isEnabled(operation, level)) {                      \
       if (false) ::hesk::log::checkFormat(__VA_ARGS__);                  \
       ::hesk::log::writeRecord(operation, level, __LINE__, __VA_ARGS__); \
     }                                                                    \

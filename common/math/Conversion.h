@@ -1,4 +1,4 @@
-// Arithmetic on metadata values, which apps write: defined for every input.
+// Arithmetic that is defined for every input: apps write the metadata values.
 
 #pragma once
 

@@ -1,5 +1,5 @@
 // The configuration of the zoom transition (SAT) per product. The tables are built when the library
-// is loaded and never changed; the library itself does not use them.
+// is loaded and never changed. No hook reads them.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// The overrides: sensor scenarios that certain apps need, whatever rule is selected. This file
+// The overrides: sensor modes that certain apps need, whatever rule is selected. This file
 // defines their form and tests their conditions; SpecialCustomize.cpp lists them.
 
 #pragma once
@@ -17,7 +17,7 @@
 
 namespace hesk {
 
-/// One override: conditions on a stream configuration, and the scenario if all of them are met.
+/// One override: conditions on a stream configuration, and the sensor mode if all of them are met.
 struct Override {
   enum class Sensor { any, front, notFront };
   enum class Size { any, notWiderThan4To3, near4To3, is640x480 };

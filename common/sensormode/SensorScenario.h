@@ -1,4 +1,4 @@
-// The sensor scenarios (readout modes), with the sensor driver's numbers.
+// The sensor modes, with their scenario numbers, which the sensor driver defines.
 
 #pragma once
 

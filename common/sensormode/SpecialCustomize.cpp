@@ -43,7 +43,7 @@ constexpr Override kOverrides[] = {
    &log::kDebug, "[%s] NORMAL_PREVIEW for third party app"},
   {"video HDR on the front camera",
    "",           {},
-   Sensor::front,    3,   any, false, Size::any,              CUSTOM1,
+   Sensor::front,    hdr::kVideoOn, any, false, Size::any,    CUSTOM1,
    &log::kDebug, "[%s] VIDEO_HDR for front camera"},
   {"Wechat at 640x480 on the front camera",
    "Wechat",     {},

@@ -51,6 +51,12 @@ inline constexpr std::uint8_t kPreview = 1;
 inline constexpr std::uint8_t kStillCapture = 2;
 }  // namespace intent
 
+/// Values of MTK_HDR_FEATURE_HDR_MODE.
+namespace hdr {
+inline constexpr std::int32_t kOff = 0;
+inline constexpr std::int32_t kVideoOn = 3;
+}  // namespace hdr
+
 inline constexpr std::int32_t kFrontSensor = 1;
 
 }  // namespace hesk

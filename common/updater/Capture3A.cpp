@@ -90,7 +90,7 @@ void writeAwbStatistics(IMetadata* outMeta, const IMetadata* appMeta) {
   HESK_LOGD(kOperation, "[%s]awbStatsSize: %d", kOperation.name, size);
   const bool isValidSize = 0 <= size && size <= kMaxBytes;
   if (!isValidSize) {
-    HESK_LOGE(kOperation, "no statistics have %d bytes, at most %d", size, kMaxBytes);
+    HESK_LOGE(kOperation, "AWB statistics size %d is outside 0 to %d", size, kMaxBytes);
   }
   write(outMeta, tags::MTK_RAW_ALGO_AWB_STATS_SIZE, size);
 

@@ -64,8 +64,8 @@ void markSlave(IMetadata* outMeta, const IMetadata* halMeta, std::int32_t camera
 }
 
 void markForRawAlgorithm(IMetadata* halMeta) {
-  constexpr std::int32_t kRawAlgorithm = 14;
-  write(halMeta, tags::MTK_RAW_ALGO_PROCESS_TYPE, kRawAlgorithm);
+  constexpr std::int32_t kRawAlgorithmProcess = 14;
+  write(halMeta, tags::MTK_RAW_ALGO_PROCESS_TYPE, kRawAlgorithmProcess);
   write(halMeta, tags::MTK_CONTROL_RAW_ALGO_ENABLE, 1);
 }
 

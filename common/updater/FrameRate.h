@@ -1,5 +1,5 @@
-// The steps that change the fps range, MTK_CONTROL_AE_TARGET_FPS_RANGE. Each step overwrites the
-// range of the steps before it.
+// The steps that change the fps range, MTK_CONTROL_AE_TARGET_FPS_RANGE. A later step can change the
+// range that an earlier step wrote.
 
 #pragma once
 
@@ -24,10 +24,11 @@ void replaceUpperFrameRate(NSCam::IMetadata* request);
 /// cap is 15 to 25, the range becomes 5 to cap, and HESK_CONTROL_FPSLIMITTYPE is written.
 void applyProviderCap(NSCam::IMetadata* metadata, std::string_view appType);
 
-/// Limits the range for communication apps, some modes of the OEM camera app and the properties
-/// vendor.debug.camera.fps.low and .max; then, in night mode, pins it to a
-/// HESK_CONTROL_FPS_RANGE_MAX of 12, 15 or 24. After a limit the pinned range is appended to the
-/// limited one; readers use the first two items.
+/// Limits the range to 5 to 24 for the "APP_NAME"s "3rd_party", "mtk_ims" and "Whatsapp", and in
+/// some modes and UI modules. The property vendor.debug.camera.fps.low also enables the limit if it
+/// is not 0; with .max, which must not be below it nor above 30, it replaces the limits. Then, in
+/// night mode, pins the range to a HESK_CONTROL_FPS_RANGE_MAX of 12, 15 or 24. After a limit the
+/// pinned range is appended to the limited one; readers use the first two items.
 void limitAndPinFrameRate(NSCam::IMetadata* request, std::string_view appName);
 
 /// Sets the upper bound to 29 on product KX0102.

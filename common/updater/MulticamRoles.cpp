@@ -14,10 +14,11 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-/// Returns the first digit of the list of a device's physical cameras; -48 if there is none.
+/// Returns the first character of the list of a device's physical cameras (0 if there is none)
+/// minus the code of "0".
 int firstPhysicalCamera(int deviceId, const log::Operation& operation) {
   const std::uint8_t character =
-      read(staticCharacteristics(deviceId), tags::ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS);
+      read(deviceCharacteristics(deviceId), tags::ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS);
   HESK_LOGD(operation, "main %d", character);
   return character - '0';
 }

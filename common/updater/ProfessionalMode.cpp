@@ -1,5 +1,5 @@
-// Publishes the manual settings of a request (exposure, sensitivity, white balance) in the event
-// store for 3A and the tuning of the professional mode. Each number is a decimal text.
+// Publishes settings of a request in the event store, each number as a decimal text: exposure,
+// sensitivity, white balance, UI module, motion level, second snapshot. Runs for every app.
 
 #include <concepts>
 #include <string>

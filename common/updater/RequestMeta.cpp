@@ -30,7 +30,7 @@ void writeMulticamEnable(IMetadata* meta, MulticamFeatureMode mode) {
 void forcePreview(IMetadata* meta, std::int32_t uiModule) {
   const std::int32_t keep = read(meta, tags::HESK_CONTROL_KEEP_CAPTURE_INTENT);
   if (uiModule != uimodule::k8 || keep == 1) return;
-  // int32 items in byte tags: this is the established behaviour.
+  // These byte tags get int32 items.
   writeAs<std::int32_t>(meta, tags::ANDROID_CONTROL_CAPTURE_INTENT, intent::kPreview);
   writeAs<std::int32_t>(meta, tags::ANDROID_CONTROL_ENABLE_ZSL, 0);
 }

@@ -7,6 +7,7 @@
 #include "common/HeskParameterUpdater.h"
 #include "common/math/Conversion.h"
 #include "common/tags/Metadata.h"
+#include "common/tags/Values.h"
 #include "common/updater/SharedSteps.h"
 #include "common/updater/UpdaterLog.h"
 
@@ -59,7 +60,7 @@ void writePairAndLux(IMetadata* result, std::int32_t sensor) {
       copyLux(result, tags::MTK_3A_AE_LUX_INDEX);
       break;
     case 0:
-      if (sensor == 7 || sensor == 1) {
+      if (sensor == 7 || sensor == kFrontSensor) {
         writePair(result, 46.0F, 24.0F);
       } else {
         writePair(result, 30.0F, 23.0F);

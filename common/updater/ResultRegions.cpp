@@ -22,8 +22,6 @@ constexpr auto kEyes = tags::RESULT_EYE_REGIONS;
 constexpr auto kHumanBodies = tags::RESULT_HUMAN_BODY_REGIONS;
 constexpr auto kLots = tags::RESULT_LOT_REGIONS;
 
-enum RegionKind : std::int32_t { kEye = 3, kLot = 4, kHumanBody = 5 };
-
 constexpr std::size_t kSides = 4;  // the items of a rectangle
 
 /// Returns the index of the first configured camera with this id; -1 if there is none.
@@ -33,7 +31,7 @@ int satCameraIndex(const TqcSat& sat, std::int32_t cameraId) {
   return found != cameras.end() ? static_cast<int>(found - cameras.begin()) : -1;
 }
 
-TagInfo regionOf(RegionKind kind, std::int32_t left, std::int32_t top, std::int32_t right,
+TagInfo regionOf(TagInfo::Kind kind, std::int32_t left, std::int32_t top, std::int32_t right,
                  std::int32_t bottom) {
   return {.kind = kind,
           .input = {left, top, wrappingSubtract(right, left), wrappingSubtract(bottom, top)},
@@ -41,7 +39,7 @@ TagInfo regionOf(RegionKind kind, std::int32_t left, std::int32_t top, std::int3
 }
 
 /// Reads four items from `first` on: left, top, right and bottom.
-TagInfo readRegion(const IMetadata* result, RegionKind kind, Tag<std::int32_t> tag,
+TagInfo readRegion(const IMetadata* result, TagInfo::Kind kind, Tag<std::int32_t> tag,
                    std::size_t first) {
   return regionOf(kind, readItem(result, tag, first), readItem(result, tag, first + 1),
                   readItem(result, tag, first + 2), readItem(result, tag, first + 3));
@@ -89,7 +87,7 @@ void HeskParameterUpdater::translateEyeRegion(IMetadata* result, TqcMetaConverte
   readAll(result, kEyes, std::span(items));
   std::vector<TagInfo> regions;
   for (std::size_t i = 0; i < kExtraItem; i += kSides) {
-    regions.push_back(regionOf(kEye, items[i], items[i + 2], items[i + 1], items[i + 3]));
+    regions.push_back(regionOf(TagInfo::kEye, items[i], items[i + 2], items[i + 1], items[i + 3]));
   }
   converter->TranslateResultRegion(regions, ratio, index);
   std::vector<std::int32_t> translated;
@@ -105,7 +103,7 @@ void HeskParameterUpdater::translateEyeRegion(IMetadata* result, TqcMetaConverte
 void HeskParameterUpdater::translatLotRegion(IMetadata* result, TqcMetaConverter* converter,
                                              float ratio, int index) {
   if (!has(result, kLots)) return;
-  std::vector<TagInfo> regions{readRegion(result, kLot, kLots, 0)};
+  std::vector<TagInfo> regions{readRegion(result, TagInfo::kLot, kLots, 0)};
   converter->TranslateResultRegion(regions, ratio, index);
   std::vector<std::int32_t> translated;
   appendOutputs(translated, regions);
@@ -123,7 +121,7 @@ void HeskParameterUpdater::translatHumanBodyRegion(IMetadata* result, TqcMetaCon
   if (bodies == 0) return;
   std::vector<TagInfo> regions;
   for (std::size_t body = 0; body < bodies; ++body) {
-    regions.push_back(readRegion(result, kHumanBody, kHumanBodies, 1 + body * kSides));
+    regions.push_back(readRegion(result, TagInfo::kHumanBody, kHumanBodies, 1 + body * kSides));
   }
   converter->TranslateResultRegion(regions, ratio, index);
   std::vector<std::int32_t> translated{static_cast<std::int32_t>(regions.size())};

@@ -25,7 +25,7 @@ std::int32_t masterSensor(const IMetadata* halMeta, std::int32_t openedSensor) {
 
 MSize activeArraySize(std::int32_t sensor) {
   const auto array =
-      readIfPresent(staticCharacteristics(sensor), tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION);
+      readIfPresent(deviceCharacteristics(sensor), tags::MTK_SENSOR_INFO_ACTIVE_ARRAY_REGION);
   if (!array) {
     HESK_LOGI(kOperation, "get sensor active size failed");
     return {};

@@ -1,6 +1,7 @@
 // Reads the layout of a sensor's phase-detection pixels from its driver.
 
 #include "common/HeskParameterUpdater.h"
+#include "common/sensormode/SensorScenario.h"
 #include "common/tags/Metadata.h"
 #include "common/updater/PdafRecord.h"
 #include "common/updater/PlatformHandle.h"
@@ -40,13 +41,13 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
     return kNothingWritten;
   }
 
-  std::int32_t scenario = 1;
+  std::int32_t sensorMode = NORMAL_CAPTURE;
   std::int32_t pdSupport = 0;
   NSCam::SensorPdBlock block{};
   std::int32_t deviceIndex = 0;
   const auto send = [&](std::int32_t command, auto& result) {
     deviceIndex = list->queryDeviceIndex(openId);
-    sensor->sendCommand(deviceIndex, command, reinterpret_cast<std::intptr_t>(&scenario),
+    sensor->sendCommand(deviceIndex, command, reinterpret_cast<std::intptr_t>(&sensorMode),
                         reinterpret_cast<std::intptr_t>(&result), 0);
   };
 

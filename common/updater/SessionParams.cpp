@@ -22,12 +22,12 @@ using ImageStreams = HeskParameterUpdater::ImageStreams;
 
 constexpr log::Operation kOperation = updaterOperation("updateSessionParams");
 
-constexpr std::int32_t kMissing = -1;
+constexpr std::int32_t kAbsent = -1;
 
 /// Returns item `index` of `tag`: -1 if the session is null, 0 if the item is absent.
 std::int32_t readItemOfSession(const IMetadata* session, Tag<std::int32_t> tag,
                                std::size_t index = 0) {
-  return session != nullptr ? readItem(session, tag, index) : kMissing;
+  return session != nullptr ? readItem(session, tag, index) : kAbsent;
 }
 
 bool isForVideoEncoder(const NSCam::v3::IImageStreamInfo& stream) {
@@ -35,15 +35,15 @@ bool isForVideoEncoder(const NSCam::v3::IImageStreamInfo& stream) {
 }
 
 void passToStereoSettings(const IMetadata* session) {
-  const std::int32_t eisEnable = read(session, tags::HESK_CONTROL_EISENABLE, kMissing);
+  const std::int32_t eisEnable = read(session, tags::HESK_CONTROL_EISENABLE, kAbsent);
   StereoSettingProvider::setEisEnable(eisEnable);
-  const std::int32_t videoAlgoType = read(session, tags::HESK_CONTROL_VIDEOALGOTYPE, kMissing);
+  const std::int32_t videoAlgoType = read(session, tags::HESK_CONTROL_VIDEOALGOTYPE, kAbsent);
   HESK_LOGD(kOperation, "set eisEnable = %d, videoAlgoType = %d", eisEnable, videoAlgoType);
   StereoSettingProvider::setVideoAlgoType(videoAlgoType);
 }
 
 std::int32_t readUiModule(const IMetadata* session) {
-  const std::int32_t uiModule = read(session, tags::COM_HESK_CURRENTUIMODULE, kMissing);
+  const std::int32_t uiModule = read(session, tags::COM_HESK_CURRENTUIMODULE, kAbsent);
   HESK_LOGD(kOperation, "COM_HESK_CURRENTUIMODULE %d", uiModule);
   return uiModule;
 }
@@ -87,7 +87,7 @@ void chooseStabilization(IMetadata* session, const ImageStreams& streams, std::s
                          std::int32_t frameRate) {
   if (appType != "heskCamera") return;
   const bool is4K = isVideo4K(streams);
-  const std::int32_t eisEnable = read(session, tags::HESK_CONTROL_EISENABLE, kMissing);
+  const std::int32_t eisEnable = read(session, tags::HESK_CONTROL_EISENABLE, kAbsent);
   if (!is4K || eisEnable == 0 || frameRate != 60) {
     write(session, tags::ANDROID_CONTROL_VIDEO_STABILIZATION_MODE, std::uint8_t{0});
     return;
@@ -134,6 +134,7 @@ void HeskParameterUpdater::updateSessionParams(
   writeVideoHdrMode(sessionMeta, kOperation);
   writeSelectedStream(sessionMeta, mStreamIds);
 
+  // A value that another thread has set meanwhile takes effect here.
   const std::string appTypeAgain = eventValue("APP_TYPE");
   disableFrontStabilization(sessionMeta, mInstanceId, appTypeAgain);
   setProductionScene(sessionMeta, mInstanceId, eventValue("APP_NAME"), kOperation);
@@ -142,7 +143,7 @@ void HeskParameterUpdater::updateSessionParams(
 
 void HeskParameterUpdater::chooseMulticamFeatureMode(IMetadata* session) {
   std::int32_t multicamEnable = -1;
-  switch (read(staticCharacteristics(mInstanceId), tags::STATIC_MULTICAM_FEATURE)) {
+  switch (read(deviceCharacteristics(mInstanceId), tags::STATIC_MULTICAM_FEATURE)) {
     case 6:
     case 7:
     case 14:

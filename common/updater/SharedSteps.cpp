@@ -19,16 +19,13 @@ void writeSelectedStream(NSCam::IMetadata* metadata, const std::vector<std::uint
 }
 
 void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operation) {
-  constexpr std::int32_t kHdrModeOff = 0;
-  constexpr std::int32_t kHdrModeVideoOn = 3;
-
   const auto videoHdr = readIfPresent(metadata, tags::HESK_CONTROL_VIDEO_HDR);
   if (!videoHdr) return;
   if (*videoHdr == 1) {
-    write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeVideoOn);
+    write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, hdr::kVideoOn);
     HESK_LOGD(operation, "set MTK_HDR_FEATURE_HDR_MODE_VIDEO_ON");
   } else {
-    write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, kHdrModeOff);
+    write(metadata, tags::MTK_HDR_FEATURE_HDR_MODE, hdr::kOff);
     HESK_LOGD(operation, "set MTK_HDR_FEATURE_HDR_MODE_OFF");
   }
 }

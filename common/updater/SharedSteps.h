@@ -27,7 +27,8 @@ void writeVideoHdrMode(NSCam::IMetadata* metadata, const log::Operation& operati
 void disableFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor,
                                std::string_view appType);
 
-/// Writes ANDROID_CONTROL_SCENE_MODE for the ultra-wide camera of the production-line app.
+/// Writes ANDROID_CONTROL_SCENE_MODE if the production-line app ("APP_NAME" "Production") uses the
+/// ultra-wide camera.
 void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::string_view appName,
                         const log::Operation& operation);
 

@@ -1,4 +1,5 @@
-// Look-up of static metadata (characteristics).
+// Look-up of static metadata (characteristics). A device is what a pipeline opens, possibly a
+// logical camera; a camera is one of its physical cameras.
 
 #pragma once
 
@@ -9,7 +10,7 @@
 namespace hesk {
 
 /// Returns the static metadata of a device, null if it has none.
-inline const NSCam::IMetadata* staticCharacteristics(std::int32_t deviceId) {
+inline const NSCam::IMetadata* deviceCharacteristics(std::int32_t deviceId) {
   const NSCam::IMetadataProvider* provider =
       NSCam::NSMetadataProviderManager::valueForByDeviceId(deviceId);
   return provider != nullptr ? &provider->getStaticCharacteristics() : nullptr;

@@ -5,6 +5,8 @@
 // mCaptureCount is the number of frames still expected.
 
 #include <algorithm>
+#include <cstring>
+#include <span>
 #include <string_view>
 
 #include "common/HeskParameterUpdater.h"
@@ -13,6 +15,7 @@
 #include "common/tags/Values.h"
 #include "common/updater/PlatformHandle.h"
 #include "common/updater/SharedSteps.h"
+#include "common/updater/TimeStamp.h"
 #include "common/updater/UpdaterLog.h"
 
 namespace {
@@ -24,7 +27,7 @@ using NSCam::IMetadata;
 constexpr std::int32_t kMaxBurstFrames = 1024;
 
 void writeRawType(IMetadata* meta, std::int64_t currentMode) {
-  // A later step of the hook overwrites this value.
+  // writeMoonRawType always overwrites this value.
   if ((currentMode & mode::kRawType) != 0) {
     write(meta, tags::MTK_CONTROL_RAW_TYPE, 1);
   } else {
@@ -121,4 +124,11 @@ void HeskParameterUpdater::writeBurstFrame(IMetadata* meta, unsigned int request
   write(meta, tags::MTK_HESK_FRAME_COUNT, count);
   write(meta, tags::MTK_HESK_FRAME_INDEX, index);
   HESK_LOGD(kRequestOperation, "frameCount %d, frameIndex %d", count, index);
+}
+
+void HeskParameterUpdater::setDumpPathForHeskDump(int, IMetadata* request) {
+  const TimeStamp stamp = currentTimeStamp();
+  const std::size_t sizeWithZero = std::strlen(stamp.data()) + 1;
+  writeAll(request, tags::HESK_CONTROL_DUMPPATH,
+           std::span(reinterpret_cast<const std::uint8_t*>(stamp.data()), sizeWithZero));
 }

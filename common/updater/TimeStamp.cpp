@@ -1,12 +1,9 @@
 #include "common/updater/TimeStamp.h"
 
 #include <algorithm>
-#include <cstring>
 #include <ctime>
-#include <span>
 
 #include "common/HeskParameterUpdater.h"
-#include "common/tags/Metadata.h"
 #include "platform/CLibrary.h"
 
 using namespace hesk;
@@ -25,10 +22,3 @@ TimeStamp hesk::currentTimeStamp() {
 }
 
 void HeskParameterUpdater::getCurrentTime(char* out) { std::ranges::copy(currentTimeStamp(), out); }
-
-void HeskParameterUpdater::setDumpPathForHeskDump(int, IMetadata* request) {
-  const TimeStamp stamp = currentTimeStamp();
-  const std::size_t sizeWithZero = std::strlen(stamp.data()) + 1;
-  writeAll(request, tags::HESK_CONTROL_DUMPPATH,
-           std::span(reinterpret_cast<const std::uint8_t*>(stamp.data()), sizeWithZero));
-}

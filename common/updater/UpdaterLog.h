@@ -9,7 +9,8 @@ namespace hesk {
 inline constexpr log::Source kUpdaterSource{"HeskParameterUpdater",
                                             "common/HeskParameterUpdater.cpp"};
 
-/// The user name with which the updater creates and releases platform objects.
+/// The user name with which the updater creates and releases platform objects. Only sensors are
+/// created with another name (SensorPdaf.cpp).
 inline constexpr const char* kUpdaterUser = kUpdaterSource.tag;
 
 /// Returns the log operation of a member function.

@@ -84,7 +84,7 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
   } else {
     writer = std::make_unique<TextTrace>(out, Style::forStandardOutput(),
                                          recordsFromName(options.logs), scenario.about());
-    if (options.logs.empty()) host::LogSink::openLevels({});  // records are not shown
+    if (options.logs.empty()) host::LogSink::enableLevels({});  // records are not shown
   }
   std::optional<Replay> run(std::in_place, platformOf(scenario));
   std::optional<StepFinder> steps;

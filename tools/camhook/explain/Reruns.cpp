@@ -41,7 +41,7 @@ Reruns::Reruns(const Question& question)
     : mQuestion(question),
       mPhone(unchangedPhone(question)),
       mReplay(mPhone, [this](int sensor) { return updaterOf(sensor); }) {
-  host::LogSink::openLevels({});
+  host::LogSink::enableLevels({});
   for (std::size_t i = 0; i < question.call; ++i) {
     mStates.push_back(state());
     ReadInputs inputs(question.platform);

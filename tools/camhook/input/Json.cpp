@@ -5,8 +5,6 @@
 #include <charconv>
 #include <cmath>
 
-#include "common/NumberText.h"
-
 namespace camhook {
 
 // Defined where `Member`, which contains a `Json`, is complete.
@@ -34,8 +32,8 @@ Json::Json(const char* text) : mValue(std::string(text)) {}
 Json::Json(float number) {
   if (std::isfinite(number)) {
     std::array<char, 32> digits{};
-    auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    mValue = hesk::leadingNumber<double>({digits.data(), end}).value();
+    std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    mValue = std::strtod(digits.data(), nullptr);
   } else {
     mValue = std::isnan(number) ? "nan" : number < 0 ? "-inf" : "inf";
   }
