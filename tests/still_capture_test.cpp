@@ -129,4 +129,17 @@ TEST_F(StillCapture, HasMulticamMode) {
   EXPECT_EQ(read(&request, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE), 1);
 }
 
+TEST_F(StillCapture, MainSensorIsFirstCharacterOfPhysicalIds) {
+  mUpdater.fields.setMulticamFeatureMode(1);
+  const std::pair<const char*, int> rows[] = {
+      {R"("2\u00003")", 2}, {R"("12\u0000")", 1}, {R"("x")", 72}, {"[]", -48}};
+  for (const auto& [ids, sensor] : rows) {
+    mPhone.config.devices[2].statics =
+        metadataOf(R"({"ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": )" + std::string(ids) + "}");
+    mPhone.effects.take();
+    capture(1, R"({"HESK_CONTROL_HISFRAME": [1, 0]})");
+    EXPECT_EQ(mPhone.effects.take()[1].fields[0].value, host::Effect::Value(sensor)) << ids;
+  }
+}
+
 }  // namespace

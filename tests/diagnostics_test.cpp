@@ -1,4 +1,4 @@
-// Metadata dumps, time stamps, tuning data and the main sensor of still captures.
+// Metadata dumps, time stamps and tuning data.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -157,21 +157,6 @@ TEST_F(MetadataDump, TimeStampFollowsTimeZone) {
   unsetenv("TZ");
   EXPECT_EQ(east.size(), 14U);
   EXPECT_GT(east.substr(0, 8), west.substr(0, 8));  // a day later
-}
-
-TEST_F(MetadataDump, MainSensorIsFirstDigitOfPhysicalIds) {
-  mUpdater.fields.setMulticamFeatureMode(1);
-  const std::pair<const char*, int> rows[] = {
-      {R"("2\u00003")", 2}, {R"("12\u0000")", 1}, {R"("x")", 72}, {"[]", -48}};
-  for (const auto& [ids, sensor] : rows) {
-    mPhone.config.devices[0].statics =
-        metadataOf(R"({"ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS": )" + std::string(ids) + "}");
-    IMetadata request =
-        metadataOf(R"({"ANDROID_CONTROL_CAPTURE_INTENT": 2, "HESK_CONTROL_HISFRAME": [1, 0]})");
-    mPhone.effects.take();
-    mUpdater->updateRequestMeta(&request, 1);
-    EXPECT_EQ(mPhone.effects.take()[1].fields[0].value, host::Effect::Value(sensor)) << ids;
-  }
 }
 
 std::string dumpOf(const camera_metadata* buffer, int verbosity = 2) {
