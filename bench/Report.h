@@ -13,8 +13,8 @@
 
 namespace bench {
 
-/// Keeps the shortest run of each row.
-class Shortest final : public benchmark::BenchmarkReporter {
+/// Keeps the fastest run of each row.
+class FastestRuns final : public benchmark::BenchmarkReporter {
  public:
   struct Figures {
     double ns = std::numeric_limits<double>::infinity();
@@ -51,29 +51,29 @@ class Shortest final : public benchmark::BenchmarkReporter {
 };
 
 /// Prints the limit of a figure. Returns true if the figure is within the limit.
-inline bool judge(double figure, double most, const char* unit) {
-  const bool isWithin = figure <= most;
-  std::printf("  %s %.0f %s\n", isWithin ? "ok, at most" : "MISSED: at most", most, unit);
+inline bool judge(double figure, double limit, const char* unit) {
+  const bool isWithin = figure <= limit;
+  std::printf("  %s %.0f %s\n", isWithin ? "ok, limit" : "MISSED, limit", limit, unit);
   return isWithin;
 }
 
-/// Runs the rows that `registerRows` registers. Options given go before these. Returns the exit
-/// status: 1 if `report` returns false for a target that is missed.
+/// Runs the rows that `registerRows` registers. Command-line options override these
+/// defaults. Returns the exit status: 1 if `report` returns false because a limit is exceeded.
 template <typename Register, typename Report>
 int run(int argc, char** argv, Register registerRows, Report report) {
   // Interleaved repetitions make the rows comparable.
   std::string repetitions = "--benchmark_repetitions=9";
-  std::string byTurns = "--benchmark_enable_random_interleaving=true";
+  std::string interleaved = "--benchmark_enable_random_interleaving=true";
   std::string seconds = "--benchmark_min_time=0.05";
-  std::vector<char*> words{argv[0], repetitions.data(), byTurns.data(), seconds.data()};
+  std::vector<char*> words{argv[0], repetitions.data(), interleaved.data(), seconds.data()};
   words.insert(words.end(), argv + 1, argv + argc);
   auto count = static_cast<int>(words.size());
   benchmark::Initialize(&count, words.data());
   if (benchmark::ReportUnrecognizedArguments(count, words.data())) return 2;
   registerRows();
-  Shortest shortest;
-  benchmark::RunSpecifiedBenchmarks(&shortest);
-  return report(shortest) ? 0 : 1;
+  FastestRuns fastest;
+  benchmark::RunSpecifiedBenchmarks(&fastest);
+  return report(fastest) ? 0 : 1;
 }
 
 }  // namespace bench

@@ -1,9 +1,9 @@
 // Measures the hooks of the shared library on calls of stored scenarios.
 //
 // Each row repeats one call on the same containers. The accesses of the call to the simulated phone
-// are recorded once; `their time` is the time of these accesses alone, including reading all items
-// of an entry and constructing written entries. The hook's own cost is the rest, as a percentage of
-// `their time`; it includes service calls and effects other than on the event store.
+// are recorded once and repeated by themselves: `access time` includes reading all items of an
+// entry and constructing written entries. `overhead` is the rest of the hook's time, in percent of
+// the access time; it includes service calls and effects other than on the event store.
 //
 // Allocations are calls of operator new in one call, including those of the simulated phone. Exits
 // with 1 if a limit is exceeded.
@@ -47,11 +47,11 @@ struct Row {
   const char* hook;
   const char* scenario;
   std::size_t call;
-  double mostOwnShare = 0.5;  // limit of the hook's own cost, as a part of its accesses' cost
+  double maxOverhead = 0.5;  // as a part of the access time
 };
 
 constexpr Row kPreview{"updateRequestMeta, preview", "preview", 2};
-constexpr const char* kGate = "a closed log gate";
+constexpr const char* kDisabledLog = "a disabled log level";
 constexpr std::array kHooks = {
     kPreview,
     Row{"updateRequestMeta, still capture", "still_burst", 2},
@@ -62,8 +62,8 @@ constexpr std::array kHooks = {
     Row{"translateResultRegionForHesk", "result_regions", 2},
 };
 
-constexpr double kMostPreviewNs = 1000;
-constexpr double kMostGateNs = 2;
+constexpr double kMaxPreviewNs = 1000;
+constexpr double kMaxDisabledLogNs = 2;
 
 std::string contentOf(const std::string& path) {
   std::ostringstream text;
@@ -82,13 +82,13 @@ class Hook {
 
   /// Returns the container of an access; a spare one for containers that the library created.
   [[nodiscard]] IMetadata& container(const IMetadata* seen) {
-    const auto handed = std::ranges::find(mHanded, seen);
-    return handed != mHanded.end() ? **handed : mSpare;
+    const auto passed = std::ranges::find(mPassed, seen);
+    return passed != mPassed.end() ? **passed : mSpare;
   }
 
  private:
-  IMetadata* hand(camhook::MetadataArgument& metadata) {
-    return metadata ? mHanded.emplace_back(&*metadata) : nullptr;
+  IMetadata* pass(camhook::MetadataArgument& metadata) {
+    return metadata ? mPassed.emplace_back(&*metadata) : nullptr;
   }
 
   static HeskParameterUpdater& updater(int sensor) {
@@ -96,13 +96,13 @@ class Hook {
   }
 
   void prepare(camhook::UpdateRequestMeta& call) {
-    mRun = [&call, meta = hand(call.meta)] {
+    mRun = [&call, meta = pass(call.meta)] {
       updater(call.sensor).updateRequestMeta(meta, call.requestNo);
     };
   }
 
   void prepare(camhook::UpdateResultMeta& call) {
-    mRun = [&call, meta = hand(call.meta)] {
+    mRun = [&call, meta = pass(call.meta)] {
       updater(call.sensor).updateResultMeta(meta, call.requestNo);
     };
   }
@@ -112,19 +112,19 @@ class Hook {
     for (const auto& [id, usage, width, height] : call.streams) {
       streams.emplace(id, new host::ImageStream(id, usage, {width, height}));
     }
-    mRun = [&call, streams, meta = hand(call.meta)] {
+    mRun = [&call, streams, meta = pass(call.meta)] {
       updater(call.sensor).updateSessionParams(meta, streams);
     };
   }
 
   void prepare(camhook::UpdateCaptureRawParameter& call) {
-    mRun = [&call, app = hand(call.app), hal = hand(call.hal), out = hand(call.out)] {
+    mRun = [&call, app = pass(call.app), hal = pass(call.hal), out = pass(call.out)] {
       updater(call.sensor).updateCaptureRawParameter(app, hal, out);
     };
   }
 
   void prepare(camhook::TranslateResultRegion& call) {
-    mRun = [&call, meta = hand(call.meta)] {
+    mRun = [&call, meta = pass(call.meta)] {
       updater(call.sensor)
           .translateResultRegionForHesk(meta, call.value, call.cameraId,
                                         static_cast<long>(call.tag));
@@ -134,7 +134,7 @@ class Hook {
   void prepare(camhook::DecideSensorScenario& call) {
     auto info = std::make_shared<HeskSensorModeControl::StreamInfo>();
     *info = {.hasVideoConsumer = call.video, .mainOutputSize = {call.width, call.height}};
-    mRun = [&call, info, meta = hand(call.meta)] {
+    mRun = [&call, info, meta = pass(call.meta)] {
       HeskSensorModeControl::createInstance(call.sensor)->decideSensorScenario(meta, info);
     };
   }
@@ -143,7 +143,7 @@ class Hook {
   void prepare(auto& /*call*/) { std::abort(); }
 
   std::function<void()> mRun;
-  std::vector<IMetadata*> mHanded;
+  std::vector<IMetadata*> mPassed;
   IMetadata mSpare;
 };
 
@@ -164,7 +164,7 @@ void lookUp(const IMetadata& container, IMetadata::Tag_t tag) {
   std::visit(readItems, host::MetadataAccess::itemsOf(entry));
 }
 
-IMetadata::IEntry madeAgain(const IMetadata::IEntry& entry) {
+IMetadata::IEntry rebuilt(const IMetadata::IEntry& entry) {
   IMetadata::IEntry made(entry.tag());
   const auto append = [&]<typename T>(const std::vector<T>& items) {
     for (const T& item : items) made.push_back(item, NSCam::Type2Type<T>{});
@@ -174,7 +174,7 @@ IMetadata::IEntry madeAgain(const IMetadata::IEntry& entry) {
 }
 
 /// Repeats an access.
-struct Again {
+struct RepeatAccess {
   Hook& hook;
 
   void operator()(const host::MetadataRead& read) const {
@@ -187,7 +187,7 @@ struct Again {
   }
 
   void operator()(const host::MetadataWrite& write) const {
-    hook.container(write.container).update(write.tag, madeAgain(write.entry));
+    hook.container(write.container).update(write.tag, rebuilt(write.entry));
   }
 
   void operator()(const host::EventRead& read) const {
@@ -221,9 +221,9 @@ void measure(benchmark::State& state, Call call) {
       benchmark::Counter(allocations, benchmark::Counter::kAvgIterations);
 }
 
-enum class What { hook, accesses };
+enum class Measured { hook, accesses };
 
-void measureRow(benchmark::State& state, const Row& row, What what) {
+void measureRow(benchmark::State& state, const Row& row, Measured what) {
   camhook::Scenario scenario = camhook::readScenario(
       contentOf(std::string(CAM_SOURCE_DIR "/scenarios/") + row.scenario + ".json"));
   camhook::Replay replay(std::move(scenario.platform));
@@ -236,17 +236,17 @@ void measureRow(benchmark::State& state, const Row& row, What what) {
   replay.phone().setObserver(&accesses);
   hook();
   replay.phone().setObserver(nullptr);
-  if (what == What::hook) {
+  if (what == Measured::hook) {
     measure(state, [&] { hook(); });
   } else {
     state.counters["accesses"] = static_cast<double>(accesses.all.size());
     measure(state, [&] {
-      for (const host::Access& access : accesses.all) std::visit(Again{hook}, access);
+      for (const host::Access& access : accesses.all) std::visit(RepeatAccess{hook}, access);
     });
   }
 }
 
-void measureGate(benchmark::State& state) {
+void measureDisabledLog(benchmark::State& state) {
   static constexpr hesk::log::Source kSource{"HeskBench", "bench/hooks_bench.cpp"};
   static constexpr hesk::log::Operation kOperation{kSource, "bench"};
   host::LogSink::enableLevels({});
@@ -261,35 +261,35 @@ std::string accessesOf(const Row& row) { return std::string(row.hook) + ": acces
 
 void registerRows() {
   for (const Row& row : kHooks) {
-    benchmark::RegisterBenchmark(row.hook, measureRow, row, What::hook);
-    benchmark::RegisterBenchmark(accessesOf(row).c_str(), measureRow, row, What::accesses);
+    benchmark::RegisterBenchmark(row.hook, measureRow, row, Measured::hook);
+    benchmark::RegisterBenchmark(accessesOf(row).c_str(), measureRow, row, Measured::accesses);
   }
-  benchmark::RegisterBenchmark(kGate, measureGate);
+  benchmark::RegisterBenchmark(kDisabledLog, measureDisabledLog);
 }
 
 /// Prints the rows that ran. Returns true if all are within their limits.
-bool report(const bench::Shortest& shortest) {
+bool report(const bench::FastestRuns& fastest) {
   constexpr double kPerCent = 100;
   bool areMet = true;
-  std::printf("%-34s %9s %11s %8s %11s %5s\n", "", "time", "allocations", "accesses", "their time",
-              "own");
+  std::printf("%-34s %9s %11s %8s %11s %8s\n", "", "time", "allocations", "accesses", "access time",
+              "overhead");
   for (const Row& row : kHooks) {
-    const auto* const whole = shortest.find(row.hook);
-    const auto* const accesses = shortest.find(accessesOf(row));
+    const auto* const whole = fastest.find(row.hook);
+    const auto* const accesses = fastest.find(accessesOf(row));
     if (whole == nullptr || accesses == nullptr) continue;
-    const double own = kPerCent * (whole->ns / accesses->ns - 1);
-    std::printf("%-34s %6.0f ns %11.0f %8.0f %8.0f ns %3.0f %%", row.hook, whole->ns,
-                whole->allocations, accesses->accesses, accesses->ns, own);
-    areMet &= bench::judge(own, kPerCent * row.mostOwnShare, "%");
+    const double overhead = kPerCent * (whole->ns / accesses->ns - 1);
+    std::printf("%-34s %6.0f ns %11.0f %8.0f %8.0f ns %6.0f %%", row.hook, whole->ns,
+                whole->allocations, accesses->accesses, accesses->ns, overhead);
+    areMet &= bench::judge(overhead, kPerCent * row.maxOverhead, "%");
   }
-  const auto judgeTime = [&](const char* name, const char* row, double most) {
-    const auto* const figures = shortest.find(row);
+  const auto judgeTime = [&](const char* name, const char* row, double limit) {
+    const auto* const figures = fastest.find(row);
     if (figures == nullptr) return;
     std::printf("%-34s %6.1f ns", name, figures->ns);
-    areMet &= bench::judge(figures->ns, most, "ns");
+    areMet &= bench::judge(figures->ns, limit, "ns");
   };
-  judgeTime("a preview request", kPreview.hook, kMostPreviewNs);
-  judgeTime(kGate, kGate, kMostGateNs);
+  judgeTime("a preview request", kPreview.hook, kMaxPreviewNs);
+  judgeTime(kDisabledLog, kDisabledLog, kMaxDisabledLogNs);
   return areMet;
 }
 

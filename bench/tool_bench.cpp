@@ -21,8 +21,8 @@ namespace {
 
 using namespace camhook;
 
-constexpr double kMostGrowth =
-    150;  // time per part of the longer scenario, per cent of the shorter
+/// The longest time for a part of the longer scenario, in percent of that for the shorter one.
+constexpr double kMaxGrowth = 150;
 
 /// Requests of about 300 bytes, every tenth a still capture.
 std::string requests(std::size_t count) {
@@ -52,9 +52,9 @@ std::string tags(std::size_t count) {
 }
 
 /// Discards its output.
-class Nowhere final : public std::streambuf {
+class NullBuffer final : public std::streambuf {
  public:
-  Nowhere() { empty(); }
+  NullBuffer() { empty(); }
 
  private:
   void empty() { setp(mBuffer.data(), mBuffer.data() + mBuffer.size()); }
@@ -77,8 +77,8 @@ void read(const std::string& text) {
 template <typename Trace, typename... Options>
 void replay(const std::string& text, Options... options) {
   const ScenarioText scenario(text);
-  Nowhere nowhere;
-  std::ostream out(&nowhere);
+  NullBuffer buffer;
+  std::ostream out(&buffer);
   Trace trace(out, options...);
   Replay run(scenario.platform());
   for (std::size_t i = 0; i < scenario.callCount(); ++i) trace.write(run.run(scenario.call(i)));
@@ -121,16 +121,16 @@ void registerRows() {
 }
 
 /// Prints the rows that ran. Returns true if all are within their limits.
-bool report(const bench::Shortest& shortest) {
+bool report(const bench::FastestRuns& fastest) {
   bool areMet = true;
   for (const Row& row : kRows) {
-    const auto* const few = shortest.find(row.name);
-    const auto* const many = shortest.find(longerOf(row));
+    const auto* const few = fastest.find(row.name);
+    const auto* const many = fastest.find(longerOf(row));
     if (few == nullptr || many == nullptr) continue;
     const double each = few->ns / static_cast<double>(row.parts);
     const double eachOfMany = many->ns / static_cast<double>(10 * row.parts);
     std::printf("%-34s %6.0f ns, of ten times as many %6.0f ns", row.name, each, eachOfMany);
-    areMet &= bench::judge(100 * eachOfMany / each, kMostGrowth, "%");
+    areMet &= bench::judge(100 * eachOfMany / each, kMaxGrowth, "%");
   }
   return areMet;
 }

@@ -102,8 +102,8 @@ class Mutator {
     return list;
   }
 
-  /// Writes an entry of a tag of the catalogue or of the container, mostly with the type and count
-  /// that the library reads.
+  /// Writes an entry whose tag is from the catalogue or already in the container, mostly with the
+  /// type and count that the library reads.
   void putEntry(Json& metadata) {
     const camhook::TagDescription& tag = any(camhook::kTagCatalogue);
     std::string name(tag.name);
