@@ -11,7 +11,6 @@
 
 #include "tools/camhook/explain/DecisionText.h"
 #include "tools/camhook/explain/RulesCommand.h"
-#include "tools/camhook/explain/Want.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/show/SensorModeName.h"
 
@@ -213,24 +212,6 @@ TEST(Rules, MatrixMatchesLibrary) {
         const std::string name = mode == 255 ? "-" : std::string(sensorModeName(mode));
         EXPECT_EQ(cells[i], name + (phone.modeFor(inputs) == mode ? "" : "*"))
             << table.productName << ' ' << value;
-      }
-    }
-  }
-}
-
-TEST(Rules, SmallestChangesGiveMode) {
-  DecidingPhone phone;
-  const SensorModeTable& table = hesk::sensorModeTables().front();
-  for (const RuleList& list : kRuleLists) {
-    Inputs inputs(table.productName, list.sensor, list.video);
-    inputs.set(kAppType, "another");
-    for (const SensorModeCfg& rule : table.*list.rules) {
-      const std::vector<Decision> found = smallestChanges(phone, inputs, rule.sensorMode);
-      ASSERT_FALSE(found.empty()) << list.name;
-      for (const Decision& decision : found) {
-        EXPECT_EQ(decision.mode, rule.sensorMode);
-        EXPECT_EQ(changesText(inputs, decision.inputs).size(),
-                  changesText(inputs, found.front().inputs).size());
       }
     }
   }

@@ -1,5 +1,4 @@
 #include "tools/camhook/commands/Commands.h"
-#include "tools/camhook/input/JsonLine.h"
 
 #include <algorithm>
 #include <array>
@@ -11,9 +10,11 @@
 #include <variant>
 #include <vector>
 
+#include "tools/camhook/explain/ChangedScenario.h"
 #include "tools/camhook/explain/DecisionText.h"
-#include "tools/camhook/explain/Want.h"
+#include "tools/camhook/explain/Why.h"
 #include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/WholeNumber.h"
@@ -91,14 +92,69 @@ std::int32_t sensorModeFrom(const std::string& text) {
                    "; valid: " + joined(valid, ", "));
 }
 
+/// The decision as the return value of a scenario's only call. Product, sensor and video stay.
+Question questionOf(const Inputs& inputs) {
+  const std::string product(inputFields()[kProduct].name);
+  const std::int32_t sensor = inputs.numbers(kSensor)[0];
+  const auto [width, height] = inputs.numbers(kSize);
+  Question question;
+  question.scenario.platform.properties[product] = inputs[kProduct];
+  question.scenario.platform.eventStore = {{"APP_TYPE", inputs[kAppType]},
+                                           {"APP_NAME", inputs[kAppName]}};
+  question.scenario.calls.push_back(
+      {DecideSensorScenario{sensor, inputs.metadata(), inputs.hasVideo(), width, height}});
+  question.arguments = {
+      {"sensor", sensor}, {"video", inputs.hasVideo()}, {"width", width}, {"height", height}};
+  question.fixed = {{.kind = Input::Kind::property, .key = product},
+                    {.kind = Input::Kind::argument, .key = "sensor"},
+                    {.kind = Input::Kind::argument, .key = "video"}};
+  return question;
+}
+
+Inputs changedInputs(const Question& question, const std::vector<Change>& changes) {
+  host::Phone phone(unchangedPhone(question));
+  setTexts(phone, changes);
+  const Call call = changedCall(question, question.askedCall(), changes);
+  return inputsOf(std::get<DecideSensorScenario>(call));
+}
+
+/// The decisions with changes of one or two inputs that give the mode.
+std::vector<Decision> decisionsFor(const Inputs& inputs, std::int32_t mode) {
+  const Question question = questionOf(inputs);
+  const Explanation explanation = explain(question, Wanted(std::to_string(mode), question));
+  std::vector<Explanation::Outcome> outcomes = explanation.outcomes();
+  if (explanation.after == mode) outcomes = {{.changes = {}, .gives = mode}};
+  std::vector<Decision> found;
+  for (const Explanation::Outcome& outcome : outcomes) {
+    const Inputs changed = changedInputs(question, outcome.changes);
+    Decision decision = DecidingPhone().explain(changed);
+    if (decision.mode == mode) found.push_back(std::move(decision));
+  }
+  return found;
+}
+
+/// The inputs in which two decisions differ.
+std::vector<InputIndex> differences(const Inputs& from, const Inputs& to) {
+  std::vector<InputIndex> list;
+  for (std::size_t i = 0; i < kInputCount; ++i) {
+    const auto input = static_cast<InputIndex>(i);
+    if (from[input] != to[input]) list.push_back(input);
+  }
+  return list;
+}
+
 void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Decision>& found,
                  std::int32_t wanted, Style style) {
   out << style.heading("wanted") << "  " << sensorModeText(wanted) << '\n';
-  if (found.empty()) out << "  no change of up to three inputs gives it\n";
+  if (found.empty()) out << "  no change of one or two inputs gives it\n";
   for (const Decision& decision : found) {
-    const std::string changes = joined(changesText(inputs, decision.inputs), ", and ");
-    out << "  " << (changes.empty() ? "no change is needed" : printable(changes)) << "  "
-        << style.faint(decidedByText(decision)) << '\n';
+    std::vector<std::string> changes;
+    for (const InputIndex input : differences(inputs, decision.inputs)) {
+      changes.push_back(std::string(inputFields()[input].name) + " " + inputs.shown(input) +
+                        " \u2192 " + decision.inputs.shown(input));
+    }
+    out << "  " << (changes.empty() ? "no change is needed" : printable(joined(changes, ", and ")))
+        << "  " << style.faint(decidedByText(decision)) << '\n';
   }
 }
 
@@ -106,10 +162,8 @@ Json wantedJson(const Inputs& inputs, const std::vector<Decision>& found, std::i
   Json::List list;
   for (const Decision& decision : found) {
     Json changes = Json::Object();
-    for (std::size_t i = 0; i < kInputCount; ++i) {
-      const auto input = static_cast<InputIndex>(i);
-      if (inputs[input] == decision.inputs[input]) continue;
-      changes[std::string(inputFields()[i].name)] = decision.inputs.json(input);
+    for (const InputIndex input : differences(inputs, decision.inputs)) {
+      changes[inputFields()[input].name] = decision.inputs.json(input);
     }
     list.push_back({{"changes", std::move(changes)}, {"decidedBy", decidedByText(decision)}});
   }
@@ -121,10 +175,9 @@ int runDecide(const DecideArguments& arguments) {
   if (!arguments.want.empty()) wanted = sensorModeFrom(arguments.want);
   const Inputs inputs =
       arguments.scenario.empty() ? inputsOfOptions(arguments) : inputsOfScenario(arguments);
-  DecidingPhone phone;
-  const Decision decision = phone.explain(inputs);
+  const Decision decision = DecidingPhone().explain(inputs);
   std::vector<Decision> found;
-  if (wanted) found = smallestChanges(phone, inputs, *wanted);
+  if (wanted) found = decisionsFor(inputs, *wanted);
   if (arguments.json) {
     Json json = jsonFromDecision(decision);
     if (wanted) json["want"] = wantedJson(inputs, found, *wanted);
