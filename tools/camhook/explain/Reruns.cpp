@@ -12,6 +12,7 @@ namespace camhook {
 namespace {
 
 using Kind = Input::Kind;
+using NSCam::IMetadata;
 
 bool leaveOut(const std::vector<Change>& changes, std::size_t call) {
   const Input input{.kind = Kind::call, .number = static_cast<std::int64_t>(call)};
@@ -115,16 +116,22 @@ void Reruns::addInputs(ReadInputs& inputs, const CallTrace& trace) const {
   for (const StepAccess& access : *trace.accesses) inputs.add(access.access, access.container);
 }
 
-Json Reruns::valueOf(const CallTrace& trace, MetadataArgument ContainerTrace::*when) const {
+/// The entry of the tag; one without items if there is none.
+const IMetadata::IEntry& Reruns::entryOf(const CallTrace& trace,
+                                         MetadataArgument ContainerTrace::*when) const {
+  static const IMetadata kEmpty;
   for (const ContainerTrace& container : trace.containers) {
     if (container.name != mQuestion.container || !(container.*when)) continue;
-    return jsonFromEntry((container.*when)->entryFor(mQuestion.tag));
+    return (container.*when)->entryFor(mQuestion.tag);
   }
-  return {};
+  return kEmpty.entryFor(mQuestion.tag);
 }
 
+Json Reruns::before() const { return jsonFromEntry(entryOf(mTrace, &ContainerTrace::before)); }
+
 Json Reruns::answerOf(const CallTrace& trace) const {
-  return mQuestion.container.empty() ? trace.result : valueOf(trace, &ContainerTrace::after);
+  if (mQuestion.container.empty()) return trace.result;
+  return jsonFromEntry(entryOf(trace, &ContainerTrace::after));
 }
 
 std::vector<Reruns::Write> Reruns::writesOf(const CallTrace& trace) const {
@@ -218,9 +225,16 @@ std::optional<CallTrace> Reruns::runCall(const std::vector<Change>& changes,
   }
 }
 
-std::optional<Json> Reruns::run(const std::vector<Change>& changes) {
+const Json* Reruns::run(const std::vector<Change>& changes) {
   const auto trace = runCall(changes, Replay::Detail::containers);
-  return trace ? std::optional(answerOf(*trace)) : std::nullopt;
+  if (!trace) return nullptr;
+  // The JSON of a long entry takes longer than the call.
+  if (!mQuestion.container.empty() &&
+      areSame(entryOf(*trace, &ContainerTrace::after), entryOf(mTrace, &ContainerTrace::after))) {
+    return &mAnswer;
+  }
+  mChangedAnswer = answerOf(*trace);
+  return &mChangedAnswer;
 }
 
 std::string Reruns::writingStep(const std::vector<Change>& changes) {

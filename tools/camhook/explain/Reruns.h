@@ -39,7 +39,7 @@ class Reruns {
   // The unchanged call.
 
   /// The value of the tag before the call.
-  [[nodiscard]] Json before() const { return valueOf(mTrace, &ContainerTrace::before); }
+  [[nodiscard]] Json before() const;
 
   /// The value of the tag after the call, or the return value.
   [[nodiscard]] const Json& answer() const { return mAnswer; }
@@ -64,8 +64,8 @@ class Reruns {
   /// The step that writes the tag last; empty if none does.
   std::string writingStep(const std::vector<Change>& changes);
 
-  /// The answer; none if a scenario cannot have these changes.
-  std::optional<Json> run(const std::vector<Change>& changes);
+  /// The answer, valid until the next run; null if a scenario cannot have these changes.
+  const Json* run(const std::vector<Change>& changes);
 
  private:
   /// The state before a call.
@@ -84,7 +84,8 @@ class Reruns {
   void restore(const State& state);
   void addInputs(ReadInputs& inputs, const CallTrace& trace) const;
   void findInputs();
-  [[nodiscard]] Json valueOf(const CallTrace& trace, MetadataArgument ContainerTrace::*when) const;
+  [[nodiscard]] const NSCam::IMetadata::IEntry& entryOf(
+      const CallTrace& trace, MetadataArgument ContainerTrace::*when) const;
   [[nodiscard]] Json answerOf(const CallTrace& trace) const;
   [[nodiscard]] std::vector<Write> writesOf(const CallTrace& trace) const;
   [[nodiscard]] std::size_t firstAffected(const std::vector<Change>& changes,
@@ -106,6 +107,7 @@ class Reruns {
   CallTrace mTrace;
   std::map<std::uint32_t, std::uint32_t> mBurst;
   Json mAnswer;
+  Json mChangedAnswer;
   std::vector<Input> mInputs;
 };
 

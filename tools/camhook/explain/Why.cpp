@@ -25,8 +25,8 @@ Explanation::Finding findingOf(const Input& input, const Json::List& candidates,
   Json::List seen{reruns.answer()};
   for (const Json& to : candidates) {
     const std::vector<Change> changes{{input, to}};
-    const std::optional<Json> gives = reruns.run(changes);
-    if (!gives) continue;
+    const Json* const gives = reruns.run(changes);
+    if (gives == nullptr) continue;
     ++tried;
     if (std::ranges::find(seen, *gives) != seen.end()) continue;
     finding.affects = true;
@@ -76,8 +76,8 @@ void findPairs(Explanation& explanation, Reruns& reruns,
         ++explanation.triedPairs;
         std::vector<Change> changes{{explanation.findings[first].input, firsts[i]},
                                     {explanation.findings[second].input, seconds[k]}};
-        const std::optional<Json> gives = reruns.run(changes);
-        if (!gives || !wanted.isMetBy(*gives)) continue;
+        const Json* const gives = reruns.run(changes);
+        if (gives == nullptr || !wanted.isMetBy(*gives)) continue;
         found.push_back({std::move(changes), *gives});
         return true;
       }
@@ -182,15 +182,16 @@ void writeJson(std::ostream& out, const Question& question, const Explanation& e
     }
     document["inputs"].push_back(std::move(json));
   }
-  if (explanation.together) document["together"] = Json::List();
-  for (const auto& [changes, gives, step] :
-       explanation.together.value_or(std::vector<Explanation::Outcome>())) {
-    Json::List list;
-    for (const auto& [input, to] : changes) {
-      list.push_back(jsonFromInput(input, question));
-      list.back()["to"] = to;
+  if (explanation.together) {
+    document["together"] = Json::List();
+    for (const auto& [changes, gives, step] : *explanation.together) {
+      Json::List list;
+      for (const auto& [input, to] : changes) {
+        list.push_back(jsonFromInput(input, question));
+        list.back()["to"] = to;
+      }
+      document["together"].push_back({{"changes", std::move(list)}, {"gives", gives}});
     }
-    document["together"].push_back({{"changes", std::move(list)}, {"gives", gives}});
   }
   writeJson(out, document);
 }
