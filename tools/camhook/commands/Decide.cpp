@@ -1,8 +1,6 @@
 #include "tools/camhook/commands/Commands.h"
-#include "tools/camhook/input/JsonLine.h"
 
 #include <algorithm>
-#include <array>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -14,6 +12,7 @@
 #include "tools/camhook/explain/DecisionText.h"
 #include "tools/camhook/explain/Want.h"
 #include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/WholeNumber.h"
@@ -26,38 +25,19 @@ namespace camhook {
 namespace {
 
 struct DecideArguments {
-  std::array<std::string, kInputCount> values;
-  bool video = false;
+  Inputs inputs;
   std::string scenario;
   std::string call;
   std::string want;  // a sensor mode, by number or name
   bool json = false;
 };
 
-CLI::Validator isValueOf(InputIndex input) {
-  const auto check = [input](const std::string& text) {
-    const InputField::Form form = inputFields()[input].form;
-    const bool isMissing = text.empty() && form != InputField::Form::text;
-    if (!isMissing && Inputs().set(input, text)) return std::string();
-    const char* const expected = form == InputField::Form::range  ? "LO,HI"
-                                 : form == InputField::Form::size ? "WxH"
-                                                                  : "a number of 32 bits";
-    return std::string("must be ") + expected + ", not " + jsonText(text);
-  };
-  return {check, ""};
-}
-
-Inputs inputsOfOptions(const DecideArguments& arguments) {
-  Inputs inputs;
-  for (std::size_t i = 0; i < kInputCount; ++i) {
-    inputs.set(static_cast<InputIndex>(i), arguments.values[i]);
+const Inputs& inputsOfOptions(const DecideArguments& arguments) {
+  for (const InputField& field : inputFields()) {
+    if ((field.name == kProduct || field.name == kSensor) && arguments.inputs[field.name].isNull())
+      throw InputError("camhook: " + std::string(field.option()) + " is required");
   }
-  for (const InputIndex input : {kProduct, kSensor}) {
-    if (!arguments.values[input].empty()) continue;
-    throw InputError("camhook: " + std::string(inputFields()[input].options) + " is required");
-  }
-  inputs.set(kVideo, arguments.video ? "yes" : "no");
-  return inputs;
+  return arguments.inputs;
 }
 
 /// The inputs of a call of a scenario, once the calls before it have run.
@@ -91,27 +71,25 @@ std::int32_t sensorModeFrom(const std::string& text) {
                    "; valid: " + joined(valid, ", "));
 }
 
-void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Decision>& found,
+void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Json>& found,
                  std::int32_t wanted, Style style) {
   out << style.heading("wanted") << "  " << sensorModeText(wanted) << '\n';
   if (found.empty()) out << "  no change of up to three inputs gives it\n";
-  for (const Decision& decision : found) {
-    const std::string changes = joined(changesText(inputs, decision.inputs), ", and ");
+  for (const Json& decision : found) {
+    const std::string changes = joined(changesText(inputs, decision["inputs"]), ", and ");
     out << "  " << (changes.empty() ? "no change is needed" : printable(changes)) << "  "
-        << style.faint(decidedByText(decision)) << '\n';
+        << style.faint(decision["decidedBy"]["text"].text()) << '\n';
   }
 }
 
-Json wantedJson(const Inputs& inputs, const std::vector<Decision>& found, std::int32_t wanted) {
+Json wantedJson(const Inputs& inputs, const std::vector<Json>& found, std::int32_t wanted) {
   Json::List list;
-  for (const Decision& decision : found) {
+  for (const Json& decision : found) {
     Json changes = Json::Object();
-    for (std::size_t i = 0; i < kInputCount; ++i) {
-      const auto input = static_cast<InputIndex>(i);
-      if (inputs[input] == decision.inputs[input]) continue;
-      changes[std::string(inputFields()[i].name)] = decision.inputs.json(input);
+    for (const auto& [name, value] : decision["inputs"].members()) {
+      if (inputs[name] != value) changes[name] = value;
     }
-    list.push_back({{"changes", std::move(changes)}, {"decidedBy", decidedByText(decision)}});
+    list.push_back({{"changes", std::move(changes)}, {"decidedBy", decision["decidedBy"]["text"]}});
   }
   return {{"scenario", wanted}, {"smallest", std::move(list)}};
 }
@@ -122,13 +100,12 @@ int runDecide(const DecideArguments& arguments) {
   const Inputs inputs =
       arguments.scenario.empty() ? inputsOfOptions(arguments) : inputsOfScenario(arguments);
   DecidingPhone phone;
-  const Decision decision = phone.explain(inputs);
-  std::vector<Decision> found;
+  Json decision = phone.explain(inputs);
+  std::vector<Json> found;
   if (wanted) found = smallestChanges(phone, inputs, *wanted);
   if (arguments.json) {
-    Json json = jsonFromDecision(decision);
-    if (wanted) json["want"] = wantedJson(inputs, found, *wanted);
-    writeJson(std::cout, json);
+    if (wanted) decision["want"] = wantedJson(inputs, found, *wanted);
+    writeJson(std::cout, decision);
   } else {
     const Style style = Style::forStandardOutput();
     writeDecision(std::cout, decision, style);
@@ -150,26 +127,22 @@ void addDecide(CLI::App& app, int& status) {
                       ->add_option("--call", arguments->call,
                                    "Number of its call, from 1; last; or requestNo:N")
                       ->type_name("CALL"));
-  const auto input = [&](InputIndex index, const char* type, const std::string& meaning) {
-    command
-        ->add_option(std::string(inputFields()[index].options), arguments->values[index], meaning)
-        ->check(isValueOf(index))
-        ->type_name(type)
-        ->excludes(scenario)
-        ->group("Inputs");
-  };
-  input(kProduct, "TEXT", "Product model, as in ro.product.model.zdm");
-  input(kSensor, "NUMBER", "Sensor; 1 is the front camera");
-  command->add_flag("--video", arguments->video, "The configuration has a video stream")
-      ->excludes(scenario)
-      ->group("Inputs");
-  for (const InputIndex index : {kAppType, kAppName}) {
-    input(index, "TEXT", std::string(inputFields()[index].name) + " of the event store");
+  arguments->inputs = inputsOf("", 0, false);
+  arguments->inputs[kSensor] = nullptr;
+  for (const InputField& field : inputFields()) {
+    Json& value = arguments->inputs[field.name];
+    const std::string meaning(field.meaning);
+    const auto read = [&field, &value](const std::string& text) {
+      value = inputFromText(field, text);
+    };
+    CLI::Option* const option =
+        field.type.empty()
+            ? command->add_flag_callback(
+                  std::string(field.options), [&value] { value = true; }, meaning)
+            : command->add_option_function<std::string>(std::string(field.options), read, meaning)
+                  ->type_name(std::string(field.type));
+    option->excludes(scenario)->group("Inputs");
   }
-  for (const InputIndex index : {kEis, kHfps, kFps, kVideoAlgo, kUiModule, kHdr, kNight}) {
-    input(index, index == kFps ? "LO,HI" : "NUMBER", std::string(inputFields()[index].name));
-  }
-  input(kSize, "WxH", "Size of the app's main output in pixels");
   command
       ->add_option("--want", arguments->want,
                    "Find the smallest changes that give this sensor mode")

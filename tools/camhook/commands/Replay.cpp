@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/camhook/explain/DecisionText.h"
+#include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/TagCatalogue.h"
@@ -107,7 +107,7 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
   if (!decisions.empty()) {
     DecidingPhone phone;
     for (const auto& [number, inputs] : decisions) {
-      page->addDecision(number, jsonFromDecision(phone.explain(inputs)));
+      page->addDecision(number, phone.explain(inputs));
     }
   }
   if (isPage || options.json || filter.isWhole()) writer->finish(eventStore);

@@ -8,6 +8,7 @@
 #include "tools/camhook/explain/RulesCommand.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/KnownNames.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/show/Terminal.h"
 
@@ -24,7 +25,7 @@ struct RulesArguments {
 const SensorModeTable& tableFor(const std::string& product) {
   if (const SensorModeTable* const table = hesk::findSensorModeTable(product)) return *table;
   throw InputError("camhook: no rules for product " + jsonText(product) +
-                   nearNames(product, tableNames()));
+                   nearNames(product, kProductsWithRules));
 }
 
 int runRules(const RulesArguments& arguments) {

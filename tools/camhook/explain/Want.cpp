@@ -1,13 +1,13 @@
 #include "tools/camhook/explain/Want.h"
 
-#include <array>
+#include <utility>
 
 namespace camhook {
 namespace {
 
 constexpr std::size_t kMostChangedInputs = 3;
 
-using Values = std::array<std::vector<std::string>, kInputCount>;
+using Values = std::vector<std::pair<std::string_view, Json::List>>;
 
 /// Tries all changes of `count` inputs from `first` on.
 void search(DecidingPhone& phone, const Inputs& inputs, std::int32_t mode, const Values& values,
@@ -16,11 +16,12 @@ void search(DecidingPhone& phone, const Inputs& inputs, std::int32_t mode, const
     if (phone.modeFor(inputs) == mode) found.push_back(inputs);
     return;
   }
-  for (std::size_t i = first; i < kInputCount; ++i) {
-    const auto input = static_cast<InputIndex>(i);
-    for (const std::string& value : values[i]) {
+  for (std::size_t i = first; i < values.size(); ++i) {
+    const auto& [input, list] = values[i];
+    for (const Json& value : list) {
+      if (value == inputs[input]) continue;
       Inputs changed = inputs;
-      if (value == inputs[input] || !changed.set(input, value)) continue;
+      changed[input] = value;
       search(phone, changed, mode, values, i + 1, count - 1, found);
     }
   }
@@ -28,22 +29,21 @@ void search(DecidingPhone& phone, const Inputs& inputs, std::int32_t mode, const
 
 }  // namespace
 
-std::vector<Decision> smallestChanges(DecidingPhone& phone, const Inputs& inputs,
-                                      std::int32_t mode) {
-  const auto lists = listsOf(hesk::findSensorModeTable(inputs[kProduct]));
+std::vector<Json> smallestChanges(DecidingPhone& phone, const Inputs& inputs, std::int32_t mode) {
+  const auto lists = listsOf(hesk::findSensorModeTable(textOf(inputs[kProduct])));
   Values values;
-  for (std::size_t i = kAppType; i < kInputCount; ++i) {
-    const auto input = static_cast<InputIndex>(i);
-    values[i] = namedValues(input, lists);
-    values[i].push_back(anotherValue(input, values[i]));
-    values[i].emplace_back();
+  for (const InputField& field : inputFields()) {
+    if (field.name == kProduct || field.name == kSensor || field.name == kVideo) continue;
+    Json::List& list = values.emplace_back(field.name, namedValues(field.name, lists)).second;
+    if (field.name == kSize) continue;
+    list.push_back(anotherValue(field.name, list));
+    list.emplace_back();
   }
-  values[kSize].resize(values[kSize].size() - 2);
   std::vector<Inputs> found;
   for (std::size_t count = 0; count <= kMostChangedInputs && found.empty(); ++count) {
-    search(phone, inputs, mode, values, kAppType, count, found);
+    search(phone, inputs, mode, values, 0, count, found);
   }
-  std::vector<Decision> decisions;
+  std::vector<Json> decisions;
   decisions.reserve(found.size());
   for (const Inputs& each : found) decisions.push_back(phone.explain(each));
   return decisions;
@@ -51,11 +51,9 @@ std::vector<Decision> smallestChanges(DecidingPhone& phone, const Inputs& inputs
 
 std::vector<std::string> changesText(const Inputs& from, const Inputs& to) {
   std::vector<std::string> texts;
-  for (std::size_t i = 0; i < kInputCount; ++i) {
-    const auto input = static_cast<InputIndex>(i);
-    if (from[input] == to[input]) continue;
-    texts.push_back(std::string(inputFields()[i].name) + " " + from.shown(input) + " \u2192 " +
-                    to.shown(input));
+  for (const auto& [name, value] : to.members()) {
+    if (from[name] == value) continue;
+    texts.push_back(name + " " + inputText(name, from[name]) + " \u2192 " + inputText(name, value));
   }
   return texts;
 }
