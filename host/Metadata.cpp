@@ -146,4 +146,8 @@ const host::ItemList& MetadataAccess::itemsOf(const IMetadata::IEntry& entry) {
   return entry.mItems != nullptr ? entry.mItems->list : kNone;
 }
 
+void MetadataAccess::erase(IMetadata& metadata, IMetadata::Tag_t tag) {
+  if (metadata.mEntries != nullptr) metadata.mEntries->byTag.erase(tag);
+}
+
 }  // namespace NSCam

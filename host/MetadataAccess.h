@@ -35,6 +35,9 @@ struct MetadataAccess {
   /// Returns the items of an entry, valid until the entry changes; an empty list of int32 if it has
   /// none.
   static const host::ItemList& itemsOf(const IMetadata::IEntry& entry);
+
+  /// Removes the entry of a tag, if there is one.
+  static void erase(IMetadata& metadata, IMetadata::Tag_t tag);
 };
 
 }  // namespace NSCam

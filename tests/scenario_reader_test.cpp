@@ -153,6 +153,31 @@ TEST(ScenarioReader, ReportsPathInMetadata) {
   for (const Row& row : rows) expectBeginning(problemOfMeta(row.input), row);
 }
 
+TEST(ScenarioReader, ReportsCallWithoutContainerForMetaOf) {
+  const std::string calls = R"({"calls": [
+      {"call": "setEvent", "key": "A", "value": ""},
+      {"call": "updateCaptureRawParameter", "sensor": 0, "app": {}, "hal": {}, "out": {}},
+      {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": null},
+      {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": {}},
+      {"call": "updateResultMeta", "sensor": 1, "requestNo": 1, )";
+  const std::string earlier = "calls[4].metaOf: must be the number of an earlier call, not ";
+  const Row rows[] = {
+      {R"("metaOf": 0)", earlier + "0"},
+      {R"("metaOf": 5)", earlier + "5"},
+      {R"("metaOf": "last")", earlier + R"("last")"},
+      {R"("metaOf": 1)", R"(calls[4].metaOf: call 1 has no container "meta")"},
+      {R"("metaOf": 2)", R"(calls[4].metaOf: call 2 has no container "meta")"},
+      {R"("metaOf": 3)", R"(calls[4].metaOf: call 3 has no container "meta")"},
+      {R"("metaOf": 4, "meta": null)",
+       "calls[4].meta: must be an object from tag to value, not null"},
+      {R"("metaof": 4, "meta": {})", "calls[4].metaof: unknown key; near: metaOf"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(problemOf(calls + row.input + "}]}"), row.problem) << row.input;
+  }
+  EXPECT_EQ(problemOf(calls + R"("metaOf": 4}]})"), "");
+}
+
 TEST(ScenarioReader, ReportsPathInPlatform) {
   const Row rows[] = {
       {R"({"propertys": {}})", "platform.propertys: unknown key"},

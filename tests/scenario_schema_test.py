@@ -29,6 +29,11 @@ def request(**meta):
     return {"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": meta}]}
 
 
+def result(**keys):
+    call = {"call": "updateResultMeta", "sensor": 0, "requestNo": 1, **keys}
+    return {"calls": [*request()["calls"], call]}
+
+
 def session(*streams):
     return {"calls": [{"call": "updateSessionParams", "sensor": 0, "meta": {}, "streams": [*streams]}]}
 
@@ -59,6 +64,10 @@ INVALID = [
     request(ANDROID_FLASH_MODE="2\0003"),
     request(ANDROID_FLASH_MODE={"type": "uint8", "items": "AUTO"}),
     request(HESK_CONTROL_ISO=["OFF"]),
+    result(),
+    result(metaOf=1, meta=None),
+    result(metaOf=None, meta={}),
+    {"calls": [CREATE, {**CREATE, "metaOf": 1}]},
     session({**STREAM, "usage": -1}),
     session({**STREAM, "id": 2**63}),
     session({"id": 1, "width": 1, "height": 1}),
@@ -75,6 +84,8 @@ VALID = [
     request(ANDROID_FLASH_MODE={"type": "uint8", "items": "TORCH"}),
     request(**{"0xc008000e": {"type": "uint8", "items": [6]}}),
     {"calls": [{"call": "updateResultMeta", "sensor": 0, "requestNo": "0x1", "meta": None}]},
+    result(metaOf=1),
+    result(metaOf="0x1", meta={"HESK_CONTROL_ISO": []}),
     session(STREAM, {**STREAM, "id": -(2**63), "usage": 2**64 - 1}, {**STREAM, "id": "0x2"}),
     {"calls": [{**DECIDE, "video": True}]},
 ]

@@ -75,6 +75,41 @@ class TraceTest(unittest.TestCase):
                         self.assertEqual(found, states.get(call["sensor"], found))
                         states[call["sensor"]] = call["state"]
 
+    def test_meta_of_equals_copied_container(self):
+        def hook(call, **keys):
+            return {"call": call, "sensor": 0, **keys}
+
+        size = {"video": True, "width": 3840, "height": 2160}
+        session = {"COM_HESK_CURRENTUIMODULE": 3, "ANDROID_CONTROL_CAPTURE_INTENT": "PREVIEW"}
+        request = {"HESK_CONTROL_HISFRAME": [2, 1], "HESK_CONTROL_MOONMODE": 3, "HESK_CONTROL_CURRENTMODE": 1}
+        calls = [
+            hook("updateSessionParams", meta=session, streams=[]),
+            hook("decideSensorScenario", metaOf=1, **size),
+            hook("updateRequestMeta", requestNo=7, meta=request),
+            hook("updateResultMeta", requestNo=7, metaOf=3, meta={"HESK_CONTROL_MOONMODE": [], "0xc0030014": 2}),
+            hook("updateResultMeta", requestNo=8, sensor=1, metaOf="0x4", meta={}),
+            hook("dumpMetadata", metaOf=4, meta={"ANDROID_FLASH_MODE": {"type": "uint8", "items": []}}, name="", frame=0),
+        ]
+        platform = {"properties": {"ro.product.model.zdm": "KX0107"}, "clock": "2021-03-04T05:06:07"}
+
+        def replay(calls):
+            return json.loads(run("replay", "--json", "-", text=json.dumps({"platform": platform, "calls": calls})))
+
+        trace = replay(calls)
+        copied = []
+        for call in calls:
+            if "metaOf" in call:
+                whole = {**trace["calls"][int(str(call["metaOf"]), 0) - 1]["meta"], **call.get("meta", {})}
+                whole["HESK_CONTROL_CURRENTMODE"] = whole.pop("0xc0030014", whole.get("HESK_CONTROL_CURRENTMODE", []))
+                call = {key: value for key, value in call.items() if key != "metaOf"} | {"meta": whole}
+            copied.append(call)
+        self.assertEqual(trace, replay(copied))
+        self.assertNotIn("HESK_CONTROL_MOONMODE", trace["calls"][4]["meta"])
+        self.assertEqual(trace["calls"][4]["meta"]["HESK_CONTROL_CURRENTMODE"]["items"], [2])
+        _, with_meta_of = self.read_page("-", text=json.dumps({"platform": platform, "calls": calls}))
+        _, with_copy = self.read_page("-", text=json.dumps({"platform": platform, "calls": copied}))
+        self.assertEqual(with_meta_of["decisions"], with_copy["decisions"])
+
     def test_page_contains_trace_and_text(self):
         rectangles = {}
         for path in SCENARIOS:

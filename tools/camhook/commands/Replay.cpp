@@ -93,14 +93,16 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
   bool isAnyShown = filter.isWhole();
   for (std::size_t i = 0; i < scenario.callCount(); ++i) {
     const ScenarioCall call = scenario.call(i);
+    if (isPage && std::holds_alternative<DecideSensorScenario>(call.call)) {
+      const Call decision = run->withMetaOf(call);
+      decisions.emplace_back(i + 1, inputsOf(std::get<DecideSensorScenario>(decision)));
+    }
     CallTrace trace = run->run(call);
     trace.number = i + 1;
     if (!filter.shows(i, trace)) continue;
     filter.trim(trace);
     writer->write(trace);
     isAnyShown = true;
-    const auto* decision = std::get_if<DecideSensorScenario>(&call.call);
-    if (isPage && decision != nullptr) decisions.emplace_back(i + 1, inputsOf(*decision));
   }
   const host::TextMap eventStore = run->phone().eventStore.all();
   run.reset();  // a process has one phone at a time

@@ -8,6 +8,7 @@
 
 #include "tools/camhook/input/KnownNames.h"
 #include "tools/camhook/input/NearNames.h"
+#include "tools/camhook/input/ScenarioKeys.h"
 
 namespace camhook {
 namespace {
@@ -81,7 +82,8 @@ void Doubts::onCall(const Call& call, const Value& value) {
 /// sensor.
 void Doubts::onRequest(const UpdateRequestMeta& request, const Value& call) {
   const auto meta = call.find("meta");
-  if (meta && meta->find("HESK_CONTROL_HISFRAME")) mLatestRequests.erase(request.sensor);
+  const bool mayBeginBurst = call.find(kMetaOfKey) || (meta && meta->find("HESK_CONTROL_HISFRAME"));
+  if (mayBeginBurst) mLatestRequests.erase(request.sensor);
   const auto latest = mLatestRequests.find(request.sensor);
   if (latest != mLatestRequests.end() && request.requestNo < latest->second) {
     if (const auto value = call.find("requestNo")) {

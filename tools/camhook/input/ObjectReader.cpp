@@ -31,7 +31,7 @@ void ObjectReader::read(const Value& value, std::optional<std::tm>& target) cons
 }
 
 void ObjectReader::read(const Value& value, MetadataArgument& target) const {
-  if (value.isNull()) return;
+  if (value.isNull() && !mObject.find(kMetaOfKey)) return;
   readMetadata(value, mContainers == Containers::made ? &target.emplace() : nullptr);
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <ctime>
+#include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
@@ -33,7 +34,7 @@ class ObjectReader {
 
   template <typename T>
   void must(std::string_view key, T&& target, std::string_view /*meaning*/ = {}) {
-    if (!readMember(key, target)) mObject.failAt(key, "missing");
+    if (!readMember(key, target) && !isInherited(key)) mObject.failAt(key, "missing");
   }
 
   template <typename T>
@@ -41,12 +42,12 @@ class ObjectReader {
     readMember(key, target);
   }
 
-  /// Reads what `keysOf` lists; no other key may stand there but `besides`.
+  /// Reads the keys that `keysOf` lists. Any other key except `others` is a fault.
   template <typename T>
-  void readAll(T& target, std::string_view besides = {}) {
-    if (!besides.empty()) ++mRead;
+  void readAll(T& target, std::initializer_list<std::string_view> others = {}) {
+    for (const std::string_view key : others) mRead += mObject.find(key) ? 1U : 0U;
     keysOf(*this, target);
-    if (mRead != mObject.size()) failUnknownKeys(target, besides);
+    if (mRead != mObject.size()) failUnknownKeys(target, others);
   }
 
  private:
@@ -59,15 +60,17 @@ class ObjectReader {
     return true;
   }
 
+  /// The `meta` of a call with metaOf is that of another call.
+  [[nodiscard]] bool isInherited(std::string_view key) const {
+    return key == "meta" && mObject.find(kMetaOfKey);
+  }
+
   template <typename T>
-  void failUnknownKeys(T& target, std::string_view besides) const {
-    KeyNames known;
+  void failUnknownKeys(T& target, std::initializer_list<std::string_view> others) const {
+    KeyNames known(others);
     keysOf(known, target);
     mObject.forEachMember([&](const Key& key, const Value&) {
-      if (key.text() == besides ||
-          std::ranges::find(known.names(), key.text()) != known.names().end()) {
-        return;
-      }
+      if (std::ranges::find(known.names(), key.text()) != known.names().end()) return;
       key.fail("unknown key" + nearNames(key.text(), known.names()));
     });
   }

@@ -16,7 +16,7 @@
 
 namespace camhook {
 
-/// A container handed to a hook; none: null.
+/// A container that a hook receives; nullopt: null.
 using MetadataArgument = std::optional<NSCam::IMetadata>;
 
 struct CreateInstance {
@@ -134,15 +134,39 @@ struct SetProperty {
   std::string value;
 };
 
+/// True for a call with the single container `meta`.
+template <typename CallType>
+inline constexpr bool kHasMeta = requires(CallType call) {
+  call.meta;
+};
+
 using Call =
     std::variant<UpdateCaptureRawParameter, UpdateTuningData, TranslateResultRegion, SetPreviewSize,
                  MatchAspectRatio, CreateInstance, UpdateSessionParams, UpdateRequestMeta,
                  UpdateResultMeta, DumpMetadata, DecideSensorScenario, SetEvent, SetProperty>;
 
-/// A call, and its arguments but the sensor and the containers, as the scenario has them.
+/// The container of a call with the single container `meta`; null for any other call.
+inline MetadataArgument* findMeta(Call& call) {
+  return std::visit(
+      []<typename CallType>(CallType& concrete) -> MetadataArgument* {
+        if constexpr (kHasMeta<CallType>) return &concrete.meta;
+        return nullptr;
+      },
+      call);
+}
+
+/// One call of a scenario.
 struct ScenarioCall {
   Call call;
-  Json arguments = {};
+  Json arguments = {};     // except the sensor and the containers, as the scenario has them
+  std::size_t number = 0;  // in the scenario, from 1
+
+  // With metaOf, the call gets the `meta` that an earlier call left. The entries of its own `meta`
+  // replace those of that container.
+  std::size_t metaOf = 0;                       // number of the earlier call; 0: none
+  std::vector<std::uint32_t> removedTags = {};  // tags that its own `meta` gives an empty list
+  bool isLastUse = false;                       // no later call has the same metaOf
+  bool isMetaUsed = false;                      // a later call gets the `meta` of this one
 };
 
 struct Scenario {

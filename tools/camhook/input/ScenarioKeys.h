@@ -11,6 +11,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,6 +23,11 @@
 #include "tools/camhook/input/Scenario.h"
 
 namespace camhook {
+
+/// Keys of calls that `keysOf` does not list: the kind of the call, and the call whose container it
+/// gets, of calls with the single container `meta`.
+inline constexpr std::string_view kCallKey = "call";
+inline constexpr std::string_view kMetaOfKey = "metaOf";
 
 // Targets for values of which a plain type does not say enough.
 
@@ -295,6 +301,8 @@ void keysOf(V& visit, SetProperty& call) {
 /// Collects the keys alone.
 class KeyNames {
  public:
+  KeyNames(std::initializer_list<std::string_view> names) : mNames(names) {}
+
   template <typename T>
   void must(std::string_view key, T&& /*target*/, std::string_view /*meaning*/ = {}) {
     mNames.push_back(key);

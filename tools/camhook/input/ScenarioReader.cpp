@@ -53,14 +53,13 @@ std::optional<Call> emptyCall(std::string_view name) {
 
 /// None where there is no such call.
 std::optional<Call> readCall(const Value& value, Containers containers) {
-  constexpr std::string_view kName = "call";
   if (!value.isObject()) {
     value.failUnless("an object");
     return {};
   }
-  const std::optional<Value> name = value.find(kName);
+  const std::optional<Value> name = value.find(kCallKey);
   if (!name) {
-    value.failAt(kName, "missing");
+    value.failAt(kCallKey, "missing");
     return {};
   }
   std::optional<Call> call = name->isText() ? emptyCall(name->text()) : std::nullopt;
@@ -70,8 +69,13 @@ std::optional<Call> readCall(const Value& value, Containers containers) {
     name->fail("unknown call " + name->shown() + nearNames(name->text(), callNames()));
   } else {
     std::visit(
-        [&](auto& concrete) {
-          ObjectReader(value, containers).readAll(concrete, kName);
+        [&]<typename CallType>(CallType& concrete) {
+          ObjectReader reader(value, containers);
+          if constexpr (kHasMeta<CallType>) {
+            reader.readAll(concrete, {kCallKey, kMetaOfKey});
+          } else {
+            reader.readAll(concrete, {kCallKey});
+          }
           checkTogether(value, concrete);
         },
         *call);
@@ -117,6 +121,15 @@ void makeCall(const Value& value, ScenarioCall& target) {
   RepeatedArguments arguments(value);
   std::visit([&](auto& concrete) { keysOf(arguments, concrete); }, *call);
   target = {.call = *std::move(call), .arguments = arguments.json()};
+  const auto metaOf = value.find(kMetaOfKey);
+  if (!metaOf) return;
+  target.metaOf = integerFrom<std::uint32_t>(*metaOf).value_or(0);
+  if (const auto meta = value.find("meta")) {
+    meta->forEachMember([&](const Key& key, const Value&) {
+      const std::uint32_t tag = *tagFrom(key.text());
+      if ((*findMeta(target.call))->entryFor(tag).isEmpty()) target.removedTags.push_back(tag);
+    });
+  }
 }
 
 }  // namespace
@@ -136,10 +149,13 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
                         .warnings = &mWarnings,
                         .text = &mText,
                         .call = mCalls.size()};
-    mCalls.push_back(json.offsets.value);
+    mCalls.push_back({.offset = json.offsets.value});
     const Value value(source);
     value.failRepeatedKeys();
-    if (const auto call = readCall(value, Containers::checked)) doubts.onCall(*call, value);
+    auto call = readCall(value, Containers::checked);
+    if (!call) return;
+    if (findMeta(*call) != nullptr) checkMetaOf(value);
+    doubts.onCall(*call, value);
   };
   Faults parserFaults;
   const auto document = parseDocument(mText, parserFaults, checkCall);
@@ -148,7 +164,7 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
   if (!faults.isEmpty()) throw InputError(std::move(faults));
   for (const auto& [sensor, index] : doubts.sensors()) {
     if (mPlatform.devices.empty() || mPlatform.devices.contains(sensor)) continue;
-    const Json json = parseValue(mText, mCalls[index]);
+    const Json json = parseValue(mText, mCalls[index].offset);
     const Source source{
         .root = json, .faults = faults, .warnings = &mWarnings, .text = &mText, .call = index};
     Value(source).find("sensor")->warn(
@@ -166,12 +182,31 @@ void ScenarioText::readFrame(const Source& source) {
   if (const auto platform = root.find("platform")) Doubts::onPlatform(*platform);
 }
 
+/// Checks the metaOf of the latest call.
+void ScenarioText::checkMetaOf(const Value& call) {
+  const auto meta = call.find("meta");
+  const auto metaOf = call.find(kMetaOfKey);
+  mCalls.back().hasMeta = metaOf || (meta && !meta->isNull());
+  if (!metaOf) return;
+  const auto number = integerFrom<std::uint32_t>(*metaOf).value_or(0);
+  if (number == 0 || number >= mCalls.size()) {
+    metaOf->failUnless("the number of an earlier call");
+  } else if (!mCalls[number - 1].hasMeta) {
+    metaOf->fail("call " + std::to_string(number) + " has no container \"meta\"");
+  } else {
+    mCalls[number - 1].lastUse = static_cast<std::uint32_t>(mCalls.size());
+  }
+}
+
 ScenarioCall ScenarioText::call(std::size_t index) const {
-  const Json json = parseValue(mText, mCalls[index]);
+  const Json json = parseValue(mText, mCalls[index].offset);
   Faults none;
   const Source source{.root = json, .faults = none};
   ScenarioCall call;
   makeCall(Value(source), call);
+  call.number = index + 1;
+  call.isMetaUsed = mCalls[index].lastUse != 0;
+  call.isLastUse = call.metaOf != 0 && mCalls[call.metaOf - 1].lastUse == call.number;
   return call;
 }
 

@@ -35,13 +35,21 @@ class ScenarioText {
   [[nodiscard]] const Faults& warnings() const { return mWarnings; }
 
  private:
+  /// A call in the text.
+  struct CallText {
+    std::uint32_t offset = 0;
+    std::uint32_t lastUse = 0;  // number of the last call whose metaOf is this call; 0: none
+    bool hasMeta = false;       // it gets a container `meta`
+  };
+
   void readFrame(const Source& source);
+  void checkMetaOf(const Value& call);
 
   std::string mText;
   Faults mWarnings;
   std::string mAbout;
   host::PhoneConfig mPlatform;
-  std::vector<std::uint32_t> mCalls;  // the offset of each in the text
+  std::vector<CallText> mCalls;
 };
 
 /// The names of all calls that a scenario may have.

@@ -168,6 +168,17 @@ class SchemaWriter {
   List mRequired;
 };
 
+/// Lets a call have metaOf, beside which `meta` may be absent but not null.
+void addMetaOf(Json& call) {
+  const Json required = Object{{"required", List{"metaOf"}}};
+  call["properties"]["metaOf"] =
+      described("An earlier call, from 1, whose container this one gets", reference("uint32"));
+  std::erase(call["required"].items(), Json("meta"));
+  call["oneOf"] = List{Object{{"required", List{"meta"}}, {"not", required}},
+                       Object{{"required", List{"metaOf"}},
+                              {"properties", Object{{"meta", reference("metadata")}}}}};
+}
+
 void addCalls(Json& definitions) {
   List alternatives;
   definitions["call"] = Json();
@@ -177,7 +188,9 @@ void addCalls(Json& definitions) {
     SchemaWriter writer(definitions);
     writer.addCall(name);
     keysOf(writer, call);
-    definitions[name] = described(CallType::kMeaning, writer.schema());
+    Json schema = writer.schema();
+    if constexpr (kHasMeta<CallType>) addMetaOf(schema);
+    definitions[name] = described(CallType::kMeaning, schema);
   });
   definitions["call"] = Object{{"oneOf", std::move(alternatives)}};
 }

@@ -2,23 +2,11 @@
 
 #include <cmath>
 #include <limits>
-#include <type_traits>
-#include <utility>
 
 #include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
-
-template <typename T>
-std::optional<T> integerFrom(const Value& value) {
-  if (value.isText()) {
-    const auto number = numberFromHexadecimal(value.text());
-    if (!number || !std::in_range<T>(*number)) return {};
-    return static_cast<T>(*number);
-  }
-  return value.json().integer<T>();
-}
 
 template <typename T>
 void readInteger(const Value& value, T& target) {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/Geometry.h"
 #include "tools/camhook/input/Value.h"
@@ -33,10 +34,19 @@ inline constexpr double kFirstBeyondFloats = 0x1.ffffffp127;
 /// bits.
 std::optional<std::uint64_t> numberFromHexadecimal(std::string_view text);
 
+/// The value of an integer: a number, or a hexadecimal text of its digits. Returns nullopt for any
+/// other value, and for a number that does not fit.
+template <typename T>
+std::optional<T> integerFrom(const Value& value) {
+  if (!value.isText()) return value.json().integer<T>();
+  const auto number = numberFromHexadecimal(value.text());
+  if (!number || !std::in_range<T>(*number)) return {};
+  return static_cast<T>(*number);
+}
+
 void readValue(const Value& value, bool& target);
 void readValue(const Value& value, std::string& target);
 
-/// Integers: a number, or a hexadecimal text of its digits.
 void readValue(const Value& value, std::int32_t& target);
 void readValue(const Value& value, std::int64_t& target);
 void readValue(const Value& value, std::uint8_t& target);

@@ -13,6 +13,7 @@
 #include "common/updater/UpdaterInspector.h"
 #include "host/CameraMetadata.h"
 #include "host/ImageStream.h"
+#include "host/MetadataAccess.h"
 
 namespace camhook {
 namespace {
@@ -207,12 +208,27 @@ concept UpdaterCall = !std::same_as<CallType, DecideSensorScenario> && requires(
 Replay::Replay(host::PhoneConfig platform, Updaters updaters)
     : mPhone(std::move(platform)), mUpdaters(std::move(updaters)) {}
 
+Call Replay::withMetaOf(const ScenarioCall& scenarioCall) const {
+  Call call = scenarioCall.call;
+  if (scenarioCall.metaOf == 0) return call;
+  MetadataArgument& own = *findMeta(call);
+  NSCam::IMetadata meta;
+  const auto kept = mKeptMeta.find(scenarioCall.metaOf);
+  if (kept != mKeptMeta.end()) meta = *kept->second;
+  for (const std::uint32_t tag : scenarioCall.removedTags) host::MetadataAccess::erase(meta, tag);
+  if (own) meta += *own;
+  own = std::move(meta);
+  return call;
+}
+
 CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
   CallTrace trace;
   trace.arguments = scenarioCall.arguments;
   trace.containers.reserve(kMostContainers);
   const Recorder recorder(mPhone, trace, detail, mSteps, mStepsOf);
   HeskParameterUpdater* updater = nullptr;
+  std::optional<Call> whole;
+  if (scenarioCall.metaOf != 0) whole = withMetaOf(scenarioCall);
   std::visit(
       [&]<typename CallType>(const CallType& concrete) {
         trace.call = CallType::kName;
@@ -226,7 +242,12 @@ CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
         Runner{trace, mPhone, updater}(concrete);
         if (hasState) trace.state->after = fieldsOf(*updater);
       },
-      scenarioCall.call);
+      whole ? *whole : scenarioCall.call);
+  if (scenarioCall.isLastUse) mKeptMeta.erase(scenarioCall.metaOf);
+  if (scenarioCall.isMetaUsed) {
+    mKeptMeta[scenarioCall.number] =
+        std::make_shared<const NSCam::IMetadata>(*trace.containers.front().after);
+  }
   trace.logs = mPhone.log.take();
   return trace;
 }

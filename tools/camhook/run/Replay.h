@@ -2,7 +2,10 @@
 
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <map>
+#include <memory>
 
 #include "common/HeskParameterUpdater.h"
 #include "host/Phone.h"
@@ -41,12 +44,24 @@ class Replay {
 
   CallTrace run(const ScenarioCall& call, Detail detail = Detail::all);
 
+  /// The call as the hook receives it: with metaOf, `meta` is the whole container. Call it before
+  /// `run`, which drops a container after its last use.
+  [[nodiscard]] Call withMetaOf(const ScenarioCall& call) const;
+
+  /// Containers for later calls with metaOf, by the number of the call that left them.
+  using KeptMeta = std::map<std::size_t, std::shared_ptr<const NSCam::IMetadata>>;
+
+  /// To save and restore with the rest of the state between two calls.
+  [[nodiscard]] KeptMeta& keptMeta() { return mKeptMeta; }
+  [[nodiscard]] const KeptMeta& keptMeta() const { return mKeptMeta; }
+
   [[nodiscard]] host::Phone& phone() { return mPhone; }
   [[nodiscard]] const host::Phone& phone() const { return mPhone; }
 
  private:
   host::Phone mPhone;
   Updaters mUpdaters;
+  KeptMeta mKeptMeta;
   StepFinder* mSteps = nullptr;
   StepsOf mStepsOf = StepsOf::all;
 };
