@@ -119,8 +119,7 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
 int replay(const ReplayOptions& options) {
   const ScenarioText scenario =
       readFile(options.file, [](std::string text) { return ScenarioText(std::move(text)); });
-  const Faults& warnings = scenario.warnings();
-  if (!warnings.isEmpty()) warn(warnings.lines(nameOfInput(options.file), "warning: "));
+  warn(scenario.warnings(), options.file);
   bool isAnyShown = true;
   const auto write = [&](std::ostream& out) { isAnyShown = writeTrace(out, options, scenario); };
   if (options.page.empty()) {
