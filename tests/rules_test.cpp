@@ -5,15 +5,19 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "tools/camhook/explain/DecisionText.h"
+#include "common/sat/SatTables.h"
+#include "common/sensormode/Overrides.h"
 #include "tools/camhook/explain/RulesCommand.h"
 #include "tools/camhook/explain/Want.h"
 #include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/KnownNames.h"
+#include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/SensorModeName.h"
 
 namespace {
@@ -27,11 +31,17 @@ class RandomInputs {
   explicit RandomInputs(const SensorModeTable& table) : mTable(table) {
     for (const InputField& field : inputFields()) {
       Json::List values = namedValues(field.name, listsOf(&table));
-      if (values.empty()) continue;
-      if (field.name != kSize) values.push_back(anotherValue(field.name, values));
-      values.emplace_back();
+      if (values.empty() || field.name == kProduct) continue;
+      values.push_back(anotherValue(field.name, values));
       mValues.emplace_back(field.name, std::move(values));
     }
+    mValues.emplace_back(kHdr, Json::List{2, 3});
+    mValues.emplace_back(kNight, Json::List{0, 1});
+    // Each meets other conditions of sizes than the next.
+    mValues.emplace_back(kSize, parseJson("[[640, 480], [1440, 1080], [2804, 2102], [1080, 1080],"
+                                          " [1920, 1080]]")
+                                    .items());
+    for (auto& [input, values] : mValues) values.emplace_back();
   }
 
   Inputs next(std::mt19937& random) const {
@@ -109,22 +119,79 @@ void checkDecision(const Json& decision, const Rules& rules) {
   EXPECT_EQ(decision["scenario"], mode);
 }
 
+/// Checks a decision by the return value and the log records of a replay.
+void checkReplay(const Json& decision) {
+  const Inputs& inputs = decision["inputs"];
+  host::PhoneConfig platform;
+  platform.properties["ro.product.model.zdm"] = textOf(inputs[kProduct]);
+  platform.eventStore["APP_TYPE"] = textOf(inputs[kAppType]);
+  platform.eventStore["APP_NAME"] = textOf(inputs[kAppName]);
+  const auto streams = streamsOf(inputs);
+  const CallTrace trace =
+      Replay(platform).run({.call = DecideSensorScenario{.sensor = numberOf(inputs[kSensor]),
+                                                         .meta = sessionMetadataOf(inputs),
+                                                         .video = streams.hasVideoConsumer,
+                                                         .width = streams.mainOutputSize.w,
+                                                         .height = streams.mainOutputSize.h}});
+  EXPECT_EQ(trace.result, decision["scenario"]);
+
+  const std::string several = "getSensorModeCfgByMultiCondition";
+  std::size_t met = 0;
+  Json selecting;  // the filter that found a row
+  std::vector<std::string> overrides;
+  for (const host::LogRecord& record : trace.logs) {
+    const bool isMatch = record.message.find("selected by ") != std::string::npos;
+    if (isMatch && record.function == several) ++met;
+    if (record.function == several ? record.message.ends_with("selected") : isMatch)
+      selecting = record.function;
+    if (record.function == "specialCustomize") overrides.push_back(record.format);
+  }
+  std::size_t claimed = 0;
+  Json found;
+  for (const Json& filter : decision["filters"].items()) {
+    if (!filter["found"].isNull()) found = filter["filter"];
+    if (filter["filter"] != several) continue;
+    for (const Json& row : filter["rows"].items()) claimed += row["met"].size();
+  }
+  EXPECT_EQ(claimed, met);
+  EXPECT_EQ(found, selecting);
+  std::vector<std::string> fired;
+  for (std::size_t i = 0; i < hesk::overrides().size(); ++i) {
+    const Json& verdict = decision["overrides"][i]["verdict"];
+    const hesk::Override& override = hesk::overrides()[i];
+    if ((verdict == "decides" || verdict == "overwritten") && override.format != nullptr)
+      fired.emplace_back(override.format);
+  }
+  EXPECT_EQ(fired, overrides);
+}
+
 TEST(Rules, ExplainedDecisionsMatchLibrary) {
-  DecidingPhone phone;
   std::mt19937 random(1);
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
     const RandomInputs randomInputs(table);
     for (int i = 0; i < 500 && !testing::Test::HasFailure(); ++i) {
       const Inputs inputs = randomInputs.next(random);
       SCOPED_TRACE(lineOfJson(inputs));
-      const Json decision = phone.explain(inputs);
+      const Json decision = DecidingPhone().explain(inputs);
       Rules rules;
       for (const RuleList& list : kRuleLists) {
         if (decision["list"] == list.name) rules = table.*list.rules;
       }
       checkDecision(decision, rules);
+      checkReplay(decision);
     }
   }
+}
+
+TEST(Rules, KnownProductsAreThoseOfTables) {
+  std::set<std::string_view> known(std::begin(kProductsWithRules), std::end(kProductsWithRules));
+  std::set<std::string_view> names;
+  for (const SensorModeTable& table : hesk::sensorModeTables()) names.insert(table.productName);
+  EXPECT_EQ(known, names);
+  known.insert(std::begin(kProductsOfZoomOnly), std::end(kProductsOfZoomOnly));
+  for (const hesk::ThresholdOfSat& each : hesk::satThresholds()) names.insert(each.product);
+  names.erase("DEFAULT");
+  EXPECT_EQ(known, names);
 }
 
 TEST(Rules, HaveInputsForWhichTheyDecide) {

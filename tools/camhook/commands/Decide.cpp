@@ -9,13 +9,14 @@
 #include <variant>
 #include <vector>
 
-#include "tools/camhook/explain/DecisionText.h"
+#include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/explain/Want.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/WholeNumber.h"
+#include "tools/camhook/run/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/TraceFilter.h"
 #include "tools/camhook/show/SensorModeName.h"
@@ -40,23 +41,22 @@ const Inputs& inputsOfOptions(const DecideArguments& arguments) {
   return arguments.inputs;
 }
 
-/// The inputs of a call of a scenario, once the calls before it have run.
+/// The inputs of a call of a scenario, after the calls before it have run.
 Inputs inputsOfScenario(const DecideArguments& arguments) {
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
     const std::size_t index =
         callFromText(arguments.call, scenario.calls.size(),
                      [&](std::size_t each) { return scenario.calls[each].call; });
-    const auto* call = std::get_if<DecideSensorScenario>(&scenario.calls[index].call);
-    if (call == nullptr) {
-      throw InputError("call " + std::to_string(index + 1) + " is no " +
-                       std::string(DecideSensorScenario::kName));
-    }
-    Replay replay(std::move(scenario.platform));
+    OwnUpdaters updaters;
+    Replay replay(std::move(scenario.platform), [&](int sensor) { return updaters.of(sensor); });
     for (std::size_t i = 0; i < index; ++i) {
       replay.run(scenario.calls[i], Replay::Detail::containers);
     }
-    return inputsOf(*call);
+    const Call call = replay.withMetaOf(scenario.calls[index]);
+    if (const auto* decision = std::get_if<DecideSensorScenario>(&call)) return inputsOf(*decision);
+    throw InputError("call " + std::to_string(index + 1) + " is no " +
+                     std::string(DecideSensorScenario::kName));
   });
 }
 

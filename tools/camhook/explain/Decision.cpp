@@ -7,7 +7,6 @@
 #include <variant>
 
 #include "common/sensormode/SensorModeInspector.h"
-#include "tools/camhook/explain/DecisionParts.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/show/SensorModeName.h"
@@ -29,10 +28,6 @@ struct Filter {
   const char* name;          // of the operation
   const RuleColumn* column;  // the only one that it compares; null: several
   std::function<void(Control&, IMetadata*)> run;
-
-  [[nodiscard]] std::string_view title() const {
-    return column != nullptr ? column->title : "several conditions";
-  }
 };
 
 /// In the order in which the library runs them.
@@ -61,10 +56,10 @@ const RuleColumn* columnReadBy(const host::Access& access) {
   return tag != nullptr ? findColumn(tag->name) : nullptr;
 }
 
-Json comparedRow(const Rules& rules, std::size_t row) {
+Json comparedRow(const Rules& rules, std::size_t row, Json::List asked = {}, Json::List met = {}) {
   return {{"row", row + 1},
-          {"asked", Json::List()},
-          {"met", Json::List()},
+          {"asked", std::move(asked)},
+          {"met", std::move(met)},
           {"needed", rules[row].conditionCount}};
 }
 
@@ -72,11 +67,8 @@ Json comparedRow(const Rules& rules, std::size_t row) {
 /// record of a match comes before the next read.
 class FilterWatch final : public host::Observer {
  public:
-  FilterWatch(host::Phone& phone, const Rules& rules)
-      : mPhone(phone), mBefore(phone.setObserver(this)), mRules(rules), mRow(rules.size()) {}
-  ~FilterWatch() { mPhone.setObserver(mBefore); }
-  FilterWatch(const FilterWatch&) = delete;
-  FilterWatch& operator=(const FilterWatch&) = delete;
+  FilterWatch(host::LogSink& log, const Rules& rules)
+      : mLog(log), mRules(rules), mRow(rules.size()) {}
 
   void onAccess(const host::Access& access) override {
     takeRecords();
@@ -100,14 +92,13 @@ class FilterWatch final : public host::Observer {
 
  private:
   void takeRecords() {
-    for (const host::LogRecord& record : mPhone.log.take()) {
+    for (const host::LogRecord& record : mLog.take()) {
       if (mColumn != nullptr && record.message.find("selected by ") != std::string::npos)
         mCompared.back()["met"].push_back(mColumn->field);
     }
   }
 
-  host::Phone& mPhone;
-  host::Observer* mBefore;
+  host::LogSink& mLog;
   const Rules& mRules;
   std::size_t mRow;
   const RuleColumn* mColumn = nullptr;  // read last
@@ -128,11 +119,9 @@ Json::List rowsOfOne(const RuleColumn& column, const Rules& rules, const Row& fo
   if (column.input == kHfps && inputs[kHfps] != 1) return compared;
   for (std::size_t row = 0; row < rules.size(); ++row) {
     if (isOfSeveral(rules[row])) continue;
-    compared.push_back(comparedRow(rules, row));
-    compared.back()["asked"].push_back(column.field);
-    if (row != found) continue;
-    compared.back()["met"].push_back(column.field);
-    break;
+    compared.push_back(
+        comparedRow(rules, row, {column.field}, Json::List(row == found ? 1U : 0U, column.field)));
+    if (row == found) break;
   }
   return compared;
 }
@@ -168,12 +157,6 @@ Json columnsJson() {
 }
 
 }  // namespace
-
-std::vector<std::string> filterTitles() {
-  std::vector<std::string> titles;
-  for (const Filter& filter : filters()) titles.emplace_back(filter.title());
-  return titles;
-}
 
 bool isListed(const Json& filters, const Json& row, const char* list, std::string_view field) {
   return std::ranges::any_of(filters.items(), [&](const Json& filter) {
@@ -231,15 +214,18 @@ Json DecidingPhone::explain(const Inputs& inputs) {
   Row row;
   Json::List runs;
   for (const Filter& filter : filters()) {
-    Json& run = runs.emplace_back(Json{{"filter", filter.name},
-                                       {"title", filter.title()},
-                                       {"asked", !row},
-                                       {"found", nullptr},
-                                       {"rows", Json::List()}});
+    Json& run = runs.emplace_back(
+        Json{{"filter", filter.name},
+             {"title", filter.column != nullptr ? filter.column->title : "several conditions"},
+             {"asked", !row},
+             {"found", nullptr},
+             {"rows", Json::List()}});
     if (row) continue;
     if (filter.column == nullptr) {
-      FilterWatch watch(mPhone, rules);
+      FilterWatch watch(mPhone.log, rules);
+      host::Observer* const before = mPhone.setObserver(&watch);
       filter.run(control, &meta);
+      mPhone.setObserver(before);
       run["rows"] = watch.takeRows();
       row = foundRow(control);
     } else {

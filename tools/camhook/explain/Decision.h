@@ -1,26 +1,24 @@
 // How the library decides on a sensor mode: which filter compares which conditions of which rows,
 // the row that it finds, and the overrides.
 //
-// The library's own filters answer: the reads and the log records that they make while they run
-// show which conditions they compare and which of these are met.
+// The library's own filters run. Their reads and log records show which conditions they compare and
+// which of these are met.
 
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <iosfwd>
 #include <optional>
 #include <string_view>
-#include <vector>
 
 #include "common/HeskSensorModeControl.h"
 #include "host/Phone.h"
 #include "tools/camhook/explain/DecisionInputs.h"
 #include "tools/camhook/explain/SensorModeRules.h"
+#include "tools/camhook/show/Terminal.h"
 
 namespace camhook {
-
-/// The titles of the filters in the order in which the library runs them.
-std::vector<std::string> filterTitles();
 
 /// A simulated phone on which the library decides.
 class DecidingPhone {
@@ -44,8 +42,23 @@ class DecidingPhone {
   host::Phone mPhone;
 };
 
-/// True if one of a decision's `filters` compared the field of a row, from 1 (`list` is "asked"),
-/// or found it equal ("met").
+/// Writes a document of `explain` as text.
+void writeDecision(std::ostream& out, const Json& decision, Style style);
+
+// Parts of the document.
+
+/// The rows of the active list, with what `filters` found about each.
+Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<std::size_t> taken,
+                       const Inputs& inputs);
+
+/// All overrides, with their conditions in words.
+Json::List overrideVerdicts(const Inputs& inputs);
+
+/// The inputs whose values no rule and no override contains.
+Json::List inputWarnings(const Inputs& inputs);
+
+/// True if one of the `filters` compared the field of a row (`list` is "asked") or found it equal
+/// ("met").
 bool isListed(const Json& filters, const Json& row, const char* list, std::string_view field);
 
 }  // namespace camhook

@@ -1,9 +1,8 @@
-#include "tools/camhook/explain/DecisionText.h"
+#include "tools/camhook/explain/Decision.h"
 
 #include <algorithm>
 #include <ostream>
 
-#include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/PlainText.h"

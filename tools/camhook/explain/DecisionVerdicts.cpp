@@ -2,9 +2,7 @@
 #include <utility>
 
 #include "tools/camhook/explain/Decision.h"
-#include "tools/camhook/explain/DecisionParts.h"
 #include "tools/camhook/input/Joined.h"
-#include "tools/camhook/input/KnownNames.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/show/SensorModeName.h"
 
@@ -66,23 +64,20 @@ Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<st
 
 Json::List inputWarnings(const Inputs& inputs) {
   Json::List warnings;
-  const auto warn = [&](std::string_view input, const std::string& problem,
-                        std::span<const std::string_view> names) {
-    const Json& value = inputs[input];
-    const std::string near = value.isText() ? nearNames(value.text(), names) : "";
-    warnings.push_back({{"input", input}, {"problem", problem + near}});
-  };
-  if (hesk::findSensorModeTable(textOf(inputs[kProduct])) == nullptr) {
-    warn(kProduct, "no rules for this product", kProductsWithRules);
-  }
-  for (const auto& [input, problem] : {std::pair(kAppType, "no rule names this app"),
+  for (const auto& [input, problem] : {std::pair(kProduct, "no rules for this product"),
+                                       std::pair(kAppType, "no rule names this app"),
                                        std::pair(kAppName, "no override names this app"),
                                        std::pair(kUiModule, "no rule names this module")}) {
+    const Json& value = inputs[input];
     const Json::List named = namedValues(input, listsOf(nullptr));
-    if (inputs[input].isNull() || std::ranges::find(named, inputs[input]) != named.end()) continue;
+    const bool isKnown = input == kProduct
+                             ? hesk::findSensorModeTable(textOf(value)) != nullptr
+                             : value.isNull() || std::ranges::find(named, value) != named.end();
+    if (isKnown) continue;
     std::vector<std::string_view> names;
     for (const Json& each : named) names.push_back(textOf(each));
-    warn(input, problem, names);
+    const std::string near = value.isText() ? nearNames(value.text(), names) : "";
+    warnings.push_back({{"input", input}, {"problem", problem + near}});
   }
   return warnings;
 }

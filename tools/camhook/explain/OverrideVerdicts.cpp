@@ -5,7 +5,7 @@
 
 #include "common/math/AspectFit.h"
 #include "common/sensormode/Overrides.h"
-#include "tools/camhook/explain/DecisionParts.h"
+#include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/show/SensorModeName.h"
 
@@ -18,14 +18,15 @@ using hesk::Override;
 using Words = std::pair<std::string, std::string>;
 
 Words sizeWords(const Override& override, const Inputs& inputs) {
-  const std::string found = "size " + inputText(kSize, inputs[kSize]);
+  std::string found = "size " + inputText(kSize, inputs[kSize]);
   if (override.size == Override::Size::is640x480) return {found, "be 640x480"};
   if (override.size == Override::Size::notWiderThan4To3) return {found, "not be wider than 4:3"};
   static_assert(hesk::kMiddleNear4To3 == 1.33 && hesk::kToleranceNear4To3 == 0.004);
   std::array<char, 32> ratio{};
-  std::snprintf(ratio.data(), ratio.size(), "%.6g",
+  std::snprintf(ratio.data(), ratio.size(), ", aspect ratio %.6g",
                 static_cast<double>(hesk::aspectRatio(streamsOf(inputs).mainOutputSize)));
-  return {found + ", aspect ratio " + ratio.data(), "be above 1.326 and below 1.334"};
+  if (!inputs[kSize].isNull()) found += ratio.data();
+  return {found, "be above 1.326 and below 1.334"};
 }
 
 std::string foundText(std::string_view input, const Inputs& inputs) {

@@ -1,5 +1,5 @@
-// A row can decide if the filters find it for some inputs. If any inputs do, so do those that match
-// exactly as many of its fields as it needs and have other values everywhere else: a further match
+// Searches inputs for which the filters find a row. It is enough to try inputs that match exactly
+// as many fields of the row as it needs and have other values everywhere else: a further match
 // could only help other rows.
 
 #include <bit>

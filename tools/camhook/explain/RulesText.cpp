@@ -4,7 +4,6 @@
 
 #include "common/sensormode/Overrides.h"
 #include "tools/camhook/explain/RulesCommand.h"
-#include "tools/camhook/input/Joined.h"
 
 namespace camhook {
 namespace {
@@ -88,17 +87,10 @@ void writeRulesMarkdown(std::ostream& out) {
     columns.push_back({std::string(column.title), "`" + std::string(column.input) + "`"});
   }
   writeMarkdownTable(out, columns);
-  std::vector<std::string> ofOne = filterTitles();
-  ofOne.erase(ofOne.begin());
-  const std::string last = ofOne.back();
-  ofOne.pop_back();
   out << "\nRows of several conditions are asked first, from the last to the first: one is taken "
-         "as\n"
-         "soon as it meets as many as it must. Then those of one condition are asked, from the "
-         "first\n"
-         "to the last, by "
-      << joined(ofOne, ", ") << " and " << last
-      << ". An empty `APP_TYPE` meets every row\nwithout an app type.\n";
+         "as\nsoon as it meets as many as it must. Then those of one condition are asked, from the "
+         "first\nto the last, by eis, hfps, app type, fps, algo and ui. An empty `APP_TYPE` meets "
+         "every row\nwithout an app type.\n";
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
     out << "\n## " << table.productName << '\n';
     for (const RuleList& list : kRuleLists) {

@@ -6,26 +6,6 @@
 #include "tools/camhook/show/SensorModeName.h"
 
 namespace camhook {
-namespace {
-
-/// 640x480 meets every condition of a size, 4:3 is near it and not wider, 2804x2102 is near and
-/// wider, 1080x1080 is not near and not wider, 1920x1080 meets none.
-constexpr std::int32_t kSizes[][2] = {
-    {640, 480}, {1440, 1080}, {2804, 2102}, {1080, 1080}, {1920, 1080}};
-
-/// Calls `add` with each value of an input that the overrides contain, and with no condition.
-template <typename Add>
-void forEachOverrideValue(std::string_view input, Add add) {
-  for (const hesk::Override& override : hesk::overrides()) {
-    if (input == kAppType) add(Json(override.appType));
-    if (input == kAppName) std::ranges::for_each(override.appNames, add);
-    if (input == kHdr) add(Json(override.hdrMode));
-    if (input == kNight) add(Json(override.nightMode));
-  }
-}
-
-}  // namespace
-
 Json RuleColumn::conditionOf(const SensorModeCfg& rule) const {
   if (const auto* text = std::get_if<std::string SensorModeCfg::*>(&member)) {
     return (rule.**text).empty() ? Json() : Json(rule.**text);
@@ -54,7 +34,7 @@ std::vector<const Rules*> listsOf(const SensorModeTable* only) {
 Json::List namedValues(std::string_view input, std::span<const Rules* const> lists) {
   Json::List named;
   const auto add = [&](const Json& value) {
-    if (value.isNull() || value == "" || value == hesk::Override::kNoCondition) return;
+    if (value.isNull() || value == "") return;
     const Json meeting = valueMeeting(input, value);
     if (std::ranges::find(named, meeting) == named.end()) named.push_back(meeting);
   };
@@ -64,13 +44,18 @@ Json::List namedValues(std::string_view input, std::span<const Rules* const> lis
       for (const SensorModeCfg& rule : *rules) add(column.conditionOf(rule));
     }
   }
-  forEachOverrideValue(input, add);
+  for (const SensorModeTable& table : hesk::sensorModeTables()) {
+    if (input == kProduct) add(table.productName);
+  }
+  for (const hesk::Override& override : hesk::overrides()) {
+    if (input == kAppType) add(override.appType);
+    if (input == kAppName) std::ranges::for_each(override.appNames, add);
+  }
   if (!named.empty() && !named.front().isText()) {
     std::ranges::sort(named, {}, [](const Json& value) {
       return (value.isList() ? value[1] : value).integer<std::int32_t>();
     });
   }
-  if (input == kSize) named.assign(std::begin(kSizes), std::end(kSizes));
   return named;
 }
 
