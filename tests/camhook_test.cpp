@@ -255,6 +255,15 @@ TEST(Camhook, DecidesLikeCallOfScenario) {
     EXPECT_EQ(decision["scenario"], call["return"]) << number;
   }
   EXPECT_EQ(camhookWith("decide --scenario sensor_modes.json --call 1000").status, 2);
+  const Json inherited =
+      camhook::parseJson(camhookWith("decide --json --scenario - --call last", R"({"calls": [
+          {"call": "updateSessionParams", "sensor": 0, "streams": [],
+           "meta": {"HESK_CONTROL_EISENABLE": 1}},
+          {"call": "decideSensorScenario", "sensor": 0, "metaOf": 1, "video": true, "width": 4,
+           "height": 3, "meta": {"COM_HESK_CURRENTUIMODULE": 53}}]})")
+                             .output)["inputs"];
+  EXPECT_EQ(inherited["HESK_CONTROL_EISENABLE"], 1);
+  EXPECT_EQ(inherited["COM_HESK_CURRENTUIMODULE"], 53);
 }
 
 TEST(Camhook, WritesDecisionAsJson) {
@@ -262,6 +271,7 @@ TEST(Camhook, WritesDecisionAsJson) {
   EXPECT_EQ(none["scenario"], 255);
   EXPECT_TRUE(none["product"].isNull());
   EXPECT_EQ(none["decidedBy"]["kind"], "default");
+  EXPECT_TRUE(none["inputs"]["main output size"].isNull());
 
   const Json decision = camhook::parseJson(
       camhookWith("decide --json --product KX0104 --sensor 1 --app-type QQ --app-name Whatsapp "

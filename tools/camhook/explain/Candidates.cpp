@@ -311,17 +311,11 @@ void Candidates::addContainer(const NSCam::IMetadata& metadata) {
 }
 
 void Candidates::addRules() {
-  for (std::size_t i = kAppType; i < kSize; ++i) {
-    const auto input = static_cast<InputIndex>(i);
-    for (const std::string& value : namedValues(input, listsOf(nullptr))) {
-      Inputs inputs;
-      inputs.set(input, value);
-      const bool isText = inputFields()[i].form == InputField::Form::text;
-      addOnce(mKnown[std::string(inputFields()[i].name)],
-              isText ? Json(value) : Json(inputs.numbers(input)[0]));
+  for (const InputField& field : inputFields()) {
+    for (const Json& value : namedValues(field.name, listsOf(nullptr))) {
+      addOnce(mKnown[std::string(field.name)], value.isList() ? value[0] : value);
     }
   }
-  for (const std::string_view name : tableNames()) addOnce(mKnown["ro.product.model.zdm"], name);
 }
 
 /// Absent, values elsewhere in the scenario, and those that rules, overrides and the wanted value
