@@ -132,8 +132,9 @@ void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Json
   out << style.heading("wanted") << "  " << sensorModeText(wanted) << '\n';
   if (found.empty()) out << "  no change of one or two inputs gives it\n";
   for (const Json& decision : found) {
+    const Json changed = changesOf(inputs, decision);
     std::vector<std::string> changes;
-    for (const auto& [name, value] : changesOf(inputs, decision).members()) {
+    for (const auto& [name, value] : changed.members()) {
       changes.push_back(name + " " + inputText(name, inputs[name]) + " \u2192 " +
                         inputText(name, value));
     }
