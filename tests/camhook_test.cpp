@@ -197,18 +197,50 @@ TEST(Camhook, PrintsCommandForEachRule) {
   EXPECT_EQ(list, "each of the " + std::to_string(count) + " rows can decide");
 }
 
-TEST(Camhook, FindsSmallestChangesForMode) {
+/// Returns the mode that a replay gives with changed inputs; APP_TYPE is "a" unless changed.
+Json replayedMode(const Json& changes) {
+  Json call{{"call", "decideSensorScenario"},
+            {"sensor", 0},
+            {"meta", Json::Object()},
+            {"video", true},
+            {"width", 0},
+            {"height", 0}};
+  Json events{{"APP_TYPE", "a"}};
+  for (const auto& [name, value] : changes.members()) {
+    if (name.starts_with("APP_")) {
+      events[name] = value.isNull() ? Json("") : value;
+    } else if (name == "main output size") {
+      call["width"] = value[0];
+      call["height"] = value[1];
+    } else {
+      call["meta"][name] = value;
+    }
+  }
+  const Json properties{{"ro.product.model.zdm", anyTable().productName}};
+  const Json scenario{{"platform", Json{{"properties", properties}, {"eventStore", events}}},
+                      {"calls", Json::List{call}}};
+  const Outcome replay = camhookWith("replay --json -", camhook::lineOfJson(scenario));
+  return camhook::parseJson(replay.output)["calls"][0]["return"];
+}
+
+TEST(Camhook, FindsChangesThatGiveMode) {
   const std::string inputs =
       std::string("decide --app-type a --sensor 0 --video --product ") + anyTable().productName;
   const Outcome none = camhookWith(inputs + " --want NORMAL_CAPTURE");
   EXPECT_EQ(none.status, 1);
-  EXPECT_TRUE(none.output.ends_with("no change of up to three inputs gives it\n"));
-  const std::int32_t mode = anyTable().sensor0Video.front().sensorMode;
-  const Json want = camhook::parseJson(
-      camhookWith(inputs + " --json --want " + std::to_string(mode)).output)["want"];
-  EXPECT_EQ(want["scenario"], mode);
-  ASSERT_GT(want["smallest"].size(), 0U);
-  EXPECT_GT(want["smallest"][0]["changes"].size(), 0U);
+  EXPECT_TRUE(none.output.ends_with("no change of one or two inputs gives it\n"));
+  std::set<std::int32_t> modes;
+  for (const SensorModeCfg& rule : anyTable().sensor0Video) {
+    if (!modes.insert(rule.sensorMode).second) continue;
+    const std::string want = std::to_string(rule.sensorMode);
+    const Json found =
+        camhook::parseJson(camhookWith(inputs + " --json --want " + want).output)["want"];
+    EXPECT_EQ(found["scenario"], rule.sensorMode);
+    ASSERT_GT(found["smallest"].size(), 0U) << want;
+    for (const Json& each : found["smallest"].items()) {
+      EXPECT_EQ(replayedMode(each["changes"]), rule.sensorMode) << camhook::lineOfJson(each);
+    }
+  }
 }
 
 TEST(Camhook, DecidesLikeCallOfScenario) {
@@ -223,6 +255,15 @@ TEST(Camhook, DecidesLikeCallOfScenario) {
     EXPECT_EQ(decision["scenario"], call["return"]) << number;
   }
   EXPECT_EQ(camhookWith("decide --scenario sensor_modes.json --call 1000").status, 2);
+  const Json inherited =
+      camhook::parseJson(camhookWith("decide --json --scenario - --call last", R"({"calls": [
+          {"call": "updateSessionParams", "sensor": 0, "streams": [],
+           "meta": {"HESK_CONTROL_EISENABLE": 1}},
+          {"call": "decideSensorScenario", "sensor": 0, "metaOf": 1, "video": true, "width": 4,
+           "height": 3, "meta": {"COM_HESK_CURRENTUIMODULE": 53}}]})")
+                             .output)["inputs"];
+  EXPECT_EQ(inherited["HESK_CONTROL_EISENABLE"], 1);
+  EXPECT_EQ(inherited["COM_HESK_CURRENTUIMODULE"], 53);
 }
 
 TEST(Camhook, WritesDecisionAsJson) {
@@ -230,6 +271,7 @@ TEST(Camhook, WritesDecisionAsJson) {
   EXPECT_EQ(none["scenario"], 255);
   EXPECT_TRUE(none["product"].isNull());
   EXPECT_EQ(none["decidedBy"]["kind"], "default");
+  EXPECT_TRUE(none["inputs"]["main output size"].isNull());
 
   const Json decision = camhook::parseJson(
       camhookWith("decide --json --product KX0104 --sensor 1 --app-type QQ --app-name Whatsapp "

@@ -5,106 +5,192 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "tools/camhook/explain/DecisionText.h"
+#include "common/sat/SatTables.h"
+#include "common/sensormode/Overrides.h"
 #include "tools/camhook/explain/RulesCommand.h"
-#include "tools/camhook/explain/Want.h"
 #include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/KnownNames.h"
+#include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/SensorModeName.h"
 
 namespace {
 
 using namespace camhook;
 
-/// Random inputs: values that a product's rules and the overrides name, an unknown value or none.
+/// Random inputs: values that a product's rules and the overrides contain, an unknown value or
+/// none.
 class RandomInputs {
  public:
   explicit RandomInputs(const SensorModeTable& table) : mTable(table) {
-    for (std::size_t i = kAppType; i < kInputCount; ++i) {
-      const auto input = static_cast<InputIndex>(i);
-      mValues[i] = namedValues(input, listsOf(&table));
-      if (input == kSize) continue;
-      mValues[i].push_back(anotherValue(input, mValues[i]));
-      mValues[i].emplace_back();
+    for (const InputField& field : inputFields()) {
+      Json::List values = namedValues(field.name, listsOf(&table));
+      if (values.empty() || field.name == kProduct) continue;
+      values.push_back(anotherValue(field.name, values));
+      mValues.emplace_back(field.name, std::move(values));
     }
+    mValues.emplace_back(kHdr, Json::List{2, 3});
+    mValues.emplace_back(kNight, Json::List{0, 1});
+    // Each meets other conditions of sizes than the next.
+    mValues.emplace_back(kSize, parseJson("[[640, 480], [1440, 1080], [2804, 2102], [1080, 1080],"
+                                          " [1920, 1080]]")
+                                    .items());
+    for (auto& [input, values] : mValues) values.emplace_back();
   }
 
   Inputs next(std::mt19937& random) const {
-    const auto drawn = [&](std::size_t count) { return random() % count; };
-    Inputs inputs(std::string(mTable.productName) + "-EU", static_cast<std::int32_t>(drawn(3)),
-                  drawn(2) == 0);
-    for (std::size_t i = kAppType; i < kInputCount; ++i) {
-      EXPECT_TRUE(inputs.set(static_cast<InputIndex>(i), mValues[i][drawn(mValues[i].size())]));
-    }
+    Inputs inputs = inputsOf(std::string(mTable.productName) + "-EU",
+                             static_cast<std::int32_t>(random() % 3), random() % 2 == 0);
+    for (const auto& [input, values] : mValues) inputs[input] = values[random() % values.size()];
     return inputs;
   }
 
  private:
   const SensorModeTable& mTable;
-  std::array<std::vector<std::string>, kInputCount> mValues;
+  std::vector<std::pair<std::string_view, Json::List>> mValues;
 };
 
 /// Returns true if an input meets the condition of a rule in this column.
 bool isEqual(const RuleColumn& column, const SensorModeCfg& rule, const Inputs& inputs) {
-  const std::string condition = column.conditionOf(rule);
-  if (column.input == kAppType) return inputs[kAppType] == condition;
-  if (condition.empty() || inputs[column.input].empty()) return false;
-  return std::to_string(inputs.numbers(column.input)[column.input == kFps ? 1 : 0]) == condition;
+  const Json condition = column.conditionOf(rule);
+  const Json& value = inputs[column.input];
+  if (column.input == kAppType) return value == condition;
+  return !condition.isNull() && (value.isList() ? value[1] : value) == condition;
+}
+
+bool contains(const Json& list, std::string_view field) {
+  return std::ranges::find(list.items(), field) != list.items().end();
 }
 
 /// Checks that the filter of several conditions compares the columns of a rule in order until the
 /// required number of conditions is met.
-void checkSeveralConditions(const Decision& decision, const FilterRun& run) {
-  std::size_t column = 0;
-  std::int32_t met = 0;
-  for (const Comparison& each : run.comparisons) {
-    if (each.column == &ruleColumns().front()) column = 0, met = 0;
-    EXPECT_EQ(each.column, &ruleColumns()[column++]);
-    met += each.isMet ? 1 : 0;
-    const bool isLast = &each == &run.comparisons.back() && run.found == each.row;
-    const bool isReached = each.isMet && column > 1;
-    EXPECT_EQ(isLast, isReached && met == decision.rules()[each.row].conditionCount);
+void checkSeveralConditions(const Json& filter) {
+  for (const Json& row : filter["rows"].items()) {
+    std::size_t met = 0;
+    bool isReached = false;
+    const Json::List& asked = row["asked"].items();
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+      EXPECT_EQ(asked[i], kRuleColumns[i].field);
+      const bool isMet = contains(row["met"], asked[i].text());
+      met += isMet ? 1 : 0;
+      EXPECT_FALSE(isReached);
+      isReached = isMet && i > 0 && row["needed"] == met;
+    }
+    EXPECT_EQ(filter["found"] == row["row"], isReached);
+    EXPECT_TRUE(isReached || asked.size() == std::size(kRuleColumns));
   }
 }
 
-void checkDecision(const Decision& decision) {
+void checkDecision(const Json& decision, const Rules& rules) {
   bool isFound = false;
-  for (const FilterRun& run : decision.filters) {
-    EXPECT_EQ(run.isAsked, !isFound);
-    isFound |= run.found.has_value();
-    if (run.filter->column == nullptr) checkSeveralConditions(decision, run);
-    for (const auto& [row, column, isMet] : run.comparisons) {
-      EXPECT_EQ(isMet, isEqual(*column, decision.rules()[row], decision.inputs))
-          << run.filter->name << " row " << row + 1 << " " << column->title;
+  for (const Json& filter : decision["filters"].items()) {
+    EXPECT_EQ(filter["asked"].isTrue(), !isFound);
+    isFound |= !filter["found"].isNull();
+    if (&filter == &decision["filters"][0]) checkSeveralConditions(filter);
+    for (const Json& row : filter["rows"].items()) {
+      const SensorModeCfg& rule = rules.at(row["row"].integer<std::size_t>().value() - 1);
+      for (const RuleColumn& column : kRuleColumns) {
+        if (!contains(row["asked"], column.field)) continue;
+        EXPECT_EQ(contains(row["met"], column.field), isEqual(column, rule, decision["inputs"]))
+            << lineOfJson(filter["filter"]) << lineOfJson(row) << column.title;
+      }
     }
   }
-  if (decision.row) {
-    EXPECT_EQ(decision.base, decision.rules()[*decision.row].sensorMode);
+  const Json& base = decision["base"];
+  EXPECT_EQ(base["row"].isNull(), !isFound);
+  if (isFound) {
+    EXPECT_EQ(base["scenario"],
+              rules.at(base["row"].integer<std::size_t>().value() - 1).sensorMode);
   }
-  EXPECT_EQ(decision.mode, decision.override
-                               ? decision.overrides[*decision.override].override->scenario
-                               : decision.base);
-  for (const OverrideVerdict& verdict : decision.overrides) {
-    using Kind = OverrideVerdict::Kind;
-    const auto missed = std::ranges::count(verdict.conditions, false, &OverrideCondition::isMet);
-    EXPECT_EQ(verdict.kind == Kind::decides || verdict.kind == Kind::overwritten, missed == 0);
+  Json mode = base["scenario"];
+  for (const Json& override : decision["overrides"].items()) {
+    const auto isMet = [](const Json& condition) { return condition["met"].isTrue(); };
+    const std::string& verdict = override["verdict"].text();
+    EXPECT_EQ(verdict == "decides" || verdict == "overwritten",
+              std::ranges::all_of(override["conditions"].items(), isMet));
+    if (verdict == "decides") mode = override["scenario"];
   }
+  EXPECT_EQ(decision["scenario"], mode);
+}
+
+/// Checks a decision by the return value and the log records of a replay.
+void checkReplay(const Json& decision) {
+  const Inputs& inputs = decision["inputs"];
+  host::PhoneConfig platform;
+  platform.properties["ro.product.model.zdm"] = textOf(inputs[kProduct]);
+  platform.eventStore["APP_TYPE"] = textOf(inputs[kAppType]);
+  platform.eventStore["APP_NAME"] = textOf(inputs[kAppName]);
+  const auto streams = streamsOf(inputs);
+  const CallTrace trace =
+      Replay(platform).run({.call = DecideSensorScenario{.sensor = numberOf(inputs[kSensor]),
+                                                         .meta = sessionMetadataOf(inputs),
+                                                         .video = streams.hasVideoConsumer,
+                                                         .width = streams.mainOutputSize.w,
+                                                         .height = streams.mainOutputSize.h}});
+  EXPECT_EQ(trace.result, decision["scenario"]);
+
+  const std::string several = "getSensorModeCfgByMultiCondition";
+  std::size_t met = 0;
+  Json selecting;  // the filter that found a row
+  std::vector<std::string> overrides;
+  for (const host::LogRecord& record : trace.logs) {
+    const bool isMatch = record.message.find("selected by ") != std::string::npos;
+    if (isMatch && record.function == several) ++met;
+    if (record.function == several ? record.message.ends_with("selected") : isMatch)
+      selecting = record.function;
+    if (record.function == "specialCustomize") overrides.push_back(record.format);
+  }
+  std::size_t claimed = 0;
+  Json found;
+  for (const Json& filter : decision["filters"].items()) {
+    if (!filter["found"].isNull()) found = filter["filter"];
+    if (filter["filter"] != several) continue;
+    for (const Json& row : filter["rows"].items()) claimed += row["met"].size();
+  }
+  EXPECT_EQ(claimed, met);
+  EXPECT_EQ(found, selecting);
+  std::vector<std::string> fired;
+  for (std::size_t i = 0; i < hesk::overrides().size(); ++i) {
+    const Json& verdict = decision["overrides"][i]["verdict"];
+    const hesk::Override& override = hesk::overrides()[i];
+    if ((verdict == "decides" || verdict == "overwritten") && override.format != nullptr)
+      fired.emplace_back(override.format);
+  }
+  EXPECT_EQ(fired, overrides);
 }
 
 TEST(Rules, ExplainedDecisionsMatchLibrary) {
-  DecidingPhone phone;
   std::mt19937 random(1);
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
-    const RandomInputs inputs(table);
+    const RandomInputs randomInputs(table);
     for (int i = 0; i < 500 && !testing::Test::HasFailure(); ++i) {
-      const Decision decision = phone.explain(inputs.next(random));
-      SCOPED_TRACE(lineOfJson(jsonFromDecision(decision)["inputs"]));
-      checkDecision(decision);
+      const Inputs inputs = randomInputs.next(random);
+      SCOPED_TRACE(lineOfJson(inputs));
+      const Json decision = DecidingPhone().explain(inputs);
+      Rules rules;
+      for (const RuleList& list : kRuleLists) {
+        if (decision["list"] == list.name) rules = table.*list.rules;
+      }
+      checkDecision(decision, rules);
+      checkReplay(decision);
     }
   }
+}
+
+TEST(Rules, KnownProductsAreThoseOfTables) {
+  std::set<std::string_view> known(std::begin(kProductsWithRules), std::end(kProductsWithRules));
+  std::set<std::string_view> names;
+  for (const SensorModeTable& table : hesk::sensorModeTables()) names.insert(table.productName);
+  EXPECT_EQ(known, names);
+  known.insert(std::begin(kProductsOfZoomOnly), std::end(kProductsOfZoomOnly));
+  for (const hesk::ThresholdOfSat& each : hesk::satThresholds()) names.insert(each.product);
+  names.erase("DEFAULT");
+  EXPECT_EQ(known, names);
 }
 
 TEST(Rules, HaveInputsForWhichTheyDecide) {
@@ -116,9 +202,9 @@ TEST(Rules, HaveInputsForWhichTheyDecide) {
         SCOPED_TRACE(std::string(table.productName) + " " + list.name + " row " +
                      std::to_string(row + 1));
         const auto witness =
-            witnessOf(phone, rules, row, Inputs(table.productName, list.sensor, list.video));
+            witnessOf(phone, rules, row, inputsOf(table.productName, list.sensor, list.video));
         ASSERT_TRUE(witness);
-        EXPECT_EQ(phone.explain(*witness).row, row);
+        EXPECT_EQ(phone.explain(*witness)["base"]["row"], row + 1);
       }
     }
   }
@@ -131,16 +217,17 @@ TEST(Rules, VerdictsNameUnmetConditions) {
     for (const RuleList& list : kRuleLists) {
       const Rules& rules = table.*list.rules;
       for (std::size_t row = 0; row < rules.size(); ++row) {
-        const Inputs given(table.productName, list.sensor, list.video);
-        for (const RuleColumn& column : ruleColumns()) {
-          if (column.conditionOf(rules[row]).empty() || !isOfSeveral(rules[row])) continue;
+        const Inputs given = inputsOf(table.productName, list.sensor, list.video);
+        for (const RuleColumn& column : kRuleColumns) {
+          if (column.conditionOf(rules[row]).isNull() || !isOfSeveral(rules[row])) continue;
           Inputs inputs = witnessOf(phone, rules, row, given).value_or(given);
-          inputs.set(column.input, "");
-          const Decision decision = phone.explain(inputs);
-          if (decision.row == row || !decision.isAsked(row)) continue;
-          EXPECT_NE(rowVerdict(decision, row).find(std::string(column.title) + " is absent"),
+          inputs[column.input] = nullptr;
+          const Json decision = phone.explain(inputs);
+          const Json& explained = decision["rows"][row];
+          if (explained["taken"].isTrue() || !explained["asked"].isTrue()) continue;
+          EXPECT_NE(explained["verdict"].text().find(std::string(column.title) + " is absent"),
                     std::string::npos)
-              << decidedByText(decision);
+              << lineOfJson(decision);
           ++checked;
         }
       }
@@ -161,14 +248,14 @@ TEST(Rules, UnreachableOnesAreFound) {
   DecidingPhone phone;
   std::vector<std::size_t> never;
   for (std::size_t row = 0; row < rules.size(); ++row) {
-    if (!witnessOf(phone, rules, row, Inputs("X", 0, true))) never.push_back(row + 1);
+    if (!witnessOf(phone, rules, row, inputsOf("X", 0, true))) never.push_back(row + 1);
   }
   EXPECT_EQ(never, (std::vector<std::size_t>{2, 5, 7}));
 }
 
 /// One line of a matrix, with a cell for each rule list.
 struct MatrixRow {
-  InputIndex input;
+  std::string_view input;
   std::string value;
   std::vector<std::string> cells;
 };
@@ -177,7 +264,7 @@ std::vector<MatrixRow> matrixOf(const SensorModeTable& table) {
   std::stringstream text;
   writeMatrix(text, table, Style(false));
   std::vector<MatrixRow> rows;
-  InputIndex input = kProduct;
+  std::string_view input;
   std::string line;
   std::getline(text, line);
   EXPECT_EQ(line, table.productName);
@@ -203,34 +290,19 @@ TEST(Rules, MatrixMatchesLibrary) {
     for (const auto& [input, value, cells] : rows) {
       ASSERT_EQ(cells.size(), std::size(kRuleLists));
       for (std::size_t i = 0; i < cells.size(); ++i) {
-        Inputs inputs(table.productName, kRuleLists[i].sensor, kRuleLists[i].video);
-        if (input != kAppType) inputs.set(kAppType, "another");
-        const bool isModule = input == kUiModule && value == "another";
-        inputs.set(input, value == "absent" ? "" : isModule ? "1000" : value);
-        inputs.set(kSize, "1920x1080");
+        Inputs inputs = inputsOf(table.productName, kRuleLists[i].sensor, kRuleLists[i].video);
+        if (input != kAppType) inputs[kAppType] = "another";
+        if (value == "another" && input == kUiModule) {
+          inputs[input] = 1000;
+        } else if (value != "absent") {
+          inputs[input] = input == kUiModule ? Json(std::stoi(value)) : Json(value);
+        }
+        inputs[kSize] = Json::List{1920, 1080};
         const std::int32_t mode = phone.modeFor(inputs);
-        inputs.set(kSize, "640x480");
+        inputs[kSize] = Json::List{640, 480};
         const std::string name = mode == 255 ? "-" : std::string(sensorModeName(mode));
         EXPECT_EQ(cells[i], name + (phone.modeFor(inputs) == mode ? "" : "*"))
             << table.productName << ' ' << value;
-      }
-    }
-  }
-}
-
-TEST(Rules, SmallestChangesGiveMode) {
-  DecidingPhone phone;
-  const SensorModeTable& table = hesk::sensorModeTables().front();
-  for (const RuleList& list : kRuleLists) {
-    Inputs inputs(table.productName, list.sensor, list.video);
-    inputs.set(kAppType, "another");
-    for (const SensorModeCfg& rule : table.*list.rules) {
-      const std::vector<Decision> found = smallestChanges(phone, inputs, rule.sensorMode);
-      ASSERT_FALSE(found.empty()) << list.name;
-      for (const Decision& decision : found) {
-        EXPECT_EQ(decision.mode, rule.sensorMode);
-        EXPECT_EQ(changesText(inputs, decision.inputs).size(),
-                  changesText(inputs, found.front().inputs).size());
       }
     }
   }

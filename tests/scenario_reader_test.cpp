@@ -283,6 +283,40 @@ a.json:7:114: warning: calls[5].value: no rule knows app type "Q"; near: QQ
 a.json:8:38: warning: calls[6].sensor: there is no device 1 in the platform)");
 }
 
+TEST(ScenarioReader, WarnsAboutUnknownProducts) {
+  const auto warningsOf = [](const std::string& properties, const std::string& calls) {
+    const ScenarioText scenario(R"({"platform": {"properties": {)" + properties +
+                                R"(}}, "calls": [)" + calls + "]}");
+    return scenario.warnings().lines("a.json");
+  };
+  const std::string product = R"("ro.product.model.zdm": )";
+  const std::string model = R"("ro.product.model": "KX0107")";
+  const std::string set = R"({"call": "setProperty", "name": "ro.product.model.zdm", "value": )";
+  const std::string decide =
+      R"({"call": "decideSensorScenario", "sensor": 0, "meta": {}, "video": true, "width": 4,
+          "height": 3})";
+  const std::string place = "platform.properties.ro.product.model";
+  EXPECT_EQ(warningsOf(product + R"("KX0170")", ""),
+            "a.json:1:54: " + place +
+                R"(.zdm: no rules for product "KX0170"; near: KX0107, KX0102, KX0104)");
+  EXPECT_EQ(warningsOf(product + R"("KX9")", ""),
+            "a.json:1:54: " + place + R"(.zdm: no rules for product "KX9")");
+  EXPECT_EQ(warningsOf(model, ""),
+            "a.json:1:50: " + place + ": unused; the library reads ro.product.model.zdm");
+  EXPECT_EQ(
+      warningsOf("", set + R"("kx0105"})"),
+      R"(a.json:1:109: calls[0].value: no rules for product "kx0105"; near: KX0105, KX0102, KX0104)");
+  for (const char* name : {"KX0107B", "KX0103", ""}) {
+    EXPECT_EQ(warningsOf(product + '"' + name + '"', set + '"' + name + "\"}"), "") << name;
+  }
+  EXPECT_EQ(warningsOf(model, set + R"("KX0107"})"), "");
+  EXPECT_EQ(warningsOf(product + R"("KX0107")", decide), "");
+  EXPECT_EQ(warningsOf(product + R"("KX0103")", set + R"("KX0101"}, )" + decide),
+            "a.json:1:54: " + place +
+                R"(.zdm: no rules for product "KX0103"; near: KX0102, KX0104, KX0105
+a.json:1:141: calls[0].value: no rules for product "KX0101"; near: KX0102, KX0104, KX0105)");
+}
+
 TEST(ScenarioReader, ReadsAllFormsOfValues) {
   const NSCam::IMetadata metadata = metadataOf(R"({
     "HESK_CONTROL_ISO": 100,

@@ -102,8 +102,14 @@ Json changed(Json document, const Json& input, const Json& to) {
   Json& platform = document["platform"];
   const std::string text = to.isText() ? to.text() : "";
   if (kind == "metadata") {
-    Json& container = calls.items().back()[input["container"].text()];
-    if (!container.isNull() || !to.isNull()) put(container, key, to);
+    Json& call = calls.items().back();
+    const bool hasMetaOf = call.find("metaOf") != nullptr;
+    Json& container = call[input["container"].text()];
+    if (hasMetaOf && to.isNull()) {
+      container[key] = Json::List();
+    } else if (!container.isNull() || !to.isNull()) {
+      put(container, key, to);
+    }
   } else if (kind == "static") {
     put(platform["devices"][std::to_string(input["device"].integer<int>().value())]["static"], key,
         to);
@@ -122,6 +128,10 @@ Json changed(Json document, const Json& input, const Json& to) {
   } else {
     const auto index = input["index"].integer<std::ptrdiff_t>().value();
     calls.items().erase(calls.items().begin() + index - 1);
+    for (Json& call : calls.items()) {
+      Json* const of = call.find("metaOf");
+      if (of != nullptr && of->integer<int>() > index) *of = *of->integer<int>() - 1;
+    }
   }
   return document;
 }
@@ -264,6 +274,23 @@ TEST(Why, FindsPairsOfChanges) {
               R"({"kind": "metadata", "container": "meta", "key": "HESK_CONTROL_ZOOM_ZOOM_RATIO")"),
       std::string::npos)
       << camhook::lineOfJson(found["together"]);
+}
+
+TEST(Why, FollowsContainerOfEarlierCall) {
+  const Json document = camhook::parseJson(R"({
+    "platform": {"provider": {"fpsCap": 24}, "clock": "2021-03-04T05:06:07"}, "calls": [
+      {"call": "createInstance", "sensor": 1},
+      {"call": "updateRequestMeta", "sensor": 1, "requestNo": 1,
+       "meta": {"MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30], "HESK_CONTROL_MOONMODE": 3}},
+      {"call": "updateResultMeta", "sensor": 1, "requestNo": 1, "metaOf": 2,
+       "meta": {"HESK_CONTROL_MOONMODE": []}}]})");
+  const Json range =
+      explanationOf(camhook::lineOfJson(document), "3", "MTK_CONTROL_AE_TARGET_FPS_RANGE");
+  checkInputs(document, range);
+  EXPECT_EQ(range["after"]["items"], camhook::parseJson("[5, 24]"));
+  // Only call 2 reads the provider.
+  EXPECT_EQ(outcomesOf(range, "")[0], camhook::parseJson("[null, [15, 30]]"));
+  EXPECT_EQ(range["inputs"].items().back()["index"], 1) << "call 2 cannot be left out";
 }
 
 /// Returns the result of `work`, which runs in a child process.

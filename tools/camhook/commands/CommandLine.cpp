@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "tools/camhook/input/InputFile.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/NearNames.h"
@@ -88,6 +89,10 @@ void addCommonOptions(CLI::App& app) {
 
 void warn(const std::string& lines) {
   if (warningsAreShown) std::cerr << lines << '\n';
+}
+
+void warn(const Faults& warnings, const std::string& file) {
+  if (!warnings.isEmpty()) warn(warnings.lines(nameOfInput(file), "warning: "));
 }
 
 std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {

@@ -7,6 +7,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/camhook/input/InputError.h"
+
 namespace camhook {
 
 /// Accepts these words alone.
@@ -20,6 +22,9 @@ void addCommonOptions(CLI::App& app);
 
 /// Prints lines to standard error unless --no-warnings is given.
 void warn(const std::string& lines);
+
+/// The same for the warnings about a scenario's file.
+void warn(const Faults& warnings, const std::string& file);
 
 /// Help that groups options and does not repeat which options exclude one another.
 class HelpFormatter final : public CLI::Formatter {

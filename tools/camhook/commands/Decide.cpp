@@ -1,8 +1,6 @@
 #include "tools/camhook/commands/Commands.h"
-#include "tools/camhook/input/JsonLine.h"
 
 #include <algorithm>
-#include <array>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -11,12 +9,15 @@
 #include <variant>
 #include <vector>
 
-#include "tools/camhook/explain/DecisionText.h"
-#include "tools/camhook/explain/Want.h"
+#include "tools/camhook/explain/ChangedScenario.h"
+#include "tools/camhook/explain/Decision.h"
+#include "tools/camhook/explain/Why.h"
 #include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/WholeNumber.h"
+#include "tools/camhook/run/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/TraceFilter.h"
 #include "tools/camhook/show/SensorModeName.h"
@@ -26,57 +27,37 @@ namespace camhook {
 namespace {
 
 struct DecideArguments {
-  std::array<std::string, kInputCount> values;
-  bool video = false;
+  Inputs inputs;
   std::string scenario;
   std::string call;
   std::string want;  // a sensor mode, by number or name
   bool json = false;
 };
 
-CLI::Validator isValueOf(InputIndex input) {
-  const auto check = [input](const std::string& text) {
-    const InputField::Form form = inputFields()[input].form;
-    const bool isMissing = text.empty() && form != InputField::Form::text;
-    if (!isMissing && Inputs().set(input, text)) return std::string();
-    const char* const expected = form == InputField::Form::range  ? "LO,HI"
-                                 : form == InputField::Form::size ? "WxH"
-                                                                  : "a number of 32 bits";
-    return std::string("must be ") + expected + ", not " + jsonText(text);
-  };
-  return {check, ""};
+const Inputs& inputsOfOptions(const DecideArguments& arguments) {
+  for (const InputField& field : inputFields()) {
+    if ((field.name == kProduct || field.name == kSensor) && arguments.inputs[field.name].isNull())
+      throw InputError("camhook: " + std::string(field.option()) + " is required");
+  }
+  return arguments.inputs;
 }
 
-Inputs inputsOfOptions(const DecideArguments& arguments) {
-  Inputs inputs;
-  for (std::size_t i = 0; i < kInputCount; ++i) {
-    inputs.set(static_cast<InputIndex>(i), arguments.values[i]);
-  }
-  for (const InputIndex input : {kProduct, kSensor}) {
-    if (!arguments.values[input].empty()) continue;
-    throw InputError("camhook: " + std::string(inputFields()[input].options) + " is required");
-  }
-  inputs.set(kVideo, arguments.video ? "yes" : "no");
-  return inputs;
-}
-
-/// The inputs of a call of a scenario, once the calls before it have run.
+/// The inputs of a call of a scenario, after the calls before it have run.
 Inputs inputsOfScenario(const DecideArguments& arguments) {
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
     const std::size_t index =
         callFromText(arguments.call, scenario.calls.size(),
                      [&](std::size_t each) { return scenario.calls[each].call; });
-    const auto* call = std::get_if<DecideSensorScenario>(&scenario.calls[index].call);
-    if (call == nullptr) {
-      throw InputError("call " + std::to_string(index + 1) + " is no " +
-                       std::string(DecideSensorScenario::kName));
-    }
-    Replay replay(std::move(scenario.platform));
+    OwnUpdaters updaters;
+    Replay replay(std::move(scenario.platform), [&](int sensor) { return updaters.of(sensor); });
     for (std::size_t i = 0; i < index; ++i) {
       replay.run(scenario.calls[i], Replay::Detail::containers);
     }
-    return inputsOf(*call);
+    const Call call = replay.withMetaOf(scenario.calls[index]);
+    if (const auto* decision = std::get_if<DecideSensorScenario>(&call)) return inputsOf(*decision);
+    throw InputError("call " + std::to_string(index + 1) + " is no " +
+                     std::string(DecideSensorScenario::kName));
   });
 }
 
@@ -91,27 +72,82 @@ std::int32_t sensorModeFrom(const std::string& text) {
                    "; valid: " + joined(valid, ", "));
 }
 
-void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Decision>& found,
+/// The decision as the return value of a scenario's only call. Product, sensor and video stay.
+Question questionOf(const Inputs& inputs) {
+  const std::int32_t sensor = numberOf(inputs[kSensor]);
+  const bool hasVideo = inputs[kVideo].isTrue();
+  const auto [width, height] = streamsOf(inputs).mainOutputSize;
+  Question question;
+  host::PhoneConfig& platform = question.scenario.platform;
+  platform.properties[std::string(kProduct)] = textOf(inputs[kProduct]);
+  for (const std::string_view event : {kAppType, kAppName}) {
+    platform.eventStore[std::string(event)] = textOf(inputs[event]);
+  }
+  question.scenario.calls.push_back(
+      {DecideSensorScenario{sensor, sessionMetadataOf(inputs), hasVideo, width, height}});
+  question.arguments = {
+      {"sensor", sensor}, {"video", hasVideo}, {"width", width}, {"height", height}};
+  question.fixed = {{.kind = Input::Kind::property, .key = std::string(kProduct)},
+                    {.kind = Input::Kind::argument, .key = "sensor"},
+                    {.kind = Input::Kind::argument, .key = "video"}};
+  return question;
+}
+
+Inputs changedInputs(const Question& question, const std::vector<Change>& changes) {
+  host::Phone phone(unchangedPhone(question));
+  setTexts(phone, changes);
+  const Call call = changedCall(question, question.askedCall(), changes);
+  return inputsOf(std::get<DecideSensorScenario>(call));
+}
+
+/// The decisions with changes of one or two inputs that give the mode.
+std::vector<Json> decisionsFor(const Inputs& inputs, std::int32_t mode) {
+  const Question question = questionOf(inputs);
+  const Explanation explanation = explain(question, Wanted(std::to_string(mode), question));
+  std::vector<Explanation::Outcome> outcomes = explanation.outcomes();
+  if (explanation.after == mode) outcomes = {{.changes = {}, .gives = mode}};
+  const Inputs unchanged = changedInputs(question, {});
+  std::vector<Json> found;
+  for (const Explanation::Outcome& outcome : outcomes) {
+    Inputs changed = changedInputs(question, outcome.changes);
+    // An absent size is 0 x 0 in a call.
+    if (changed[kSize] == unchanged[kSize]) changed[kSize] = inputs[kSize];
+    Json decision = DecidingPhone().explain(changed);
+    if (decision["scenario"] == mode) found.push_back(std::move(decision));
+  }
+  return found;
+}
+
+/// The inputs of a decision that differ from these, each with its new value.
+Json changesOf(const Inputs& inputs, const Json& decision) {
+  Json changes = Json::Object();
+  for (const auto& [name, value] : decision["inputs"].members()) {
+    if (inputs[name] != value) changes[name] = value;
+  }
+  return changes;
+}
+
+void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Json>& found,
                  std::int32_t wanted, Style style) {
   out << style.heading("wanted") << "  " << sensorModeText(wanted) << '\n';
-  if (found.empty()) out << "  no change of up to three inputs gives it\n";
-  for (const Decision& decision : found) {
-    const std::string changes = joined(changesText(inputs, decision.inputs), ", and ");
-    out << "  " << (changes.empty() ? "no change is needed" : printable(changes)) << "  "
-        << style.faint(decidedByText(decision)) << '\n';
+  if (found.empty()) out << "  no change of one or two inputs gives it\n";
+  for (const Json& decision : found) {
+    const Json changed = changesOf(inputs, decision);
+    std::vector<std::string> changes;
+    for (const auto& [name, value] : changed.members()) {
+      changes.push_back(name + " " + inputText(name, inputs[name]) + " \u2192 " +
+                        inputText(name, value));
+    }
+    out << "  " << (changes.empty() ? "no change is needed" : printable(joined(changes, ", and ")))
+        << "  " << style.faint(decision["decidedBy"]["text"].text()) << '\n';
   }
 }
 
-Json wantedJson(const Inputs& inputs, const std::vector<Decision>& found, std::int32_t wanted) {
+Json wantedJson(const Inputs& inputs, const std::vector<Json>& found, std::int32_t wanted) {
   Json::List list;
-  for (const Decision& decision : found) {
-    Json changes = Json::Object();
-    for (std::size_t i = 0; i < kInputCount; ++i) {
-      const auto input = static_cast<InputIndex>(i);
-      if (inputs[input] == decision.inputs[input]) continue;
-      changes[std::string(inputFields()[i].name)] = decision.inputs.json(input);
-    }
-    list.push_back({{"changes", std::move(changes)}, {"decidedBy", decidedByText(decision)}});
+  for (const Json& decision : found) {
+    list.push_back(
+        {{"changes", changesOf(inputs, decision)}, {"decidedBy", decision["decidedBy"]["text"]}});
   }
   return {{"scenario", wanted}, {"smallest", std::move(list)}};
 }
@@ -121,14 +157,12 @@ int runDecide(const DecideArguments& arguments) {
   if (!arguments.want.empty()) wanted = sensorModeFrom(arguments.want);
   const Inputs inputs =
       arguments.scenario.empty() ? inputsOfOptions(arguments) : inputsOfScenario(arguments);
-  DecidingPhone phone;
-  const Decision decision = phone.explain(inputs);
-  std::vector<Decision> found;
-  if (wanted) found = smallestChanges(phone, inputs, *wanted);
+  Json decision = DecidingPhone().explain(inputs);
+  std::vector<Json> found;
+  if (wanted) found = decisionsFor(inputs, *wanted);
   if (arguments.json) {
-    Json json = jsonFromDecision(decision);
-    if (wanted) json["want"] = wantedJson(inputs, found, *wanted);
-    writeJson(std::cout, json);
+    if (wanted) decision["want"] = wantedJson(inputs, found, *wanted);
+    writeJson(std::cout, decision);
   } else {
     const Style style = Style::forStandardOutput();
     writeDecision(std::cout, decision, style);
@@ -150,26 +184,22 @@ void addDecide(CLI::App& app, int& status) {
                       ->add_option("--call", arguments->call,
                                    "Number of its call, from 1; last; or requestNo:N")
                       ->type_name("CALL"));
-  const auto input = [&](InputIndex index, const char* type, const std::string& meaning) {
-    command
-        ->add_option(std::string(inputFields()[index].options), arguments->values[index], meaning)
-        ->check(isValueOf(index))
-        ->type_name(type)
-        ->excludes(scenario)
-        ->group("Inputs");
-  };
-  input(kProduct, "TEXT", "Product model, as in ro.product.model.zdm");
-  input(kSensor, "NUMBER", "Sensor; 1 is the front camera");
-  command->add_flag("--video", arguments->video, "The configuration has a video stream")
-      ->excludes(scenario)
-      ->group("Inputs");
-  for (const InputIndex index : {kAppType, kAppName}) {
-    input(index, "TEXT", std::string(inputFields()[index].name) + " of the event store");
+  arguments->inputs = inputsOf("", 0, false);
+  arguments->inputs[kSensor] = nullptr;
+  for (const InputField& field : inputFields()) {
+    Json& value = arguments->inputs[field.name];
+    const std::string meaning(field.meaning);
+    const auto read = [&field, &value](const std::string& text) {
+      value = inputFromText(field, text);
+    };
+    CLI::Option* const option =
+        field.type.empty()
+            ? command->add_flag_callback(
+                  std::string(field.options), [&value] { value = true; }, meaning)
+            : command->add_option_function<std::string>(std::string(field.options), read, meaning)
+                  ->type_name(std::string(field.type));
+    option->excludes(scenario)->group("Inputs");
   }
-  for (const InputIndex index : {kEis, kHfps, kFps, kVideoAlgo, kUiModule, kHdr, kNight}) {
-    input(index, index == kFps ? "LO,HI" : "NUMBER", std::string(inputFields()[index].name));
-  }
-  input(kSize, "WxH", "Size of the app's main output in pixels");
   command
       ->add_option("--want", arguments->want,
                    "Find the smallest changes that give this sensor mode")

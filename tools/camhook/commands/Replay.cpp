@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/camhook/explain/DecisionText.h"
+#include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/TagCatalogue.h"
@@ -109,7 +109,7 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
   if (!decisions.empty()) {
     DecidingPhone phone;
     for (const auto& [number, inputs] : decisions) {
-      page->addDecision(number, jsonFromDecision(phone.explain(inputs)));
+      page->addDecision(number, phone.explain(inputs));
     }
   }
   if (isPage || options.json || filter.isWhole()) writer->finish(eventStore);
@@ -119,8 +119,7 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
 int replay(const ReplayOptions& options) {
   const ScenarioText scenario =
       readFile(options.file, [](std::string text) { return ScenarioText(std::move(text)); });
-  const Faults& warnings = scenario.warnings();
-  if (!warnings.isEmpty()) warn(warnings.lines(nameOfInput(options.file), "warning: "));
+  warn(scenario.warnings(), options.file);
   bool isAnyShown = true;
   const auto write = [&](std::ostream& out) { isAnyShown = writeTrace(out, options, scenario); };
   if (options.page.empty()) {

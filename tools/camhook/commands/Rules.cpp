@@ -8,6 +8,7 @@
 #include "tools/camhook/explain/RulesCommand.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/KnownNames.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/show/Terminal.h"
 
@@ -20,20 +21,20 @@ struct RulesArguments {
   std::string matrix;
 };
 
-/// Throws InputError if there is no table for the product.
-const SensorModeTable& tableFor(const std::string& product) {
-  if (const SensorModeTable* const table = hesk::findSensorModeTable(product)) return *table;
+/// Null for an empty name. Throws InputError if there is no table for the product.
+const SensorModeTable* tableFor(const std::string& product) {
+  const SensorModeTable* const table = hesk::findSensorModeTable(product);
+  if (table != nullptr || product.empty()) return table;
   throw InputError("camhook: no rules for product " + jsonText(product) +
-                   nearNames(product, tableNames()));
+                   nearNames(product, kProductsWithRules));
 }
 
 int runRules(const RulesArguments& arguments) {
   const Style style = Style::forStandardOutput();
-  const SensorModeTable* const only =
-      arguments.product.empty() ? nullptr : &tableFor(arguments.product);
+  const SensorModeTable* const only = tableFor(arguments.product);
   if (arguments.check) return checkRules(std::cout, only);
-  if (!arguments.matrix.empty()) {
-    writeMatrix(std::cout, tableFor(arguments.matrix), style);
+  if (const SensorModeTable* const table = tableFor(arguments.matrix)) {
+    writeMatrix(std::cout, *table, style);
   } else {
     writeRulesText(std::cout, only, style);
   }
@@ -47,16 +48,16 @@ void addRules(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("rules", "Show or check the rules of sensor modes");
   CLI::Option* const product = command->add_option("PRODUCT", arguments->product,
                                                    "Show or check the table of this product alone");
-  auto* ways = command->add_option_group("ways", "What to do instead of showing tables");
-  ways->add_flag(
+  CLI::Option* const check = command->add_flag(
       "--check", arguments->check,
       "Report rows that can never decide; with PRODUCT also print for each row a command "
       "that makes it decide");
-  ways->add_option("--matrix", arguments->matrix,
-                   "Show what each app and UI module gets on a product")
+  command
+      ->add_option("--matrix", arguments->matrix,
+                   "Show the sensor mode of each app and UI module on a product")
       ->excludes(product)
+      ->excludes(check)
       ->type_name("PRODUCT");
-  ways->require_option(0, 1);
   command->footer(
       "With --check the exit status is 1 if a row can never decide.\n\n"
       "Example:\n  camhook rules KX0105");

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "tools/camhook/input/Doubts.h"
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
@@ -61,6 +62,8 @@ DumpOptions dumpOptions(const ScenarioArguments& arguments) {
 
 int scenario(const ScenarioArguments& arguments) {
   DumpOptions options = dumpOptions(arguments);
+  const std::string doubt = productDoubt(options.properties, false);
+  if (!doubt.empty()) warn("properties: " + doubt);
   const auto readDumps = [](const std::string& file) {
     return readFile(file, [&](const std::string& text) { return dumpFile(file, text); });
   };

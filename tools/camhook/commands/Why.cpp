@@ -24,6 +24,7 @@ int why(const WhyArguments& arguments) {
   const Question question = readFile(arguments.file, [&](const std::string& text) {
     return readQuestion(text, arguments.call, arguments.tag);
   });
+  warn(question.scenario.warnings, arguments.file);
   std::optional<Wanted> wanted;
   if (!arguments.want.empty()) wanted.emplace(arguments.want, question);
   const Explanation explanation = explain(question, wanted);

@@ -3,19 +3,20 @@
 #include <algorithm>
 #include <cmath>
 #include <concepts>
-#include <functional>
+#include <cstdint>
 #include <iterator>
 #include <limits>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 #include <variant>
+#include <vector>
 
 #include "common/HeskParameterUpdater.h"
-#include "common/sensormode/Overrides.h"
-#include "common/sensormode/SensorModeTables.h"
-#include "common/tags/Tags.h"
 #include "host/MetadataAccess.h"
+#include "tools/camhook/explain/SensorModeRules.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/KnownNames.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/TagCatalogue.h"
@@ -24,22 +25,28 @@ namespace camhook {
 namespace {
 
 using Kind = Input::Kind;
-using Entry = NSCam::IMetadata::IEntry;
-using NSCam::MRational;
-using NSCam::MRect;
 
 constexpr std::size_t kManyItems = 8;  // of a longer list the first ones and the last change
-constexpr std::int64_t kLeast = -2;    // small numbers
-constexpr std::int64_t kMost = 64;
-constexpr std::int64_t kEdges[] = {100, 119, 120, 121, 127, 128, 129, 240, 255, 256};
+constexpr int kLeast = -2;             // small numbers
+constexpr int kMost = 64;
+constexpr int kEdges[] = {100, 119, 120, 121, 127, 128, 129, 240, 255, 256};
 
+enum class Which { likely, few, all };  // numbers
+
+/// A number, which may be a hexadecimal text, or a float such as "inf"; none for any other value.
 template <typename T>
-constexpr std::int32_t T::*kParts[] = {};
-template <>
-constexpr std::int32_t MRect::*kParts<MRect>[] = {&MRect::x, &MRect::y, &MRect::w, &MRect::h};
-template <>
-constexpr std::int32_t MRational::*kParts<MRational>[] = {&MRational::numerator,
-                                                          &MRational::denominator};
+std::optional<T> numberFrom(const Json& json) {
+  if (json.isNull()) return {};
+  try {
+    if constexpr (std::same_as<T, float>) {
+      return floatFromJson(json, "");
+    } else {
+      return integerFromJson<T>(json, "");
+    }
+  } catch (const InputError&) {
+    return {};
+  }
+}
 
 template <typename T>
 double distance(T left, T right) {
@@ -47,27 +54,52 @@ double distance(T left, T right) {
   return std::isnan(apart) ? HUGE_VAL : apart;
 }
 
-template <typename T>
-Entry entryOf(std::uint32_t tag, const std::vector<T>& items) {
-  Entry entry(tag);
-  for (const T& item : items) entry.push_back(item, NSCam::Type2Type<T>{});
-  return entry;
+std::vector<std::int64_t> numbersAround(std::int64_t now, Which which) {
+  std::vector<std::int64_t> list{0, 1, now / 2};
+  if (now > std::numeric_limits<std::int64_t>::min()) list.push_back(now - 1);
+  if (now < std::numeric_limits<std::int64_t>::max()) list.push_back(now + 1);
+  if (which != Which::all) return list;
+  list.insert(list.end(), std::begin(kEdges), std::end(kEdges));
+  for (unsigned bit = 0; bit < 64; ++bit) {
+    const std::uint64_t mask = std::uint64_t{1} << bit;
+    list.push_back(static_cast<std::int64_t>(mask));
+    list.push_back(static_cast<std::int64_t>(static_cast<std::uint64_t>(now) ^ mask));
+  }
+  return list;
 }
 
-/// Zeros of the type and count that the catalogue has for a tag; one int32 if it has none.
-host::ItemList newItems(std::uint32_t tag) {
-  const TagDescription* const info = findTag(tag);
-  host::ItemList list = std::vector<std::int32_t>(1);
-  if (info == nullptr) return list;
-  const auto take = [&]<typename T>(std::vector<T> items) {
-    if (host::typeName(items) != info->type) return;
-    items.resize(std::max(info->count, 1U));
-    list = std::move(items);
-  };
-  [&]<typename... Lists>(std::variant<Lists...>*) {
-    (take(Lists()), ...);
-  }(static_cast<host::ItemList*>(nullptr));
-  return list;
+std::vector<float> numbersAround(float now, Which /*which*/) {
+  return {
+      0.0F,    0.5F,    1.0F,    std::nextafter(1.0F, 2.0F),      now - 1,
+      now + 1, now / 2, now * 2, std::nextafter(now, -HUGE_VALF), std::nextafter(now, HUGE_VALF)};
+}
+
+/// Numbers of type `T` other than the present one, zero first, then by their distance from it.
+template <typename T>
+Json::List numbersOf(const Json& present, Which which, const Json::List& likely = {}) {
+  using Number = std::conditional_t<std::integral<T>, std::int64_t, T>;
+  const auto known = numberFrom<Number>(present);
+  if (!known && !present.isNull()) return {};
+  const Number now = known.value_or(0);
+  std::vector<Number> list;
+  for (const Json& each : likely) {
+    if (const auto number = numberFrom<Number>(each)) list.push_back(*number);
+  }
+  if (which != Which::likely) list = numbersAround(now, which);
+  for (int number = kLeast; which == Which::all && number <= kMost; ++number) {
+    list.push_back(static_cast<Number>(number));
+  }
+  if constexpr (std::integral<T>) {
+    if (which != Which::likely) list.push_back(std::numeric_limits<T>::max());
+    if (which == Which::all) list.push_back(std::numeric_limits<T>::min());
+    std::erase_if(list, [](Number number) { return !std::in_range<T>(number); });
+  }
+  std::ranges::stable_sort(list, {}, [now](Number number) {
+    return std::tuple(number != 0, distance(number, now), number);
+  });
+  list.erase(std::unique(list.begin(), list.end()), list.end());
+  if (known) std::erase(list, now);
+  return {list.begin(), list.end()};
 }
 
 /// The positions in a list that change.
@@ -78,29 +110,90 @@ std::vector<std::size_t> positions(std::size_t count) {
   return list;
 }
 
-template <typename List, typename Item>
-List withItem(List list, std::size_t position, Item item) {
-  list[position] = std::move(item);
-  return list;
-}
-
-template <typename T>
-void append(std::vector<T>& list, std::vector<T> more) {
+void append(Json::List& list, Json::List more) {
   std::ranges::move(more, std::back_inserter(list));
 }
 
-template <typename T>
-void addOnce(std::vector<T>& list, const T& value) {
-  if (std::ranges::find(list, value) == list.end()) list.push_back(value);
+void addOnce(Json::List& list, Json value) {
+  if (std::ranges::find(list, value) == list.end()) list.push_back(std::move(value));
 }
 
-/// An integer argument, which may be a hexadecimal text; none if it is none.
-std::optional<std::int64_t> numberFrom(const Json& json) {
-  try {
-    return json.isNull() ? std::nullopt : std::optional(integerFromJson<std::int64_t>(json, ""));
-  } catch (const InputError&) {
-    return {};
+/// The numbers of an item.
+std::size_t partsOf(std::string_view type) {
+  return type == "rect" ? 4 : type == "rational" ? 2 : 1;
+}
+
+/// Other values for the present one, of a list item by item, of an object member by member. `type`
+/// is that of the numbers or items.
+Json::List variants(const Json& present, std::string_view type, Which which,
+                    const Json::List& likely = {}) {
+  Json::List list;
+  const auto addChanged = [&](auto at, const Json& child) {
+    for (Json& value : variants(child, type, Which::few)) {
+      list.push_back(present);
+      list.back()[at] = std::move(value);
+    }
+  };
+  if (present.isBoolean()) {
+    list.emplace_back(!present.isTrue());
+  } else if (present.isObject()) {
+    for (const auto& [key, member] : present.members()) addChanged(std::string_view(key), member);
+  } else if (present.isList()) {
+    const std::size_t parts = partsOf(type);
+    if (parts > 1 && which == Which::likely) return list;
+    if (parts > 1) list = {Json::List(parts, 0), Json::List(parts, 1)};
+    if (parts == 4) list.push_back(Json::List{0, 0, 4000, 3000});
+    for (const std::size_t i : positions(present.size())) addChanged(i, present[i]);
+    if (parts == 1 && present.size() > 0) list.emplace_back(Json::List());
+  } else if (type == "float" || (present.isNumber() && !present.isInteger())) {
+    list = numbersOf<float>(present, which, likely);
+  } else if (type == "uint8") {
+    list = numbersOf<std::uint8_t>(present, which, likely);
+  } else if (type == "int64") {
+    list = numbersOf<std::int64_t>(present, which, likely);
+  } else {
+    list = numbersOf<std::int32_t>(present, which, likely);
   }
+  return list;
+}
+
+/// An entry with the type and count of the catalogue, or one int32.
+Json newEntry(std::uint32_t tag, const auto& number) {
+  const TagDescription* const info = findTag(tag);
+  const std::string_view type = info != nullptr ? info->type : "int32";
+  const Json item = partsOf(type) > 1 ? Json(Json::List(partsOf(type), number)) : Json(number);
+  return {{"type", type},
+          {"items", Json::List(info != nullptr ? std::max(info->count, 1U) : 1, item)}};
+}
+
+/// Entries in which one item is another, a longer and a shorter one. A new entry has the last item
+/// or all items changed.
+Json::List entries(std::uint32_t tag, const Json& present, Which which, const Json::List& likely) {
+  const bool isNew = present.isNull();
+  Json entry = isNew ? newEntry(tag, 0) : present;
+  const std::string type = entry["type"].text();
+  if (isNew && type == "float") entry = newEntry(tag, 0.0F);
+  const Json::List items = entry["items"].items();
+  Json::List list;
+  const auto add = [&](Json::List changed) {
+    entry["items"] = std::move(changed);
+    list.push_back(entry);
+  };
+  if (which == Which::all && items.size() > kManyItems) which = Which::few;
+  for (const std::size_t i : isNew ? std::vector{items.size() - 1} : positions(items.size())) {
+    const Json& now = isNew && partsOf(type) == 1 ? Json() : items[i];
+    for (const Json& item : variants(now, type, which, likely)) {
+      if (isNew) add(Json::List(items.size(), item));
+      if (isNew && items.size() == 1) continue;
+      add(items);
+      list.back()["items"][i] = item;
+    }
+  }
+  if (isNew || which == Which::likely) return list;
+  add(items);
+  list.back()["items"].push_back(items.back());
+  add({items.begin(), items.end() - 1});
+  return list;
 }
 
 /// Places of the phone that are true if absent.
@@ -109,10 +202,11 @@ bool isSwitch(const std::string& key) {
          key == "faceDetection" || key.ends_with(".available");
 }
 
-bool isFloatNumber(const Json& value) { return value.isNumber() && !value.isInteger(); }
-
-bool isFloatPlace(const std::string& key) {
-  return key.ends_with(".fov") || key.ends_with(".shadingBase") || key == "value";
+/// The type of the numbers at a place of the phone, or of an argument.
+std::string_view typeAt(const std::string& key) {
+  const bool isFloat = key.ends_with(".fov") || key.ends_with(".shadingBase") ||
+                       key.ends_with("Shading") || key == "value";
+  return isFloat ? "float" : "int64";
 }
 
 /// Values for places of the phone, by the end of the place.
@@ -132,15 +226,42 @@ constexpr std::pair<std::string_view, const char*> kSamples[] = {
     {"clock", R"("2022-12-31T23:59:58")"},
 };
 
-/// Each static tag of the catalogue, with some value.
-std::vector<Json> someStatics() {
-  std::vector<Json> list(1, Json::Object());
+/// The static metadata of each device, and each static tag of the catalogue alone.
+Json::List someStatics(const Json& platform) {
+  Json::List list;
+  const Json& devices = platform["devices"];
+  for (const auto& [id, device] : devices.isObject() ? devices.members() : Json::Object()) {
+    if (const Json* statics = device.find("static")) list.push_back(*statics);
+  }
+  list.emplace_back(Json::Object());
   for (const TagDescription& tag : kTagCatalogue) {
     if (!tag.meaning.starts_with("static")) continue;
-    const std::size_t parts = tag.type == "rect" ? 4 : tag.type == "rational" ? 2 : 1;
-    const Json item = parts == 1 ? Json(1) : Json(std::vector<int>(parts, 1));
-    list.push_back(Json{{std::string(tag.name), Json::List(std::max(tag.count, 1U), item)}});
+    list.push_back(Json{{std::string(tag.name), newEntry(tag.value, 1)["items"]}});
   }
+  return list;
+}
+
+Json::List places(const std::string& key, const Json& present, const Json& platform) {
+  Json::List list;
+  const bool isInList = key.find("].") != std::string::npos;
+  if (!present.isNull() && !isInList) list.emplace_back(nullptr);
+  for (const auto& [end, sample] : kSamples) {
+    if (key.ends_with(end)) list.push_back(parseJson(sample));
+  }
+  if (key.ends_with(".static")) {
+    append(list, someStatics(platform));
+  } else if (present.isNull() && isSwitch(key)) {
+    list.emplace_back(false);
+  } else if (!present.isNull() || list.empty()) {
+    append(list, variants(present, typeAt(key), Which::all));
+  }
+  return list;
+}
+
+/// Whole numbers for an event or a property.
+Json::List numberTexts(Which which, const Json::List& likely = {}) {
+  Json::List list = numbersOf<std::int32_t>({}, which, likely);
+  for (Json& number : list) number = lineOfJson(number);
   return list;
 }
 
@@ -156,308 +277,103 @@ bool isPossible(const Input& input, const Json& value) {
 
 }  // namespace
 
-Candidates::Candidates(const Question& question, const AnyValue& wanted) : mQuestion(question) {
-  addWanted(wanted);
-  addScenario();
-  addRules();
-}
-
-void Candidates::addWanted(const AnyValue& wanted) {
-  mWantedValue = wanted;
-  if (const auto number = numberFrom(wanted.json())) mWanted.push_back(*number);
-  std::visit(
-      [this]<typename T>(const std::vector<T>& items) {
-        for (const T& item : items) {
-          if constexpr (std::integral<T>) addOnce<std::int64_t>(mWanted, item);
-          if constexpr (std::same_as<T, float>) mWantedFloats.push_back(item);
-        }
-      },
-      host::MetadataAccess::itemsOf(wanted.entry()));
-}
-
-void Candidates::addScenario() {
-  const host::PhoneConfig& phone = mQuestion.scenario.platform;
-  for (const auto& [key, text] : phone.eventStore) addOnce(mTexts[key], text);
-  for (const auto& [name, text] : phone.properties) addOnce(mTexts[name], text);
+Candidates::Candidates(const Question& question, const Json& wanted) : mQuestion(question) {
+  const Json& items = wanted.isObject() ? wanted["items"] : wanted;
+  mWantedItems = items.isList() ? items.items() : Json::List(1, items);
+  const host::PhoneConfig& phone = question.scenario.platform;
+  for (const auto& [key, text] : phone.eventStore) addOnce(mKnown[key], text);
+  for (const auto& [name, text] : phone.properties) addOnce(mKnown[name], text);
   for (const auto& [id, device] : phone.devices) addContainer(device.statics);
-  for (const ScenarioCall& call : mQuestion.scenario.calls) {
+  for (const ScenarioCall& call : question.scenario.calls) {
     if (const auto* event = std::get_if<SetEvent>(&call.call)) {
-      addOnce(mTexts[event->key], event->value);
+      addOnce(mKnown[event->key], event->value);
     }
     if (const auto* property = std::get_if<SetProperty>(&call.call)) {
-      addOnce(mTexts[property->name], property->value);
+      addOnce(mKnown[property->name], property->value);
     }
     for (const char* name : kContainers) {
       const MetadataArgument* container = containerOf(call.call, name);
       if (container != nullptr && *container) addContainer(**container);
     }
   }
+  if (wanted.isObject()) mKnown[tagText(question.tag)].push_back(wanted);
+  addRules();
 }
 
 void Candidates::addContainer(const NSCam::IMetadata& metadata) {
-  for (const Entry* entry : host::MetadataAccess::entriesByTag(metadata)) {
-    std::vector<AnyValue>& list = mEntries[entry->tag()];
-    if (list.size() < kManyItems) addOnce(list, AnyValue(*entry));
+  for (const auto* entry : host::MetadataAccess::entriesByTag(metadata)) {
+    Json::List& list = mKnown[tagText(entry->tag())];
+    if (list.size() < kManyItems) addOnce(list, jsonFromEntry(*entry));
   }
 }
 
 void Candidates::addRules() {
-  const auto addNumber = [this](const auto& tag, std::int32_t number) {
-    if (number != SensorModeCfg::kNoCondition) {
-      addOnce<std::int64_t>(mRuleNumbers[tag.value], number);
-    }
-  };
-  std::vector<std::string>& appTypes = mTexts["APP_TYPE"];
-  const auto addRule = [&](const SensorModeCfg& rule) {
-    addNumber(hesk::tags::MTK_STREAMING_FEATURE_HFPS_MODE, rule.isHfpsMode);
-    addNumber(hesk::tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, rule.fps);
-    addNumber(hesk::tags::HESK_CONTROL_EISENABLE, rule.eisMode);
-    addNumber(hesk::tags::HESK_CONTROL_VIDEOALGOTYPE, rule.videoAlgoType);
-    addNumber(hesk::tags::COM_HESK_CURRENTUIMODULE, rule.uiMode);
-    if (!rule.appType.empty()) addOnce(appTypes, rule.appType);
-  };
-  for (const SensorModeTable& table : hesk::sensorModeTables()) {
-    addOnce(mTexts["ro.product.model.zdm"], std::string(table.productName));
-    for (const auto* list :
-         {&table.sensor0Preview, &table.sensor0Video, &table.sensor1Preview, &table.sensor1Video}) {
-      std::ranges::for_each(*list, addRule);
-    }
-  }
-  for (const hesk::Override& override : hesk::overrides()) {
-    addNumber(hesk::tags::MTK_HDR_FEATURE_HDR_MODE, override.hdrMode);
-    addNumber(hesk::tags::HESK_CONTROL_NIGHTMODE, override.nightMode);
-    if (!override.appType.empty()) addOnce(appTypes, std::string(override.appType));
-    for (const std::string_view name : override.appNames) {
-      if (!name.empty()) addOnce(mTexts["APP_NAME"], std::string(name));
+  for (const InputField& field : inputFields()) {
+    for (const Json& value : namedValues(field.name, listsOf(nullptr))) {
+      addOnce(mKnown[std::string(field.name)], value.isList() ? value[0] : value);
     }
   }
 }
 
-template <typename T>
-std::vector<T> Candidates::numbers(const std::optional<T>& present, Which which,
-                                   const Numbers& likely) const {
-  constexpr bool kIsFloat = std::same_as<T, float>;
-  std::vector<T> list;
-  const auto add = [&](auto number) {
-    if constexpr (kIsFloat) {
-      list.push_back(static_cast<float>(number));
-    } else if (std::in_range<T>(number)) {
-      list.push_back(static_cast<T>(number));
-    }
-  };
-  const T now = present.value_or(T{});
-  if (which == Which::likely) {
-    std::ranges::for_each(likely, add);
-    std::ranges::for_each(mWanted, add);
-    if constexpr (kIsFloat) std::ranges::for_each(mWantedFloats, add);
-  } else if constexpr (kIsFloat) {
-    for (const float number :
-         {0.0F, 0.5F, 1.0F, std::nextafter(1.0F, 2.0F), now - 1, now + 1,
-          std::nextafter(now, -HUGE_VALF), std::nextafter(now, HUGE_VALF), now / 2, now * 2}) {
-      add(number);
-    }
-  } else {
-    constexpr auto kRange = std::numeric_limits<T>();
-    if (now > kRange.min()) add(now - 1);
-    if (now < kRange.max()) add(now + 1);
-    for (const T number : {T{0}, T{1}, static_cast<T>(now / 2), kRange.max()}) add(number);
+/// Absent, values elsewhere in the scenario, and those that rules, overrides and the wanted value
+/// name.
+Json::List Candidates::likely(const Input& input, const Json& present) const {
+  Json::List list;
+  if (!present.isNull() && input.kind != Kind::argument && input.kind != Kind::platform) {
+    list.emplace_back(nullptr);
   }
-  if (which == Which::all) {
-    for (std::int64_t number = kLeast; number <= kMost; ++number) add(number);
-    if constexpr (!kIsFloat) {
-      std::ranges::for_each(kEdges, add);
-      for (unsigned bit = 0; bit < 64; ++bit) {
-        const std::uint64_t mask = std::uint64_t{1} << bit;
-        add(static_cast<std::int64_t>(mask));
-        add(static_cast<std::int64_t>(static_cast<std::uint64_t>(now) ^ mask));
-      }
-      add(std::numeric_limits<T>::min());
+  const bool isEntry = input.kind == Kind::metadata || input.kind == Kind::statics;
+  const auto found = mKnown.find(isEntry ? tagText(input.tag) : input.key);
+  Json::List known = found != mKnown.end() ? found->second : Json::List();
+  if (isEntry) {
+    std::ranges::copy_if(known, std::back_inserter(list), &Json::isObject);
+    append(known, mWantedItems);
+    append(list, entries(input.tag, present, Which::likely, known));
+  } else if (input.kind == Kind::event || input.kind == Kind::property) {
+    append(list, std::move(known));
+    append(list, numberTexts(Which::likely, mWantedItems));
+  } else if (input.kind == Kind::argument) {
+    for (const ScenarioCall& call : mQuestion.scenario.calls) {
+      if (nameOf(call.call) != nameOf(mQuestion.askedCall())) continue;
+      if (Json value = valueAt(call.arguments, input.key); !value.isNull()) addOnce(list, value);
     }
   }
-  std::ranges::stable_sort(list, {}, [now](T number) {
-    return std::tuple(number != T{0}, distance(number, now), number);
-  });
-  list.erase(std::unique(list.begin(), list.end()), list.end());
-  if (present) std::erase(list, now);
+  if (present.isNumber()) append(list, variants(present, "int64", Which::likely, mWantedItems));
   return list;
 }
 
-template <typename T>
-std::vector<T> Candidates::items(const std::optional<T>& present, Which which,
-                                 const Numbers& likely) const {
-  if constexpr (std::is_arithmetic_v<T>) {
-    return numbers(present, which, likely);
-  } else {
-    if (which == Which::likely) return {};
-    const T now = present.value_or(T{});
-    std::vector<T> list(2);
-    for (const auto part : kParts<T>) list.back().*part = 1;
-    if constexpr (std::same_as<T, MRect>) list.push_back({0, 0, 4000, 3000});
-    for (const auto part : kParts<T>) {
-      for (const std::int32_t number : numbers(std::optional(now.*part), Which::few, {})) {
-        list.push_back(now);
-        list.back().*part = number;
-      }
-    }
-    return list;
+Json::List Candidates::others(const Input& input, const Json& present) const {
+  Json::List list;
+  switch (input.kind) {
+    case Kind::metadata:
+    case Kind::statics: return entries(input.tag, present, Which::all, {});
+    case Kind::event:
+      list.assign(std::begin(kKnownAppTypes), std::end(kKnownAppTypes));
+      list.insert(list.end(), std::begin(kKnownAppNames), std::end(kKnownAppNames));
+      [[fallthrough]];
+    case Kind::property: append(list, numberTexts(Which::all)); return list;
+    case Kind::platform: return places(input.key, present, mQuestion.platform);
+    case Kind::call: return list;
+    case Kind::provider:
+    case Kind::argument: break;
   }
-}
-
-/// Entries in which one item of `base` is another; new ones also with all items the same.
-template <typename T>
-void Candidates::addEntries(std::uint32_t tag, const std::vector<T>& base, bool isNew, Which which,
-                            std::vector<AnyValue>& list) const {
-  const auto rules = mRuleNumbers.find(tag);
-  const Numbers& likely = rules != mRuleNumbers.end() ? rules->second : Numbers();
-  if (which == Which::all && base.size() > kManyItems) which = Which::few;
-  for (const std::size_t i : isNew ? std::vector{base.size() - 1} : positions(base.size())) {
-    for (const T& item : items(isNew ? std::nullopt : std::optional(base[i]), which, likely)) {
-      if (isNew) list.emplace_back(entryOf(tag, std::vector<T>(base.size(), item)));
-      if (!isNew || base.size() > 1) list.emplace_back(entryOf(tag, withItem(base, i, item)));
-    }
-  }
-  if (isNew || which == Which::likely) return;
-  std::vector<T> longer = base;
-  longer.push_back(base.back());
-  list.emplace_back(entryOf(tag, longer));
-  list.emplace_back(entryOf(tag, std::vector<T>(base.begin(), base.end() - 1)));
-}
-
-Candidates::List Candidates::entries(std::uint32_t tag, const AnyValue& present) const {
-  List list;
-  const bool isNew = present.isAbsent();
-  if (!isNew) list.values.emplace_back();
-  if (const auto found = mEntries.find(tag); found != mEntries.end()) {
-    append(list.values, found->second);
-  }
-  if (mWantedValue.entry().tag() == tag) list.values.push_back(mWantedValue);
-  const host::ItemList base =
-      isNew ? newItems(tag) : host::MetadataAccess::itemsOf(present.entry());
-  for (const Which which : {Which::likely, Which::all}) {
-    std::visit([&](const auto& items) { addEntries(tag, items, isNew, which, list.values); }, base);
-    if (which == Which::likely) list.likely = list.values.size();
-  }
-  return list;
-}
-
-Candidates::List Candidates::texts(const Input& input, const AnyValue& present) const {
-  List list;
-  const auto add = [&](std::string_view text) { list.values.emplace_back(Json(text)); };
-  const auto addNumber = [&](std::int64_t number) { add(std::to_string(number)); };
-  if (!present.isAbsent()) list.values.emplace_back();
-  if (const auto found = mTexts.find(input.key); found != mTexts.end()) {
-    std::ranges::for_each(found->second, add);
-  }
-  std::ranges::for_each(mWanted, addNumber);
-  list.likely = list.values.size();
-  if (input.kind == Kind::event) {
-    std::ranges::for_each(kKnownAppTypes, add);
-    std::ranges::for_each(kKnownAppNames, add);
-  }
-  std::ranges::for_each(numbers(std::optional<std::int32_t>(), Which::all, {}), addNumber);
-  return list;
-}
-
-std::vector<Json> Candidates::numbers(const Json& present, bool isFloat, Which which) const {
-  std::vector<Json> list;
-  if (isFloat) {
-    std::optional<float> now;
-    if (!present.isNull()) now = floatFromJson(present, "");
-    for (const float number : numbers(now, which, {})) list.emplace_back(number);
-  } else {
-    for (const std::int64_t number : numbers(numberFrom(present), which, {})) {
-      list.emplace_back(number);
-    }
-  }
-  return list;
-}
-
-/// Other values for the present one, member by member.
-std::vector<Json> Candidates::variants(const Json& present, bool isFloat, Which which) const {
-  if (present.isBoolean()) return std::vector<Json>(1, !present.isTrue());
-  if (present.isNull() || present.isNumber() || numberFrom(present)) {
-    return numbers(present, isFloat || isFloatNumber(present), which);
-  }
-  std::vector<Json> list;
-  if (present.isList()) {
-    for (const std::size_t i : positions(present.size())) {
-      for (Json& item : variants(present[i], isFloat, Which::few)) {
-        list.push_back(withItem(present, i, std::move(item)));
-      }
-    }
-    if (present.size() > 0) list.emplace_back(Json::List());
-  } else if (present.isObject()) {
-    for (const auto& [key, member] : present.members()) {
-      for (Json& value : variants(member, isFloat, Which::few)) {
-        list.push_back(present);
-        list.back()[key] = std::move(value);
-      }
-    }
-  }
-  return list;
-}
-
-std::vector<Json> Candidates::place(const std::string& key, const Json& present) const {
-  std::vector<Json> list;
-  const bool isInList = key.find("].") != std::string::npos;
-  if (!present.isNull() && !isInList) list.emplace_back(nullptr);
-  for (const auto& [end, sample] : kSamples) {
-    if (key.ends_with(end)) list.push_back(parseJson(sample));
-  }
-  if (key.ends_with(".static")) {
-    const Json& devices = mQuestion.platform["devices"];
-    for (const auto& [id, device] : devices.isObject() ? devices.members() : Json::Object()) {
-      if (const Json* statics = device.find("static")) list.push_back(*statics);
-    }
-    append(list, someStatics());
-  } else if (present.isNull() && isSwitch(key)) {
-    list.emplace_back(false);
-  } else if (!present.isNull() || list.empty()) {
-    const bool isFloat = key.ends_with("Shading") || isFloatPlace(key);
-    append(list, variants(present, isFloat, Which::all));
-  }
-  return list;
-}
-
-std::vector<Json> Candidates::argument(const std::string& key, const Json& present) const {
-  if (key == "streams") return std::vector<Json>(1, Json::List());
-  if (key != "tag") return variants(present, isFloatPlace(key), Which::all);
-  std::vector<Json> list;
-  list.reserve(kTagCatalogue.size());
+  if (input.key == "streams") return Json::List(1, Json::List());
+  if (input.key != "tag") return variants(present, typeAt(input.key), Which::all);
   for (const TagDescription& tag : kTagCatalogue) list.emplace_back(tag.name);
   return list;
 }
 
-Candidates::List Candidates::forInput(const Input& input, const AnyValue& present) const {
-  switch (input.kind) {
-    case Kind::metadata:
-    case Kind::statics: return entries(input.tag, present);
-    case Kind::event:
-    case Kind::property: return texts(input, present);
-    case Kind::call: return {.values = {AnyValue()}, .likely = 1};
-    default: break;
-  }
-  const Json now = present.json();
-  const bool isArgument = input.kind == Kind::argument;
-  std::vector<Json> list;
-  if (!now.isNull() && input.kind == Kind::provider) list.emplace_back(nullptr);
-  for (const ScenarioCall& call : mQuestion.scenario.calls) {
-    if (!isArgument || nameOf(call.call) != nameOf(mQuestion.askedCall())) continue;
-    if (const Json value = valueAt(call.arguments, input.key); !value.isNull()) {
-      addOnce(list, value);
+Candidates::List Candidates::forInput(const Input& input, const Json& present) const {
+  List list;
+  const auto add = [&](Json::List values) {
+    for (Json& value : values) {
+      if (isPossible(input, value) && value != present) list.values.push_back(std::move(value));
     }
-  }
-  if (now.isNumber()) append(list, numbers(now, isFloatNumber(now), Which::likely));
-  const auto isTaken = [&](const Json& value) { return isPossible(input, value) && value != now; };
-  std::erase_if(list, std::not_fn(isTaken));
-  List candidates{.values = {}, .likely = list.size()};
-  append(list, isArgument                     ? argument(input.key, now)
-               : input.kind == Kind::platform ? place(input.key, now)
-                                              : numbers(now, false, Which::all));
-  for (Json& value : list) {
-    if (isTaken(value)) candidates.values.emplace_back(std::move(value));
-  }
-  return candidates;
+  };
+  add(likely(input, present));
+  list.likely = list.values.size();
+  add(others(input, present));
+  return list;
 }
 
 }  // namespace camhook

@@ -6,12 +6,8 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <map>
-#include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "tools/camhook/explain/Input.h"
 
@@ -20,50 +16,27 @@ namespace camhook {
 class Candidates {
  public:
   struct List {
-    std::vector<AnyValue> values;  // may hold values that a scenario cannot have
-    std::size_t likely = 0;        // the first ones: absent, elsewhere, rules, wanted
+    Json::List values = {};  // may hold values that a scenario cannot have
+    std::size_t likely = 0;  // the first ones: absent, elsewhere, rules, wanted
   };
 
-  /// `question` must outlive this object. `wanted` may be absent.
-  Candidates(const Question& question, const AnyValue& wanted);
+  /// `question` must outlive this object. `wanted` may be null.
+  Candidates(const Question& question, const Json& wanted);
 
-  [[nodiscard]] List forInput(const Input& input, const AnyValue& present) const;
+  [[nodiscard]] List forInput(const Input& input, const Json& present) const;
 
  private:
-  using Numbers = std::vector<std::int64_t>;
-
-  enum class Which { likely, few, all };  // numbers
-
-  void addWanted(const AnyValue& wanted);
-  void addScenario();
   void addContainer(const NSCam::IMetadata& metadata);
   void addRules();
 
-  template <typename T>
-  [[nodiscard]] std::vector<T> numbers(const std::optional<T>& present, Which which,
-                                       const Numbers& likely) const;
-  template <typename T>
-  [[nodiscard]] std::vector<T> items(const std::optional<T>& present, Which which,
-                                     const Numbers& likely) const;
-  template <typename T>
-  void addEntries(std::uint32_t tag, const std::vector<T>& base, bool isNew, Which which,
-                  std::vector<AnyValue>& list) const;
-  [[nodiscard]] List entries(std::uint32_t tag, const AnyValue& present) const;
-  [[nodiscard]] List texts(const Input& input, const AnyValue& present) const;
-
-  // Arguments and places of the phone, as JSON.
-  [[nodiscard]] std::vector<Json> numbers(const Json& present, bool isFloat, Which which) const;
-  [[nodiscard]] std::vector<Json> variants(const Json& present, bool isFloat, Which which) const;
-  [[nodiscard]] std::vector<Json> argument(const std::string& key, const Json& present) const;
-  [[nodiscard]] std::vector<Json> place(const std::string& key, const Json& present) const;
+  [[nodiscard]] Json::List likely(const Input& input, const Json& present) const;
+  [[nodiscard]] Json::List others(const Input& input, const Json& present) const;
 
   const Question& mQuestion;
-  Numbers mWanted;
-  std::vector<float> mWantedFloats;
-  AnyValue mWantedValue;
-  std::map<std::uint32_t, std::vector<AnyValue>> mEntries;  // of the scenario, by tag
-  std::map<std::uint32_t, Numbers> mRuleNumbers;            // by tag
-  std::map<std::string, std::vector<std::string>> mTexts;   // likely ones by event or property
+  Json::List mWantedItems;
+  /// By the name of a tag, event or property: values of the scenario, and texts and numbers that
+  /// rules and overrides name.
+  std::map<std::string, Json::List> mKnown;
 };
 
 }  // namespace camhook

@@ -1,8 +1,6 @@
 #include "tools/camhook/explain/ChangedScenario.h"
 
-#include <algorithm>
 #include <ctime>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -16,76 +14,74 @@ namespace {
 using NSCam::IMetadata;
 using Kind = Input::Kind;
 
-std::tm startOfProgram() {
+void fixClock(host::PhoneConfig& config) {
   static const std::tm kStart = [] {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
     return local;
   }();
-  return kStart;
+  if (!config.clock) config.clock = kStart;
 }
 
 /// The document with the changes of inputs of one kind at their places; none if there are none.
 std::optional<Json> changedDocument(const Json& document, Kind kind,
                                     const std::vector<Change>& changes) {
   std::optional<Json> changed;
-  for (const Change& change : changes) {
-    if (change.input.kind != kind) continue;
+  for (const auto& [input, to] : changes) {
+    if (input.kind != kind) continue;
     if (!changed) changed = document;
-    changed = withValueAt(*std::move(changed), change.input.key, change.to.json());
+    setValueAt(*changed, input.key, to);
   }
   return changed;
 }
 
-void setEntry(IMetadata& metadata, std::uint32_t tag, const IMetadata::IEntry& entry) {
-  if (!entry.isEmpty()) {
+void setEntry(IMetadata& metadata, std::uint32_t tag, const Json& value) {
+  const auto entry = value.isNull() ? IMetadata::IEntry(tag) : entryFromJson(tag, value, "");
+  if (entry.isEmpty()) {
+    host::MetadataAccess::erase(metadata, tag);
+  } else {
     metadata.update(tag, entry);
-    return;
   }
-  // The other entries are copied: an entry without items would still be in the container.
-  IMetadata others;
-  for (const IMetadata::IEntry* other : host::MetadataAccess::entriesByTag(metadata)) {
-    if (other->tag() != tag) others.update(other->tag(), *other);
-  }
-  metadata = std::move(others);
 }
 
 }  // namespace
 
 host::PhoneConfig unchangedPhone(const Question& question) {
   host::PhoneConfig config = question.scenario.platform;
-  if (!config.clock) config.clock = startOfProgram();
+  fixClock(config);
   return config;
 }
 
 std::optional<host::PhoneConfig> changedPhone(const Question& question,
                                               const std::vector<Change>& changes) {
-  constexpr std::string_view root;
   std::optional<host::PhoneConfig> config;
   if (const auto platform = changedDocument(question.platform, Kind::platform, changes)) {
-    config = platformFromJson(*platform, root);
-    if (!config->clock) config->clock = startOfProgram();
+    config = platformFromJson(*platform, "");
+    fixClock(*config);
   }
-  for (const Change& change : changes) {
-    if (change.input.kind != Kind::provider && change.input.kind != Kind::statics) continue;
+  for (const auto& [input, to] : changes) {
+    if (input.kind != Kind::provider && input.kind != Kind::statics) continue;
     if (!config) config = unchangedPhone(question);
-    if (change.input.kind == Kind::statics) {
-      const auto device = static_cast<std::int32_t>(change.input.number);
-      setEntry(config->devices[device].statics, change.input.tag, change.to.entry());
-    } else if (change.to.isAbsent()) {
+    if (input.kind == Kind::statics) {
+      auto& device = config->devices[static_cast<std::int32_t>(input.number)];
+      setEntry(device.statics, input.tag, to);
+    } else if (to.isNull()) {
       config->provider.reset();
     } else {
-      config->provider = {integerFromJson<std::int32_t>(change.to.json(), root)};
+      config->provider = {integerFromJson<std::int32_t>(to, "")};
     }
   }
   return config;
 }
 
-Call changedCall(const Question& question, const std::vector<Change>& changes) {
-  Call call = question.askedCall();
-  if (const auto changed = changedDocument(question.callDocument, Kind::argument, changes)) {
-    Call fresh = callFromJson(*changed, "").call;
+Call changedCall(const Question& question, Call call, const std::vector<Change>& changes) {
+  if (auto document = changedDocument(question.arguments, Kind::argument, changes)) {
+    (*document)["call"] = nameOf(call);
+    for (const char* name : kContainers) {
+      if (containerOf(call, name) != nullptr) (*document)[name] = Json();
+    }
+    Call fresh = callFromJson(*document, "").call;
     for (const char* name : kContainers) {
       if (auto* const container = containerOf(call, name)) {
         *containerOf(fresh, name) = std::move(*container);
@@ -93,22 +89,21 @@ Call changedCall(const Question& question, const std::vector<Change>& changes) {
     }
     call = std::move(fresh);
   }
-  for (const Change& change : changes) {
-    if (change.input.kind != Kind::metadata) continue;
-    MetadataArgument& container = *containerOf(call, change.input.key);
-    if (!container && change.to.isAbsent()) continue;
+  for (const auto& [input, to] : changes) {
+    if (input.kind != Kind::metadata) continue;
+    MetadataArgument& container = *containerOf(call, input.key);
+    if (!container && to.isNull()) continue;
     if (!container) container.emplace();
-    setEntry(*container, change.input.tag, change.to.entry());
+    setEntry(*container, input.tag, to);
   }
   return call;
 }
 
 void setTexts(host::Phone& phone, const std::vector<Change>& changes) {
-  for (const Change& change : changes) {
-    const Json to = change.to.json();
+  for (const auto& [input, to] : changes) {
     const std::string text = to.isText() ? to.text() : "";
-    if (change.input.kind == Kind::event) phone.eventStore.set(change.input.key, text);
-    if (change.input.kind == Kind::property) phone.properties.set(change.input.key, text);
+    if (input.kind == Kind::event) phone.eventStore.set(input.key, text);
+    if (input.kind == Kind::property) phone.properties.set(input.key, text);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "host/Phone.h"
@@ -17,9 +18,9 @@ host::PhoneConfig unchangedPhone(const Question& question);
 std::optional<host::PhoneConfig> changedPhone(const Question& question,
                                               const std::vector<Change>& changes);
 
-/// The question's call with the changes that affect it. Throws InputError if a scenario cannot have
-/// such a call.
-Call changedCall(const Question& question, const std::vector<Change>& changes);
+/// The question's call, with all entries of its containers, with the changes that affect it. Throws
+/// InputError if a scenario cannot have such a call.
+Call changedCall(const Question& question, Call call, const std::vector<Change>& changes);
 
 /// Sets the event-store values and properties that are changed.
 void setTexts(host::Phone& phone, const std::vector<Change>& changes);

@@ -1,83 +1,188 @@
 #include "tools/camhook/explain/Decision.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
-#include <type_traits>
 #include <utility>
 #include <variant>
 
 #include "common/sensormode/SensorModeInspector.h"
+#include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/TagCatalogue.h"
+#include "tools/camhook/show/SensorModeName.h"
 
 namespace camhook {
 namespace {
 
 using Control = HeskSensorModeControl;
 using NSCam::IMetadata;
+using Row = std::optional<std::size_t>;
 
-const RuleColumn* columnOf(InputIndex input) {
-  return &*std::ranges::find(ruleColumns(), input, &RuleColumn::input);
+/// Null if no rule compares the input.
+const RuleColumn* findColumn(std::string_view input) {
+  const auto* const found = std::ranges::find(kRuleColumns, input, &RuleColumn::input);
+  return found != std::end(kRuleColumns) ? found : nullptr;
 }
 
-template <auto kFilter>
-void runFilter(Control& control, IMetadata* meta) {
-  if constexpr (std::is_invocable_v<decltype(kFilter), Control&>) {
-    (control.*kFilter)();
-  } else {
-    (control.*kFilter)(meta);
-  }
+struct Filter {
+  const char* name;          // of the operation
+  const RuleColumn* column;  // the only one that it compares; null: several
+  std::function<void(Control&, IMetadata*)> run;
+};
+
+/// In the order in which the library runs them.
+std::span<const Filter> filters() {
+  const auto runByAppType = [](Control& control, IMetadata* /*meta*/) {
+    control.getSensorModeCfgByApptype();
+  };
+  static const Filter kFilters[] = {
+      {"getSensorModeCfgByMultiCondition", nullptr, &Control::getSensorModeCfgByMultiCondition},
+      {"getSensorModeCfgByEisMode", findColumn(kEis), &Control::getSensorModeCfgByEisMode},
+      {"getSensorModeCfgByIsHfpsMode", findColumn(kHfps), &Control::getSensorModeCfgByIsHfpsMode},
+      {"getSensorModeCfgByApptype", findColumn(kAppType), runByAppType},
+      {"getSensorModeCfgByFps", findColumn(kFps), &Control::getSensorModeCfgByFps},
+      {"getSensorModeCfgByVideoAlgoType", findColumn(kVideoAlgo),
+       &Control::getSensorModeCfgByVideoAlgoType},
+      {"getSensorModeCfgByUiMode", findColumn(kUiModule), &Control::getSensorModeCfgByUiMode},
+  };
+  return kFilters;
 }
 
 /// The column whose input an access reads; null for none.
 const RuleColumn* columnReadBy(const host::Access& access) {
-  const auto* read = std::get_if<host::MetadataRead>(&access);
-  const auto* event = std::get_if<host::EventRead>(&access);
-  for (const RuleColumn& column : ruleColumns()) {
-    const InputField& field = inputFields()[column.input];
-    if (read != nullptr && field.tag == read->tag) return &column;
-    if (event != nullptr && field.name == event->key) return &column;
-  }
-  return nullptr;
+  if (const auto* event = std::get_if<host::EventRead>(&access)) return findColumn(event->key);
+  const auto* const read = std::get_if<host::MetadataRead>(&access);
+  const TagDescription* const tag = read != nullptr ? findTag(read->tag) : nullptr;
+  return tag != nullptr ? findColumn(tag->name) : nullptr;
 }
 
-/// Follows a filter: the columns that it reads, each met if a record of a match comes before the
-/// next read.
+Json comparedRow(const Rules& rules, std::size_t row, Json::List asked = {}, Json::List met = {}) {
+  return {{"row", row + 1},
+          {"asked", std::move(asked)},
+          {"met", std::move(met)},
+          {"needed", rules[row].conditionCount}};
+}
+
+/// Follows the filter of several conditions: the fields that it reads row by row, each met if a
+/// record of a match comes before the next read.
 class FilterWatch final : public host::Observer {
  public:
-  explicit FilterWatch(host::Phone& phone) : mPhone(phone), mBefore(phone.setObserver(this)) {}
-  ~FilterWatch() { mPhone.setObserver(mBefore); }
-  FilterWatch(const FilterWatch&) = delete;
-  FilterWatch& operator=(const FilterWatch&) = delete;
+  FilterWatch(host::LogSink& log, const Rules& rules)
+      : mLog(log), mRules(rules), mRow(rules.size()) {}
 
   void onAccess(const host::Access& access) override {
     takeRecords();
     const RuleColumn* const column = columnReadBy(access);
     // A condition may read its input twice.
-    if (column == nullptr || (!mCells.empty() && mCells.back().column == column)) return;
-    mCells.push_back({0, column, false});
+    if (column == nullptr || column == mColumn) return;
+    mColumn = column;
+    // The filter begins with the last row, and each row begins with the first column.
+    if (column == std::begin(kRuleColumns)) {
+      do --mRow;
+      while (!isOfSeveral(mRules[mRow]));
+      mCompared.push_back(comparedRow(mRules, mRow));
+    }
+    mCompared.back()["asked"].push_back(column->field);
   }
 
-  /// The columns since the last call.
-  std::vector<Comparison> takeCells() {
+  Json::List takeRows() {
     takeRecords();
-    return std::exchange(mCells, {});
+    return std::move(mCompared);
   }
 
  private:
   void takeRecords() {
-    for (const host::LogRecord& record : mPhone.log.take()) {
-      if (record.message.find("selected by ") != std::string::npos && !mCells.empty())
-        mCells.back().isMet = true;
+    for (const host::LogRecord& record : mLog.take()) {
+      if (mColumn != nullptr && record.message.find("selected by ") != std::string::npos)
+        mCompared.back()["met"].push_back(mColumn->field);
     }
   }
 
-  host::Phone& mPhone;
-  host::Observer* mBefore;
-  std::vector<Comparison> mCells;
+  host::LogSink& mLog;
+  const Rules& mRules;
+  std::size_t mRow;
+  const RuleColumn* mColumn = nullptr;  // read last
+  Json::List mCompared;
 };
 
-/// Has the control choose from rows, whose sensor modes are replaced by their numbers: the filters
-/// copy the row that they find.
-void load(const HeskSensorModeControlInspector& fields, std::span<const SensorModeCfg> rules) {
+Row foundRow(Control& control) {
+  const auto& selected = HeskSensorModeControlInspector{control}.selectedSensorModeCfgs();
+  if (selected.empty()) return {};
+  return static_cast<std::size_t>(selected.back().sensorMode);
+}
+
+/// A filter of one condition reads its input once and compares it with the rows until one matches.
+Json::List rowsOfOne(const RuleColumn& column, const Rules& rules, const Row& found,
+                     const Inputs& inputs) {
+  Json::List compared;
+  // The hfps filter compares rows only if hfps is 1.
+  if (column.input == kHfps && inputs[kHfps] != 1) return compared;
+  for (std::size_t row = 0; row < rules.size(); ++row) {
+    if (isOfSeveral(rules[row])) continue;
+    compared.push_back(
+        comparedRow(rules, row, {column.field}, Json::List(row == found ? 1U : 0U, column.field)));
+    if (row == found) break;
+  }
+  return compared;
+}
+
+Json rowNumber(const Row& row) { return row ? Json(*row + 1) : Json(); }
+
+Json decidedBy(const Json::List& overrides, const Row& row, const std::string& list,
+               std::int32_t mode) {
+  for (const Json& override : overrides) {
+    if (override["verdict"] != "decides") continue;
+    const Json& number = override["number"];
+    return {{"kind", "override"},
+            {"number", number},
+            {"text", "override " + lineOfJson(number) + ": " + override["when"].text()}};
+  }
+  if (row) {
+    return {{"kind", "row"},
+            {"number", *row + 1},
+            {"text", "row " + std::to_string(*row + 1) + " of " + list}};
+  }
+  return {{"kind", "default"},
+          {"number", nullptr},
+          {"text", mode == hesk::NO_DECISION ? "no row matches; the platform chooses"
+                                             : "no row matches; the default with a video stream"}};
+}
+
+Json columnsJson() {
+  Json::List columns;
+  for (const RuleColumn& column : kRuleColumns) {
+    columns.push_back({{"field", column.field}, {"title", column.title}, {"input", column.input}});
+  }
+  return columns;
+}
+
+}  // namespace
+
+bool isListed(const Json& filters, const Json& row, const char* list, std::string_view field) {
+  return std::ranges::any_of(filters.items(), [&](const Json& filter) {
+    const Json::List& rows = filter["rows"].items();
+    const auto found = std::ranges::find(rows, row, [](const Json& each) { return each["row"]; });
+    return found != rows.end() &&
+           std::ranges::find((*found)[list].items(), field) != (*found)[list].items().end();
+  });
+}
+
+Control& DecidingPhone::configure(const Inputs& inputs) {
+  mPhone.properties.set("ro.product.model.zdm", textOf(inputs[kProduct]));
+  mPhone.eventStore.set("APP_TYPE", textOf(inputs[kAppType]));
+  mPhone.eventStore.set("APP_NAME", textOf(inputs[kAppName]));
+  return *Control::createInstance(numberOf(inputs[kSensor]));
+}
+
+std::int32_t DecidingPhone::modeFor(const Inputs& inputs) {
+  IMetadata meta = sessionMetadataOf(inputs);
+  const auto streams = std::make_shared<Control::StreamInfo>(streamsOf(inputs));
+  return configure(inputs).decideSensorScenario(&meta, streams);
+}
+
+Control& DecidingPhone::load(const Rules& rules, const Inputs& inputs) {
+  Control& control = configure(inputs);
+  const HeskSensorModeControlInspector fields{control};
   fields.sensorModeTable().clear();
   fields.multiConditionTable().clear();
   fields.selectedSensorModeCfgs().clear();
@@ -86,155 +191,69 @@ void load(const HeskSensorModeControlInspector& fields, std::span<const SensorMo
     rule.sensorMode = row++;
     (isOfSeveral(rule) ? fields.multiConditionTable() : fields.sensorModeTable()).push_back(rule);
   }
+  return control;
 }
 
-std::optional<std::size_t> foundRow(const HeskSensorModeControlInspector& fields) {
-  const auto& selected = fields.selectedSensorModeCfgs();
-  if (selected.empty()) return {};
-  return static_cast<std::size_t>(selected.back().sensorMode);
+Row DecidingPhone::rowFor(const Rules& rules, const Inputs& inputs) {
+  IMetadata meta = sessionMetadataOf(inputs);
+  Control& control = load(rules, inputs);
+  for (const Filter& filter : filters()) filter.run(control, &meta);
+  return foundRow(control);
 }
 
-/// Adds their rows to the comparisons of the filter of several conditions: it begins with the last
-/// row, and each row begins with the first column.
-void addRows(std::vector<Comparison>& comparisons, std::span<const SensorModeCfg> rules) {
-  std::size_t row = rules.size();
-  for (Comparison& comparison : comparisons) {
-    if (comparison.column == &ruleColumns().front()) {
-      do --row;
-      while (!isOfSeveral(rules[row]));
-    }
-    comparison.row = row;
-  }
-}
-
-/// A filter of one condition reads its input once and compares it with the rows until one matches.
-std::vector<Comparison> comparisonsOfOne(const RuleColumn* column,
-                                         std::span<const SensorModeCfg> rules,
-                                         std::optional<std::size_t> found, const Inputs& inputs) {
-  std::vector<Comparison> comparisons;
-  // The hfps filter compares rows only if hfps is 1.
-  if (column->input == kHfps && inputs[kHfps] != "1") return comparisons;
-  for (std::size_t row = 0; row < rules.size(); ++row) {
-    if (isOfSeveral(rules[row])) continue;
-    comparisons.push_back({row, column, row == found});
-    if (row == found) break;
-  }
-  return comparisons;
-}
-
-}  // namespace
-
-std::span<const Filter> filters() {
-  static const Filter kFilters[] = {
-      {"getSensorModeCfgByMultiCondition", nullptr,
-       runFilter<&Control::getSensorModeCfgByMultiCondition>},
-      {"getSensorModeCfgByEisMode", columnOf(kEis), runFilter<&Control::getSensorModeCfgByEisMode>},
-      {"getSensorModeCfgByIsHfpsMode", columnOf(kHfps),
-       runFilter<&Control::getSensorModeCfgByIsHfpsMode>},
-      {"getSensorModeCfgByApptype", columnOf(kAppType),
-       runFilter<&Control::getSensorModeCfgByApptype>},
-      {"getSensorModeCfgByFps", columnOf(kFps), runFilter<&Control::getSensorModeCfgByFps>},
-      {"getSensorModeCfgByVideoAlgoType", columnOf(kVideoAlgo),
-       runFilter<&Control::getSensorModeCfgByVideoAlgoType>},
-      {"getSensorModeCfgByUiMode", columnOf(kUiModule),
-       runFilter<&Control::getSensorModeCfgByUiMode>},
-  };
-  return kFilters;
-}
-
-const char* Filter::title() const {
-  return column != nullptr ? column->title : "several conditions";
-}
-
-std::span<const SensorModeCfg> Decision::rules() const {
-  if (list == nullptr) return {};
-  return table->*list->rules;
-}
-
-const Comparison* Decision::findCell(std::size_t ofRow, const RuleColumn& column) const {
-  for (const FilterRun& run : filters) {
-    for (const Comparison& each : run.comparisons) {
-      if (each.row == ofRow && each.column == &column) return &each;
-    }
-  }
-  return nullptr;
-}
-
-bool Decision::isAsked(std::size_t ofRow) const {
-  return std::ranges::any_of(ruleColumns(), [&](const RuleColumn& column) {
-    return !column.conditionOf(rules()[ofRow]).empty() && findCell(ofRow, column) != nullptr;
-  });
-}
-
-void DecidingPhone::configure(const Inputs& inputs) {
-  mPhone.properties.set("ro.product.model.zdm", inputs[kProduct]);
-  mPhone.eventStore.set("APP_TYPE", inputs[kAppType]);
-  mPhone.eventStore.set("APP_NAME", inputs[kAppName]);
-}
-
-std::int32_t DecidingPhone::modeFor(const Inputs& inputs) {
-  configure(inputs);
-  IMetadata meta = inputs.metadata();
-  Control& control = *Control::createInstance(inputs.numbers(kSensor)[0]);
-  return control.decideSensorScenario(&meta,
-                                      std::make_shared<Control::StreamInfo>(inputs.streams()));
-}
-
-/// Runs the filters on these rows; calls `afterEach` with each filter and the row found by then.
-template <typename AfterEach>
-std::optional<std::size_t> DecidingPhone::runFilters(std::span<const SensorModeCfg> rules,
-                                                     const Inputs& inputs, AfterEach afterEach) {
-  configure(inputs);
-  IMetadata meta = inputs.metadata();
-  Control& control = *Control::createInstance(inputs.numbers(kSensor)[0]);
-  const HeskSensorModeControlInspector fields{control};
-  load(fields, rules);
-  for (const Filter& filter : filters()) {
-    filter.run(control, &meta);
-    afterEach(filter, foundRow(fields));
-  }
-  return foundRow(fields);
-}
-
-std::optional<std::size_t> DecidingPhone::rowFor(std::span<const SensorModeCfg> rules,
-                                                 const Inputs& inputs) {
-  return runFilters(rules, inputs, [](const auto&... /*unused*/) {});
-}
-
-Decision DecidingPhone::explain(const Inputs& inputs) {
-  Decision decision;
-  decision.inputs = inputs;
-  decision.table = hesk::findSensorModeTable(inputs[kProduct]);
+Json DecidingPhone::explain(const Inputs& inputs) {
+  const SensorModeTable* const table = hesk::findSensorModeTable(textOf(inputs[kProduct]));
   const auto* const list = std::ranges::find_if(kRuleLists, [&](const RuleList& each) {
-    return each.sensor == inputs.numbers(kSensor)[0] && each.video == inputs.hasVideo();
+    return inputs[kSensor] == each.sensor && inputs[kVideo] == each.video;
   });
-  if (decision.table != nullptr && list != std::end(kRuleLists)) decision.list = list;
+  const bool hasRules = table != nullptr && list != std::end(kRuleLists);
+  const Rules rules = hasRules ? table->*list->rules : Rules();
 
-  {
-    FilterWatch watch(mPhone);
-    const auto keep = [&](const Filter& filter, std::optional<std::size_t> found) {
-      FilterRun run{&filter, !decision.row, watch.takeCells(), {}};
-      if (run.isAsked) {
-        run.found = decision.row = found;
-        if (filter.column == nullptr) {
-          addRows(run.comparisons, decision.rules());
-        } else {
-          run.comparisons = comparisonsOfOne(filter.column, decision.rules(), found, inputs);
-        }
-      }
-      decision.filters.push_back(std::move(run));
-    };
-    runFilters(decision.rules(), inputs, keep);
+  IMetadata meta = sessionMetadataOf(inputs);
+  Control& control = load(rules, inputs);
+  Row row;
+  Json::List runs;
+  for (const Filter& filter : filters()) {
+    Json& run = runs.emplace_back(
+        Json{{"filter", filter.name},
+             {"title", filter.column != nullptr ? filter.column->title : "several conditions"},
+             {"asked", !row},
+             {"found", nullptr},
+             {"rows", Json::List()}});
+    if (row) continue;
+    if (filter.column == nullptr) {
+      FilterWatch watch(mPhone.log, rules);
+      host::Observer* const before = mPhone.setObserver(&watch);
+      filter.run(control, &meta);
+      mPhone.setObserver(before);
+      run["rows"] = watch.takeRows();
+      row = foundRow(control);
+    } else {
+      filter.run(control, &meta);
+      row = foundRow(control);
+      run["rows"] = rowsOfOne(*filter.column, rules, row, inputs);
+    }
+    run["found"] = rowNumber(row);
   }
-  const HeskSensorModeControlInspector fields{*Control::createInstance(0)};
-  decision.base = decision.row ? decision.rules()[*decision.row].sensorMode
-                               : fields.baseScenario(inputs.hasVideo());
-  decision.overrides = overrideVerdicts(inputs);
-  for (std::size_t i = 0; i < decision.overrides.size(); ++i) {
-    if (decision.overrides[i].kind == OverrideVerdict::Kind::decides) decision.override = i;
-  }
-  decision.mode = modeFor(inputs);
-  return decision;
+  const std::int32_t base =
+      row ? rules[*row].sensorMode
+          : HeskSensorModeControlInspector{control}.baseScenario(inputs[kVideo].isTrue());
+  const std::int32_t mode = modeFor(inputs);
+  const Json::List overrides = overrideVerdicts(inputs);
+  const Json product = table != nullptr ? Json(table->productName) : Json();
+  return {{"scenario", mode},
+          {"name", sensorModeName(mode)},
+          {"decidedBy",
+           decidedBy(overrides, row, hasRules ? product.text() + " " + list->name : "", mode)},
+          {"inputs", inputs},
+          {"warnings", inputWarnings(inputs)},
+          {"product", product},
+          {"list", hasRules ? Json(list->name) : Json()},
+          {"columns", columnsJson()},
+          {"rows", rowVerdicts(rules, runs, row, inputs)},
+          {"filters", runs},
+          {"base", {{"scenario", base}, {"name", sensorModeName(base)}, {"row", rowNumber(row)}}},
+          {"overrides", overrides}};
 }
 
 }  // namespace camhook

@@ -1,152 +1,119 @@
 #include "tools/camhook/explain/DecisionInputs.h"
 
-#include <optional>
+#include <algorithm>
 
 #include "common/Events.h"
 #include "common/Product.h"
-#include "common/tags/Metadata.h"
+#include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
 
-using Form = InputField::Form;
-using Numbers = std::array<std::int32_t, 2>;
+constexpr InputField kFields[] = {
+    {kProduct, "--product", "Product model, as in ro.product.model.zdm", "TEXT"},
+    {kSensor, "--sensor", "Sensor; 1 is the front camera"},
+    {kVideo, "--video", "The configuration has a video stream", ""},
+    {kAppType, "--app-type", "APP_TYPE of the event store", "TEXT"},
+    {kAppName, "--app-name", "APP_NAME of the event store", "TEXT"},
+    {kHfps, "--hfps", kHfps},
+    {kFps, "--fps", kFps, "LO,HI", ','},
+    {kEis, "--eis", kEis},
+    {kVideoAlgo, "--algo,--video-algo", kVideoAlgo},
+    {kUiModule, "--ui,--ui-module", kUiModule},
+    {kHdr, "--hdr", kHdr},
+    {kNight, "--night", kNight},
+    {kSize, "--size", "Size of the app's main output in pixels", "WxH", 'x'},
+};
 
-constexpr InputField tagField(std::string_view name, std::string_view options,
-                              hesk::Tag<std::int32_t> tag, Form form = Form::number) {
-  return {name, options, form, tag.value};
+const InputField& fieldOf(std::string_view name) {
+  return *std::ranges::find(kFields, name, &InputField::name);
 }
 
-constexpr std::array<InputField, kInputCount> kFields = {{
-    {"ro.product.model.zdm", "--product", Form::text},
-    {"sensor", "--sensor", Form::number},
-    {"video stream", "--video", Form::flag},
-    {"APP_TYPE", "--app-type", Form::text},
-    {"APP_NAME", "--app-name", Form::text},
-    tagField("MTK_STREAMING_FEATURE_HFPS_MODE", "--hfps",
-             hesk::tags::MTK_STREAMING_FEATURE_HFPS_MODE),
-    tagField("MTK_CONTROL_AE_TARGET_FPS_RANGE", "--fps",
-             hesk::tags::MTK_CONTROL_AE_TARGET_FPS_RANGE, Form::range),
-    tagField("HESK_CONTROL_EISENABLE", "--eis", hesk::tags::HESK_CONTROL_EISENABLE),
-    tagField("HESK_CONTROL_VIDEOALGOTYPE", "--algo,--video-algo",
-             hesk::tags::HESK_CONTROL_VIDEOALGOTYPE),
-    tagField("COM_HESK_CURRENTUIMODULE", "--ui,--ui-module", hesk::tags::COM_HESK_CURRENTUIMODULE),
-    tagField("MTK_HDR_FEATURE_HDR_MODE", "--hdr", hesk::tags::MTK_HDR_FEATURE_HDR_MODE),
-    tagField("HESK_CONTROL_NIGHTMODE", "--night", hesk::tags::HESK_CONTROL_NIGHTMODE),
-    {"main output size", "--size", Form::size},
-}};
-
-char separatorOf(Form form) { return form == Form::range ? ',' : 'x'; }
-
-std::string textOf(Form form, Numbers numbers) {
-  std::string first = std::to_string(numbers[0]);
-  if (form == Form::number) return first;
-  return first + separatorOf(form) + std::to_string(numbers[1]);
-}
-
-std::optional<Numbers> numbersFrom(Form form, std::string_view text) {
-  const std::size_t at =
-      form == Form::number ? std::string_view::npos : text.find(separatorOf(form));
-  if (form != Form::number && at == std::string_view::npos) return {};
-  const auto first = wholeNumber<std::int32_t>(text.substr(0, at));
-  if (form == Form::number) return first ? std::optional(Numbers{*first, 0}) : std::nullopt;
-  const auto second = wholeNumber<std::int32_t>(text.substr(at + 1));
-  if (!first || !second) return {};
-  return Numbers{*first, *second};
-}
+Json jsonFromText(std::string_view text) { return text.empty() ? Json() : Json(text); }
 
 }  // namespace
 
 std::span<const InputField> inputFields() { return kFields; }
 
-Inputs::Inputs(std::string_view product, std::int32_t sensor, bool video) {
-  mTexts[kProduct] = product;
-  mTexts[kSensor] = std::to_string(sensor);
-  mTexts[kVideo] = video ? "yes" : "no";
-  mTexts[kSize] = "0x0";
-}
-
-std::string Inputs::shown(InputIndex input) const {
-  return mTexts[input].empty() ? "absent" : mTexts[input];
-}
-
-bool Inputs::set(InputIndex input, std::string_view text) {
-  const Form form = kFields[input].form;
-  const bool isNeeded = input == kSensor || input == kVideo || input == kSize;
-  if (form == Form::text || (text.empty() && !isNeeded)) {
-    mTexts[input] = text;
-  } else if (form == Form::flag) {
-    if (text != "yes" && text != "no") return false;
-    mTexts[input] = text;
-  } else {
-    const auto numbers = numbersFrom(form, text);
-    if (!numbers) return false;
-    mTexts[input] = textOf(form, *numbers);
-  }
-  return true;
-}
-
-std::array<std::int32_t, 2> Inputs::numbers(InputIndex input) const {
-  return numbersFrom(kFields[input].form, mTexts[input]).value_or(Numbers{});
-}
-
-Json Inputs::json(InputIndex input) const {
-  if (mTexts[input].empty()) return {};
-  switch (kFields[input].form) {
-    case Form::text: return mTexts[input];
-    case Form::flag: return hasVideo();
-    case Form::number: return numbers(input)[0];
-    case Form::range:
-    case Form::size: break;
-  }
-  return numbers(input);
-}
-
-NSCam::IMetadata Inputs::metadata() const {
-  NSCam::IMetadata meta;
-  for (std::size_t i = 0; i < kInputCount; ++i) {
-    const auto input = static_cast<InputIndex>(i);
-    if (kFields[i].tag == NSCam::IMetadata::kNoTag || mTexts[i].empty()) continue;
-    const hesk::Tag<std::int32_t> tag{kFields[i].tag};
-    const auto [first, second] = numbers(input);
-    if (kFields[i].form == Form::range) {
-      hesk::write(&meta, tag, first, second);
-    } else {
-      hesk::write(&meta, tag, first);
-    }
-  }
-  return meta;
-}
-
-HeskSensorModeControl::StreamInfo Inputs::streams() const {
-  const auto [width, height] = numbers(kSize);
-  return {.hasVideoConsumer = hasVideo(), .mainOutputSize = {width, height}};
-}
-
-hesk::OverrideConfiguration Inputs::forOverrides() const {
-  return {.appType = mTexts[kAppType],
-          .appName = mTexts[kAppName],
-          .sensorId = numbers(kSensor)[0],
-          .hdrMode = numbers(kHdr)[0],
-          .nightMode = numbers(kNight)[0],
-          .hasVideo = hasVideo(),
-          .size = streams().mainOutputSize};
+Inputs inputsOf(std::string_view product, std::int32_t sensor, bool hasVideo) {
+  Inputs inputs;
+  for (const InputField& field : kFields) inputs[field.name] = nullptr;
+  inputs[kProduct] = jsonFromText(product);
+  inputs[kSensor] = sensor;
+  inputs[kVideo] = hasVideo;
+  return inputs;
 }
 
 Inputs inputsOf(const DecideSensorScenario& call) {
-  Inputs inputs(hesk::productModel("").data(), call.sensor, call.video);
-  inputs.set(kAppType, hesk::eventValue("APP_TYPE"));
-  inputs.set(kAppName, hesk::eventValue("APP_NAME"));
-  inputs.set(kSize, textOf(Form::size, {call.width, call.height}));
-  const NSCam::IMetadata* const meta = call.meta ? &*call.meta : nullptr;
-  for (std::size_t i = 0; i < kInputCount; ++i) {
-    const hesk::Tag<std::int32_t> tag{kFields[i].tag};
-    if (kFields[i].tag == NSCam::IMetadata::kNoTag || !hesk::has(meta, tag)) continue;
-    inputs.set(static_cast<InputIndex>(i),
-               textOf(kFields[i].form, {hesk::read(meta, tag), hesk::readItem(meta, tag, 1)}));
+  Inputs inputs = inputsOf(hesk::productModel("").data(), call.sensor, call.video);
+  inputs[kAppType] = jsonFromText(hesk::eventValue(kAppType));
+  inputs[kAppName] = jsonFromText(hesk::eventValue(kAppName));
+  inputs[kSize] = Json::List{call.width, call.height};
+  for (const InputField& field : kFields) {
+    const TagDescription* const tag = findTag(field.name);
+    if (tag == nullptr || !call.meta) continue;
+    const auto& entry = call.meta->entryFor(tag->value);
+    const auto item = [&](std::size_t i) {
+      return entry.itemAt(i, NSCam::Type2Type<std::int32_t>{});
+    };
+    if (entry.isEmpty()) continue;
+    inputs[field.name] = field.name == kFps ? Json(Json::List{item(0), item(1)}) : Json(item(0));
   }
   return inputs;
+}
+
+Json inputFromText(const InputField& field, std::string_view text) {
+  if (field.type == "TEXT") return jsonFromText(text);
+  const std::size_t end = std::min(text.find(field.separator), text.size());
+  const auto first = wholeNumber<std::int32_t>(text.substr(0, end));
+  if (first && end == text.size() && field.separator == '\0') return *first;
+  const auto second = wholeNumber<std::int32_t>(text.substr(std::min(end + 1, text.size())));
+  if (first && second) return Json::List{*first, *second};
+  const std::string expected(field.separator == '\0' ? "a number of 32 bits" : field.type);
+  throw InputError("camhook: " + std::string(field.option()) + ": must be " + expected + ", not " +
+                   jsonText(text));
+}
+
+std::string_view textOf(const Json& value) {
+  return value.isText() ? value.text() : std::string_view();
+}
+
+std::int32_t numberOf(const Json& value) { return value.integer<std::int32_t>().value_or(0); }
+
+std::string inputText(std::string_view name, const Json& value) {
+  if (value.isNull()) return "absent";
+  if (value.isText()) return value.text();
+  if (value.isBoolean()) return value.isTrue() ? "yes" : "no";
+  if (!value.isList()) return lineOfJson(value);
+  return lineOfJson(value[0]) + fieldOf(name).separator + lineOfJson(value[1]);
+}
+
+NSCam::IMetadata sessionMetadataOf(const Inputs& inputs) {
+  Json entries = Json::Object();
+  for (const auto& [name, value] : inputs.members()) {
+    if (!value.isNull() && findTag(name) != nullptr) entries[name] = value;
+  }
+  return metadataFromJson(entries, "");
+}
+
+HeskSensorModeControl::StreamInfo streamsOf(const Inputs& inputs) {
+  const Json& size = inputs[kSize];
+  return {.hasVideoConsumer = inputs[kVideo].isTrue(),
+          .mainOutputSize =
+              size.isNull() ? NSCam::MSize() : NSCam::MSize{numberOf(size[0]), numberOf(size[1])}};
+}
+
+hesk::OverrideConfiguration overrideConfigurationOf(const Inputs& inputs) {
+  return {.appType = textOf(inputs[kAppType]),
+          .appName = textOf(inputs[kAppName]),
+          .sensorId = numberOf(inputs[kSensor]),
+          .hdrMode = numberOf(inputs[kHdr]),
+          .nightMode = numberOf(inputs[kNight]),
+          .hasVideo = inputs[kVideo].isTrue(),
+          .size = streamsOf(inputs).mainOutputSize};
 }
 
 }  // namespace camhook

@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -18,72 +16,63 @@
 
 namespace camhook {
 
-enum InputIndex : std::size_t {
-  kProduct,
-  kSensor,
-  kVideo,
-  kAppType,
-  kAppName,
-  kHfps,
-  kFps,
-  kEis,
-  kVideoAlgo,
-  kUiModule,
-  kHdr,
-  kNight,
-  kSize,
-  kInputCount,
-};
+/// An object with a value for each name below, null if the input is absent: texts, numbers,
+/// `[lower, upper]`, `[width, height]`, and true or false for the video stream.
+using Inputs = Json;
+
+inline constexpr std::string_view kProduct = "ro.product.model.zdm";
+inline constexpr std::string_view kSensor = "sensor";
+inline constexpr std::string_view kVideo = "video stream";
+inline constexpr std::string_view kAppType = "APP_TYPE";
+inline constexpr std::string_view kAppName = "APP_NAME";
+inline constexpr std::string_view kHfps = "MTK_STREAMING_FEATURE_HFPS_MODE";
+inline constexpr std::string_view kFps = "MTK_CONTROL_AE_TARGET_FPS_RANGE";
+inline constexpr std::string_view kEis = "HESK_CONTROL_EISENABLE";
+inline constexpr std::string_view kVideoAlgo = "HESK_CONTROL_VIDEOALGOTYPE";
+inline constexpr std::string_view kUiModule = "COM_HESK_CURRENTUIMODULE";
+inline constexpr std::string_view kHdr = "MTK_HDR_FEATURE_HDR_MODE";
+inline constexpr std::string_view kNight = "HESK_CONTROL_NIGHTMODE";
+inline constexpr std::string_view kSize = "main output size";
 
 struct InputField {
-  enum class Form { text, flag, number, range, size };
-
-  std::string_view name;  // "HESK_CONTROL_EISENABLE"
-  /// Options of `camhook decide`, as CLI11 takes them.
-  std::string_view options;
-  Form form;
-  std::uint32_t tag = NSCam::IMetadata::kNoTag;  // of session metadata
+  std::string_view name;
+  std::string_view options;  // of `camhook decide`, as CLI11 takes them
+  std::string_view meaning;
+  std::string_view type = "NUMBER";  // of the option's value; empty for a flag
+  char separator = '\0';             // of the two numbers in a text
 
   /// The first of the options.
   [[nodiscard]] std::string_view option() const { return options.substr(0, options.find(',')); }
 };
 
-/// By InputIndex.
+/// In the order of the JSON form.
 std::span<const InputField> inputFields();
 
-class Inputs {
- public:
-  /// The rest is absent; the size is 0 x 0.
-  explicit Inputs(std::string_view product = "", std::int32_t sensor = 0, bool video = false);
-
-  /// "KX0105", "yes", "15,30", "640x480"; empty if absent.
-  const std::string& operator[](InputIndex input) const { return mTexts[input]; }
-
-  /// The text for people: "absent" if it is.
-  [[nodiscard]] std::string shown(InputIndex input) const;
-
-  /// An empty text removes the value. Returns false and changes nothing if the text is not a value
-  /// of the input.
-  bool set(InputIndex input, std::string_view text);
-
-  /// The numbers in a value, 0 if absent.
-  [[nodiscard]] std::array<std::int32_t, 2> numbers(InputIndex input) const;
-
-  /// Null if absent.
-  [[nodiscard]] Json json(InputIndex input) const;
-
-  [[nodiscard]] bool hasVideo() const { return mTexts[kVideo] == "yes"; }
-  [[nodiscard]] NSCam::IMetadata metadata() const;
-  [[nodiscard]] HeskSensorModeControl::StreamInfo streams() const;
-
-  /// As the overrides see it. Valid as long as this is not changed.
-  [[nodiscard]] hesk::OverrideConfiguration forOverrides() const;
-
- private:
-  std::array<std::string, kInputCount> mTexts;
-};
+/// The other inputs are absent.
+Inputs inputsOf(std::string_view product, std::int32_t sensor, bool hasVideo);
 
 /// The inputs of a call that is about to be made on the current phone.
 Inputs inputsOf(const DecideSensorScenario& call);
+
+/// Reads the value of an option; null for an empty text. Throws InputError.
+Json inputFromText(const InputField& field, std::string_view text);
+
+/// Empty for anything but a text.
+std::string_view textOf(const Json& value);
+
+/// 0 for anything but a number.
+std::int32_t numberOf(const Json& value);
+
+/// "KX0105", "yes", "15,30", "640x480"; "absent" for null.
+std::string inputText(std::string_view name, const Json& value);
+
+/// The session metadata.
+NSCam::IMetadata sessionMetadataOf(const Inputs& inputs);
+
+/// A size of 0 x 0 if it is absent.
+HeskSensorModeControl::StreamInfo streamsOf(const Inputs& inputs);
+
+/// The inputs of the overrides. Valid until `inputs` changes.
+hesk::OverrideConfiguration overrideConfigurationOf(const Inputs& inputs);
 
 }  // namespace camhook

@@ -1,152 +1,158 @@
-#include "tools/camhook/explain/DecisionText.h"
+#include "tools/camhook/explain/Decision.h"
 
 #include <algorithm>
 #include <ostream>
 
 #include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/PlainText.h"
 
 namespace camhook {
 namespace {
 
-using Verdict = OverrideVerdict::Kind;
-
 constexpr const char* kMet = "=";
 constexpr const char* kUnmet = "\u2260";
 
-std::string rowName(std::size_t row) { return "row " + std::to_string(row + 1); }
+std::string rowText(const Json& number) { return "row " + lineOfJson(number); }
 
-void writeResult(std::ostream& out, const Decision& decision, Style style) {
-  const char* const link = decision.override || decision.row ? ", decided by " : ": ";
-  out << style.heading("result") << "  "
-      << style.title(sensorModeText(decision.mode) + link + decidedByText(decision)) << '\n';
-  if (!decision.override) return;
-  out << style.heading("base") << "  " << sensorModeText(decision.base)
-      << (decision.row ? ", of " + rowName(*decision.row) : ", as no row matches") << '\n';
+/// "5 CUSTOM1", for an object with "scenario" and "name".
+std::string modeText(const Json& mode) {
+  return lineOfJson(mode["scenario"]) + " " + mode["name"].text();
 }
 
-void writeInputs(std::ostream& out, const Inputs& inputs, Style style) {
-  const std::vector<InputWarning> warnings = inputWarnings(inputs);
+void writeResult(std::ostream& out, const Json& decision, Style style) {
+  const Json& by = decision["decidedBy"];
+  const char* const link = by["kind"] == "default" ? ": " : ", decided by ";
+  out << style.heading("result") << "  "
+      << style.title(modeText(decision) + link + by["text"].text()) << '\n';
+  if (by["kind"] != "override") return;
+  const Json& base = decision["base"];
+  out << style.heading("base") << "  " << modeText(base)
+      << (base["row"].isNull() ? ", as no row matches" : ", of " + rowText(base["row"])) << '\n';
+}
+
+/// A line of names in the faint style; nothing for an empty list.
+void writeRest(std::ostream& out, const char* what, const std::vector<std::string>& names,
+               Style style) {
+  if (!names.empty()) out << "  " << style.faint(what + (": " + joined(names, ", "))) << '\n';
+}
+
+void writeInputs(std::ostream& out, const Json& decision, Style style) {
   out << style.heading("inputs") << '\n';
   Columns columns;
   std::vector<std::string> absent;
-  for (std::size_t i = 0; i < kInputCount; ++i) {
-    const auto input = static_cast<InputIndex>(i);
-    const auto warning = std::ranges::find(warnings, input, &InputWarning::input);
-    const std::string name(inputFields()[i].name);
-    if (inputs[input].empty() && warning == warnings.end()) {
+  for (const auto& [name, value] : decision["inputs"].members()) {
+    std::string text = printable(inputText(name, value));
+    bool isShown = !value.isNull();
+    for (const Json& warning : decision["warnings"].items()) {
+      if (warning["input"] != name) continue;
+      text += "  " + style.alarming("! " + printable(warning["problem"].text()));
+      isShown = true;
+    }
+    if (isShown) {
+      columns.add({name, text});
+    } else {
       absent.push_back(name);
-      continue;
     }
-    std::string text = printable(inputs.shown(input));
-    if (warning != warnings.end()) {
-      text += "  " + style.alarming("! " + printable(warning->problem));
-    }
-    columns.add({name, std::move(text)});
   }
   columns.write(out, 2);
-  if (!absent.empty()) out << "  " << style.faint("absent: " + joined(absent, ", ")) << '\n';
+  writeRest(out, "absent", absent, style);
 }
 
-void writeFilters(std::ostream& out, const Decision& decision, Style style) {
+void writeFilters(std::ostream& out, const Json& decision, Style style) {
   out << style.heading("filters") << "  ";
-  if (decision.list == nullptr) {
-    out << (decision.table == nullptr ? "no rules for this product" : "no rules for this sensor")
-        << '\n';
+  if (decision["list"].isNull()) {
+    const bool hasTable = !decision["product"].isNull();
+    out << "no rules for this " << (hasTable ? "sensor" : "product") << '\n';
     return;
   }
-  out << decision.table->productName << ' ' << decision.list->name << '\n';
+  out << decision["product"].text() << ' ' << decision["list"].text() << '\n';
   Columns columns;
   std::vector<std::string> notAsked;
-  for (const FilterRun& run : decision.filters) {
-    if (!run.isAsked) {
-      notAsked.emplace_back(run.filter->title());
+  for (const Json& filter : decision["filters"].items()) {
+    const std::string& title = filter["title"].text();
+    const Json& found = filter["found"];
+    if (filter["asked"].isTrue()) {
+      columns.add({title, found.isNull() ? style.faint("none") : style.fresh(rowText(found))});
     } else {
-      columns.add({run.filter->title(),
-                   run.found ? style.fresh(rowName(*run.found)) : style.faint("none")});
+      notAsked.push_back(title);
     }
   }
   columns.write(out, 2);
-  if (!notAsked.empty()) out << "  " << style.faint("not asked: " + joined(notAsked, ", ")) << '\n';
+  writeRest(out, "not asked", notAsked, style);
 }
 
 /// Marked if a filter compared the cell. "=none" is an empty APP_TYPE that matches a row without
 /// one.
-std::string cellText(const Decision& decision, std::size_t row, const RuleColumn& column,
-                     Style style) {
-  const std::string condition = column.conditionOf(decision.rules()[row]);
-  const Comparison* const cell = decision.findCell(row, column);
-  if (cell != nullptr && cell->isMet) {
-    return style.fresh(kMet + (condition.empty() ? "none" : condition));
+std::string cellText(const Json& decision, const Json& row, const Json& column, Style style) {
+  const std::string& field = column["field"].text();
+  const Json* const condition = row["conditions"].find(field);
+  const std::string text = condition != nullptr ? inputText(field, *condition) : "";
+  const Json& filters = decision["filters"];
+  if (isListed(filters, row["row"], "met", field)) {
+    return style.fresh(kMet + (text.empty() ? "none" : text));
   }
-  if (condition.empty()) return "";
-  return cell != nullptr ? style.alarming(kUnmet + condition) : style.faint(condition);
+  if (text.empty()) return "";
+  return isListed(filters, row["row"], "asked", field) ? style.alarming(kUnmet + text)
+                                                       : style.faint(text);
 }
 
-void writeRows(std::ostream& out, const Decision& decision, Style style) {
-  if (decision.rules().empty()) return;
-  std::vector<std::vector<std::string>> rows(decision.rules().size() + 2);
-  rows[0].emplace_back();
-  rows[1].push_back(style.faint("given"));
-  for (std::size_t i = 0; i < decision.rules().size(); ++i) rows[i + 2].push_back(rowName(i));
-  for (const RuleColumn& column : ruleColumns()) {
+void writeRows(std::ostream& out, const Json& decision, Style style) {
+  const Json::List& rows = decision["rows"].items();
+  if (rows.empty()) return;
+  std::vector<std::vector<std::string>> lines{{""}, {style.faint("given")}};
+  for (const Json& row : rows) lines.push_back({rowText(row["row"])});
+  for (const Json& column : decision["columns"].items()) {
     std::vector<std::string> cells;
-    for (std::size_t i = 0; i < decision.rules().size(); ++i) {
-      cells.push_back(cellText(decision, i, column, style));
-    }
-    if (std::ranges::all_of(cells, [](const auto& cell) { return cell.empty(); })) continue;
-    rows[0].push_back(style.faint(column.title));
-    rows[1].push_back(printable(decision.inputs.shown(column.input)));
-    for (std::size_t i = 0; i < cells.size(); ++i) rows[i + 2].push_back(cells[i]);
+    for (const Json& row : rows) cells.push_back(cellText(decision, row, column, style));
+    if (std::ranges::all_of(cells, &std::string::empty)) continue;
+    const std::string& input = column["input"].text();
+    cells.insert(cells.begin(), {style.faint(column["title"].text()),
+                                 printable(inputText(input, decision["inputs"][input]))});
+    for (std::size_t i = 0; i < cells.size(); ++i) lines[i].push_back(cells[i]);
+  }
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const std::string verdict = printable(rows[i]["verdict"].text());
+    lines[i + 2].push_back(modeText(rows[i]));
+    lines[i + 2].push_back(rows[i]["taken"].isTrue()   ? style.fresh(verdict)
+                           : rows[i]["asked"].isTrue() ? verdict
+                                                       : style.faint(verdict));
   }
   Columns columns;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (i >= 2) {
-      const std::string verdict = printable(rowVerdict(decision, i - 2));
-      rows[i].push_back(sensorModeText(decision.rules()[i - 2].sensorMode));
-      rows[i].push_back(decision.row == i - 2     ? style.fresh(verdict)
-                        : decision.isAsked(i - 2) ? verdict
-                                                  : style.faint(verdict));
-    }
-    columns.add(std::move(rows[i]));
-  }
+  for (auto& line : lines) columns.add(std::move(line));
   out << style.heading("rows") << '\n';
   columns.write(out, 2);
 }
 
-void writeOverrides(std::ostream& out, const Decision& decision, Style style) {
+void writeOverrides(std::ostream& out, const Json& decision, Style style) {
   out << style.heading("overrides") << '\n';
   std::vector<std::string> others;
-  for (std::size_t i = 0; i < decision.overrides.size(); ++i) {
-    const OverrideVerdict& verdict = decision.overrides[i];
-    const std::string number = std::to_string(i + 1);
-    if (verdict.kind == Verdict::no) {
+  for (const Json& override : decision["overrides"].items()) {
+    const std::string number = lineOfJson(override["number"]);
+    const std::string& verdict = override["verdict"].text();
+    if (verdict == "no") {
       others.push_back(number);
       continue;
     }
-    const std::string line = std::string(verdict.word()) + ": " + verdict.override->when + ", " +
-                             sensorModeText(verdict.override->scenario);
-    out << "  " << number << "  " << (verdict.kind == Verdict::decides ? style.fresh(line) : line)
-        << '\n';
+    const std::string line = verdict + ": " + override["when"].text() + ", " + modeText(override);
+    out << "  " << number << "  " << (verdict == "decides" ? style.fresh(line) : line) << '\n';
     std::vector<std::string> conditions;
-    for (const OverrideCondition& condition : verdict.conditions) {
-      const std::string found = printable(condition.found);
-      conditions.push_back(condition.isMet
-                               ? style.fresh(kMet) + found
-                               : style.alarming(kUnmet) + found + ", must " + condition.must);
+    for (const Json& condition : override["conditions"].items()) {
+      const std::string found = printable(condition["found"].text());
+      conditions.push_back(condition["met"].isTrue() ? style.fresh(kMet) + found
+                                                     : style.alarming(kUnmet) + found + ", must " +
+                                                           condition["must"].text());
     }
     out << "     " << joined(conditions, "; ") << '\n';
   }
-  if (!others.empty()) {
-    out << "  " << style.faint("not near: " + joined(others, ", ")) << '\n';
-  }
+  writeRest(out, "not near", others, style);
 }
 
 }  // namespace
 
-void writeDecision(std::ostream& out, const Decision& decision, Style style) {
+void writeDecision(std::ostream& out, const Json& decision, Style style) {
   writeResult(out, decision, style);
-  writeInputs(out, decision.inputs, style);
+  writeInputs(out, decision, style);
   writeFilters(out, decision, style);
   writeRows(out, decision, style);
   writeOverrides(out, decision, style);

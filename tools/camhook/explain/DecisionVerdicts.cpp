@@ -1,77 +1,83 @@
 #include <algorithm>
+#include <utility>
 
-#include "common/sensormode/SensorScenario.h"
-#include "tools/camhook/explain/DecisionText.h"
+#include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/NearNames.h"
+#include "tools/camhook/show/SensorModeName.h"
 
 namespace camhook {
 namespace {
 
-std::size_t metCount(const Decision& decision, std::size_t row) {
-  return static_cast<std::size_t>(std::ranges::count_if(ruleColumns(), [&](const auto& column) {
-    const Comparison* const cell = decision.findCell(row, column);
-    return cell != nullptr && cell->isMet;
-  }));
+/// "taken: 2 of 2 conditions", "1 of 2 conditions: eis is absent", "never asked".
+std::string verdictOf(const SensorModeCfg& rule, const Json& row, const Json& filters,
+                      const Inputs& inputs) {
+  std::size_t met = 0;
+  std::vector<std::string> missed;
+  std::string filterOfOne;
+  for (const RuleColumn& column : kRuleColumns) {
+    const bool isCompared = isListed(filters, row["row"], "asked", column.field);
+    if (isListed(filters, row["row"], "met", column.field)) {
+      ++met;
+      filterOfOne = column.title;
+    } else if (row["conditions"].find(column.field) != nullptr) {
+      missed.push_back(
+          std::string(column.title) +
+          (isCompared ? " is " + inputText(column.input, inputs[column.input]) : " never asked"));
+    }
+  }
+  const std::string count =
+      std::to_string(met) + " of " + std::to_string(rule.conditionCount) + " conditions";
+  if (row["taken"].isTrue()) {
+    return isOfSeveral(rule) ? "taken: " + count : "taken by " + filterOfOne;
+  }
+  if (!row["asked"].isTrue()) return "never asked";
+  if (!isOfSeveral(rule)) return joined(missed, ", ");
+  return count + (missed.empty() ? "" : ": ") + joined(missed, ", ");
 }
 
 }  // namespace
 
-std::string decidedByText(const Decision& decision) {
-  if (decision.override) {
-    return "override " + std::to_string(*decision.override + 1) + ": " +
-           decision.overrides[*decision.override].override->when;
+Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<std::size_t> taken,
+                       const Inputs& inputs) {
+  Json::List rows;
+  for (std::size_t i = 0; i < rules.size(); ++i) {
+    Json conditions = Json::Object();
+    bool isAsked = false;
+    for (const RuleColumn& column : kRuleColumns) {
+      const Json condition = column.conditionOf(rules[i]);
+      if (condition.isNull()) continue;
+      conditions[column.field] = condition;
+      isAsked |= isListed(filters, i + 1, "asked", column.field);
+    }
+    Json& row = rows.emplace_back(Json{{"row", i + 1},
+                                       {"conditions", conditions},
+                                       {"needed", rules[i].conditionCount},
+                                       {"scenario", rules[i].sensorMode},
+                                       {"name", sensorModeName(rules[i].sensorMode)},
+                                       {"asked", isAsked},
+                                       {"taken", taken == i}});
+    row["verdict"] = verdictOf(rules[i], row, filters, inputs);
   }
-  if (decision.row) {
-    return "row " + std::to_string(*decision.row + 1) + " of " + decision.table->productName + " " +
-           decision.list->name;
-  }
-  return decision.mode == hesk::NO_DECISION ? "no row matches; the platform chooses"
-                                            : "no row matches; the default with a video stream";
+  return rows;
 }
 
-std::string rowVerdict(const Decision& decision, std::size_t row) {
-  const SensorModeCfg& rule = decision.rules()[row];
-  const std::string count = std::to_string(metCount(decision, row)) + " of " +
-                            std::to_string(rule.conditionCount) + " conditions";
-  for (const FilterRun& run : decision.filters) {
-    if (run.found != row) continue;
-    return run.filter->column == nullptr ? "taken: " + count
-                                         : std::string("taken by ") + run.filter->title();
-  }
-  if (!decision.isAsked(row)) return "never asked";
-  std::vector<std::string> missed;
-  for (const RuleColumn& column : ruleColumns()) {
-    if (column.conditionOf(rule).empty()) continue;
-    const Comparison* const cell = decision.findCell(row, column);
-    if (cell != nullptr && cell->isMet) continue;
-    missed.push_back(
-        std::string(column.title) +
-        (cell == nullptr ? " never asked" : " is " + decision.inputs.shown(column.input)));
-  }
-  std::string list = joined(missed, ", ");
-  if (!isOfSeveral(rule)) return list;
-  return count + (list.empty() ? "" : ": " + list);
-}
-
-std::vector<InputWarning> inputWarnings(const Inputs& inputs) {
-  std::vector<InputWarning> warnings;
-  const auto warn = [&](InputIndex input, const char* problem,
-                        std::span<const std::string_view> names) {
-    warnings.push_back({input, problem + nearNames(inputs[input], names)});
-  };
-  if (hesk::findSensorModeTable(inputs[kProduct]) == nullptr) {
-    warn(kProduct, "no rules for this product", tableNames());
-  }
-  const std::vector<const Rules*> lists = listsOf(nullptr);
-  for (const auto& [input, problem] : {std::pair(kAppType, "no rule names this app"),
+Json::List inputWarnings(const Inputs& inputs) {
+  Json::List warnings;
+  for (const auto& [input, problem] : {std::pair(kProduct, "no rules for this product"),
+                                       std::pair(kAppType, "no rule names this app"),
                                        std::pair(kAppName, "no override names this app"),
                                        std::pair(kUiModule, "no rule names this module")}) {
-    const std::vector<std::string> named = namedValues(input, lists);
-    if (inputs[input].empty() || std::ranges::find(named, inputs[input]) != named.end()) continue;
-    // The number of a module is like others by accident only.
-    const std::vector<std::string_view> names(named.begin(), named.end());
-    warn(input, problem, input == kUiModule ? std::span<const std::string_view>() : names);
+    const Json& value = inputs[input];
+    const Json::List named = namedValues(input, listsOf(nullptr));
+    const bool isKnown = input == kProduct
+                             ? hesk::findSensorModeTable(textOf(value)) != nullptr
+                             : value.isNull() || std::ranges::find(named, value) != named.end();
+    if (isKnown) continue;
+    std::vector<std::string_view> names;
+    for (const Json& each : named) names.push_back(textOf(each));
+    const std::string near = value.isText() ? nearNames(value.text(), names) : "";
+    warnings.push_back({{"input", input}, {"problem", problem + near}});
   }
   return warnings;
 }

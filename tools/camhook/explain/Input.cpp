@@ -1,12 +1,13 @@
 #include "tools/camhook/explain/Input.h"
-#include "tools/camhook/input/JsonLine.h"
 
+#include <algorithm>
 #include <charconv>
-#include <string_view>
 #include <variant>
 #include <vector>
 
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/run/TraceFilter.h"
@@ -14,50 +15,33 @@
 namespace camhook {
 namespace {
 
-/// Splits a place: "sat.cameras[0].role" becomes "sat", "cameras", 0, "role".
-std::vector<std::variant<std::string, std::size_t>> stepsOf(std::string_view place) {
-  std::vector<std::variant<std::string, std::size_t>> steps;
-  while (!place.empty()) {
-    if (place.front() == '[') {
-      std::size_t index = 0;
-      std::from_chars(place.data() + 1, place.data() + place.size(), index);
-      steps.emplace_back(index);
-      place.remove_prefix(place.find(']') + 1);
-    } else {
-      if (place.front() == '.') place.remove_prefix(1);
-      const std::string_view key = place.substr(0, place.find_first_of(".["));
-      steps.emplace_back(std::string(key));
-      place.remove_prefix(key.size());
-    }
-  }
-  return steps;
+/// The first step of a place, "cameras" or "[0]", which is removed from it.
+std::string_view takeStep(std::string_view& place) {
+  if (place.starts_with('.')) place.remove_prefix(1);
+  const std::string_view step = place.substr(0, place.find_first_of(".[", 1));
+  place.remove_prefix(step.size());
+  return step;
 }
 
-Json jsonFromCall(const ScenarioCall& call) {
-  Json json{{"call", nameOf(call.call)}};
-  if (const auto sensor = sensorOf(call.call)) json["sensor"] = *sensor;
-  for (const auto& [key, value] : call.arguments.members()) json[key] = value;
-  for (const char* name : kContainers) {
-    if (containerOf(call.call, name) != nullptr) json[name] = Json();
-  }
-  return json;
+/// What a step leads to; null if there is no such value.
+const Json* findStep(const Json& json, std::string_view step) {
+  if (!step.starts_with('[')) return json.find(step);
+  std::size_t index = 0;
+  std::from_chars(step.data() + 1, step.data() + step.size(), index);
+  return json.isList() && index < json.size() ? &json[index] : nullptr;
 }
 
 /// The container that is named, or that the call writes. Throws InputError.
 std::string containerFrom(const std::string& text, const Call& call) {
-  std::string names;
-  std::string last;
+  std::vector<std::string> names;
   for (const char* name : kContainers) {
-    if (containerOf(call, name) == nullptr) continue;
-    names += (names.empty() ? "" : ", ") + std::string(name);
-    last = name;
-    if (text == name) return text;
+    if (containerOf(call, name) != nullptr) names.emplace_back(name);
   }
   if (names.empty()) throw InputError("the call has no container");
-  if (!text.empty()) {
-    throw InputError("the call has no container " + jsonText(text) + "; it has " + names);
-  }
-  return last;
+  if (text.empty()) return names.back();
+  if (std::ranges::find(names, text) != names.end()) return text;
+  throw InputError("the call has no container " + jsonText(text) + "; it has " +
+                   joined(names, ", "));
 }
 
 }  // namespace
@@ -68,32 +52,35 @@ Question readQuestion(std::string_view scenario, const std::string& call, const 
   const std::vector<ScenarioCall>& calls = question.scenario.calls;
   question.call =
       callFromText(call, calls.size(), [&](std::size_t index) { return calls[index].call; });
-  question.callDocument = jsonFromCall(calls[question.call]);
+  if (const auto sensor = sensorOf(question.askedCall())) question.arguments["sensor"] = *sensor;
+  for (const auto& [key, value] : calls[question.call].arguments.members()) {
+    question.arguments[key] = value;
+  }
   if (tag == "return") return question;
   const std::size_t colon = tag.find(':');
-  question.container =
-      containerFrom(colon != std::string::npos ? tag.substr(0, colon) : "", question.askedCall());
-  question.tag = tagFromText(colon != std::string::npos ? tag.substr(colon + 1) : tag);
+  const bool isNamed = colon != std::string::npos;
+  question.container = containerFrom(isNamed ? tag.substr(0, colon) : "", question.askedCall());
+  question.tag = tagFromText(isNamed ? tag.substr(colon + 1) : tag);
   return question;
 }
 
 Json jsonFromInput(const Input& input, const Question& question) {
-  switch (input.kind) {
-    case Input::Kind::metadata:
-      return {{"kind", "metadata"}, {"container", input.key}, {"key", tagText(input.tag)}};
-    case Input::Kind::statics:
-      return {{"kind", "static"}, {"device", input.number}, {"key", tagText(input.tag)}};
-    case Input::Kind::event: return {{"kind", "event"}, {"key", input.key}};
-    case Input::Kind::property: return {{"kind", "property"}, {"key", input.key}};
-    case Input::Kind::provider: return {{"kind", "provider"}};
-    case Input::Kind::argument: return {{"kind", "argument"}, {"key", input.key}};
-    case Input::Kind::platform: return {{"kind", "platform"}, {"key", input.key}};
-    case Input::Kind::call: break;
+  using Kind = Input::Kind;
+  constexpr const char* kKinds[] = {"metadata", "static",   "event",    "property",
+                                    "provider", "argument", "platform", "call"};
+  Json json{{"kind", kKinds[static_cast<std::size_t>(input.kind)]}};
+  if (input.kind == Kind::call) {
+    const auto index = static_cast<std::size_t>(input.number);
+    json["index"] = index + 1;
+    json["hook"] = nameOf(question.scenario.calls[index].call);
+  } else if (input.kind == Kind::metadata || input.kind == Kind::statics) {
+    if (input.kind == Kind::metadata) json["container"] = input.key;
+    if (input.kind == Kind::statics) json["device"] = input.number;
+    json["key"] = tagText(input.tag);
+  } else if (input.kind != Kind::provider) {
+    json["key"] = input.key;
   }
-  const auto index = static_cast<std::size_t>(input.number);
-  return {{"kind", "call"},
-          {"index", input.number + 1},
-          {"hook", nameOf(question.scenario.calls[index].call)}};
+  return json;
 }
 
 std::string_view nameOf(const Call& call) {
@@ -101,18 +88,12 @@ std::string_view nameOf(const Call& call) {
 }
 
 MetadataArgument* containerOf(Call& call, std::string_view name) {
-  return std::visit(
-      [&]<typename CallType>(CallType& concrete) -> MetadataArgument* {
-        if constexpr (requires { concrete.out; }) {
-          if (name == "app") return &concrete.app;
-          if (name == "hal") return &concrete.hal;
-          if (name == "out") return &concrete.out;
-        } else if constexpr (requires { concrete.meta; }) {
-          if (name == "meta") return &concrete.meta;
-        }
-        return nullptr;
-      },
-      call);
+  if (name == "meta") return findMeta(call);
+  auto* const capture = std::get_if<UpdateCaptureRawParameter>(&call);
+  if (capture == nullptr) return nullptr;
+  if (name == "app") return &capture->app;
+  if (name == "hal") return &capture->hal;
+  return name == "out" ? &capture->out : nullptr;
 }
 
 const MetadataArgument* containerOf(const Call& call, std::string_view name) {
@@ -128,39 +109,22 @@ std::optional<std::int32_t> sensorOf(const Call& call) {
       call);
 }
 
-Json valueAt(const Json& document, const std::string& place) {
+Json valueAt(const Json& document, std::string_view place) {
   const Json* at = &document;
-  for (const auto& step : stepsOf(place)) {
-    if (const auto* index = std::get_if<std::size_t>(&step)) {
-      if (!at->isList() || *index >= at->size()) return nullptr;
-      at = &(*at)[*index];
-    } else {
-      at = at->find(std::get<std::string>(step));
-      if (at == nullptr) return nullptr;
-    }
-  }
-  return *at;
+  while (at != nullptr && !place.empty()) at = findStep(*at, takeStep(place));
+  return at != nullptr ? *at : Json();
 }
 
-Json withValueAt(Json document, const std::string& place, const Json& value) {
-  Json* around = nullptr;
-  Json* at = &document;
-  std::string key;
-  for (const auto& step : stepsOf(place)) {
-    around = at;
-    if (const auto* index = std::get_if<std::size_t>(&step)) {
-      at = &(*at)[*index];
-    } else {
-      key = std::get<std::string>(step);
-      at = &(*at)[key];
-    }
+void setValueAt(Json& document, std::string_view place, const Json& value) {
+  const std::string_view step = takeStep(place);
+  if (place.empty() && value.isNull()) return document.erase(step);
+  const Json* found = findStep(document, step);
+  Json& next = found != nullptr ? const_cast<Json&>(*found) : document[step];
+  if (place.empty()) {
+    next = value;
+  } else {
+    setValueAt(next, place, value);
   }
-  if (!value.isNull()) {
-    *at = value;
-  } else if (around != nullptr && around->isObject()) {
-    around->erase(key);
-  }
-  return document;
 }
 
 }  // namespace camhook

@@ -6,10 +6,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
-#include "tools/camhook/explain/AnyValue.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/Scenario.h"
 
@@ -29,7 +29,7 @@ struct Input {
   };
 
   Kind kind = Kind::metadata;
-  std::string key;
+  std::string key = {};
   std::uint32_t tag = 0;
   std::int64_t number = 0;
 
@@ -39,32 +39,32 @@ struct Input {
            kind == Kind::argument;
   }
 
-  // NOLINTNEXTLINE(modernize-use-nullptr): takes the 0 of a comparison for a pointer
+  // NOLINTNEXTLINE(modernize-use-nullptr): the 0 of a comparison is no pointer
   friend auto operator<=>(const Input&, const Input&) = default;
+};
+
+/// One input with another value. Values are JSON: null is absent, an entry has the form of a trace.
+struct Change {
+  Input input;
+  Json to;
 };
 
 /// A tag, or the return value, after one call of a scenario.
 struct Question {
   Scenario scenario;
-  Json platform;               // as the scenario writes it
+  Json platform;               // as the scenario has it
   std::size_t call = 0;        // index
-  Json callDocument = {};      // as the scenario writes it, with null for each container
+  Json arguments = {};         // of the call, with the sensor, without containers
   std::string container = {};  // empty: the return value
   std::uint32_t tag = 0;
+  std::set<Input> fixed = {};  // inputs that no change may have
 
   [[nodiscard]] const Call& askedCall() const { return scenario.calls[call].call; }
 };
 
-/// Reads a scenario. `call` is a number from 1, "last" or "requestNo:N"; `tag` is a tag, also
-/// with its container
-/// ("hal:MTK_..."), or "return". Throws InputError.
+/// Reads a scenario. `call` is a number from 1, "last" or "requestNo:N"; `tag` is a tag, also with
+/// its container ("hal:MTK_..."), or "return". Throws InputError.
 Question readQuestion(std::string_view scenario, const std::string& call, const std::string& tag);
-
-/// One input with another value.
-struct Change {
-  Input input;
-  AnyValue to;
-};
 
 /// The keys that identify an input: `{"kind": "event", "key": "APP_NAME"}`.
 Json jsonFromInput(const Input& input, const Question& question);
@@ -83,10 +83,10 @@ std::string_view nameOf(const Call& call);
 std::optional<std::int32_t> sensorOf(const Call& call);
 
 /// The value at a place such as "sat.cameras[0].role"; null if there is none.
-Json valueAt(const Json& document, const std::string& place);
+Json valueAt(const Json& document, std::string_view place);
 
-/// The document with another value at a place; null removes the place. Missing
-/// objects on the way are added.
-Json withValueAt(Json document, const std::string& place, const Json& value);
+/// Sets the value at a place; null removes a member. Missing objects on the way are added. A list
+/// on the way must have the item.
+void setValueAt(Json& document, std::string_view place, const Json& value);
 
 }  // namespace camhook

@@ -1,110 +1,102 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "common/math/AspectFit.h"
 #include "common/sensormode/Overrides.h"
 #include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/input/Joined.h"
+#include "tools/camhook/show/SensorModeName.h"
 
 namespace camhook {
 namespace {
 
 using hesk::Override;
 
-OverrideCondition sizeCondition(const Override& override, const Inputs& inputs, bool isMet) {
-  const std::string found = "size " + inputs[kSize];
-  if (override.size == Override::Size::is640x480) return {found, "be 640x480", isMet};
-  if (override.size == Override::Size::notWiderThan4To3) {
-    return {found, "not be wider than 4:3", isMet};
-  }
+/// What a condition found and what it requires: "APP_TYPE QQ", "be mtk_ims".
+using Words = std::pair<std::string, std::string>;
+
+Words sizeWords(const Override& override, const Inputs& inputs) {
+  std::string found = "size " + inputText(kSize, inputs[kSize]);
+  if (override.size == Override::Size::is640x480) return {found, "be 640x480"};
+  if (override.size == Override::Size::notWiderThan4To3) return {found, "not be wider than 4:3"};
   static_assert(hesk::kMiddleNear4To3 == 1.33 && hesk::kToleranceNear4To3 == 0.004);
   std::array<char, 32> ratio{};
-  std::snprintf(ratio.data(), ratio.size(), "%.6g",
-                static_cast<double>(hesk::aspectRatio(inputs.streams().mainOutputSize)));
-  return {found + ", aspect ratio " + ratio.data(), "be above 1.326 and below 1.334", isMet};
+  std::snprintf(ratio.data(), ratio.size(), ", aspect ratio %.6g",
+                static_cast<double>(hesk::aspectRatio(streamsOf(inputs).mainOutputSize)));
+  if (!inputs[kSize].isNull()) found += ratio.data();
+  return {found, "be above 1.326 and below 1.334"};
 }
 
-std::string namesOf(const Override& override) {
-  std::vector<std::string> names;
-  for (const std::string_view name : override.appNames) {
-    if (!name.empty()) names.emplace_back(name);
-  }
-  return joined(names, "/");
+std::string foundText(std::string_view input, const Inputs& inputs) {
+  return std::string(input) + " " + inputText(input, inputs[input]);
 }
 
-std::string foundText(InputIndex input, const Inputs& inputs) {
-  return std::string(inputFields()[input].name) + " " + inputs.shown(input);
+Words appWords(const Override& override, const Inputs& inputs) {
+  std::vector<std::string> found;
+  std::vector<std::string> must;
+  if (!override.appType.empty()) {
+    found.push_back(foundText(kAppType, inputs));
+    must.emplace_back(override.appType);
+  }
+  if (!override.appNames.front().empty()) {
+    found.push_back(foundText(kAppName, inputs));
+    std::vector<std::string> names(override.appNames.begin(), override.appNames.end());
+    std::erase(names, "");
+    must.push_back(joined(names, "/"));
+  }
+  return {joined(found, ", "), "be " + joined(must, " or ")};
 }
 
-OverrideCondition appCondition(const Override& override, const Inputs& inputs, bool isMet) {
-  const std::string names = namesOf(override);
-  const std::string type(override.appType);
-  if (names.empty()) return {foundText(kAppType, inputs), "be " + type, isMet};
-  if (type.empty()) return {foundText(kAppName, inputs), "be " + names, isMet};
-  return {foundText(kAppType, inputs) + ", " + foundText(kAppName, inputs),
-          "be " + type + " or " + names, isMet};
-}
-
-std::vector<OverrideCondition> conditionsOf(const Override& override, const Inputs& inputs) {
-  const hesk::OverrideConfiguration configuration = inputs.forOverrides();
-  std::vector<OverrideCondition> conditions;
-  if (!override.appType.empty() || !override.appNames.front().empty()) {
-    conditions.push_back(appCondition(override, inputs, meetsApp(override, configuration)));
-  }
-  if (override.hdrMode != Override::kNoCondition) {
-    conditions.push_back({foundText(kHdr, inputs), "be " + std::to_string(override.hdrMode),
-                          meetsHdrMode(override, configuration)});
-  }
-  if (override.nightMode != Override::kNoCondition) {
-    conditions.push_back({foundText(kNight, inputs), "be " + std::to_string(override.nightMode),
-                          meetsNightMode(override, configuration)});
-  }
-  if (override.sensor != Override::Sensor::any) {
-    const bool isFront = override.sensor == Override::Sensor::front;
-    conditions.push_back({foundText(kSensor, inputs), isFront ? "be 1" : "not be 1",
-                          meetsSensor(override, configuration)});
-  }
-  if (override.needsVideo) {
+Json::List conditionsOf(const Override& override, const Inputs& inputs) {
+  const hesk::OverrideConfiguration configuration = overrideConfigurationOf(inputs);
+  Json::List conditions;
+  const auto add = [&](bool isCondition, const Words& words, auto isMet) {
+    if (!isCondition) return;
     conditions.push_back(
-        {foundText(kVideo, inputs), "be yes", meetsVideo(override, configuration)});
-  }
-  if (override.size != Override::Size::any) {
-    conditions.push_back(sizeCondition(override, inputs, meetsSize(override, configuration)));
-  }
+        {{"found", words.first}, {"must", words.second}, {"met", isMet(override, configuration)}});
+  };
+  const auto addNumber = [&](std::string_view input, std::int32_t number, auto isMet) {
+    add(number != Override::kNoCondition,
+        {foundText(input, inputs), "be " + std::to_string(number)}, isMet);
+  };
+  add(!override.appType.empty() || !override.appNames.front().empty(), appWords(override, inputs),
+      hesk::meetsApp);
+  addNumber(kHdr, override.hdrMode, hesk::meetsHdrMode);
+  addNumber(kNight, override.nightMode, hesk::meetsNightMode);
+  add(override.sensor != Override::Sensor::any,
+      {foundText(kSensor, inputs),
+       override.sensor == Override::Sensor::front ? "be 1" : "not be 1"},
+      hesk::meetsSensor);
+  add(override.needsVideo, {foundText(kVideo, inputs), "be yes"}, hesk::meetsVideo);
+  add(override.size != Override::Size::any, sizeWords(override, inputs), hesk::meetsSize);
   return conditions;
 }
 
 }  // namespace
 
-const char* OverrideVerdict::word() const {
-  switch (kind) {
-    case Kind::decides: return "decides";
-    case Kind::overwritten: return "overwritten";
-    case Kind::nearMiss: return "near miss";
-    case Kind::no: break;
-  }
-  return "no";
-}
-
-std::vector<OverrideVerdict> overrideVerdicts(const Inputs& inputs) {
-  using Verdict = OverrideVerdict::Kind;
-  std::vector<OverrideVerdict> verdicts;
-  OverrideVerdict* last = nullptr;
-  verdicts.reserve(hesk::overrides().size());
+Json::List overrideVerdicts(const Inputs& inputs) {
+  Json::List overrides;
+  std::optional<std::size_t> last;
   for (const Override& override : hesk::overrides()) {
-    OverrideVerdict& verdict = verdicts.emplace_back(
-        OverrideVerdict{&override, conditionsOf(override, inputs), Verdict::no});
-    const auto missed = std::ranges::count(verdict.conditions, false, &OverrideCondition::isMet);
-    if (fires(override, inputs.forOverrides())) {
-      if (last != nullptr) last->kind = Verdict::overwritten;
-      last = &verdict;
-      verdict.kind = Verdict::decides;
-    } else if (missed == 1 && verdict.conditions.size() > 1) {
-      verdict.kind = Verdict::nearMiss;
+    const Json::List conditions = conditionsOf(override, inputs);
+    const auto missed = std::ranges::count_if(
+        conditions, [](const Json& condition) { return !condition["met"].isTrue(); });
+    const char* verdict = missed == 1 && conditions.size() > 1 ? "near miss" : "no";
+    if (fires(override, overrideConfigurationOf(inputs))) {
+      verdict = "decides";
+      if (last) overrides[*last]["verdict"] = "overwritten";
+      last = overrides.size();
     }
+    overrides.push_back({{"number", overrides.size() + 1},
+                         {"when", override.when},
+                         {"scenario", static_cast<std::int32_t>(override.scenario)},
+                         {"name", sensorModeName(override.scenario)},
+                         {"verdict", verdict},
+                         {"conditions", conditions}});
   }
-  return verdicts;
+  return overrides;
 }
 
 }  // namespace camhook

@@ -1,6 +1,7 @@
 #include "tools/camhook/explain/ReadInputs.h"
 
 #include <cstddef>
+#include <initializer_list>
 #include <utility>
 #include <variant>
 
@@ -11,13 +12,13 @@ using Kind = Input::Kind;
 void ReadInputs::add(const host::Access& access, std::string_view container) {
   if (const auto* read = std::get_if<host::MetadataRead>(&access)) {
     if (container.empty()) return;
-    add(Input{.kind = Kind::metadata, .key = std::string(container), .tag = read->tag});
+    add({.kind = Kind::metadata, .key = std::string(container), .tag = read->tag});
   } else if (const auto* statics = std::get_if<host::StaticRead>(&access)) {
-    add(Input{.kind = Kind::statics, .key = {}, .tag = statics->tag, .number = statics->device});
+    add({.kind = Kind::statics, .tag = statics->tag, .number = statics->device});
   } else if (const auto* event = std::get_if<host::EventRead>(&access)) {
-    add(Input{.kind = Kind::event, .key = event->key});
+    add({.kind = Kind::event, .key = event->key});
   } else if (const auto* property = std::get_if<host::PropertyRead>(&access)) {
-    add(Input{.kind = Kind::property, .key = property->name});
+    add({.kind = Kind::property, .key = property->name});
   } else if (const auto* service = std::get_if<host::ServiceRead>(&access)) {
     addService(service->place);
   }
@@ -27,19 +28,19 @@ void ReadInputs::add(const Input& input) {
   if (mSeen.insert(input).second) mInputs.push_back(input);
 }
 
-void ReadInputs::addPlace(std::string place, std::int64_t device) {
-  add(Input{.kind = Kind::platform, .key = std::move(place), .tag = 0, .number = device});
-}
-
-/// Each value of a place is an input.
+/// Each value at or below the place is an input.
 void ReadInputs::addService(const std::string& place) {
+  const auto addPlace = [this](std::string key) {
+    add({.kind = Kind::platform, .key = std::move(key)});
+  };
+  const auto addMembers = [&](std::initializer_list<const char*> members) {
+    for (const char* member : members) addPlace(place + member);
+  };
   if (place == "provider") {
-    add(Input{.kind = Kind::provider, .key = {}});
+    add({.kind = Kind::provider});
   } else if (place.ends_with(".static")) {
-    // Each entry of a listed device is an input.
-    const std::string device = place.substr(0, place.rfind('.'));
-    if (!valueAt(mPlatform, device).isNull()) return;
-    addPlace(place, std::stoi(device.substr(device.rfind('.') + 1)));
+    // Each entry of a listed device is an input of its own.
+    if (valueAt(mPlatform, place.substr(0, place.rfind('.'))).isNull()) addPlace(place);
   } else if (place == "sat.cameras") {
     const std::size_t count = valueAt(mPlatform, place).size();
     if (count == 0) addPlace(place);
@@ -48,17 +49,14 @@ void ReadInputs::addService(const std::string& place) {
       addPlace(place + "[" + std::to_string(i) + "].role");
     }
   } else if (place == "sat.translate") {
-    for (const char* key : {".scale", ".dx", ".dy"}) addPlace(place + key);
+    addMembers({".scale", ".dx", ".dy"});
   } else if (place == "tuningBuffer") {
-    for (const char* key : {".fd", ".bufferSize", ".bufferIndex"}) addPlace(place + key);
-  } else if (place.ends_with(".sensor") && !valueAt(mPlatform, place).isNull()) {
-    addPlace(place);
-    for (const char* key :
-         {".index", ".pdSupported", ".pdWords", ".pdLeft", ".pdRight", ".pdTail"}) {
-      addPlace(place + key);
-    }
+    addMembers({".fd", ".bufferSize", ".bufferIndex"});
   } else {
     addPlace(place);
+    if (place.ends_with(".sensor") && !valueAt(mPlatform, place).isNull()) {
+      addMembers({".index", ".pdSupported", ".pdWords", ".pdLeft", ".pdRight", ".pdTail"});
+    }
   }
 }
 

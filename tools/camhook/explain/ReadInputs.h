@@ -29,7 +29,6 @@ class ReadInputs final : public host::Observer {
   [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs; }
 
  private:
-  void addPlace(std::string place, std::int64_t device = 0);
   void addService(const std::string& place);
 
   const Json& mPlatform;

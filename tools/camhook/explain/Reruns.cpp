@@ -1,7 +1,7 @@
 #include "tools/camhook/explain/Reruns.h"
 
 #include <algorithm>
-#include <string>
+#include <iterator>
 #include <utility>
 
 #include "tools/camhook/explain/ChangedScenario.h"
@@ -12,27 +12,23 @@ namespace camhook {
 namespace {
 
 using Kind = Input::Kind;
+using NSCam::IMetadata;
 
-bool leavesOut(const Change& change, std::size_t call) {
-  return change.input.kind == Kind::call && change.input.number == static_cast<std::int64_t>(call);
+bool leaveOut(const std::vector<Change>& changes, std::size_t call) {
+  const Input input{.kind = Kind::call, .number = static_cast<std::int64_t>(call)};
+  return std::ranges::find(changes, input, &Change::input) != changes.end();
 }
 
-/// The places of the call's arguments: each number is an input.
-std::vector<std::string> argumentsOf(const Question& question) {
-  std::vector<std::string> places;
-  for (const auto& [key, value] : question.callDocument.members()) {
-    if (key == "call" || containerOf(question.askedCall(), key) != nullptr) continue;
-    if (key == "streams" || value.size() == 0) places.push_back(key);
-    for (std::size_t i = 0; value.isList() && i < value.size(); ++i) {
-      const std::string item = std::string(key).append("[").append(std::to_string(i)).append("]");
-      if (!value[i].isObject()) places.push_back(item);
-      if (!value[i].isObject()) continue;
-      for (const auto& [member, number] : value[i].members()) {
-        places.push_back(std::string(item).append(".").append(member));
-      }
-    }
+/// Adds the places of the call's arguments: each number is an input.
+void addArguments(ReadInputs& inputs, const Json& value, const std::string& place) {
+  if (value.size() == 0 || place == "streams") inputs.add({.kind = Kind::argument, .key = place});
+  for (std::size_t i = 0; value.isList() && i < value.size(); ++i) {
+    addArguments(inputs, value[i], place + "[" + std::to_string(i) + "]");
   }
-  return places;
+  if (!value.isObject()) return;
+  for (const auto& [key, member] : value.members()) {
+    addArguments(inputs, member, place.empty() ? key : place + "." + key);
+  }
 }
 
 }  // namespace
@@ -51,24 +47,30 @@ Reruns::Reruns(const Question& question)
                          [](const Input& input) { return !input.isOfThisCall(); });
   }
   mStates.push_back(state());
+  mCall = mReplay.withMetaOf(question.scenario.calls[question.call]);
   mReplay.followSteps(&mFinder);
-  mTrace = mReplay.run(question.scenario.calls[question.call], Replay::Detail::accesses);
+  mTrace = mReplay.run({.call = mCall, .arguments = {}}, Replay::Detail::accesses);
   mReplay.followSteps(nullptr);
   mAnswer = answerOf(mTrace);
+  findInputs();
+}
 
-  ReadInputs inputs(question.platform);
-  for (std::string& place : argumentsOf(question)) {
-    inputs.add(Input{.kind = Kind::argument, .key = std::move(place)});
-  }
+void Reruns::findInputs() {
+  ReadInputs inputs(mQuestion.platform);
+  const std::vector<ScenarioCall>& calls = mQuestion.scenario.calls;
+  if (mQuestion.arguments.size() > 0) addArguments(inputs, mQuestion.arguments, "");
   addInputs(inputs, mTrace);
-  const auto sensor = sensorOf(question.askedCall());
+  // What wrote the container that the call continues with affects it.
+  for (std::size_t of = calls[mQuestion.call].metaOf; of != 0; of = calls[of - 1].metaOf) {
+    for (const Input& input : mReads[of - 1]) inputs.add(input);
+  }
+  const auto sensor = sensorOf(mCall);
   if (sensor && mUpdaters.has(*sensor)) {
     mBurst = HeskParameterUpdaterInspector{*mUpdaters.of(*sensor)}.nonZslFrames();
   }
-  for (std::size_t i = 0; sensor && i < question.call; ++i) {
-    if (sensorOf(question.scenario.calls[i].call) != sensor) continue;
-    inputs.add(
-        Input{.kind = Kind::call, .key = {}, .tag = 0, .number = static_cast<std::int64_t>(i)});
+  for (std::size_t i = 0; sensor && i < mQuestion.call; ++i) {
+    if (sensorOf(calls[i].call) != sensor || calls[i].isMetaUsed) continue;
+    inputs.add({.kind = Kind::call, .number = static_cast<std::int64_t>(i)});
   }
   mInputs = inputs.inputs();
 }
@@ -88,7 +90,8 @@ Reruns::State Reruns::state() const {
   return {.library = mUpdaters.state(),
           .events = phone.eventStore.all(),
           .properties = phone.properties.all(),
-          .tuningBytes = phone.tuningBuffer.bytes().size()};
+          .tuningBytes = phone.tuningBuffer.bytes().size(),
+          .meta = mReplay.keptMeta()};
 }
 
 void Reruns::restore(const State& state) {
@@ -101,10 +104,10 @@ void Reruns::restore(const State& state) {
     phone.tuningBuffer.clear();
     phone.tuningBuffer.map(state.tuningBytes);
   }
+  mReplay.keptMeta() = state.meta;
 }
 
-/// Adds what the call read. An updater's construction counts as read by every
-/// call on it.
+/// Adds what the call read. Every call on an updater is taken to read what its construction read.
 void Reruns::addInputs(ReadInputs& inputs, const CallTrace& trace) const {
   if (const auto found = mReadByConstruction.find(trace.sensor.value_or(-1));
       found != mReadByConstruction.end()) {
@@ -113,14 +116,32 @@ void Reruns::addInputs(ReadInputs& inputs, const CallTrace& trace) const {
   for (const StepAccess& access : *trace.accesses) inputs.add(access.access, access.container);
 }
 
-AnyValue Reruns::answerOf(const CallTrace& trace) const {
-  if (mQuestion.container.empty()) return AnyValue(trace.result);
+/// The entry of the tag; one without items if there is none.
+const IMetadata::IEntry& Reruns::entryOf(const CallTrace& trace,
+                                         MetadataArgument ContainerTrace::*when) const {
+  static const IMetadata kEmpty;
   for (const ContainerTrace& container : trace.containers) {
-    if (container.name == mQuestion.container && container.after) {
-      return AnyValue(container.after->entryFor(mQuestion.tag));
-    }
+    if (container.name != mQuestion.container || !(container.*when)) continue;
+    return (container.*when)->entryFor(mQuestion.tag);
   }
-  return {};
+  return kEmpty.entryFor(mQuestion.tag);
+}
+
+Json Reruns::before() const { return jsonFromEntry(entryOf(mTrace, &ContainerTrace::before)); }
+
+Json Reruns::answerOf(const CallTrace& trace) const {
+  if (mQuestion.container.empty()) return trace.result;
+  return jsonFromEntry(entryOf(trace, &ContainerTrace::after));
+}
+
+std::vector<Reruns::Write> Reruns::writesOf(const CallTrace& trace) const {
+  std::vector<Write> writes;
+  for (const auto& [access, container, step] : *trace.accesses) {
+    const auto* write = std::get_if<host::MetadataWrite>(&access);
+    if (write == nullptr || container.empty() || container != mQuestion.container) continue;
+    if (write->tag == mQuestion.tag) writes.push_back({jsonFromEntry(write->entry), step});
+  }
+  return writes;
 }
 
 std::set<Input> Reruns::readBy(std::string_view step) const {
@@ -131,52 +152,48 @@ std::set<Input> Reruns::readBy(std::string_view step) const {
   return {inputs.inputs().begin(), inputs.inputs().end()};
 }
 
-AnyValue Reruns::valueOf(const Input& input) const {
+Json Reruns::valueOf(const Input& input) const {
   const auto textIn = [&input](const host::TextMap& texts) {
     const auto found = texts.find(input.key);
-    return found != texts.end() && !found->second.empty() ? AnyValue(Json(found->second))
-                                                          : AnyValue();
+    return found != texts.end() && !found->second.empty() ? Json(found->second) : Json();
   };
   switch (input.kind) {
     case Kind::metadata: {
-      const MetadataArgument* container = containerOf(mQuestion.askedCall(), input.key);
-      return container != nullptr && *container ? AnyValue((*container)->entryFor(input.tag))
-                                                : AnyValue();
+      const MetadataArgument& container = *containerOf(mCall, input.key);
+      return container ? jsonFromEntry(container->entryFor(input.tag)) : Json();
     }
     case Kind::statics: {
       const auto device = static_cast<std::int32_t>(input.number);
-      return AnyValue(mPhone.deviceOrDefault(device).statics.entryFor(input.tag));
+      return jsonFromEntry(mPhone.deviceOrDefault(device).statics.entryFor(input.tag));
     }
     case Kind::event: return textIn(mStates.back().events);
     case Kind::property: return textIn(mStates.back().properties);
-    case Kind::provider:
-      return mPhone.provider ? AnyValue(Json(mPhone.provider->fpsCap)) : AnyValue();
-    case Kind::argument: return AnyValue(valueAt(mQuestion.callDocument, input.key));
-    case Kind::platform: return AnyValue(valueAt(mQuestion.platform, input.key));
+    case Kind::provider: return mPhone.provider ? Json(mPhone.provider->fpsCap) : Json();
+    case Kind::argument: return valueAt(mQuestion.arguments, input.key);
+    case Kind::platform: return valueAt(mQuestion.platform, input.key);
     case Kind::call: break;
   }
-  return AnyValue(jsonFromInput(input, mQuestion)["hook"]);
+  return nameOf(mQuestion.scenario.calls[static_cast<std::size_t>(input.number)].call);
 }
 
-/// The next earlier call, from one on, that the changes affect; the question's
-/// own if there is none.
+/// The next earlier call, from one on, that the changes affect; the question's own if there is
+/// none.
 std::size_t Reruns::firstAffected(const std::vector<Change>& changes, std::size_t from) const {
-  for (std::size_t i = from; i < mQuestion.call; ++i) {
-    const auto affects = [&](const Change& change) {
-      return leavesOut(change, i) || mReads[i].contains(change.input);
-    };
-    if (std::ranges::any_of(changes, affects)) return i;
+  const auto isRead = [&](const Change& change) { return mReads[from].contains(change.input); };
+  while (from < mQuestion.call && !leaveOut(changes, from) &&
+         std::ranges::none_of(changes, isRead)) {
+    ++from;
   }
-  return mQuestion.call;
+  return from;
 }
 
 void Reruns::runEarlierCalls(const std::vector<Change>& changes) {
   std::size_t at = firstAffected(changes, 0);
   restore(mStates[at]);
   while (at < mQuestion.call) {
-    const bool isLeftOut =
-        std::ranges::any_of(changes, [at](const Change& change) { return leavesOut(change, at); });
-    if (!isLeftOut) mReplay.run(mQuestion.scenario.calls[at], Replay::Detail::containers);
+    if (!leaveOut(changes, at)) {
+      mReplay.run(mQuestion.scenario.calls[at], Replay::Detail::containers);
+    }
     ++at;
     if (state() != mStates[at]) continue;
     at = firstAffected(changes, at);
@@ -187,18 +204,20 @@ void Reruns::runEarlierCalls(const std::vector<Change>& changes) {
 std::optional<CallTrace> Reruns::runCall(const std::vector<Change>& changes,
                                          Replay::Detail detail) {
   try {
-    const ScenarioCall call{.call = changedCall(mQuestion, changes)};
     auto phone = changedPhone(mQuestion, changes);
     const bool isChanged = phone.has_value();
-    if (mIsPhoneChanged || isChanged)
+    if (mIsPhoneChanged || isChanged) {
       mReplay.phone().config = isChanged ? *std::move(phone) : mPhone;
+    }
     mIsPhoneChanged = isChanged;
     runEarlierCalls(changes);
+    const Call call = mReplay.withMetaOf(mQuestion.scenario.calls[mQuestion.call]);
+    const ScenarioCall changed{.call = changedCall(mQuestion, call, changes)};
     setTexts(mReplay.phone(), changes);
     if (detail == Replay::Detail::accesses) {
       mReplay.followSteps(&mFinder, Replay::StepsOf::writes);
     }
-    CallTrace trace = mReplay.run(call, detail);
+    CallTrace trace = mReplay.run(changed, detail);
     mReplay.followSteps(nullptr);
     return trace;
   } catch (const InputError&) {
@@ -206,23 +225,22 @@ std::optional<CallTrace> Reruns::runCall(const std::vector<Change>& changes,
   }
 }
 
-std::optional<AnyValue> Reruns::run(const std::vector<Change>& changes) {
+const Json* Reruns::run(const std::vector<Change>& changes) {
   const auto trace = runCall(changes, Replay::Detail::containers);
-  return trace ? std::optional(answerOf(*trace)) : std::nullopt;
+  if (!trace) return nullptr;
+  // The JSON of a long entry takes longer than the call.
+  if (!mQuestion.container.empty() &&
+      areSame(entryOf(*trace, &ContainerTrace::after), entryOf(mTrace, &ContainerTrace::after))) {
+    return &mAnswer;
+  }
+  mChangedAnswer = answerOf(*trace);
+  return &mChangedAnswer;
 }
 
 std::string Reruns::writingStep(const std::vector<Change>& changes) {
-  std::string step;
   const auto trace = runCall(changes, Replay::Detail::accesses);
-  if (!trace) return step;
-  for (const StepAccess& access : *trace->accesses) {
-    const auto* write = std::get_if<host::MetadataWrite>(&access.access);
-    if (write == nullptr || access.container.empty()) continue;
-    if (access.container == mQuestion.container && write->tag == mQuestion.tag) {
-      step = access.step.name;
-    }
-  }
-  return step;
+  const std::vector<Write> writes = trace ? writesOf(*trace) : std::vector<Write>();
+  return writes.empty() ? "" : writes.back().step.name;
 }
 
 }  // namespace camhook

@@ -1,17 +1,17 @@
-// Runs a scenario up to the question's call, then that call again and again
-// with changes.
+// Runs a scenario up to the question's call, then that call again and again with changes.
 //
-// The first, unchanged run records what each earlier call reads and the state
-// before it. A changed run begins at the first earlier call that the changes
-// affect, and skips calls as soon as the state is that of the unchanged run
-// again.
+// The first, unchanged run records what each earlier call reads and the state before it. A changed
+// run begins at the first earlier call that the changes affect, and skips calls as soon as the
+// state is that of the unchanged run again.
 
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,38 +24,48 @@ namespace camhook {
 
 class Reruns {
  public:
-  /// Runs the scenario without changes. `question` must outlive this object.
-  /// There must be no other phone or updaters.
+  /// A write of the question's tag; null clears it.
+  struct Write {
+    Json value;
+    Step step;
+  };
+
+  /// Runs the scenario without changes. `question` must outlive this object. There must be no other
+  /// phone or updaters.
   explicit Reruns(const Question& question);
   Reruns(const Reruns&) = delete;
   Reruns& operator=(const Reruns&) = delete;
 
-  /// The unchanged call, with its accesses and their steps.
-  [[nodiscard]] const CallTrace& trace() const { return mTrace; }
+  // The unchanged call.
 
-  /// The unchanged call's answer.
-  [[nodiscard]] const AnyValue& answer() const { return mAnswer; }
+  /// The value of the tag before the call.
+  [[nodiscard]] Json before() const;
 
-  /// The call's arguments, what it and the construction of its updater read,
-  /// and the earlier calls on its sensor.
+  /// The value of the tag after the call, or the return value.
+  [[nodiscard]] const Json& answer() const { return mAnswer; }
+
+  [[nodiscard]] std::vector<Write> writes() const { return writesOf(mTrace); }
+
+  /// The call's arguments, what it and the construction of its updater read, and the earlier calls
+  /// on its sensor.
   [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs; }
 
-  /// The inputs that a step of the unchanged call reads.
+  /// The inputs that a step reads.
   [[nodiscard]] std::set<Input> readBy(std::string_view step) const;
 
   /// The value of an input at the start of the call.
-  [[nodiscard]] AnyValue valueOf(const Input& input) const;
+  [[nodiscard]] Json valueOf(const Input& input) const;
 
-  /// The latest burst of the unchanged call's updater, after the call: frame
-  /// index by request.
+  /// The latest burst of the updater after the call: frame index by request.
   [[nodiscard]] const std::map<std::uint32_t, std::uint32_t>& burst() const { return mBurst; }
 
-  /// The step that writes the tag last in a call with these changes; empty if
-  /// none does.
+  // Calls with changes.
+
+  /// The step that writes the tag last; empty if none does.
   std::string writingStep(const std::vector<Change>& changes);
 
-  /// The answer with these changes; none if a scenario cannot have them.
-  std::optional<AnyValue> run(const std::vector<Change>& changes);
+  /// The answer, valid until the next run; null if a scenario cannot have these changes.
+  const Json* run(const std::vector<Change>& changes);
 
  private:
   /// The state before a call.
@@ -64,6 +74,7 @@ class Reruns {
     host::TextMap events;
     host::TextMap properties;
     std::size_t tuningBytes = 0;  // of the shared buffer
+    Replay::KeptMeta meta;
 
     friend bool operator==(const State&, const State&) = default;
   };
@@ -72,7 +83,11 @@ class Reruns {
   [[nodiscard]] State state() const;
   void restore(const State& state);
   void addInputs(ReadInputs& inputs, const CallTrace& trace) const;
-  [[nodiscard]] AnyValue answerOf(const CallTrace& trace) const;
+  void findInputs();
+  [[nodiscard]] const NSCam::IMetadata::IEntry& entryOf(
+      const CallTrace& trace, MetadataArgument ContainerTrace::*when) const;
+  [[nodiscard]] Json answerOf(const CallTrace& trace) const;
+  [[nodiscard]] std::vector<Write> writesOf(const CallTrace& trace) const;
   [[nodiscard]] std::size_t firstAffected(const std::vector<Change>& changes,
                                           std::size_t from) const;
   std::optional<CallTrace> runCall(const std::vector<Change>& changes, Replay::Detail detail);
@@ -88,9 +103,11 @@ class Reruns {
   std::vector<State> mStates;                             // before each call, unchanged
   std::vector<std::set<Input>> mReads;                    // of each earlier call
   StepFinder mFinder;
+  Call mCall;  // unchanged, with all entries
   CallTrace mTrace;
   std::map<std::uint32_t, std::uint32_t> mBurst;
-  AnyValue mAnswer;
+  Json mAnswer;
+  Json mChangedAnswer;
   std::vector<Input> mInputs;
 };
 

@@ -1,5 +1,5 @@
-// `camhook rules`: the rules of sensor modes as tables, each row's witness, and what apps and UI
-// modules get.
+// `camhook rules`: the rules of sensor modes as tables, inputs for which each row decides, and the
+// sensor modes of apps and UI modules.
 
 #pragma once
 
@@ -16,7 +16,7 @@ namespace camhook {
 void writeRulesText(std::ostream& out, const SensorModeTable* only, Style style);
 void writeRulesMarkdown(std::ostream& out);
 
-/// What each app and each UI module gets on a product.
+/// Writes the sensor mode of each app and UI module on a product.
 void writeMatrix(std::ostream& out, const SensorModeTable& table, Style style);
 
 /// Inputs for which the filters find the row, with as few values as possible; none if the row can

@@ -11,74 +11,55 @@
 namespace camhook {
 namespace {
 
-std::string_view nameOfMode(std::int32_t mode) {
-  return mode == hesk::NO_DECISION ? std::string_view("-") : sensorModeName(mode);
+/// The texts of the footnotes, each with the names of its rows.
+using Notes = std::map<std::string, std::vector<std::string>>;
+
+std::string nameOfMode(std::int32_t mode) {
+  return mode == hesk::NO_DECISION ? "-" : std::string(sensorModeName(mode));
 }
 
-/// One app or UI module a row, on each sensor without and with video.
-class Matrix {
- public:
-  explicit Matrix(const SensorModeTable& table) : mTable(table) {}
-
-  /// A row for each value of an input that the rules or overrides name, for absent and for another.
-  void addRows(const std::string& heading, InputIndex input, std::string_view appType = "") {
-    mColumns.add({heading, "back preview", "back video", "front preview", "front video"});
-    const std::vector<std::string> named = namedValues(input, listsOf(&mTable));
-    const auto add = [&](const std::string& name, const std::string& value) {
-      const auto set = [&](Inputs& inputs) {
-        inputs.set(kAppType, appType);
-        inputs.set(input, value);
-      };
-      addRow(name, set);
-    };
-    add("absent", "");
-    for (const std::string& value : named) add(value, value);
-    add("another", anotherValue(input, named));
+/// A row of the matrix: the sensor modes for one value of an input.
+std::vector<std::string> rowOf(const SensorModeTable& table, const std::string& name,
+                               std::string_view input, const Json& value, Notes& notes) {
+  DecidingPhone phone;
+  std::vector<std::string> row{name};
+  for (const RuleList& list : kRuleLists) {
+    Inputs inputs = inputsOf(table.productName, list.sensor, list.video);
+    if (input != kAppType) inputs[kAppType] = "another";
+    inputs[input] = value;
+    inputs[kSize] = Json::List{1920, 1080};
+    const std::int32_t mode = phone.modeFor(inputs);
+    inputs[kSize] = Json::List{640, 480};
+    const std::int32_t small = phone.modeFor(inputs);
+    row.push_back(nameOfMode(mode) + (small == mode ? "" : "*"));
+    if (small == mode) continue;
+    auto& names = notes["at 640x480: " + nameOfMode(small)];
+    if (std::ranges::find(names, name) == names.end()) names.push_back(name);
   }
-
-  void write(std::ostream& out) const {
-    mColumns.write(out, 0);
-    out << "- no decision. By name and by module: with an app type that no rule knows.\n";
-    for (const auto& [what, names] : mNotes) {
-      out << "* " << joined(names, ", ") << ' ' << what << '\n';
-    }
-  }
-
- private:
-  template <typename Set>
-  void addRow(const std::string& name, Set set) {
-    std::vector<std::string> row{name};
-    for (const RuleList& list : kRuleLists) {
-      Inputs inputs(mTable.productName, list.sensor, list.video);
-      set(inputs);
-      inputs.set(kSize, "1920x1080");
-      const std::int32_t mode = mPhone.modeFor(inputs);
-      inputs.set(kSize, "640x480");
-      const std::int32_t small = mPhone.modeFor(inputs);
-      row.emplace_back(nameOfMode(mode));
-      if (small == mode) continue;
-      row.back() += '*';
-      auto& names = mNotes["at 640x480: " + std::string(nameOfMode(small))];
-      if (std::ranges::find(names, name) == names.end()) names.push_back(name);
-    }
-    mColumns.add(std::move(row));
-  }
-
-  const SensorModeTable& mTable;
-  DecidingPhone mPhone;
-  Columns mColumns;
-  std::map<std::string, std::vector<std::string>> mNotes;
-};
+  return row;
+}
 
 }  // namespace
 
 void writeMatrix(std::ostream& out, const SensorModeTable& table, Style style) {
-  Matrix matrix(table);
+  constexpr std::pair<const char*, std::string_view> kParts[] = {
+      {"APP_TYPE", kAppType}, {"APP_NAME", kAppName}, {"UI module", kUiModule}};
+  Columns columns;
+  Notes notes;
+  for (const auto& [heading, input] : kParts) {
+    columns.add(
+        {style.heading(heading), "back preview", "back video", "front preview", "front video"});
+    const Json::List named = namedValues(input, listsOf(&table));
+    columns.add(rowOf(table, "absent", input, {}, notes));
+    for (const Json& value : named) {
+      columns.add(rowOf(table, inputText(input, value), input, value, notes));
+    }
+    columns.add(rowOf(table, "another", input, anotherValue(input, named), notes));
+  }
   out << style.title(table.productName) << '\n';
-  matrix.addRows(style.heading("APP_TYPE"), kAppType);
-  matrix.addRows(style.heading("APP_NAME"), kAppName, "another");
-  matrix.addRows(style.heading("UI module"), kUiModule, "another");
-  matrix.write(out);
+  columns.write(out, 0);
+  out << "- no decision. By name and by module: with an app type that no rule knows.\n";
+  for (const auto& [what, names] : notes) out << "* " << joined(names, ", ") << ' ' << what << '\n';
 }
 
 }  // namespace camhook

@@ -3,99 +3,71 @@
 #include <algorithm>
 
 #include "common/sensormode/Overrides.h"
-#include "tools/camhook/input/WholeNumber.h"
 #include "tools/camhook/show/SensorModeName.h"
 
 namespace camhook {
-namespace {
-
-constexpr RuleColumn kColumns[] = {
-    {"hfps", "isHfpsMode", kHfps, &SensorModeCfg::isHfpsMode},
-    {"app type", "appType", kAppType, &SensorModeCfg::appType},
-    {"fps", "fps", kFps, &SensorModeCfg::fps},
-    {"eis", "eisMode", kEis, &SensorModeCfg::eisMode},
-    {"algo", "videoAlgoType", kVideoAlgo, &SensorModeCfg::videoAlgoType},
-    {"ui", "uiMode", kUiModule, &SensorModeCfg::uiMode},
-};
-
-/// 640x480 meets every condition of a size, 4:3 is near it and not wider, 2804x2102 is near and
-/// wider, 1080x1080 is not near and not wider, 1920x1080 meets none.
-constexpr const char* kSizes[] = {"640x480", "1440x1080", "2804x2102", "1080x1080", "1920x1080"};
-
-void addOverrideValues(std::vector<std::string>& values, InputIndex input) {
-  const auto addNumber = [&](std::int32_t number) {
-    if (number != hesk::Override::kNoCondition) values.push_back(std::to_string(number));
-  };
-  for (const hesk::Override& override : hesk::overrides()) {
-    if (input == kAppType) values.emplace_back(override.appType);
-    if (input == kAppName)
-      values.insert(values.end(), override.appNames.begin(), override.appNames.end());
-    if (input == kHdr) addNumber(override.hdrMode);
-    if (input == kNight) addNumber(override.nightMode);
+Json RuleColumn::conditionOf(const SensorModeCfg& rule) const {
+  if (const auto* text = std::get_if<std::string SensorModeCfg::*>(&member)) {
+    return (rule.**text).empty() ? Json() : Json(rule.**text);
   }
-  if (input == kSize) values.assign(std::begin(kSizes), std::end(kSizes));
-}
-
-}  // namespace
-
-std::span<const RuleColumn> ruleColumns() { return kColumns; }
-
-std::string RuleColumn::conditionOf(const SensorModeCfg& rule) const {
-  if (const auto* text = std::get_if<std::string SensorModeCfg::*>(&member)) return rule.**text;
   const std::int32_t number = rule.*std::get<std::int32_t SensorModeCfg::*>(member);
-  return number != SensorModeCfg::kNoCondition ? std::to_string(number) : "";
+  return number != SensorModeCfg::kNoCondition ? Json(number) : Json();
 }
 
-std::string valueMeeting(InputIndex input, const std::string& condition) {
-  return input == kFps ? condition + "," + condition : condition;
+Json valueMeeting(std::string_view input, const Json& condition) {
+  return input == kFps ? Json(Json::List{condition, condition}) : condition;
 }
 
-std::vector<std::string_view> tableNames() {
-  std::vector<std::string_view> names;
-  for (const SensorModeTable& table : hesk::sensorModeTables())
-    names.emplace_back(table.productName);
-  return names;
+std::span<const SensorModeTable> tablesOf(const SensorModeTable* only) {
+  if (only != nullptr) return {only, 1};
+  return hesk::sensorModeTables();
 }
 
-std::vector<const Rules*> listsOf(const SensorModeTable* table) {
+std::vector<const Rules*> listsOf(const SensorModeTable* only) {
   std::vector<const Rules*> lists;
-  for (const SensorModeTable& each : hesk::sensorModeTables()) {
-    if (table != nullptr && &each != table) continue;
-    for (const RuleList& list : kRuleLists) lists.push_back(&(each.*list.rules));
+  for (const SensorModeTable& table : tablesOf(only)) {
+    for (const RuleList& list : kRuleLists) lists.push_back(&(table.*list.rules));
   }
   return lists;
 }
 
-std::vector<std::string> namedValues(InputIndex input, std::span<const Rules* const> lists) {
-  std::vector<std::string> values;
-  for (const RuleColumn& column : kColumns) {
+Json::List namedValues(std::string_view input, std::span<const Rules* const> lists) {
+  Json::List named;
+  const auto add = [&](const Json& value) {
+    if (value.isNull() || value == "") return;
+    const Json meeting = valueMeeting(input, value);
+    if (std::ranges::find(named, meeting) == named.end()) named.push_back(meeting);
+  };
+  for (const RuleColumn& column : kRuleColumns) {
     if (column.input != input) continue;
     for (const Rules* rules : lists) {
-      for (const SensorModeCfg& rule : *rules) values.push_back(column.conditionOf(rule));
+      for (const SensorModeCfg& rule : *rules) add(column.conditionOf(rule));
     }
   }
-  addOverrideValues(values, input);
-  std::vector<std::string> named;
-  for (const std::string& value : values) {
-    if (value.empty() || std::ranges::find(named, value) != named.end()) continue;
-    named.push_back(value);
+  for (const SensorModeTable& table : hesk::sensorModeTables()) {
+    if (input == kProduct) add(table.productName);
   }
-  if (inputFields()[input].form == InputField::Form::number ||
-      inputFields()[input].form == InputField::Form::range) {
-    std::ranges::sort(named, {}, [](const auto& text) { return wholeNumber<std::int32_t>(text); });
+  for (const hesk::Override& override : hesk::overrides()) {
+    if (input == kAppType) add(override.appType);
+    if (input == kAppName) std::ranges::for_each(override.appNames, add);
+    const bool isNight = input == kNight;
+    const std::int32_t number = isNight ? override.nightMode : override.hdrMode;
+    if ((isNight || input == kHdr) && number != hesk::Override::kNoCondition) add(number);
   }
-  for (std::string& value : named) value = valueMeeting(input, value);
+  if (!named.empty() && !named.front().isText()) {
+    std::ranges::sort(named, {}, [](const Json& value) {
+      return (value.isList() ? value[1] : value).integer<std::int32_t>();
+    });
+  }
   return named;
 }
 
-std::string anotherValue(InputIndex input, std::span<const std::string> named) {
-  if (inputFields()[input].form == InputField::Form::text) return "another";
-  // The hfps filter looks for 1, whatever the rules name.
+Json anotherValue(std::string_view input, const Json::List& named) {
+  if (input == kAppType || input == kAppName) return "another";
+  // The hfps filter looks for 1, whatever the rules contain.
   std::int32_t number = 2;
-  while (std::ranges::find(named, valueMeeting(input, std::to_string(number))) != named.end()) {
-    ++number;
-  }
-  return valueMeeting(input, std::to_string(number));
+  while (std::ranges::find(named, valueMeeting(input, number)) != named.end()) ++number;
+  return valueMeeting(input, number);
 }
 
 std::string sensorModeText(std::int32_t mode) {

@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -34,36 +33,43 @@ inline constexpr RuleList kRuleLists[] = {
 
 /// A field of a rule that may be a condition.
 struct RuleColumn {
-  const char* title;  // "eis"
-  const char* field;  // "eisMode"
-  InputIndex input;
+  std::string_view title;  // "eis"
+  std::string_view field;  // "eisMode"
+  std::string_view input;
   std::variant<std::int32_t SensorModeCfg::*, std::string SensorModeCfg::*> member;
 
-  /// The value that the rule asks for; empty if the field is not a condition. An empty app type is
-  /// no condition, but an empty APP_TYPE matches it.
-  [[nodiscard]] std::string conditionOf(const SensorModeCfg& rule) const;
+  /// The text or number that the rule requires; null if the field is not a condition. An empty app
+  /// type is no condition, but an empty APP_TYPE matches it.
+  [[nodiscard]] Json conditionOf(const SensorModeCfg& rule) const;
 };
 
 /// In the order in which a rule of several conditions compares them.
-std::span<const RuleColumn> ruleColumns();
+inline constexpr RuleColumn kRuleColumns[] = {
+    {"hfps", "isHfpsMode", kHfps, &SensorModeCfg::isHfpsMode},
+    {"app type", "appType", kAppType, &SensorModeCfg::appType},
+    {"fps", "fps", kFps, &SensorModeCfg::fps},
+    {"eis", "eisMode", kEis, &SensorModeCfg::eisMode},
+    {"algo", "videoAlgoType", kVideoAlgo, &SensorModeCfg::videoAlgoType},
+    {"ui", "uiMode", kUiModule, &SensorModeCfg::uiMode},
+};
 
 inline bool isOfSeveral(const SensorModeCfg& rule) { return rule.conditionCount >= 2; }
 
 /// The value of an input that meets a condition. Rules compare the upper bound of the fps range.
-std::string valueMeeting(InputIndex input, const std::string& condition);
+Json valueMeeting(std::string_view input, const Json& condition);
 
-/// The names of all products that have a table.
-std::vector<std::string_view> tableNames();
+/// The values of an input that these lists contain, each once; numbers in ascending order. For apps
+/// also those of the overrides; for the product the names of all tables.
+Json::List namedValues(std::string_view input, std::span<const Rules* const> lists);
 
-/// The values of an input that these lists or the overrides name, each once; numbers in ascending
-/// order. Sizes: one of each kind that overrides distinguish.
-std::vector<std::string> namedValues(InputIndex input, std::span<const Rules* const> lists);
+/// This table; all tables if it is null.
+std::span<const SensorModeTable> tablesOf(const SensorModeTable* only);
 
-/// All lists of a table, of all tables if it is null.
-std::vector<const Rules*> listsOf(const SensorModeTable* table);
+/// All lists of this table; of all tables if it is null.
+std::vector<const Rules*> listsOf(const SensorModeTable* only);
 
-/// A value of an input that no rule and no override names.
-std::string anotherValue(InputIndex input, std::span<const std::string> named);
+/// A value of an input that is none of the `named` ones.
+Json anotherValue(std::string_view input, const Json::List& named);
 
 /// "5 CUSTOM1"
 std::string sensorModeText(std::int32_t mode);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <vector>
 
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/JsonLine.h"
@@ -26,49 +27,47 @@ Json jsonFrom(const std::string& text) {
   }
 }
 
-/// The form of a tag's value: "[_, 30]".
-std::string formOf(std::size_t count, const Json& last) {
+/// Throws InputError if there are fewer items than the tag has.
+void checkCount(const Json& items, const TagDescription& tag) {
+  if (items.size() == 0 || items.size() >= tag.count || items[0].isList() || tag.type == "rect" ||
+      tag.type == "rational") {
+    return;
+  }
   std::string form = "[";
-  for (std::size_t i = 1; i < count; ++i) form += "_, ";
-  return form + lineOfJson(last) + "]";
+  for (std::size_t i = 1; i < tag.count; ++i) form += "_, ";
+  throw InputError("camhook: --want: " + std::string(tag.name) + " has " +
+                   std::to_string(tag.count) + " items: " + form +
+                   lineOfJson(items.items().back()) + "]");
 }
 
 }  // namespace
 
-Wanted::Wanted(const std::string& text, const Question& question) {
-  Json json = jsonFrom(text);
-  if (question.container.empty() || (json.isNull() && text != "_")) {
-    mValue = AnyValue(std::move(json));
-    return;
-  }
-  if (!json.isList() && !json.isObject()) json = Json(Json::List(1, json));
-  Json& items = json.isObject() ? json["items"] : json;
+Wanted::Wanted(const std::string& text, const Question& question) : mValue(jsonFrom(text)) {
+  if (question.container.empty() || (mValue.isNull() && text != "_")) return;
+  if (!mValue.isList() && !mValue.isObject()) mValue = Json(Json::List(1, mValue));
+  std::vector<std::size_t> anyItems;
+  Json& items = mValue.isObject() ? mValue["items"] : mValue;
   if (items.isList()) {
-    const TagDescription* const tag = findTag(question.tag);
-    if (tag != nullptr && items.size() > 0 && items.size() < tag->count && !items[0].isList() &&
-        tag->type != "rect" && tag->type != "rational") {
-      throw InputError("camhook: --want: " + std::string(tag->name) + " has " +
-                       std::to_string(tag->count) +
-                       " items: " + formOf(tag->count, items.items().back()));
-    }
-    for (Json& item : items.items()) {
-      mIsAny.push_back(item.isNull());
-      if (item.isNull()) item = 0;
+    if (const TagDescription* const tag = findTag(question.tag)) checkCount(items, *tag);
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      if (!items[i].isNull()) continue;
+      anyItems.push_back(i);
+      items[i] = 0;
     }
   }
-  mValue = AnyValue(entryFromJson(question.tag, json, "--want"));
+  mValue = jsonFromEntry(entryFromJson(question.tag, mValue, "--want"));
+  for (const std::size_t i : anyItems) {
+    if (i < mValue["items"].size()) mValue["items"][i] = nullptr;
+  }
 }
 
-bool Wanted::isMetBy(const AnyValue& value) const {
-  if (value == mValue) return true;
-  const bool hasAny = std::ranges::find(mIsAny, true) != mIsAny.end();
-  if (!hasAny || value.entry().count() != mIsAny.size()) return false;
-  const Json wanted = mValue.json();
-  Json json = value.json();
-  for (std::size_t i = 0; i < mIsAny.size(); ++i) {
-    if (mIsAny[i]) json["items"][i] = wanted["items"][i];
-  }
-  return json == wanted;
+bool Wanted::isMetBy(const Json& value) const {
+  if (!mValue.isObject() || value.size() != mValue.size()) return value == mValue;
+  const auto isMet = [](const Json& wanted, const Json& item) {
+    return wanted.isNull() || wanted == item;
+  };
+  return value["type"] == mValue["type"] &&
+         std::ranges::equal(mValue["items"].items(), value["items"].items(), isMet);
 }
 
 }  // namespace camhook

@@ -3,27 +3,23 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "tools/camhook/explain/AnyValue.h"
 #include "tools/camhook/explain/Input.h"
 
 namespace camhook {
 
 class Wanted {
  public:
-  /// Reads a value as a scenario writes it; null is absent, and `_` any item.
-  /// Throws InputError.
+  /// Reads a value as a scenario writes it; null is absent, and `_` any item. Throws InputError.
   Wanted(const std::string& text, const Question& question);
 
-  /// With 0 for any item.
-  [[nodiscard]] const AnyValue& value() const { return mValue; }
+  /// An entry or another value, with null for any item.
+  [[nodiscard]] const Json& value() const { return mValue; }
 
-  [[nodiscard]] bool isMetBy(const AnyValue& value) const;
+  [[nodiscard]] bool isMetBy(const Json& value) const;
 
  private:
-  AnyValue mValue;
-  std::vector<bool> mIsAny;  // of each item
+  Json mValue;
 };
 
 }  // namespace camhook

@@ -1,7 +1,6 @@
-// `camhook why`: explains a tag after a call, or what the call returns. It
-// lists the writes of the tag, and the inputs of the call that affect it. An
-// input affects the tag if a replay of the scenario with another value of the
-// input gives another value of the tag.
+// `camhook why`: explains a tag after a call, or what the call returns. It lists the writes of the
+// tag, and the inputs of the call that affect it. An input affects the tag if a replay of the
+// scenario with another value of the input gives another value of the tag.
 
 #pragma once
 
@@ -23,46 +22,40 @@
 namespace camhook {
 
 struct Explanation {
-  struct Write {
-    AnyValue value;
-    Step step;
-  };
+  /// Changes and the answer that they give.
   struct Outcome {
-    AnyValue to;
-    AnyValue gives;
-    std::string step = {};  // that writes the tag last; only for inputs that are absent
+    std::vector<Change> changes;
+    Json gives;
+    std::string step = {};  // that writes the tag last; only for an input that is absent
   };
   /// A step of any hook that writes the tag.
   struct Writer {
     std::string_view hook;
     std::string_view step;
-    std::vector<std::pair<Input, AnyValue>> reads = {};  // with this call's values
-  };
-  /// Changes that together give the wanted value.
-  struct Pair {
-    std::vector<Change> changes;
-    AnyValue gives;
+    std::vector<std::pair<Input, Json>> reads = {};  // with this call's values
   };
   struct Finding {
     Input input;
-    AnyValue value;
+    Json value;
     bool affects = false;
-    std::vector<Outcome> outcomes =
-        {};  // one for each distinct value of the tag; if wanted, that one
+    std::vector<Outcome> outcomes = {};  // one for each distinct answer; if wanted, for that one
   };
 
-  AnyValue before;
-  AnyValue after;
-  std::vector<Write> writes;
+  Json before;
+  Json after;
+  std::vector<Reruns::Write> writes;
   std::map<std::uint32_t, std::uint32_t> burst = {};  // frame index by request, after the call
   std::vector<Writer> writers = {};                   // only if the call does not write the tag
   std::vector<Finding> findings = {};                 // in the order of the first read
   std::size_t tried = 0;                              // single changes
 
-  /// None if a single change gives the wanted value, or nothing is wanted.
-  std::optional<std::vector<Pair>> together = {};
+  /// Pairs of changes. None if a single change gives the wanted value, or nothing is wanted.
+  std::optional<std::vector<Outcome>> together = {};
   std::size_t triedPairs = 0;
   std::size_t allPairs = 0;
+
+  /// All outcomes: of single changes, or else of pairs.
+  [[nodiscard]] std::vector<Outcome> outcomes() const;
 };
 
 /// With `wanted`, outcomes are changes that give this value.
@@ -70,8 +63,8 @@ Explanation explain(const Question& question, const std::optional<Wanted>& wante
 
 void writeJson(std::ostream& out, const Question& question, const Explanation& explanation);
 
-/// `want` is the wanted value as it was typed; empty if none is. With `all`,
-/// lists every outcome and the inputs without effect.
+/// `want` is the wanted value as it was typed; empty if none is. With `all`, lists every outcome
+/// and the inputs without effect.
 void writeText(std::ostream& out, const Question& question, const Explanation& explanation,
                const std::string& want, bool all, Style style);
 

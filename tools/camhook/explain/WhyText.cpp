@@ -10,6 +10,7 @@
 #include "common/tags/Tags.h"
 
 #include "tools/camhook/explain/Why.h"
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/PlainText.h"
@@ -33,33 +34,34 @@ std::string itemsText(const Json& items) {
   return text + "]";
 }
 
-std::string valueText(const AnyValue& value) {
-  if (value.isAbsent()) return "absent";
-  if (!value.entry().isEmpty()) return itemsText(jsonFromItems(value.entry()));
-  std::string text = lineOfJson(value.json());
+std::string valueText(const Json& value) {
+  if (value.isNull()) return "absent";
+  if (const Json* items = value.find("items")) return itemsText(*items);
+  std::string text = lineOfJson(value);
   if (text.size() > kMostLetters) text = text.substr(0, kMostLetters) + "...";
   return text;
 }
 
 /// A list in a sentence: "A, B and C", at most three.
-std::string listText(const std::vector<std::string>& names) {
+std::string listText(std::vector<std::string> names) {
   constexpr std::size_t kMost = 3;
-  std::string text;
-  for (std::size_t i = 0; i < std::min(names.size(), kMost); ++i) {
-    const bool isLast = i + 1 == names.size();
-    text += (i == 0 ? "" : isLast ? " and " : ", ") + names[i];
+  if (names.size() > kMost) {
+    names[kMost] = std::to_string(names.size() - kMost) + " more";
+    names.resize(kMost + 1);
   }
-  if (names.size() > kMost) text += " and " + std::to_string(names.size() - kMost) + " more";
-  return text;
+  const std::string last = names.back();
+  names.pop_back();
+  return names.empty() ? last : joined(names, ", ") + " and " + last;
 }
 
+using Kind = Input::Kind;
 using Finding = Explanation::Finding;
 
 /// Order of the text: 0 for a present input whose absence changes the tag, 1
 /// for another present one, 2 for an absent one.
 int rankOf(const Finding& finding) {
-  if (finding.value.isAbsent()) return 2;
-  return !finding.outcomes.empty() && finding.outcomes.front().to.isAbsent() ? 0 : 1;
+  if (finding.value.isNull()) return 2;
+  return !finding.outcomes.empty() && finding.outcomes[0].changes[0].to.isNull() ? 0 : 1;
 }
 
 class Text {
@@ -78,28 +80,24 @@ class Text {
  private:
   [[nodiscard]] std::string inputText(const Input& input) const {
     const Json json = jsonFromInput(input, mQuestion);
-    const auto kind = json["kind"].text();
-    switch (input.kind) {
-      case Input::Kind::provider: return "provider fpsCap";
-      case Input::Kind::call:
-        return "call " + std::to_string(input.number + 1) + " " + json["hook"].text();
-      case Input::Kind::metadata: return input.key + " " + tagText(input.tag);
-      case Input::Kind::statics:
-        return "static " + tagText(input.tag) + " of device " + std::to_string(input.number);
-      default: return kind + " " + printable(input.key);
+    std::string text = json[input.kind == Kind::metadata ? "container" : "kind"].text();
+    if (input.kind == Kind::call) {
+      return text + " " + std::to_string(input.number + 1) + " " + json["hook"].text();
     }
+    if (input.kind == Kind::provider) return text + " fpsCap";
+    text += " " + printable(json["key"].text());
+    if (input.kind == Kind::statics) text += " of device " + std::to_string(input.number);
+    return text;
   }
 
-  static std::string toText(const Input& input, const AnyValue& to) {
-    return input.kind == Input::Kind::call ? "left out" : valueText(to);
+  static std::string toText(const Change& change) {
+    return change.input.kind == Kind::call ? "left out" : valueText(change.to);
   }
 
   /// An input with its value; a call that may be left out has none.
-  [[nodiscard]] std::vector<std::string> cellsOf(const Explanation::Finding& finding) const {
+  [[nodiscard]] std::vector<std::string> cellsOf(const Finding& finding, Style style) const {
     std::vector<std::string> cells{inputText(finding.input)};
-    if (finding.input.kind != Input::Kind::call) {
-      cells.push_back(mStyle.faint(valueText(finding.value)));
-    }
+    if (finding.input.kind != Kind::call) cells.push_back(style.faint(valueText(finding.value)));
     return cells;
   }
 
@@ -120,36 +118,32 @@ class Text {
            std::to_string(first->first) + " to " + std::to_string(last->first) + "; 0 by default";
   }
 
-  /// The inputs that explain the value: present ones whose absence changes it,
-  /// or else those of which another value does.
+  /// The inputs that explain the value: present ones whose absence changes it, or else those of
+  /// which another value does.
   [[nodiscard]] std::string causeText() const {
+    const Input tag{.kind = Kind::metadata, .key = mQuestion.container, .tag = mQuestion.tag};
     for (const int rank : {0, 1}) {
       std::vector<std::string> names;
       for (const Finding& finding : mExplanation.findings) {
-        const bool isTag = finding.input.kind == Input::Kind::metadata &&
-                           finding.input.key == mQuestion.container &&
-                           finding.input.tag == mQuestion.tag;
-        if (!finding.affects || isTag || rankOf(finding) != rank) continue;
-        names.push_back(inputText(finding.input));
-        if (finding.input.kind != Input::Kind::call) names.back() += ' ' + valueText(finding.value);
+        if (!finding.affects || finding.input == tag || rankOf(finding) != rank) continue;
+        names.push_back(joined(cellsOf(finding, Style(false)), " "));
       }
-      if (!names.empty())
-        return (rank == 0 ? ", because of " : ", depending on ") + listText(names);
+      if (names.empty()) continue;
+      return (rank == 0 ? ", because of " : ", depending on ") + listText(std::move(names));
     }
     return {};
   }
 
   /// The answer in one sentence.
   [[nodiscard]] std::string answerText() const {
-    const bool isTag = !mQuestion.container.empty();
-    std::string text = isTag ? tagText(mQuestion.tag) : "The return value";
-    text += " is " + valueText(mExplanation.after);
-    if (isTag) {
-      const auto& writes = mExplanation.writes;
-      text += ": " + (writes.empty()
-                          ? "no step of this call writes it"
-                          : writes.back().step.name +
-                                (writes.back().value.isAbsent() ? " cleared it" : " wrote it"));
+    const std::string value = " is " + valueText(mExplanation.after);
+    if (mQuestion.container.empty()) return "The return value" + value + causeText();
+    std::string text = tagText(mQuestion.tag) + value + ": ";
+    if (mExplanation.writes.empty()) {
+      text += "no step of this call writes it";
+    } else {
+      const auto& [written, step] = mExplanation.writes.back();
+      text += step.name + (written.isNull() ? " cleared it" : " wrote it");
     }
     const std::string burst = burstText();
     return text + (burst.empty() ? causeText() : burst);
@@ -161,6 +155,10 @@ class Text {
     if (isTag) mOut << mQuestion.container << " of ";
     mOut << "call " << mQuestion.call + 1 << ", " << nameOf(mQuestion.askedCall());
     if (const auto sensor = sensorOf(mQuestion.askedCall())) mOut << ", sensor " << *sensor;
+    const auto& calls = mQuestion.scenario.calls;
+    if (const std::size_t of = calls[mQuestion.call].metaOf; of != 0) {
+      mOut << ", with the meta of call " << of << ' ' << nameOf(calls[of - 1].call);
+    }
     mOut << '\n';
     if (!isTag) return;
     Columns values;
@@ -191,7 +189,7 @@ class Text {
     Columns rows;
     for (const auto& [value, step] : mExplanation.writes) {
       const bool holds = &value == &mExplanation.writes.back().value && value == mExplanation.after;
-      const std::string text = value.isAbsent() ? "cleared" : valueText(value);
+      const std::string text = value.isNull() ? "cleared" : valueText(value);
       rows.add({holds ? mStyle.fresh(text) : mStyle.faint(text), holds ? "holds" : "", step.name,
                 mStyle.faint(step.file + ":" + std::to_string(step.line))});
     }
@@ -200,20 +198,20 @@ class Text {
 
   void writeFinding(const Finding& finding) {
     Columns head;
-    head.add(cellsOf(finding));
+    head.add(cellsOf(finding, mStyle));
     head.write(mOut, 2);
     Columns rows;
     // Of an absent input, one outcome for each writing step and item count.
     std::set<std::pair<std::string, std::size_t>> shown;
     std::size_t left = 0;
     for (std::size_t i = 0; i < finding.outcomes.size(); ++i) {
-      const auto& [to, gives, step] = finding.outcomes[i];
-      const std::size_t kind = finding.value.isAbsent() ? gives.entry().count() : i;
+      const auto& [changes, gives, step] = finding.outcomes[i];
+      const std::size_t kind = finding.value.isNull() ? gives["items"].size() : i;
       if (!mAll && (shown.size() == kMostShown || !shown.emplace(step, kind).second)) {
         ++left;
         continue;
       }
-      rows.add({toText(finding.input, to), "\u2192", mStyle.fresh(valueText(gives))});
+      rows.add({toText(changes[0]), "\u2192", mStyle.fresh(valueText(gives))});
     }
     if (left > 0) {
       rows.add({mStyle.faint("and " + std::to_string(left) + " other outcomes (--all)")});
@@ -238,7 +236,7 @@ class Text {
          << (mAll ? "" : " (--all)") << '\n';
     if (!mAll) return;
     Columns rows;
-    for (const Finding* finding : rest) rows.add(cellsOf(*finding));
+    for (const Finding* finding : rest) rows.add(cellsOf(*finding, mStyle));
     rows.write(mOut, 2);
   }
 
@@ -250,11 +248,11 @@ class Text {
       return;
     }
     mOut << mStyle.heading("pairs of changes that give it") << '\n';
-    for (const auto& [changes, gives] : *mExplanation.together) {
+    for (const auto& [changes, gives, step] : *mExplanation.together) {
       Columns rows;
       for (const Change& change : changes) {
         rows.add({&change == &changes.front() ? "   " : "and", inputText(change.input), "\u2192",
-                  mStyle.fresh(toText(change.input, change.to))});
+                  mStyle.fresh(toText(change))});
       }
       rows.write(mOut, 2);
     }

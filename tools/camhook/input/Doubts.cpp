@@ -6,12 +6,16 @@
 #include <type_traits>
 #include <variant>
 
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/KnownNames.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ScenarioKeys.h"
 
 namespace camhook {
 namespace {
+
+constexpr std::string_view kProductProperty = "ro.product.model.zdm";
+constexpr std::string_view kUnusedProductProperty = "ro.product.model";
 
 /// The name that differs from the text in one letter; empty where none does, and where the text
 /// itself is one.
@@ -46,8 +50,25 @@ void doubtEvent(const Name& key, const Value& value) {
 
 }  // namespace
 
-void Doubts::onPlatform(const Value& value) {
+std::string productDoubt(const host::TextMap& properties, bool decides) {
+  const auto found = properties.find(kProductProperty);
+  if (found == properties.end()) {
+    if (!properties.contains(kUnusedProductProperty)) return {};
+    return "unused; the library reads " + std::string(kProductProperty);
+  }
+  const std::string& product = found->second;
+  const auto isPrefix = [&](std::string_view name) { return product.starts_with(name); };
+  if (product.empty() || std::ranges::any_of(kProductsWithRules, isPrefix)) return {};
+  if (!decides && std::ranges::any_of(kProductsOfZoomOnly, isPrefix)) return {};
+  return "no rules for product " + jsonText(product) + nearNames(product, kProductsWithRules);
+}
+
+void Doubts::onPlatform(const Value& value, const host::PhoneConfig& platform) const {
   if (const auto properties = value.find("properties")) {
+    const std::string problem = productDoubt(platform.properties, mDecides);
+    auto product = properties->find(kProductProperty);
+    if (!product && !mSetsProduct) product = properties->find(kUnusedProductProperty);
+    if (product && !problem.empty()) product->warn([&] { return problem; });
     properties->forEachMember(
         [](const Key& key, const Value&) { doubtName(key, "this property", kKnownProperties); });
   }
@@ -65,8 +86,12 @@ void Doubts::onCall(const Call& call, const Value& value) {
         } else if constexpr (std::is_same_v<CallType, SetProperty>) {
           if (const auto name = value.find("name"); name && name->isText())
             doubtName(*name, "this property", kKnownProperties);
+          if (concrete.name == kProductProperty || concrete.name == kUnusedProductProperty)
+            mProducts.emplace_back(mCount, concrete);
+          mSetsProduct |= concrete.name == kProductProperty;
         } else {
           mSensors.try_emplace(concrete.sensor, mCount);
+          mDecides |= std::is_same_v<CallType, DecideSensorScenario>;
           if constexpr (std::is_same_v<CallType, UpdateRequestMeta>) {
             onRequest(concrete, value);
           } else {
@@ -92,6 +117,22 @@ void Doubts::onRequest(const UpdateRequestMeta& request, const Value& call) {
     }
   }
   mLatestRequests[request.sensor] = request.requestNo;
+}
+
+std::vector<Doubts::CallDoubt> Doubts::callDoubts(const host::PhoneConfig& platform) const {
+  std::vector<CallDoubt> doubts;
+  for (const auto& [sensor, call] : mSensors) {
+    if (platform.devices.empty() || platform.devices.contains(sensor)) continue;
+    doubts.push_back(
+        {call, "sensor", "there is no device " + std::to_string(sensor) + " in the platform"});
+  }
+  const bool hasProduct = mSetsProduct || platform.properties.contains(kProductProperty);
+  for (const auto& [call, property] : mProducts) {
+    if (hasProduct && property.name == kUnusedProductProperty) continue;
+    std::string problem = productDoubt({{property.name, property.value}}, mDecides);
+    if (!problem.empty()) doubts.push_back({call, "value", std::move(problem)});
+  }
+  return doubts;
 }
 
 }  // namespace camhook

@@ -5,28 +5,45 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
+#include "host/PhoneConfig.h"
 #include "tools/camhook/input/Scenario.h"
 #include "tools/camhook/input/Value.h"
 
 namespace camhook {
 
-/// Warns of what it is shown. Calls are shown in the order of the scenario.
+/// The problem with the product model among properties; empty if there is none. The products that
+/// only the zoom transition has are a problem if the scenario `decides` on a sensor mode.
+std::string productDoubt(const host::TextMap& properties, bool decides);
+
+/// Warns of what it is shown: the calls in the order of the scenario, then the platform.
 class Doubts {
  public:
   /// `value` is that of "platform".
-  static void onPlatform(const Value& value);
+  void onPlatform(const Value& value, const host::PhoneConfig& platform) const;
 
   void onCall(const Call& call, const Value& value);
 
-  /// The sensors on which calls are made, each with the index of its first call.
-  [[nodiscard]] const std::map<std::int32_t, std::size_t>& sensors() const { return mSensors; }
+  /// A doubt about a member of a call that depends on the whole scenario.
+  struct CallDoubt {
+    std::size_t call;  // index
+    std::string_view key;
+    std::string problem;
+  };
+  [[nodiscard]] std::vector<CallDoubt> callDoubts(const host::PhoneConfig& platform) const;
 
  private:
   void onRequest(const UpdateRequestMeta& request, const Value& call);
 
-  std::size_t mCount = 0;  // of calls
-  std::map<std::int32_t, std::size_t> mSensors;
+  std::size_t mCount = 0;                                      // of calls
+  bool mDecides = false;                                       // a call decides on a sensor mode
+  std::map<std::int32_t, std::size_t> mSensors;                // index of the first call
+  std::vector<std::pair<std::size_t, SetProperty>> mProducts;  // calls that set a product model
+  bool mSetsProduct = false;                              // one of them sets the right property
   std::map<std::int32_t, std::uint32_t> mLatestRequests;  // by sensor, of the burst
 };
 

@@ -81,7 +81,10 @@ void Json::push_back(Json item) {
   items().push_back(std::move(item));
 }
 
-bool operator==(const Json& left, const Json& right) { return left.mValue == right.mValue; }
+bool operator==(const Json& left, const Json& right) {
+  return left.mValue == right.mValue &&
+         (!left.is<double>() || std::signbit(left.number()) == std::signbit(right.number()));
+}
 
 std::string hexadecimal(std::uint32_t value) {
   std::array<char, 8> digits{};

@@ -114,6 +114,7 @@ class Json {
   };
   Offsets offsets;
 
+  /// 0.0 and -0.0 differ.
   friend bool operator==(const Json& left, const Json& right);
 
  private:

@@ -43,6 +43,12 @@ inline constexpr std::string_view kKnownAppTypes[] = {
     "TikTokExternal", "Wechat", "engcamera",  "heskCamera", "mtk_ims",
 };
 
+/// Names of products, which are prefixes of product models: those with sensor mode rules, and those
+/// with parameters of the zoom transition alone.
+inline constexpr std::string_view kProductsWithRules[] = {"KX0102", "KX0104", "KX0105", "KX0106",
+                                                          "KX0107"};
+inline constexpr std::string_view kProductsOfZoomOnly[] = {"KX0101", "KX0103", "KX0108"};
+
 /// Of "APP_NAME" and "APP_MODE".
 inline constexpr std::string_view kKnownAppNames[] = {
     "3rd_party",  "Dingding",   "Facebook",     "Instagram", "Kuaishou", "Messenger",

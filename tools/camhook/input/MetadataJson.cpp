@@ -106,6 +106,7 @@ void addEntry(JsonLine& line, const IMetadata::IEntry& entry) {
 Json jsonFromRect(const MRect& rect) { return Json::List{rect.x, rect.y, rect.w, rect.h}; }
 
 Json jsonFromEntry(const IMetadata::IEntry& entry) {
+  if (entry.isEmpty()) return {};
   return Json::Object{{"type", host::typeName(host::MetadataAccess::itemsOf(entry))},
                       {"items", jsonFromItems(entry)}};
 }

@@ -29,7 +29,7 @@ void addMetadata(JsonLine& line, const NSCam::IMetadata& metadata);
 /// Writes the long form of an entry that holds an item.
 void addEntry(JsonLine& line, const NSCam::IMetadata::IEntry& entry);
 
-/// The same as a value.
+/// The same as a value; null for an entry without items.
 Json jsonFromEntry(const NSCam::IMetadata::IEntry& entry);
 
 /// [x, y, width, height]

@@ -12,6 +12,7 @@
 #include "host/PhoneConfig.h"
 #include "platform/Geometry.h"
 #include "platform/IMetadata.h"
+#include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
 
 namespace camhook {
@@ -173,6 +174,7 @@ struct Scenario {
   std::string about;  // what it shows, for people
   host::PhoneConfig platform;
   std::vector<ScenarioCall> calls;
+  Faults warnings;
 };
 
 }  // namespace camhook

@@ -160,15 +160,15 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
   Faults parserFaults;
   const auto document = parseDocument(mText, parserFaults, checkCall);
   if (!document) throw InputError(std::move(parserFaults));
-  readFrame({.root = *document, .faults = faults, .warnings = &mWarnings, .text = &mText});
+  const Source frame{.root = *document, .faults = faults, .warnings = &mWarnings, .text = &mText};
+  readFrame(frame);
   if (!faults.isEmpty()) throw InputError(std::move(faults));
-  for (const auto& [sensor, index] : doubts.sensors()) {
-    if (mPlatform.devices.empty() || mPlatform.devices.contains(sensor)) continue;
+  if (const auto platform = Value(frame).find("platform")) doubts.onPlatform(*platform, mPlatform);
+  for (const auto& [index, key, problem] : doubts.callDoubts(mPlatform)) {
     const Json json = parseValue(mText, mCalls[index].offset);
     const Source source{
         .root = json, .faults = faults, .warnings = &mWarnings, .text = &mText, .call = index};
-    Value(source).find("sensor")->warn(
-        [id = sensor] { return "there is no device " + std::to_string(id) + " in the platform"; });
+    Value(source).find(key)->warn([&text = problem] { return text; });
   }
 }
 
@@ -179,7 +179,6 @@ void ScenarioText::readFrame(const Source& source) {
   readObject(root, frame);
   mAbout = std::move(frame.about);
   mPlatform = std::move(frame.platform);
-  if (const auto platform = root.find("platform")) Doubts::onPlatform(*platform);
 }
 
 /// Checks the metaOf of the latest call.
@@ -212,7 +211,10 @@ ScenarioCall ScenarioText::call(std::size_t index) const {
 
 Scenario readScenario(std::string_view text) {
   const ScenarioText scenario{std::string(text)};
-  Scenario whole{.about = scenario.about(), .platform = scenario.platform(), .calls = {}};
+  Scenario whole{.about = scenario.about(),
+                 .platform = scenario.platform(),
+                 .calls = {},
+                 .warnings = scenario.warnings()};
   whole.calls.reserve(scenario.callCount());
   for (std::size_t i = 0; i < scenario.callCount(); ++i) whole.calls.push_back(scenario.call(i));
   return whole;
