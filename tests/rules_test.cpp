@@ -34,8 +34,6 @@ class RandomInputs {
       values.push_back(anotherValue(field.name, values));
       mValues.emplace_back(field.name, std::move(values));
     }
-    mValues.emplace_back(kHdr, Json::List{2, 3});
-    mValues.emplace_back(kNight, Json::List{0, 1});
     // Each meets other conditions of sizes than the next.
     mValues.emplace_back(kSize, parseJson("[[640, 480], [1440, 1080], [2804, 2102], [1080, 1080],"
                                           " [1920, 1080]]")

@@ -34,7 +34,7 @@ std::vector<const Rules*> listsOf(const SensorModeTable* only) {
 Json::List namedValues(std::string_view input, std::span<const Rules* const> lists) {
   Json::List named;
   const auto add = [&](const Json& value) {
-    if (value.isNull() || value == "") return;
+    if (value.isNull() || value == "" || value == hesk::Override::kNoCondition) return;
     const Json meeting = valueMeeting(input, value);
     if (std::ranges::find(named, meeting) == named.end()) named.push_back(meeting);
   };
@@ -50,9 +50,8 @@ Json::List namedValues(std::string_view input, std::span<const Rules* const> lis
   for (const hesk::Override& override : hesk::overrides()) {
     if (input == kAppType) add(override.appType);
     if (input == kAppName) std::ranges::for_each(override.appNames, add);
-    const bool isNight = input == kNight;
-    const std::int32_t number = isNight ? override.nightMode : override.hdrMode;
-    if ((isNight || input == kHdr) && number != hesk::Override::kNoCondition) add(number);
+    if (input == kHdr) add(override.hdrMode);
+    if (input == kNight) add(override.nightMode);
   }
   if (!named.empty() && !named.front().isText()) {
     std::ranges::sort(named, {}, [](const Json& value) {

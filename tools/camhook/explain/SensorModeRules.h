@@ -58,8 +58,8 @@ inline bool isOfSeveral(const SensorModeCfg& rule) { return rule.conditionCount 
 /// The value of an input that meets a condition. Rules compare the upper bound of the fps range.
 Json valueMeeting(std::string_view input, const Json& condition);
 
-/// The values of an input that these lists contain, each once; numbers in ascending order. For apps
-/// also those of the overrides; for the product the names of all tables.
+/// The values of an input that these lists or the overrides contain, each once; numbers in
+/// ascending order. For the product the names of all tables; none for sizes.
 Json::List namedValues(std::string_view input, std::span<const Rules* const> lists);
 
 /// This table; all tables if it is null.
