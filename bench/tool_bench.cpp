@@ -86,7 +86,7 @@ void replay(const std::string& text, Options... options) {
 }
 
 void replayToText(const std::string& text) {
-  replay<TextTrace>(text, Style(false), TextTrace::Records::debug);
+  replay<TextTrace>(text, Style(false), kAllLevels);
 }
 
 void replayToJson(const std::string& text) { replay<JsonTrace>(text); }

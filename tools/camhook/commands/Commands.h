@@ -28,7 +28,10 @@ void addDecide(CLI::App& app, int& status);
 void addRules(CLI::App& app, int& status);
 void addScenario(CLI::App& app, int& status);
 void addTags(CLI::App& app, int& status);
-void addReference(CLI::App& app, int& status);
+void addReference(CLI::App& app);
+
+/// Writes docs/tags.md.
+void writeTagsMarkdown(std::ostream& out);
 
 /// What `read` makes of the content of a file. Throws InputError, which names the file.
 template <typename Read>

@@ -29,15 +29,14 @@ class Page final : public TraceWriter {
   void finish(const host::TextMap& eventStore) override;
 
  private:
-  void writeText();
   void addRectangles(const CallTrace& trace);
   void addDecoded(const CallTrace& trace);
 
   std::ostream& mOut;
   std::string mTitle;
   const ScenarioText& mScenario;
-  std::ostringstream mText;  // of the text trace that has not been written
-  TextTrace mTextTrace;
+  std::ostringstream mText;
+  TextTrace mTextTrace;  // writes to mText
   // Parts of the page's data, all but the first by the number of the call.
   std::string mCalls;
   Json::Object mDecisions;

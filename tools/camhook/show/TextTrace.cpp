@@ -39,14 +39,6 @@ std::size_t columnAfter(const std::vector<std::string>& texts, std::size_t lates
   return column;
 }
 
-TextTrace::Records leastToShow(char level) {
-  switch (level) {
-    case 'E': return TextTrace::Records::error;
-    case 'I': return TextTrace::Records::info;
-    default: return TextTrace::Records::debug;
-  }
-}
-
 /// "FrameRate.cpp:56": file names are unique in the library's sources.
 std::string placeText(const Step& step) {
   return std::filesystem::path(step.file).filename().string() + ':' + std::to_string(step.line);
@@ -54,8 +46,9 @@ std::string placeText(const Step& step) {
 
 }  // namespace
 
-TextTrace::TextTrace(std::ostream& out, Style style, Records records, std::string_view about)
-    : mOut(out), mStyle(style), mRecords(records) {
+TextTrace::TextTrace(std::ostream& out, Style style, std::string_view levels,
+                     std::string_view about)
+    : mOut(out), mStyle(style), mLevels(levels) {
   if (!about.empty()) mOut << printable(about) << "\n\n";
 }
 
@@ -201,7 +194,7 @@ void TextTrace::writeEffects(const std::vector<host::Effect>& effects) {
 void TextTrace::writeRecords(const CallTrace& trace) {
   Columns columns;
   for (const host::LogRecord& record : trace.logs) {
-    if (mRecords < leastToShow(record.level)) continue;
+    if (mLevels.find(record.level) == std::string_view::npos) continue;
     const std::string level(1, record.level);
     std::vector<std::string> row{record.level == 'E' ? mStyle.alarming(level) : level};
     if (trace.accesses) {
