@@ -1,6 +1,5 @@
 // The command line of camhook.
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -9,7 +8,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include <CLI/CLI.hpp>
 
@@ -21,17 +20,6 @@ namespace {
 using namespace camhook;
 
 constexpr int kFailed = 2;
-
-/// The words after the program's name in reverse order, as CLI11 expects them. "help" means --help.
-std::vector<std::string> wordsOf(int argc, char** argv) {
-  std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
-  if (!words.empty() && words.front() == "help") {
-    words.erase(words.begin());
-    words.emplace_back("--help");
-  }
-  std::ranges::reverse(words);
-  return words;
-}
 
 int run(int argc, char** argv) {
   int status = 0;
@@ -50,10 +38,11 @@ int run(int argc, char** argv) {
   addScenario(app, status);
   addTags(app, status);
   addReference(app);
-  checkNumbers(app);
   addCommonOptions(app);
+  static char helpOption[] = "--help";
+  if (argc > 1 && std::string_view(argv[1]) == "help") argv[1] = helpOption;
   try {
-    app.parse(wordsOf(argc, argv));
+    app.parse(argc, argv);
   } catch (const CLI::CallForHelp& help) {
     // Invalid words are an error, also with --help.
     if (!app.remaining(true).empty()) throw InputError("camhook: " + problemOf(app, help));

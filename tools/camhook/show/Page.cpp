@@ -44,7 +44,7 @@ void addNames(Json& data) {
     }
   }
   for (const auto& [number, name] : kSensorModes) data["modes"][std::to_string(number)] = name;
-  for (const auto& [op, command, name] : commandNames()) {
+  for (const auto& [op, command, name] : kCommandNames) {
     data["commands"][op][std::to_string(command)] = name;
   }
 }

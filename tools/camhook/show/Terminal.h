@@ -11,7 +11,7 @@
 
 namespace camhook {
 
-/// Colours texts, or leaves them as they are.
+/// Colours texts, or returns them unchanged.
 class Style {
  public:
   explicit Style(bool colour) : mColour(colour) {}
@@ -36,19 +36,19 @@ class Style {
   bool mColour;
 };
 
-/// Rows of cells that line up; the last cell of a row is not padded.
+/// Rows of cells in aligned columns; the last cell of a row is not padded.
 class Columns {
  public:
-  /// The first column has at least `firstWidth`, so that a row seldom moves the others.
+  /// `firstWidth` is the least width of the first column.
   explicit Columns(std::size_t firstWidth = 0) : mFirstWidth(firstWidth) {}
 
   void add(std::vector<std::string> row) { mRows.push_back(std::move(row)); }
   [[nodiscard]] bool isEmpty() const { return mRows.empty(); }
 
-  /// The rows, each a line.
+  /// The rows as lines.
   [[nodiscard]] std::vector<std::string> lines() const;
 
-  /// Writes the rows behind a margin of `indent` blanks.
+  /// Writes the rows, indented by `indent` spaces.
   void write(std::ostream& out, std::size_t indent) const;
 
  private:
@@ -56,7 +56,7 @@ class Columns {
   std::vector<std::vector<std::string>> mRows;
 };
 
-/// The columns that a text takes on a terminal: code points, without colour codes.
+/// The width of a text on a terminal: its code points, without colour codes.
 std::size_t displayWidth(std::string_view text);
 
 }  // namespace camhook

@@ -10,8 +10,6 @@
 #include "common/updater/PdafRecord.h"
 #include "host/AndroidTags.h"
 #include "host/MetadataAccess.h"
-#include "platform/Hal3A.h"
-#include "platform/HalSensor.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/PlainText.h"
@@ -100,16 +98,13 @@ std::vector<std::string> pdafLines(const Bytes& bytes) {
     for (std::size_t i = first; i < first + count; ++i) text += ' ' + std::to_string(words[i]);
     return text;
   };
-  constexpr std::size_t kFirstPair = 5;
-  constexpr std::size_t kPairWords = 4;
-  const std::int32_t pairs = std::clamp(words[kFirstPair - 1] / 2, 0, 16);
+  const std::int32_t pairs = std::clamp(words[4] / 2, 0, 16);
   std::vector<std::string> lines{"words 2 and 3:" + list(0, 2) + ", tail:" + list(2, 2) +
                                  ", twice the pairs:" + list(4, 1) +
                                  ", buffer type:" + list(words.size() - 3, 3)};
   for (std::size_t i = 0; i < static_cast<std::size_t>(pairs); ++i) {
-    const std::size_t pair = kFirstPair + kPairWords * i;
-    lines.push_back("pair " + std::to_string(i + 1) + ": left" + list(pair, 2) + ", right" +
-                    list(pair + 2, 2));
+    lines.push_back("pair " + std::to_string(i + 1) + ": left" + list(5 + 4 * i, 2) + ", right" +
+                    list(7 + 4 * i, 2));
   }
   return lines;
 }
@@ -131,18 +126,6 @@ std::string streamsText(const Json& streams) {
   return text.empty() ? "none" : text;
 }
 
-std::span<const CommandName> commandNames() {
-  using NS3Av3::IHal3A;
-  using NSCam::IHalSensor;
-  static constexpr CommandName kNames[] = {
-      {"hal3a.control", IHal3A::kSetNonZslFrameCount, "setNonZslFrameCount"},
-      {"hal3a.control", IHal3A::kGetShadingTable, "getShadingTable"},
-      {"sensor.command", IHalSensor::kSupportsPd, "supportsPd"},
-      {"sensor.command", IHalSensor::kGetPdBlock, "getPdBlock"},
-  };
-  return kNames;
-}
-
 std::string effectFields(const host::Effect& effect) {
   std::string fields;
   for (const auto& [key, value] : effect.fields) {
@@ -150,7 +133,7 @@ std::string effectFields(const host::Effect& effect) {
     if (!fields.empty()) fields += ' ';
     fields.append(key).append("=").append(valueText(json));
     if (key != "command") continue;
-    for (const auto& [op, command, name] : commandNames()) {
+    for (const auto& [op, command, name] : kCommandNames) {
       if (op == effect.op && json == command) fields.append(" (").append(name).append(")");
     }
   }
