@@ -73,6 +73,7 @@
   page.axis = () => {
     let state = null;
     let step;
+    let drawnAt; // pixels
     let found = null; // the filter that the lanes are for
     let lanes = [];
 
@@ -88,12 +89,13 @@
 
     const labelWidth = () => parseFloat(getComputedStyle(box).getPropertyValue("--label"));
 
-    // Draws half a screen more on both sides: the box scrolls before the lanes are drawn again.
+    // Draws half a screen more on both sides; `scroll` draws again once that is used up.
     const draw = () => {
       const inSight = Math.ceil(box.clientWidth / step);
       const from = Math.floor(box.scrollLeft / step) + 1;
       const first = Math.max(from - Math.ceil(inSight / 2), 1);
       const last = Math.min(from + Math.ceil(inSight * 1.5), page.calls.length);
+      drawnAt = box.scrollLeft;
       const sight = { first, last, open: state.call, step, xOf: (number) => (number - first) * step };
       for (const lane of lanes) {
         lane.picture.setAttribute("width", (last - first + 1) * step);
@@ -142,7 +144,7 @@
     const click = (event) => callAt(event) && page.open(callAt(event));
     const scroll = (event) => {
       page.tip(event);
-      requestAnimationFrame(draw);
+      if (Math.abs(box.scrollLeft - drawnAt) > box.clientWidth / 2) requestAnimationFrame(draw);
     };
     page.set(content, { pointermove: point, pointerleave: page.tip, click });
     page.set(box, { scroll });
