@@ -33,6 +33,9 @@ std::string html(std::string_view text) {
   return replaced(replaced(text, '&', "&amp;"), '<', "&lt;");
 }
 
+/// JSON in a script element: an escaped "<" cannot end the element.
+std::string script(std::string_view json) { return replaced(json, '<', "\\u003c"); }
+
 /// Adds the names of tags' values, of sensor modes and of commands:
 /// {"values": {"ANDROID_CONTROL_CAPTURE_INTENT": {"2": "STILL_CAPTURE"}}, ...}.
 void addNames(Json& data) {
@@ -57,11 +60,18 @@ Page::Page(std::ostream& out, std::string_view title, const ScenarioText& scenar
       mScenario(scenario),
       mTextTrace(mText, Style(false), kAllLevels, scenario.about()) {}
 
+std::string Page::takeText() {
+  std::string text = html(mText.view());
+  mText.str("");
+  return text;
+}
+
 void Page::write(const CallTrace& trace) {
   mTextTrace.write(trace);
+  mHtml += takeText();
   JsonLine line;
   addCall(line, trace);
-  mCalls += (mCalls.empty() ? "" : ",\n") + line.line();
+  mCalls += (mCalls.empty() ? "" : ",\n") + script(line.line());
   addRectangles(trace);
   addDecoded(trace);
 }
@@ -100,21 +110,19 @@ void Page::finish(const host::TextMap& eventStore) {
           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>"
        << html(mTitle) << "</title>\n<style>" << pageStyles().text
-       << "</style>\n</head>\n<body>\n<noscript><pre>" << html(mText.str())
+       << "</style>\n</head>\n<body>\n<noscript><pre>" << mHtml << takeText()
        << "</pre></noscript>\n<main id=\"page\"></main>\n"
           "<script type=\"application/json\" id=\"data\">";
-  // Escaped, "<" cannot end the element.
-  const auto write = [&](std::string_view json) { mOut << replaced(json, '<', "\\u003c"); };
-  write("{\"title\": " + jsonText(mTitle));
-  write(",\n\"scenario\": " + lineOfJson(parseJson(mScenario.text())));
-  write(",\n\"trace\": {\"calls\": [" + mCalls + "]");
-  write(", \"eventStore\": " + lineOfJson(jsonFromTextMap(eventStore)) + "}");
+  mOut << "{\"title\": " << script(jsonText(mTitle))
+       << ",\n\"scenario\": " << script(lineOfJson(parseJson(mScenario.text())))
+       << ",\n\"trace\": {\"calls\": [" << mCalls
+       << "], \"eventStore\": " << script(lineOfJson(jsonFromTextMap(eventStore))) << "}";
   Json others = {{"decisions", std::move(mDecisions)},
                  {"rectangles", std::move(mRectangles)},
                  {"decoded", std::move(mDecoded)}};
   addNames(others);
   for (const auto& [name, json] : others.members()) {
-    write(",\n" + jsonText(name) + ": " + lineOfJson(json));
+    mOut << ",\n" << jsonText(name) << ": " << script(lineOfJson(json));
   }
   mOut << "}</script>\n<script>" << pageScripts().text << "</script>\n</body>\n</html>\n";
 }

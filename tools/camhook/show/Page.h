@@ -29,6 +29,8 @@ class Page final : public TraceWriter {
   void finish(const host::TextMap& eventStore) override;
 
  private:
+  /// Returns the text that was written to `mText`, and empties it.
+  std::string takeText();
   void addRectangles(const CallTrace& trace);
   void addDecoded(const CallTrace& trace);
 
@@ -37,8 +39,9 @@ class Page final : public TraceWriter {
   const ScenarioText& mScenario;
   std::ostringstream mText;
   TextTrace mTextTrace;  // writes to mText
-  // Parts of the page's data, all but the first by the number of the call.
-  std::string mCalls;
+  std::string mHtml;     // the text trace
+  std::string mCalls;    // the JSON trace
+  // Further data, by the number of the call.
   Json::Object mDecisions;
   Json::Object mRectangles;
   Json::Object mDecoded;

@@ -43,6 +43,7 @@ class TextTrace final : public TraceWriter {
   void writeState(const CallTrace& trace);
   void writeEffects(const std::vector<host::Effect>& effects);
   void writeRecords(const CallTrace& trace);
+  void writeSection(std::string_view name, const Columns& columns);
   [[nodiscard]] std::string changeText(const std::string& before, const std::string& after) const;
 
   std::ostream& mOut;
