@@ -25,7 +25,8 @@ bool containsIgnoringCase(std::string_view text, std::string_view part) {
   const auto isSame = [](unsigned char left, unsigned char right) {
     return std::toupper(left) == std::toupper(right);
   };
-  return !std::ranges::search(text, part, isSame).empty() || part.empty();
+  return part.empty() ||
+         std::search(text.begin(), text.end(), part.begin(), part.end(), isSame) != text.end();
 }
 
 bool isValue(std::string_view text, std::uint32_t value) {

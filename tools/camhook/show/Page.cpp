@@ -61,7 +61,7 @@ Page::Page(std::ostream& out, std::string_view title, const ScenarioText& scenar
       mTextTrace(mText, Style(false), kAllLevels, scenario.about()) {}
 
 std::string Page::takeText() {
-  std::string text = html(mText.view());
+  std::string text = html(mText.str());
   mText.str("");
   return text;
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <ostream>
-#include <ranges>
 #include <sstream>
 
 #include "host/MetadataAccess.h"
@@ -93,7 +92,8 @@ void TextTrace::writeExtra(std::string_view name, const Json& value) {
 /// Adds the step of the latest write to the line of its tag, and a line for each earlier write.
 void TextTrace::addWrites(std::vector<Line>& lines, const CallTrace& trace,
                           std::string_view container, std::uint32_t tag) const {
-  for (const StepAccess& made : *trace.accesses | std::views::reverse) {
+  for (auto each = trace.accesses->rbegin(); each != trace.accesses->rend(); ++each) {
+    const StepAccess& made = *each;
     const auto* write = std::get_if<host::MetadataWrite>(&made.access);
     if (write == nullptr || write->tag != tag || made.container != container) continue;
     const std::string place = mStyle.faint(placeText(made.step));
