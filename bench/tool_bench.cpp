@@ -85,9 +85,7 @@ void replay(const std::string& text, Options... options) {
   trace.finish(run.phone().eventStore.all());
 }
 
-void replayToText(const std::string& text) {
-  replay<TextTrace>(text, Style(false), TextTrace::Records::debug);
-}
+void replayToText(const std::string& text) { replay<TextTrace>(text, Style(false), kAllLevels); }
 
 void replayToJson(const std::string& text) { replay<JsonTrace>(text); }
 

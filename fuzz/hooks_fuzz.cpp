@@ -51,7 +51,7 @@ void replay(const Scenario& scenario, std::size_t size) {
   std::unique_ptr<TraceWriter> writer;
   if (size % 3 == 1) writer = std::make_unique<JsonTrace>(out);
   if (size % 3 == 2) {
-    writer = std::make_unique<TextTrace>(out, Style(false), TextTrace::Records::debug);
+    writer = std::make_unique<TextTrace>(out, Style(false), kAllLevels);
   }
   for (const ScenarioCall& call : scenario.calls) {
     const CallTrace trace = replay.run(call);

@@ -11,7 +11,6 @@
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
-#include "tools/camhook/show/Terminal.h"
 
 namespace {
 
@@ -126,14 +125,6 @@ TEST(Camhook, FiltersTrace) {
     EXPECT_EQ(none.status, 1);
     EXPECT_NE(none.output.find("camhook: no call matches\n"), std::string::npos) << none.output;
   }
-}
-
-TEST(Terminal, WrapsLinesAtSpaces) {
-  const std::string line = "    D  one \x1b[32mtwo three\x1b[0m four";
-  EXPECT_EQ(camhook::wrapped(line, 25, 7), line);
-  EXPECT_EQ(camhook::wrapped(line, 16, 7),
-            "    D  one \x1b[32mtwo\n       three\x1b[0m\n       four");
-  EXPECT_EQ(camhook::wrapped("    word", 3, 7), "    word");
 }
 
 TEST(Camhook, ShowsOverridesOfDecision) {
@@ -319,6 +310,14 @@ TEST(Camhook, ListsTags) {
   EXPECT_TRUE(none.output.starts_with("camhook: no tag matches \"frmae_count\"")) << none.output;
   const std::string values = camhookWith("tags ANDROID_CONTROL_CAPTURE_INTENT").output;
   EXPECT_NE(values.find("\n  2  STILL_CAPTURE\n"), std::string::npos) << values;
+  EXPECT_EQ(camhookWith("tags HESK_CONTROL_IS_DUAL_SLAVE").output,
+            "HESK_CONTROL_IS_DUAL_SLAVE  0xc00300a0  int32[1]  1 when the capturing camera is the "
+            "slave of a master/slave pair\n"
+            "  updateCaptureRawParameter  out  read by     isNeedRawAlgo\n"
+            "  updateCaptureRawParameter  out  written by  markSlave\n");
+  // The meaning of another tag contains this name.
+  EXPECT_EQ(camhook::parseJson(camhookWith("tags --json MTK_P1NODE_CAPTURE_VALUE64").output).size(),
+            1U);
 }
 
 TEST(Camhook, WritesReferencePages) {

@@ -24,7 +24,7 @@ std::string traceOf(const std::string& name) {
   };
   Replay replay(std::move(scenario.platform));
   std::ostringstream out;
-  TextTrace trace(out, Style(false), TextTrace::Records::debug, scenario.about);
+  TextTrace trace(out, Style(false), kAllLevels, scenario.about);
   for (std::size_t i = 0; i < scenario.calls.size(); ++i) {
     CallTrace call = replay.run(scenario.calls[i]);
     call.number = i + 1;

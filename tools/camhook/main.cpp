@@ -1,35 +1,25 @@
 // The command line of camhook.
 
-#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
 #include <exception>
+#include <ios>
 #include <iostream>
 #include <memory>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include <CLI/CLI.hpp>
 
 #include "tools/camhook/commands/Commands.h"
 #include "tools/camhook/commands/Version.h"
-#include "tools/camhook/show/StandardOutput.h"
 
 namespace {
 
 using namespace camhook;
 
 constexpr int kFailed = 2;
-
-/// The words after the program's name, in reverse order: CLI11 takes them from the end. "help"
-/// means --help.
-std::vector<std::string> wordsOf(int argc, char** argv) {
-  std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
-  if (!words.empty() && words.front() == "help") {
-    words.erase(words.begin());
-    words.emplace_back("--help");
-  }
-  std::ranges::reverse(words);
-  return words;
-}
 
 int run(int argc, char** argv) {
   int status = 0;
@@ -47,13 +37,14 @@ int run(int argc, char** argv) {
   addRules(app, status);
   addScenario(app, status);
   addTags(app, status);
-  addReference(app, status);
-  checkNumbers(app);
+  addReference(app);
   addCommonOptions(app);
+  static char helpOption[] = "--help";
+  if (argc > 1 && std::string_view(argv[1]) == "help") argv[1] = helpOption;
   try {
-    app.parse(wordsOf(argc, argv));
+    app.parse(argc, argv);
   } catch (const CLI::CallForHelp& help) {
-    // Help is not an answer to words that are wrong.
+    // Invalid words are an error, also with --help.
     if (!app.remaining(true).empty()) throw InputError("camhook: " + problemOf(app, help));
     std::cout << app.help();
   } catch (const CLI::Success& request) {  // --version
@@ -67,16 +58,21 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);  // a write to a closed pipe fails instead
   std::ios::sync_with_stdio(false);
-  const StandardOutput output;
+  std::cout.exceptions(std::ios::badbit);
+  std::cerr.tie(nullptr);  // a message does not repeat a write that failed
   try {
     const int status = run(argc, argv);
     std::cout.flush();
     return status;
   } catch (const InputError& error) {
     std::cerr << error.what() << '\n';
-  } catch (const OutputError& error) {
-    if (!error.isUnheard()) std::cerr << "camhook: " << error.what() << '\n';
+  } catch (const std::ios::failure&) {
+    // If the reader closed the pipe, there is nothing to report.
+    if (errno != EPIPE) {
+      std::cerr << "camhook: the output cannot be written: " << std::strerror(errno) << '\n';
+    }
   } catch (const std::exception& error) {
     std::cerr << "camhook: " << printable(error.what()) << '\n';
   }

@@ -6,8 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "tools/camhook/input/InputFile.h"
-#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/PlainText.h"
@@ -19,13 +18,10 @@ namespace {
 bool warningsAreShown = true;
 
 /// "a, b or c".
-std::string alternatives(const std::vector<std::string>& words) {
-  std::string text;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    const bool isLast = i + 1 == words.size();
-    text += (i == 0 ? "" : isLast ? " or " : ", ") + words[i];
-  }
-  return text;
+std::string alternatives(std::vector<std::string> words) {
+  const std::string last = words.back();
+  words.pop_back();
+  return words.empty() ? last : joined(words, ", ") + " or " + last;
 }
 
 std::vector<std::string> commandNames(const CLI::App& app) {
@@ -38,7 +34,6 @@ std::vector<std::string> optionNames(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::Option* option : app.get_options()) {
     for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
-    for (const std::string& name : option->get_snames()) names.push_back("-" + name);
   }
   return names;
 }
@@ -64,8 +59,16 @@ CLI::Validator namesOne(const std::string& what) {
   return {check, ""};
 }
 
+CLI::Validator isNumber() {
+  const auto check = [](const std::string& word) {
+    std::int32_t number = 0;
+    if (CLI::detail::lexical_cast(word, number)) return std::string();
+    return "must be a number of 32 bits, not " + jsonText(word);
+  };
+  return {check, ""};
+}
+
 void addCommonOptions(CLI::App& app) {
-  constexpr std::string_view kWithoutWarnings[] = {"rules", "tags"};
   const auto choose = [](const std::string& when) {
     using enum Style::Colour;
     Style::choose(when == "auto" ? automatic : when == "always" ? always : never);
@@ -77,9 +80,7 @@ void addCommonOptions(CLI::App& app) {
         ->check(oneOf({"auto", "always", "never"}))
         ->type_name("WHEN")
         ->group("Messages and colour");
-    if (std::ranges::find(kWithoutWarnings, command->get_name()) != std::end(kWithoutWarnings)) {
-      continue;
-    }
+    if (command->get_name() == "rules" || command->get_name() == "tags") continue;
     command
         ->add_flag_callback(
             "--no-warnings", [] { warningsAreShown = false; }, "Print no warnings about the input")
@@ -101,35 +102,19 @@ std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {
   return ' ' + option->get_type_name() + (isList && option->get_positional() ? " ..." : "");
 }
 
-void checkNumbers(CLI::App& app) {
-  const auto check = [](const std::string& word) {
-    std::int32_t number = 0;
-    if (CLI::detail::lexical_cast(word, number)) return std::string();
-    return "must be a number of 32 bits, not " + jsonText(word);
-  };
-  for (CLI::App* command : app.get_subcommands({})) {
-    for (CLI::Option* option : command->get_options()) {
-      if (option->get_type_name() != CLI::detail::type_name<std::int32_t>()) continue;
-      option->check(check)->type_name("NUMBER");
-    }
-  }
-}
-
 std::string problemOf(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<CLI::App*> commands = app.get_subcommands();
   const std::vector<std::string> extra = app.remaining(true);
+  const auto option =
+      std::ranges::find_if(extra, [](const auto& word) { return word.starts_with('-'); });
+  if (option != extra.end()) {
+    const CLI::App& owner = commands.empty() ? app : *commands.front();
+    return "unknown option " + printable(*option) + nearest(*option, optionNames(owner));
+  }
   if (!extra.empty()) {
-    const auto isOption = [](const std::string& word) { return word.starts_with('-'); };
-    const auto option = std::ranges::find_if(extra, isOption);
-    if (option != extra.end()) {
-      const CLI::App& owner = commands.empty() ? app : *commands.front();
-      return "unknown option " + printable(*option) + nearest(*option, optionNames(owner));
-    }
-    if (commands.empty()) {
-      return "unknown command " + jsonText(extra.front()) +
-             nearest(extra.front(), commandNames(app));
-    }
-    return "one word too many: " + jsonText(extra.front());
+    const std::string word = jsonText(extra.front());
+    if (!commands.empty()) return "one word too many: " + word;
+    return "unknown command " + word + nearest(extra.front(), commandNames(app));
   }
   if (commands.empty()) return "a command must follow: " + alternatives(commandNames(app));
   const std::string problem = error.what();

@@ -1,4 +1,4 @@
-// What the commands of the tool have in common as the command line goes.
+// The command line of all commands: common options, validators, help and messages.
 
 #pragma once
 
@@ -11,11 +11,14 @@
 
 namespace camhook {
 
-/// Accepts these words alone.
+/// Accepts one of these words.
 CLI::Validator oneOf(std::vector<std::string> words);
 
-/// Accepts no empty name of what is called "a file" or "a folder".
+/// Accepts any text except the empty one. `what` is named in the message: "a file".
 CLI::Validator namesOne(const std::string& what);
+
+/// Accepts a number of 32 bits.
+CLI::Validator isNumber();
 
 /// Adds --color to every command, and --no-warnings to those that read a scenario or dumps.
 void addCommonOptions(CLI::App& app);
@@ -32,10 +35,7 @@ class HelpFormatter final : public CLI::Formatter {
   [[nodiscard]] std::string make_option_opts(const CLI::Option* option) const override;
 };
 
-/// Has every option of a number, of all commands, refuse what is none.
-void checkNumbers(CLI::App& app);
-
-/// What is wrong with the words that `app` has not taken, in one line.
+/// Returns the message for words that `app` rejected.
 std::string problemOf(const CLI::App& app, const CLI::ParseError& error);
 
 }  // namespace camhook

@@ -1,5 +1,4 @@
-// The commands of the tool: each adds itself with its options to the command line, and runs when it
-// has been asked for.
+// The commands of the tool. Each function adds one to the command line, with its options.
 
 #pragma once
 
@@ -20,17 +19,20 @@
 
 namespace camhook {
 
-/// Each leaves its exit status in `status`, which must outlive `app`. They throw InputError while
-/// the command line is parsed.
+/// The command runs while the command line is parsed, sets `status`, which must outlive `app`, to
+/// its exit status, and may throw InputError.
 void addReplay(CLI::App& app, int& status);
 void addWhy(CLI::App& app, int& status);
 void addDecide(CLI::App& app, int& status);
 void addRules(CLI::App& app, int& status);
 void addScenario(CLI::App& app, int& status);
 void addTags(CLI::App& app, int& status);
-void addReference(CLI::App& app, int& status);
+void addReference(CLI::App& app);
 
-/// What `read` makes of the content of a file. Throws InputError, which names the file.
+/// Writes docs/tags.md.
+void writeTagsMarkdown(std::ostream& out);
+
+/// Returns `read` of the content of a file. An InputError names the file.
 template <typename Read>
 auto readFile(const std::string& file, Read read) {
   try {
@@ -40,7 +42,7 @@ auto readFile(const std::string& file, Read read) {
   }
 }
 
-/// What a page about a file is called: "still_burst" for "scenarios/still_burst.json".
+/// The title of a page: "still_burst" for "scenarios/still_burst.json".
 inline std::string titleOfPage(const std::string& file) {
   return printable(std::filesystem::path(nameOfInput(file)).stem().string());
 }

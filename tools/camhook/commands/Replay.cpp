@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,6 +11,7 @@
 
 #include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/run/Replay.h"
@@ -34,31 +36,33 @@ struct ReplayOptions {
   std::string logs;
 };
 
-TextTrace::Records recordsFromName(const std::string& level) {
-  if (level == "debug") return TextTrace::Records::debug;
-  if (level == "info") return TextTrace::Records::info;
-  if (level == "error") return TextTrace::Records::error;
-  return TextTrace::Records::none;
+/// The levels of the records that an option --logs shows.
+std::string_view levelsOf(const std::string& least) {
+  if (least == "debug") return kAllLevels;
+  if (least == "info") return "IE";
+  return least.empty() ? "" : "E";
 }
 
 TraceFilter filterOf(const ReplayOptions& options, const ScenarioText& scenario) {
-  TraceFilter filter;
-  const auto addAll = [](const char* option, const std::vector<std::string>& words, auto add) {
+  const auto read = [](const char* option, const std::vector<std::string>& words, auto readWord) {
+    std::set<decltype(readWord(words.front()))> selected;
     try {
-      for (const std::string& word : words) add(word);
+      for (const std::string& word : words) selected.insert(readWord(word));
     } catch (const InputError& error) {
       throw InputError("camhook: " + std::string(option) + ": " + error.what());
     }
+    return selected;
   };
   const auto callAt = [&](std::size_t index) { return scenario.call(index).call; };
-  addAll("--call", options.calls,
-         [&](const auto& word) { filter.addCall(word, scenario.callCount(), callAt); });
-  addAll("--hook", options.hooks, [&](const auto& word) { filter.addHook(word); });
-  addAll("--tag", options.tags, [&](const auto& word) { filter.addTag(word); });
-  return filter;
+  const auto readCall = [&](const std::string& word) {
+    return callFromText(word, scenario.callCount(), callAt);
+  };
+  return {.calls = read("--call", options.calls, readCall),
+          .hooks = read("--hook", options.hooks, hookFromText),
+          .tags = read("--tag", options.tags, tagFromText)};
 }
 
-/// A phone of this scenario, which names the catalogue's tags.
+/// The scenario's phone; its dumps name the tags of the catalogue.
 host::PhoneConfig platformOf(const ScenarioText& scenario) {
   host::PhoneConfig platform = scenario.platform();
   platform.tagName = [](std::uint32_t tag) {
@@ -69,38 +73,36 @@ host::PhoneConfig platformOf(const ScenarioText& scenario) {
 }
 
 /// Runs the scenario and writes its trace to `out` in the form that the options request. Returns
-/// false if a filter leaves no call.
+/// false if the filters match no call.
 bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario) {
-  const bool isPage = !options.page.empty();
   const TraceFilter filter = filterOf(options, scenario);
   std::unique_ptr<TraceWriter> writer;
   Page* page = nullptr;
-  if (isPage) {
-    auto made = std::make_unique<Page>(out, titleOfPage(options.file), scenario);
-    page = made.get();
-    writer = std::move(made);
+  if (!options.page.empty()) {
+    writer.reset(page = new Page(out, titleOfPage(options.file), scenario));
   } else if (options.json) {
     writer = std::make_unique<JsonTrace>(out);
   } else {
-    writer = std::make_unique<TextTrace>(out, Style::forStandardOutput(),
-                                         recordsFromName(options.logs), scenario.about());
+    writer = std::make_unique<TextTrace>(out, Style::forStandardOutput(), levelsOf(options.logs),
+                                         scenario.about());
     if (options.logs.empty()) host::LogSink::enableLevels({});  // records are not shown
   }
   std::optional<Replay> run(std::in_place, platformOf(scenario));
   std::optional<StepFinder> steps;
-  if (options.steps || isPage) run->followSteps(&steps.emplace(), Replay::StepsOf::writes);
-  std::vector<std::pair<std::size_t, Inputs>> decisions;
+  if (options.steps || page != nullptr) {
+    run->followSteps(&steps.emplace(), Replay::StepsOf::writes);
+  }
+  std::vector<std::pair<std::size_t, Inputs>> decisions;  // of a page
   bool isAnyShown = filter.isWhole();
   for (std::size_t i = 0; i < scenario.callCount(); ++i) {
     const ScenarioCall call = scenario.call(i);
-    if (isPage && std::holds_alternative<DecideSensorScenario>(call.call)) {
+    if (page != nullptr && std::holds_alternative<DecideSensorScenario>(call.call)) {
       const Call decision = run->withMetaOf(call);
       decisions.emplace_back(i + 1, inputsOf(std::get<DecideSensorScenario>(decision)));
     }
     CallTrace trace = run->run(call);
     trace.number = i + 1;
-    if (!filter.shows(i, trace)) continue;
-    filter.trim(trace);
+    if (!filter.apply(trace)) continue;
     writer->write(trace);
     isAnyShown = true;
   }
@@ -112,7 +114,7 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
       page->addDecision(number, phone.explain(inputs));
     }
   }
-  if (isPage || options.json || filter.isWhole()) writer->finish(eventStore);
+  if (options.json || filter.isWhole()) writer->finish(eventStore);
   return isAnyShown;
 }
 
@@ -121,12 +123,8 @@ int replay(const ReplayOptions& options) {
       readFile(options.file, [](std::string text) { return ScenarioText(std::move(text)); });
   warn(scenario.warnings(), options.file);
   bool isAnyShown = true;
-  const auto write = [&](std::ostream& out) { isAnyShown = writeTrace(out, options, scenario); };
-  if (options.page.empty()) {
-    write(std::cout);
-  } else {
-    writeFile(options.page, write);
-  }
+  writeFile(options.page.empty() ? "-" : options.page,
+            [&](std::ostream& out) { isAnyShown = writeTrace(out, options, scenario); });
   if (isAnyShown) return 0;
   std::cerr << "camhook: no call matches\n";
   return 1;

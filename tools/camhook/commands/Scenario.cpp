@@ -103,7 +103,9 @@ void addScenario(CLI::App& app, int& status) {
                    "takes three dumps a call; or the call's own name")
       ->check(oneOf(std::move(hooks)))
       ->type_name("HOOK");
-  command->add_option("--sensor", arguments->sensor, "Sensor that is called, 0 unless given");
+  command->add_option("--sensor", arguments->sensor, "Sensor that is called, 0 unless given")
+      ->check(isNumber())
+      ->type_name("NUMBER");
   command->add_option("--product", arguments->product,
                       "Product model, as ro.product.model.zdm has it");
   command->add_option("--app-type", arguments->appType, "\"APP_TYPE\" of the event store");

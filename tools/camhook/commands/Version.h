@@ -1,10 +1,10 @@
-// Which build of the tool this is.
+// The version of the tool.
 
 #pragma once
 
 namespace camhook {
 
-/// "camhook 0.1.0", and the commit that it was built from where git knows it.
+/// "camhook 0.1.0", and the commit if it was built in a git checkout.
 const char* version();
 
 }  // namespace camhook

@@ -6,39 +6,40 @@
 #include <utility>
 #include <variant>
 
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/run/OwnUpdaters.h"
 
 namespace camhook {
 namespace {
 
-/// "devices.N.faces", "sat.cameras[N].fov": the page speaks of any device and
-/// camera.
+/// "devices.N.faces", "sat.cameras[N].fov": the page lists all devices and cameras as one.
 std::string withoutNumbers(const std::string& place) {
   static const std::regex number(R"(([.\[])-?\d+)");
   return std::regex_replace(place, number, "$1N");
 }
 
+constexpr const char* kReads = "READS";
+constexpr const char* kWrites = "WRITES";
+
 /// An access as the page lists it: "meta" and a tag, or "event" and a key.
 struct AccessText {
-  bool isWrite = false;
-  std::string group;
+  std::string kind;
+  std::string group;  // empty for a container's tag
   std::string member;
 };
 
-AccessText textOf(const host::MetadataRead& read) { return {false, {}, tagText(read.tag)}; }
-AccessText textOf(const host::MetadataWrite& write) { return {true, {}, tagText(write.tag)}; }
-AccessText textOf(const host::StaticRead& read) { return {false, "static", tagText(read.tag)}; }
-AccessText textOf(const host::EventRead& read) { return {false, "event", read.key}; }
-AccessText textOf(const host::PropertyRead& read) { return {false, "property", read.name}; }
+AccessText textOf(const host::MetadataRead& read) { return {kReads, {}, tagText(read.tag)}; }
+AccessText textOf(const host::MetadataWrite& write) { return {kWrites, {}, tagText(write.tag)}; }
+AccessText textOf(const host::StaticRead& read) { return {kReads, "static", tagText(read.tag)}; }
+AccessText textOf(const host::EventRead& read) { return {kReads, "event", read.key}; }
+AccessText textOf(const host::PropertyRead& read) { return {kReads, "property", read.name}; }
 AccessText textOf(const host::ServiceRead& read) {
-  return {false, "service", withoutNumbers(read.place)};
+  return {kReads, "service", withoutNumbers(read.place)};
 }
 AccessText textOf(const host::Effect& effect) {
-  if (effect.op == "eventStore.set") {
-    return {true, "event", std::get<std::string>(effect.fields.front().value)};
-  }
-  return {true, "effect", effect.op};
+  if (effect.op != "eventStore.set") return {kWrites, "effect", effect.op};
+  return {kWrites, "event", std::get<std::string>(effect.fields.front().value)};
 }
 
 constexpr const char* kIntroduction = R"(# What the hooks read and write
@@ -84,25 +85,6 @@ std::vector<std::string> RunOrder::names() const {
   return ordered;
 }
 
-void HookReference::Cell::add(std::size_t run, const std::string& group,
-                              const std::string& member) {
-  groups.add(run, group);
-  members[group].add(run, member);
-}
-
-std::string HookReference::Cell::text() const {
-  std::string text;
-  for (const std::string& group : groups.names()) {
-    if (!text.empty()) text += "<br>";
-    text += group;
-    const char* separator = " `";
-    for (const std::string& member : members.at(group).names()) {
-      text += std::exchange(separator, ", `") + member + '`';
-    }
-  }
-  return text;
-}
-
 void HookReference::add(const Scenario& scenario) {
   OwnUpdaters updaters;
   Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
@@ -118,42 +100,44 @@ void HookReference::add(const CallTrace& trace) {
     if (text.group.empty()) continue;  // a container of the library's own
     // The first call on a sensor constructs its updater, whichever call it is.
     const bool isConstruction = step.name == "HeskParameterUpdater";
-    const std::string hookName(isConstruction ? CreateInstance::kName : trace.call);
-    mHookNames.add(mRun, hookName);
-    Hook& hook = mHooks[hookName];
-    hook.stepNames.add(mRun, step.name);
-    StepCells& cells = hook.steps[step.name];
-    (text.isWrite ? cells.writes : cells.reads).add(mRun, text.group, text.member);
-  }
-}
-
-void HookReference::write(std::ostream& out) const {
-  out << kIntroduction;
-  for (const std::string& hookName : mHookNames.names()) {
-    const Hook& hook = mHooks.at(hookName);
-    out << "\n## " << hookName << "\n\n| step | reads | writes |\n|---|---|---|\n";
-    for (const std::string& stepName : hook.stepNames.names()) {
-      const auto& [reads, writes] = hook.steps.at(stepName);
-      out << "| `" << stepName << "` | " << reads.text() << " | " << writes.text() << " |\n";
+    const std::string hook(isConstruction ? CreateInstance::kName : trace.call);
+    Path path;
+    for (const std::string& name : {hook, step.name, text.kind, text.group, text.member}) {
+      mNames[path].add(mRun, name);
+      path.push_back(name);
     }
   }
 }
 
-void HookReference::writeData(std::ostream& out) const {
-  out << "// Written by `./camhook reference`.\n";
-  for (const std::string& hookName : mHookNames.names()) {
-    const Hook& hook = mHooks.at(hookName);
-    for (const std::string& stepName : hook.stepNames.names()) {
-      const auto& [reads, writes] = hook.steps.at(stepName);
-      for (const Cell* cell : {&reads, &writes}) {
-        for (const std::string& group : cell->groups.names()) {
-          for (const std::string& member : cell->members.at(group).names()) {
-            out << (cell == &reads ? "READS(" : "WRITES(") << jsonText(hookName) << ", "
-                << jsonText(stepName) << ", " << jsonText(group) << ", " << jsonText(member)
-                << ")\n";
+std::vector<std::string> HookReference::namesIn(const Path& path) const {
+  const auto found = mNames.find(path);
+  return found == mNames.end() ? std::vector<std::string>() : found->second.names();
+}
+
+void HookReference::write(std::ostream& page, std::ostream& data) const {
+  page << kIntroduction;
+  data << "// Written by `./camhook reference`.\n";
+  for (const std::string& hook : namesIn({})) {
+    page << "\n## " << hook << "\n\n| step | reads | writes |\n|---|---|---|\n";
+    for (const std::string& step : namesIn({hook})) {
+      page << "| `" << step << "` |";
+      for (const char* kind : {kReads, kWrites}) {
+        page << ' ';
+        const char* before = "";
+        for (const std::string& group : namesIn({hook, step, kind})) {
+          page << std::exchange(before, "<br>") << group;
+          const char* separator = " `";
+          for (const std::string& member : namesIn({hook, step, kind, group})) {
+            page << std::exchange(separator, ", `") << member << '`';
+            data << kind << '('
+                 << joined({jsonText(hook), jsonText(step), jsonText(group), jsonText(member)},
+                           ", ")
+                 << ")\n";
           }
         }
+        page << " |";
       }
+      page << '\n';
     }
   }
 }

@@ -17,9 +17,8 @@
 
 namespace camhook {
 
-/// Names in the order of the runs in which they occur: a name precedes another
-/// if it does so in every run that has both. If runs disagree, the name that
-/// was seen first comes first.
+/// Names in the order of the runs in which they occur: a name precedes another if it does so in
+/// every run that has both. If runs disagree, the name that was seen first comes first.
 class RunOrder {
  public:
   /// `run` is numbered from 1; runs are added one after the other.
@@ -39,38 +38,19 @@ class HookReference {
   /// Runs a scenario and adds the accesses of its hooks.
   void add(const Scenario& scenario);
 
-  /// Writes the page docs/hooks.md.
-  void write(std::ostream& out) const;
-
-  /// Writes the same for HookSteps.h, docs/hooks.def.
-  void writeData(std::ostream& out) const;
+  /// Writes the page docs/hooks.md, and the same as data for HookSteps.h, docs/hooks.def.
+  void write(std::ostream& page, std::ostream& data) const;
 
  private:
-  /// Tags by container, keys by their kind.
-  struct Cell {
-    RunOrder groups;
-    std::map<std::string, RunOrder> members;
-
-    void add(std::size_t run, const std::string& group, const std::string& member);
-
-    /// "meta `A`, `B`<br>event `C`".
-    [[nodiscard]] std::string text() const;
-  };
-  struct StepCells {
-    Cell reads;
-    Cell writes;
-  };
-  struct Hook {
-    RunOrder stepNames;
-    std::map<std::string, StepCells> steps;
-  };
+  /// The beginning of: hook, step, READS or WRITES, group, member.
+  using Path = std::vector<std::string>;
 
   void add(const CallTrace& trace);
+  [[nodiscard]] std::vector<std::string> namesIn(const Path& path) const;
 
   StepFinder mFinder;
-  std::size_t mRun = 0;  // a call is a run
-  RunOrder mHookNames;
-  std::map<std::string, Hook> mHooks;
+  std::size_t mRun = 0;             // a call is a run
+  std::map<Path, RunOrder> mNames;  // that follow a path
 };
 
 }  // namespace camhook

@@ -44,12 +44,6 @@ Json jsonFromDump(const Dump& dump) {
   return entries;
 }
 
-Json jsonFromTextMap(const host::TextMap& texts) {
-  Json::Object members;
-  for (const auto& [name, value] : texts) members.push_back({name, value});
-  return members;
-}
-
 Json platformOf(const DumpScenario& scenario) {
   Json::Object platform;
   const auto& [properties, events] = std::tie(scenario.properties, scenario.eventStore);
@@ -75,6 +69,12 @@ Json callOf(const DumpScenario& scenario, const DumpScenario::Call& made) {
 }
 
 }  // namespace
+
+Json jsonFromTextMap(const host::TextMap& texts) {
+  Json::Object members;
+  for (const auto& [name, value] : texts) members.push_back({name, value});
+  return members;
+}
 
 void writeScenario(std::ostream& out, const DumpScenario& scenario) {
   out << "{\n  \"about\": " << jsonText(scenario.about) << ",\n";

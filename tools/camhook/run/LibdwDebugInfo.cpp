@@ -1,15 +1,16 @@
-// Debug information by libdw: a compilation unit's tree of functions and blocks, each with the
-// range of its code. Where a function is inlined, a node of the caller's tree stands for it and
-// tells the place of the call.
+// Debug information by libdw: a compilation unit is a tree of functions and blocks, each with the
+// range of its code. An inlined function is a node in the tree of its caller, with the place of the
+// call.
 
 #include <dwarf.h>
 #include <elfutils/libdwfl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <span>
+#include <memory>
 #include <string_view>
 
 #include "tools/camhook/run/DebugInfo.h"
@@ -28,27 +29,22 @@ constexpr Dwfl_Callbacks kCallbacks = {.find_elf = dwfl_linux_proc_find_elf,
                                        .section_address = nullptr,
                                        .debuginfo_path = nullptr};
 
-/// Scopes from the innermost one outwards; libdw hands them over.
-class Scopes {
- public:
-  /// Those that contain a node in the tree.
-  explicit Scopes(Dwarf_Die& node) : mCount(dwarf_getscopes_die(&node, &mNodes)) {}
-  /// Those that contain an address, as the program's text has them.
-  Scopes(Dwarf_Die& unit, Dwarf_Addr address) : mCount(dwarf_getscopes(&unit, address, &mNodes)) {}
-  ~Scopes() { std::free(mNodes); }
-  Scopes(const Scopes&) = delete;
-  Scopes& operator=(const Scopes&) = delete;
+/// The debug information of this process.
+Dwfl* openProcess() {
+  Dwfl* const dwfl = dwfl_begin(&kCallbacks);
+  dwfl_linux_proc_report(dwfl, getpid());
+  dwfl_report_end(dwfl, nullptr, nullptr);
+  return dwfl;
+}
 
-  [[nodiscard]] std::span<Dwarf_Die> nodes() const {
-    return {mNodes, mCount > 0 ? static_cast<std::size_t>(mCount) : 0};
-  }
+/// Scopes that libdw allocated, from the innermost outwards.
+std::vector<Dwarf_Die> takeScopes(Dwarf_Die* scopes, int count) {
+  std::vector<Dwarf_Die> taken(scopes, scopes + std::max(count, 0));
+  std::free(scopes);
+  return taken;
+}
 
- private:
-  Dwarf_Die* mNodes = nullptr;
-  int mCount;
-};
-
-/// The compiler writes a source by its way from the folder of the build, or from the root.
+/// Source paths are relative to the folder of the build or to the root of the sources.
 std::string fromRoot(const char* path) {
   if (path == nullptr) return {};
   std::string text = std::filesystem::path(path).lexically_normal().string();
@@ -56,7 +52,7 @@ std::string fromRoot(const char* path) {
   return text;
 }
 
-/// Without the arguments of a template.
+/// Removes the arguments of a template.
 std::string plainName(const char* name) {
   const std::string_view text = name != nullptr ? name : "";
   if (text.starts_with("operator")) return std::string(text);
@@ -85,26 +81,12 @@ std::string fileOfCall(Dwarf_Die& unit, Dwarf_Die& inlined) {
 
 }  // namespace
 
-struct DebugInfo::Files {
-  Dwfl* dwfl = dwfl_begin(&kCallbacks);
-
-  Files() {
-    dwfl_linux_proc_report(dwfl, getpid());
-    dwfl_report_end(dwfl, nullptr, nullptr);
-  }
-  ~Files() { dwfl_end(dwfl); }
-  Files(const Files&) = delete;
-  Files& operator=(const Files&) = delete;
-};
-
-DebugInfo::DebugInfo() : mFiles(std::make_unique<Files>()) {}
-DebugInfo::~DebugInfo() = default;
-
-std::optional<std::vector<Frame>> DebugInfo::framesOf(const void* returnAddress) const {
-  // The call is what stands before the address: behind it may begin something else.
+std::optional<std::vector<Frame>> framesOf(const void* returnAddress) {
+  static const std::unique_ptr<Dwfl, decltype(&dwfl_end)> dwfl(openProcess(), &dwfl_end);
+  // The call ends at the return address, where another block may begin.
   const Dwarf_Addr address = reinterpret_cast<std::uintptr_t>(returnAddress) - 1;
   Dwarf_Addr bias = 0;
-  Dwarf_Die* const unit = dwfl_addrdie(mFiles->dwfl, address, &bias);
+  Dwarf_Die* const unit = dwfl_addrdie(dwfl.get(), address, &bias);
   if (unit == nullptr) return {};
 
   Frame place;
@@ -112,11 +94,17 @@ std::optional<std::vector<Frame>> DebugInfo::framesOf(const void* returnAddress)
     place.file = fromRoot(dwarf_linesrc(line, nullptr, nullptr));
     dwarf_lineno(line, &place.line);
   }
+  Dwarf_Die* nodes = nullptr;
+  int count = dwarf_getscopes(unit, address - bias, &nodes);
+  std::vector<Dwarf_Die> scopes = takeScopes(nodes, count);
+  if (scopes.empty()) return {};
+  // Outside of an inlined function these are the scopes of its source; the tree has those of its
+  // caller.
+  nodes = nullptr;
+  count = dwarf_getscopes_die(&scopes.front(), &nodes);
+  scopes = takeScopes(nodes, count);
   std::vector<Frame> frames;
-  const Scopes inText(*unit, address - bias);
-  if (inText.nodes().empty()) return {};
-  const Scopes inTree(inText.nodes().front());
-  for (Dwarf_Die& node : inTree.nodes()) {
+  for (Dwarf_Die& node : scopes) {
     const bool isInlined = dwarf_tag(&node) == DW_TAG_inlined_subroutine;
     if (!isInlined && dwarf_tag(&node) != DW_TAG_subprogram) continue;
     place.function = plainName(dwarf_diename(&node));
@@ -124,7 +112,7 @@ std::optional<std::vector<Frame>> DebugInfo::framesOf(const void* returnAddress)
     if (!isInlined) return frames;
     place = {.function = {}, .file = fileOfCall(*unit, node), .line = lineOfCall(node)};
   }
-  frames.push_back(place);  // in a function that the debug information does not name
+  frames.push_back(place);  // in a function without a name in the debug information
   return frames;
 }
 

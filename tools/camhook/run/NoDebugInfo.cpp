@@ -1,16 +1,7 @@
-// Where there is no libdw.
+// The build without libdw.
 
 #include "tools/camhook/run/DebugInfo.h"
 
-namespace camhook {
-
-struct DebugInfo::Files {};
-
-DebugInfo::DebugInfo() = default;
-DebugInfo::~DebugInfo() = default;
-
-std::optional<std::vector<Frame>> DebugInfo::framesOf(const void* /*returnAddress*/) const {
+std::optional<std::vector<camhook::Frame>> camhook::framesOf(const void* /*returnAddress*/) {
   return {};
 }
-
-}  // namespace camhook

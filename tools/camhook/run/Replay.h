@@ -15,30 +15,29 @@
 
 namespace camhook {
 
-/// Runs calls one by one. A process holds one updater a sensor for good, so it runs one scenario,
-/// unless it brings updaters of its own.
+/// Runs calls one by one. The updaters of `createInstance` live as long as the process; to replay
+/// several scenarios in one process, pass other updaters.
 class Replay {
  public:
-  /// The updater of a sensor, null where it has none.
+  /// Returns the updater of a sensor; null if it has none.
   using Updaters = std::function<HeskParameterUpdater*(int sensor)>;
 
   explicit Replay(host::PhoneConfig platform,
                   Updaters updaters = &HeskParameterUpdater::createInstance);
 
-  /// Accesses that are to have a step. To find one takes longer than to read a tag.
+  /// The accesses whose step is searched. A search takes longer than reading a tag.
   enum class StepsOf { all, writes };
 
-  /// Has the accesses of every call from now on kept, with the steps that `steps` finds; null: no
-  /// longer.
+  /// Records the accesses of all further calls, with the steps that `steps` finds. Null ends this.
   void followSteps(StepFinder* steps, StepsOf which = StepsOf::all) {
     mSteps = steps;
     mStepsOf = which;
   }
 
-  /// What a trace tells besides the containers. All of it takes longer than most calls.
+  /// What a trace holds in addition to the containers. All of it takes longer than most calls.
   enum class Detail {
     containers,  // nothing
-    accesses,    // the accesses, without their steps unless those are followed
+    accesses,    // the accesses, without steps unless `followSteps` was called
     all,
   };
 

@@ -8,7 +8,7 @@
 namespace camhook {
 namespace {
 
-/// Where the library keeps the words of its steps, which are none themselves.
+/// Sources of helpers that all steps use to access the platform; their functions are not steps.
 constexpr std::string_view kVocabulary[] = {"common/tags/",
                                             "common/log/",
                                             "common/Events.h",
@@ -22,15 +22,15 @@ bool isInSteps(const Frame& frame) {
              kVocabulary, [&](std::string_view start) { return frame.file.starts_with(start); });
 }
 
-/// A lambda, or what the compiler makes for one to be called by address.
-bool hasNoNameOfItsOwn(const Frame& frame) {
+/// A lambda, or the function that the compiler generates to call one by address.
+bool isLambda(const Frame& frame) {
   return frame.function.starts_with("operator()") || frame.function == "_FUN" ||
          frame.function == "__invoke";
 }
 
 std::optional<Step> innermostStep(const std::vector<Frame>& frames) {
   for (const Frame& frame : frames) {
-    if (!isInSteps(frame) || hasNoNameOfItsOwn(frame)) continue;
+    if (!isInSteps(frame) || isLambda(frame)) continue;
     if (frame.function.empty() || frame.line == 0) return Step();
     return Step{frame.function, frame.file, frame.line};
   }
@@ -56,7 +56,7 @@ Step StepFinder::find(std::span<void* const> returnAddresses) {
 const std::optional<Step>& StepFinder::stepAt(const void* returnAddress) {
   const auto [known, isNew] = mKnown.try_emplace(returnAddress);
   if (isNew) {
-    const auto frames = mDebugInfo.framesOf(returnAddress);
+    const auto frames = framesOf(returnAddress);
     known->second = frames ? innermostStep(*frames) : Step();
   }
   return known->second;

@@ -1,4 +1,4 @@
-// The part of a trace that somebody asks for.
+// The part of a trace that the filters of the command line select.
 
 #pragma once
 
@@ -14,36 +14,23 @@
 namespace camhook {
 
 /// The index of a call from its number, from 1, "last" or "requestNo:N". `callAt` returns the call
-/// of an index below `count`. Throws InputError if not just one call matches.
+/// of an index below `count`. Throws InputError unless exactly one call matches.
 std::size_t callFromText(const std::string& text, std::size_t count,
                          const std::function<Call(std::size_t)>& callAt);
 
-/// Shows what is not narrowed. Several calls, hooks or tags widen one another.
-class TraceFilter {
- public:
-  /// A call in the forms of `callFromText`. Throws InputError.
-  void addCall(const std::string& text, std::size_t count,
-               const std::function<Call(std::size_t)>& callAt);
-  /// The calls of a hook. Throws InputError where no call has the name.
-  void addHook(const std::string& name);
-  /// The calls that change a tag, by its name or number; nothing else of them. Throws InputError.
-  void addTag(const std::string& text);
+/// The name of a call from itself or from the word of a hook: "request". Throws InputError.
+std::string_view hookFromText(const std::string& text);
 
-  [[nodiscard]] bool isWhole() const { return mCalls.empty() && mHooks.empty() && mTags.empty(); }
+/// An empty set selects everything.
+struct TraceFilter {
+  std::set<std::size_t> calls;  // indexes
+  std::set<std::string_view> hooks;
+  std::set<std::uint32_t> tags;  // selects the changes of these tags and nothing else of a call
 
-  /// Whether the call, with this index in the scenario, is shown.
-  [[nodiscard]] bool shows(std::size_t index, const CallTrace& trace) const;
+  [[nodiscard]] bool isWhole() const { return calls.empty() && hooks.empty() && tags.empty(); }
 
-  /// Takes out what is not shown of a call.
-  void trim(CallTrace& trace) const;
-
- private:
-  [[nodiscard]] bool changesTag(const CallTrace& trace) const;
-  void keepTags(MetadataArgument& container) const;
-
-  std::set<std::size_t> mCalls;
-  std::set<std::string_view> mHooks;
-  std::set<std::uint32_t> mTags;
+  /// Removes what is not selected of a call. Returns false if nothing is left.
+  bool apply(CallTrace& trace) const;
 };
 
 }  // namespace camhook

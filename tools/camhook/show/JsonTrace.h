@@ -10,17 +10,11 @@
 
 namespace camhook {
 
-/// What belongs to an effect, as the trace has it.
-void addEffectValue(JsonLine& line, const host::Effect::Value& value);
-
-/// An effect: its op, then what belongs to it.
-std::string lineOfEffect(const host::Effect& effect);
+/// The value of a field of an effect.
+Json jsonFromEffectValue(const host::Effect::Value& value);
 
 /// A call of the trace.
 void addCall(JsonLine& line, const CallTrace& trace);
-
-/// An object from key to text.
-void addTexts(JsonLine& line, const host::TextMap& texts);
 
 class JsonTrace final : public TraceWriter {
  public:

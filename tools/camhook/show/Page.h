@@ -29,17 +29,19 @@ class Page final : public TraceWriter {
   void finish(const host::TextMap& eventStore) override;
 
  private:
-  void writeText();
+  /// Returns the text that was written to `mText`, and empties it.
+  std::string takeText();
   void addRectangles(const CallTrace& trace);
   void addDecoded(const CallTrace& trace);
 
   std::ostream& mOut;
   std::string mTitle;
   const ScenarioText& mScenario;
-  std::ostringstream mText;  // of the text trace that has not been written
-  TextTrace mTextTrace;
-  // Parts of the page's data, all but the first by the number of the call.
-  std::string mCalls;
+  std::ostringstream mText;
+  TextTrace mTextTrace;  // writes to mText
+  std::string mHtml;     // the text trace
+  std::string mCalls;    // the JSON trace
+  // Further data, by the number of the call.
   Json::Object mDecisions;
   Json::Object mRectangles;
   Json::Object mDecoded;

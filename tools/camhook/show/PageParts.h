@@ -1,16 +1,15 @@
-// What the page is drawn with: the sources beside `page/join`, which makes C++ of them.
+// The styles and scripts of the page; `page/join` writes the definitions.
 
 #pragma once
 
 #include <string_view>
-#include <vector>
 
 namespace camhook {
 
-/// Texts that stand one behind the other in one element of the page.
+/// The text of one element of the page.
 struct PageParts {
-  std::string_view hash;  // of them all, as a content policy has it: "sha256-..."
-  std::vector<std::string_view> texts;
+  std::string_view hash;  // as in a content policy: "sha256-..."
+  std::string_view text;
 };
 
 PageParts pageStyles();

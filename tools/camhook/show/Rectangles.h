@@ -15,8 +15,8 @@ struct NamedRectangle {
   NSCam::MRect rect;
 };
 
-/// In drawing order and in one coordinate system: the crops and faces of a still capture in the
-/// active array, or detected regions before and after translation. Other calls have none.
+/// Returns the crops and faces of a still capture, in the active array, or detected regions before
+/// and after translation, in drawing order; nothing for other calls.
 std::vector<NamedRectangle> rectanglesOf(const CallTrace& trace, const host::PhoneConfig& phone);
 
 }  // namespace camhook

@@ -1,11 +1,10 @@
 #include "tools/camhook/show/Terminal.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <iostream>
+#include <ostream>
 
 namespace camhook {
 namespace {
@@ -27,10 +26,7 @@ Style Style::forStandardOutput() {
       chosenColour == Colour::automatic
           ? isTerminal && environmentValue("NO_COLOR").empty() && environmentValue("TERM") != "dumb"
           : chosenColour == Colour::always;
-  winsize size{};
-  const bool isKnown =
-      isTerminal && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return Style(isColoured, isKnown ? size.ws_col : kAnyWidth);
+  return Style(isColoured);
 }
 
 std::string Style::dress(std::string_view text, std::string_view code) const {
@@ -49,27 +45,6 @@ std::size_t displayWidth(std::string_view text) {
     if (byte == 'm') inCode = false;
   }
   return width;
-}
-
-std::string wrapped(const std::string& line, std::size_t width, std::size_t hang) {
-  if (line.size() <= width || displayWidth(line) <= width) return line;
-  std::string text;
-  std::size_t column = 0;
-  for (std::size_t at = 0; at < line.size();) {
-    const std::size_t word = std::min(line.find_first_not_of(' ', at), line.size());
-    const std::size_t end = std::min(line.find(' ', word), line.size());
-    const std::size_t wordWidth = displayWidth(std::string_view(line).substr(word, end - word));
-    std::size_t blanks = word - at;
-    if (column > hang && column + blanks + wordWidth > width) {
-      text += '\n';
-      column = 0;
-      blanks = hang;
-    }
-    text.append(blanks, ' ').append(line, word, end - word);
-    column += blanks + wordWidth;
-    at = end;
-  }
-  return text;
 }
 
 std::vector<std::string> Columns::lines() const {
@@ -93,29 +68,6 @@ std::vector<std::string> Columns::lines() const {
 
 void Columns::write(std::ostream& out, std::size_t indent) const {
   for (const std::string& line : lines()) out << std::string(indent, ' ') << line << '\n';
-}
-
-ProgressLine::ProgressLine(std::size_t total)
-    : mTotal(total),
-      mEnabled(isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0),
-      mNext(Clock::now() + std::chrono::milliseconds(200)) {}
-
-ProgressLine::ProgressLine(std::size_t total, const char* what)
-    : mTotal(total),
-      mWhat(what),
-      mEnabled(isatty(STDERR_FILENO) != 0),
-      mNext(Clock::now() + std::chrono::seconds(1)) {}
-
-ProgressLine::~ProgressLine() {
-  if (mShown) std::cerr << "\r\x1b[K" << std::flush;
-}
-
-void ProgressLine::advance(std::size_t done) {
-  if (!mEnabled || Clock::now() < mNext) return;
-  mNext = Clock::now() + std::chrono::milliseconds(100);
-  mShown = true;
-  std::cerr << "\r" << mWhat << ' ' << done << " of " << mTotal << " (" << 100 * done / mTotal
-            << " %)" << std::flush;
 }
 
 }  // namespace camhook

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <ostream>
 #include <sstream>
-#include <utility>
 
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/JsonLine.h"
@@ -17,34 +16,20 @@ namespace camhook {
 namespace {
 
 constexpr std::size_t kMargin = 4;
+constexpr std::size_t kGap = 2;
 constexpr std::size_t kLineWidth = 120;  // a change and its step share a line up to this width
 constexpr std::size_t kTagWidth = 34;
 constexpr std::size_t kNameWidth = 20;  // of fields, effects and events
 constexpr const char* kArrow = "\u2192";
 
-std::size_t widest(const std::vector<std::string>& texts) {
+/// The width of the widest text that has at most `most`.
+std::size_t widest(const std::vector<std::string>& texts, std::size_t most) {
   std::size_t width = 0;
-  for (const std::string& text : texts) width = std::max(width, displayWidth(text));
-  return width;
-}
-
-/// The column after the widest text that leaves it at or before `latest`.
-std::size_t columnAfter(const std::vector<std::string>& texts, std::size_t latest) {
-  constexpr std::size_t kGap = 2;
-  std::size_t column = kGap;
   for (const std::string& text : texts) {
-    const std::size_t end = displayWidth(text) + kGap;
-    if (end <= latest) column = std::max(column, end);
+    const std::size_t each = displayWidth(text);
+    if (each <= most) width = std::max(width, each);
   }
-  return column;
-}
-
-TextTrace::Records leastToShow(char level) {
-  switch (level) {
-    case 'E': return TextTrace::Records::error;
-    case 'I': return TextTrace::Records::info;
-    default: return TextTrace::Records::debug;
-  }
+  return width;
 }
 
 /// "FrameRate.cpp:56": file names are unique in the library's sources.
@@ -54,8 +39,9 @@ std::string placeText(const Step& step) {
 
 }  // namespace
 
-TextTrace::TextTrace(std::ostream& out, Style style, Records records, std::string_view about)
-    : mOut(out), mStyle(style), mRecords(records) {
+TextTrace::TextTrace(std::ostream& out, Style style, std::string_view levels,
+                     std::string_view about)
+    : mOut(out), mStyle(style), mLevels(levels) {
   if (!about.empty()) mOut << printable(about) << "\n\n";
 }
 
@@ -106,13 +92,13 @@ void TextTrace::writeExtra(std::string_view name, const Json& value) {
 /// Adds the step of the latest write to the line of its tag, and a line for each earlier write.
 void TextTrace::addWrites(std::vector<Line>& lines, const CallTrace& trace,
                           std::string_view container, std::uint32_t tag) const {
-  bool isLatest = true;
-  for (auto made = trace.accesses->rbegin(); made != trace.accesses->rend(); ++made) {
-    const auto* write = std::get_if<host::MetadataWrite>(&made->access);
-    if (write == nullptr || write->tag != tag || made->container != container) continue;
-    const std::string place = mStyle.faint(placeText(made->step));
-    if (std::exchange(isLatest, false)) {
-      lines.back().step = {made->step.name, place};
+  for (auto each = trace.accesses->rbegin(); each != trace.accesses->rend(); ++each) {
+    const StepAccess& made = *each;
+    const auto* write = std::get_if<host::MetadataWrite>(&made.access);
+    if (write == nullptr || write->tag != tag || made.container != container) continue;
+    const std::string place = mStyle.faint(placeText(made.step));
+    if (lines.back().step.empty()) {
+      lines.back().step = {made.step.name, place};
       continue;
     }
     const std::string value = std::string(kArrow) + ' ' + entryText(tag, write->entry);
@@ -155,14 +141,14 @@ void TextTrace::writeChanges(const std::vector<Line>& lines) {
   }
   const std::vector<std::string> texts = cells.lines();
   const std::vector<std::string> places = steps.lines();
-  const std::size_t column =
-      columnAfter(texts, kLineWidth - std::min(kLineWidth, kMargin + widest(places)));
+  const std::size_t taken = kMargin + kGap + widest(places, std::string::npos);
+  const std::size_t column = kGap + widest(texts, kLineWidth - std::min(kLineWidth, taken));
   const std::string margin(kMargin, ' ');
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const std::size_t width = displayWidth(texts[i]);
     mOut << margin << texts[i];
     if (!lines[i].step.empty()) {
-      const bool isTooLong = width + 2 > column;
+      const bool isTooLong = width + kGap > column;
       mOut << (isTooLong ? '\n' + margin : "")
            << std::string(isTooLong ? column : column - width, ' ') << places[i];
     }
@@ -177,30 +163,26 @@ void TextTrace::writeState(const CallTrace& trace) {
   if (trace.takesUpdater && !trace.state) {
     mOut << "  " << mStyle.alarming("no updater for this sensor") << '\n';
   }
-  if (!trace.state || trace.state->before == trace.state->after) return;
-  const UpdaterFields& before = trace.state->before;
-  const UpdaterFields& after = trace.state->after;
+  if (!trace.state) return;
   Columns columns(kNameWidth);
   forEachUpdaterField([&](const char* name, auto field) {
-    if (before.*field == after.*field) return;
-    columns.add({name, changeText(lineOfJson(before.*field), lineOfJson(after.*field))});
+    const auto& before = trace.state->before.*field;
+    const auto& after = trace.state->after.*field;
+    if (before != after) columns.add({name, changeText(lineOfJson(before), lineOfJson(after))});
   });
-  mOut << "  " << mStyle.heading("state") << '\n';
-  columns.write(mOut, kMargin);
+  writeSection("state", columns);
 }
 
 void TextTrace::writeEffects(const std::vector<host::Effect>& effects) {
-  if (effects.empty()) return;
-  mOut << "  " << mStyle.heading("effects") << '\n';
   Columns columns(kNameWidth);
   for (const host::Effect& effect : effects) columns.add({effect.op, effectFields(effect)});
-  columns.write(mOut, kMargin);
+  writeSection("effects", columns);
 }
 
 void TextTrace::writeRecords(const CallTrace& trace) {
   Columns columns;
   for (const host::LogRecord& record : trace.logs) {
-    if (mRecords < leastToShow(record.level)) continue;
+    if (mLevels.find(record.level) == std::string_view::npos) continue;
     const std::string level(1, record.level);
     std::vector<std::string> row{record.level == 'E' ? mStyle.alarming(level) : level};
     if (trace.accesses) {
@@ -209,8 +191,12 @@ void TextTrace::writeRecords(const CallTrace& trace) {
     row.push_back(printable(record.message));
     columns.add(std::move(row));
   }
+  writeSection("log", columns);
+}
+
+void TextTrace::writeSection(std::string_view name, const Columns& columns) {
   if (columns.isEmpty()) return;
-  mOut << "  " << mStyle.heading("log") << '\n';
+  mOut << "  " << mStyle.heading(name) << '\n';
   columns.write(mOut, kMargin);
 }
 

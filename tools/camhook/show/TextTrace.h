@@ -13,14 +13,15 @@
 
 namespace camhook {
 
-/// The traces stored beside the scenarios have no colour and the records of every level.
+/// The levels of log records: debug, info, error.
+inline constexpr std::string_view kAllLevels = "DIE";
+
+/// The stored traces of scenarios have no colour and the records of all levels.
 class TextTrace final : public TraceWriter {
  public:
-  /// Which records are shown: none, or those of a level and above (debug, info, error).
-  enum class Records { none, error, info, debug };
-
-  /// `about` is the scenario's description, which comes first.
-  TextTrace(std::ostream& out, Style style, Records records, std::string_view about = "");
+  /// `levels` are those of the records that are shown; the text must outlive the trace. `about` is
+  /// the scenario's description, which comes first.
+  TextTrace(std::ostream& out, Style style, std::string_view levels, std::string_view about = "");
 
   void write(const CallTrace& trace) override;
   void finish(const host::TextMap& eventStore) override;
@@ -42,11 +43,12 @@ class TextTrace final : public TraceWriter {
   void writeState(const CallTrace& trace);
   void writeEffects(const std::vector<host::Effect>& effects);
   void writeRecords(const CallTrace& trace);
+  void writeSection(std::string_view name, const Columns& columns);
   [[nodiscard]] std::string changeText(const std::string& before, const std::string& after) const;
 
   std::ostream& mOut;
   Style mStyle;
-  Records mRecords;
+  std::string_view mLevels;
 };
 
 }  // namespace camhook

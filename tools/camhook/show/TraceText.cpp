@@ -1,6 +1,7 @@
 #include "tools/camhook/show/TraceText.h"
 
 #include <algorithm>
+#include <cstring>
 #include <sstream>
 #include <variant>
 
@@ -9,8 +10,6 @@
 #include "common/updater/PdafRecord.h"
 #include "host/AndroidTags.h"
 #include "host/MetadataAccess.h"
-#include "platform/Hal3A.h"
-#include "platform/HalSensor.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/PlainText.h"
@@ -34,14 +33,6 @@ constexpr std::string_view kAeRows[] = {
     "sensorGainNormal ispGainNormal expTimeNormal adrcGainNormal",
     "sensitivityRatio expTimeRatio gainRatio",
 };
-
-std::string fieldText(const host::Effect::Value& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) return valueText(*text);
-  if (const auto* number = std::get_if<float>(&value)) return valueText(*number);
-  JsonLine line;
-  addEffectValue(line, value);
-  return line.line();
-}
 
 /// FNV-1a of a text, in eight digits.
 std::string checksum(std::string_view text) {
@@ -99,36 +90,21 @@ std::vector<std::string> aeLines(const Json& items) {
   return lines;
 }
 
-/// The little-endian words of a record of phase-detection pixels.
-std::vector<std::int32_t> wordsOf(const Bytes& bytes) {
-  std::vector<std::int32_t> words;
-  for (std::size_t i = 0; i + 3 < bytes.size(); i += 4) {
-    std::uint32_t word = 0;
-    for (std::size_t byte = 0; byte < 4; ++byte) {
-      word |= std::uint32_t{bytes[i + byte]} << 8 * byte;
-    }
-    words.push_back(static_cast<std::int32_t>(word));
-  }
-  return words;
-}
-
 std::vector<std::string> pdafLines(const Bytes& bytes) {
-  const std::vector<std::int32_t> words = wordsOf(bytes);
+  std::vector<std::int32_t> words(bytes.size() / sizeof(std::int32_t));
+  std::memcpy(words.data(), bytes.data(), bytes.size());
   const auto list = [&](std::size_t first, std::size_t count) {
     std::string text;
     for (std::size_t i = first; i < first + count; ++i) text += ' ' + std::to_string(words[i]);
     return text;
   };
-  constexpr std::size_t kFirstPair = 5;
-  constexpr std::size_t kPairWords = 4;
-  const std::int32_t pairs = std::clamp(words[kFirstPair - 1] / 2, 0, 16);
+  const std::int32_t pairs = std::clamp(words[4] / 2, 0, 16);
   std::vector<std::string> lines{"words 2 and 3:" + list(0, 2) + ", tail:" + list(2, 2) +
                                  ", twice the pairs:" + list(4, 1) +
                                  ", buffer type:" + list(words.size() - 3, 3)};
   for (std::size_t i = 0; i < static_cast<std::size_t>(pairs); ++i) {
-    const std::size_t pair = kFirstPair + kPairWords * i;
-    lines.push_back("pair " + std::to_string(i + 1) + ": left" + list(pair, 2) + ", right" +
-                    list(pair + 2, 2));
+    lines.push_back("pair " + std::to_string(i + 1) + ": left" + list(5 + 4 * i, 2) + ", right" +
+                    list(7 + 4 * i, 2));
   }
   return lines;
 }
@@ -150,28 +126,15 @@ std::string streamsText(const Json& streams) {
   return text.empty() ? "none" : text;
 }
 
-std::span<const CommandName> commandNames() {
-  using NS3Av3::IHal3A;
-  using NSCam::IHalSensor;
-  static constexpr CommandName kNames[] = {
-      {"hal3a.control", IHal3A::kSetNonZslFrameCount, "setNonZslFrameCount"},
-      {"hal3a.control", IHal3A::kGetShadingTable, "getShadingTable"},
-      {"sensor.command", IHalSensor::kSupportsPd, "supportsPd"},
-      {"sensor.command", IHalSensor::kGetPdBlock, "getPdBlock"},
-  };
-  return kNames;
-}
-
 std::string effectFields(const host::Effect& effect) {
   std::string fields;
   for (const auto& [key, value] : effect.fields) {
-    const std::string text = fieldText(value);
+    const Json json = jsonFromEffectValue(value);
     if (!fields.empty()) fields += ' ';
-    fields.append(key).append("=").append(text);
+    fields.append(key).append("=").append(valueText(json));
     if (key != "command") continue;
-    for (const auto& [op, command, name] : commandNames()) {
-      if (op != effect.op || std::to_string(command) != text) continue;
-      fields.append(" (").append(name).append(")");
+    for (const auto& [op, command, name] : kCommandNames) {
+      if (op == effect.op && json == command) fields.append(" (").append(name).append(")");
     }
   }
   return fields;

@@ -1,14 +1,15 @@
-// The words of readable traces: values, entries and effects.
+// Texts of values, entries and effects in readable traces.
 
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/Effect.h"
+#include "platform/Hal3A.h"
+#include "platform/HalSensor.h"
 #include "platform/IMetadata.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/TagCatalogue.h"
@@ -28,7 +29,12 @@ struct CommandName {
   std::string_view name;
 };
 
-std::span<const CommandName> commandNames();
+inline constexpr CommandName kCommandNames[] = {
+    {"hal3a.control", NS3Av3::IHal3A::kSetNonZslFrameCount, "setNonZslFrameCount"},
+    {"hal3a.control", NS3Av3::IHal3A::kGetShadingTable, "getShadingTable"},
+    {"sensor.command", NSCam::IHalSensor::kSupportsPd, "supportsPd"},
+    {"sensor.command", NSCam::IHalSensor::kGetPdBlock, "getPdBlock"},
+};
 
 /// "sensor=0 command=8 (getShadingTable) grid=[17, 13]".
 std::string effectFields(const host::Effect& effect);

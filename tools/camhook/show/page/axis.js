@@ -27,9 +27,8 @@
       return [name, `${before}${valueAt(call)}`, step];
     };
     const lane = laneOf(part, name, place, lines, page.lane(series));
-    lane.row.dataset.key = series.key;
-    lane.open = (call) => lane.value.replaceChildren(valueAt(call));
-    return lane;
+    page.set(lane.row, { "data-key": series.key });
+    return { ...lane, open: (call) => lane.value.replaceChildren(valueAt(call)) };
   };
 
   const callLines = (number) => {
@@ -43,21 +42,20 @@
   // The calls are a slider for the keyboard and for screen readers.
   const callsLane = () => {
     const lane = laneOf("calls", "call", "", callLines, page.callsLane);
-    const { row, value } = lane;
     const last = page.calls.length;
-    const set = (attributes) => Object.entries(attributes).forEach((attribute) => row.setAttribute(...attribute));
-    set({ role: "slider", tabindex: 0, "aria-label": "open call", "aria-valuemin": 1, "aria-valuemax": last });
-    lane.open = (call) => {
-      set({ "aria-valuenow": call, "aria-valuetext": callWords(call) });
-      value.replaceChildren(`${call} of ${last}`);
-    };
     const moves = { ArrowLeft: -1, ArrowRight: 1, PageUp: -20, PageDown: 20, Home: -Infinity, End: Infinity };
-    row.addEventListener("keydown", (event) => {
+    const keydown = (event) => {
       if (!(event.key in moves) || event.ctrlKey || event.altKey || event.metaKey) return;
       event.preventDefault();
       page.replace({ call: Math.min(Math.max(page.state().call + moves[event.key], 1), last) });
-    });
-    return lane;
+    };
+    const range = { "aria-label": "open call", "aria-valuemin": 1, "aria-valuemax": last };
+    page.set(lane.row, { role: "slider", tabindex: 0, ...range, keydown });
+    const open = (call) => {
+      page.set(lane.row, { "aria-valuenow": call, "aria-valuetext": callWords(call) });
+      lane.value.replaceChildren(`${call} of ${last}`);
+    };
+    return { ...lane, open };
   };
 
   const legend = () => {
@@ -75,31 +73,29 @@
   page.axis = () => {
     let state = null;
     let step;
-    let drawn = { first: 0, last: 0 }; // calls
+    let drawnAt; // pixels
     let found = null; // the filter that the lanes are for
     let lanes = [];
 
-    const search = () => page.replace({ find: find.value || null });
-    const find = element("input", { type: "search", size: 16, input: search });
+    const input = () => page.replace({ find: find.value || null });
+    const find = element("input", { type: "search", size: 16, input });
     const count = element("span", { role: "status" });
     const controls = element("div.controls", element("label", "tags ", find), count);
     const hairline = element("div.hairline");
     const content = element("div.axis-content");
-    const box = element("div.axis", { tabindex: "0", role: "region", "aria-label": "lanes" }, content);
+    const box = element("div.axis", { tabindex: 0, role: "region", "aria-label": "lanes" }, content);
     const constants = element("div");
     const calls = callsLane();
 
     const labelWidth = () => parseFloat(getComputedStyle(box).getPropertyValue("--label"));
 
-    // Draws half a screen more on both sides, so that few scrolls need a redraw.
-    const draw = (isForced) => {
+    // Draws half a screen more on both sides; `scroll` draws again once that is used up.
+    const draw = () => {
       const inSight = Math.ceil(box.clientWidth / step);
       const from = Math.floor(box.scrollLeft / step) + 1;
-      const to = Math.min(from + inSight, page.calls.length);
-      if (!isForced && drawn.first <= from && drawn.last >= to) return;
       const first = Math.max(from - Math.ceil(inSight / 2), 1);
-      const last = Math.min(to + Math.ceil(inSight / 2), page.calls.length);
-      drawn = { first, last };
+      const last = Math.min(from + Math.ceil(inSight * 1.5), page.calls.length);
+      drawnAt = box.scrollLeft;
       const sight = { first, last, open: state.call, step, xOf: (number) => (number - first) * step };
       for (const lane of lanes) {
         lane.picture.setAttribute("width", (last - first + 1) * step);
@@ -118,7 +114,7 @@
       hairline.style.left = `${labelWidth() + left}px`;
       hairline.style.width = `${step}px`;
       if (left < box.scrollLeft || left + step > box.scrollLeft + width) box.scrollLeft = left - width / 2;
-      draw(true);
+      draw();
     };
 
     // By default the values that vary have lanes; the filter finds constant ones, too.
@@ -127,12 +123,11 @@
       found = state.find;
       const words = found.toLowerCase();
       const matching = page.series().filter(({ key }) => key.toLowerCase().includes(words));
-      const { shown = [], folded = [] } = Object.groupBy(matching, ({ isConstant }) =>
-        words || !isConstant ? "shown" : "folded",
-      );
+      const shown = matching.filter(({ isConstant }) => words || !isConstant);
+      const folded = matching.filter((series) => !shown.includes(series));
       lanes = [calls, ...shown.map(tagLane)];
       content.replaceChildren(hairline, ...lanes.map(({ row }) => row));
-      constants.replaceChildren(...(folded.length ? [constantsOf(folded)] : []));
+      constants.replaceChildren(folded.length ? constantsOf(folded) : "");
       count.textContent = `${shown.length} of ${page.series().length} ${words ? "match" : "vary"}`;
     };
 
@@ -146,16 +141,13 @@
       const lane = lanes.find(({ row }) => row.contains(event.target));
       page.tip(event, call && lane ? [callWords(call), ...lane.lines(call)] : []);
     };
-    content.addEventListener("pointermove", point);
-    content.addEventListener("pointerleave", page.tip);
-    content.addEventListener("click", (event) => {
-      const call = callAt(event);
-      if (call) location.hash = page.address({ call });
-    });
-    box.addEventListener("scroll", (event) => {
+    const click = (event) => callAt(event) && page.open(callAt(event));
+    const scroll = (event) => {
       page.tip(event);
-      requestAnimationFrame(() => draw(false));
-    });
+      if (Math.abs(box.scrollLeft - drawnAt) > box.clientWidth / 2) requestAnimationFrame(draw);
+    };
+    page.set(content, { pointermove: point, pointerleave: page.tip, click });
+    page.set(box, { scroll });
     new ResizeObserver(() => state && layOut()).observe(box);
 
     const bar = element("div.bar", legend(), controls);

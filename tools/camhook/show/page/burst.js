@@ -1,7 +1,7 @@
 // Still captures by recorded requests: a dot marks the request's own frame.
 {
   const { element } = page;
-  const mostRows = 100;
+  const mostRows = 100; // around the open call
   const mostColumns = 64;
 
   const isCapture = (call) => call.state && page.items(call, "meta", "MTK_HESK_STILL_CAPTURE")?.[0] === 1;
@@ -44,34 +44,26 @@
 
   const rowOf = (capture, columns, open) => {
     const { number, call, request } = capture;
-    const after = call.state.mCaptureCount;
-    const before = call.before?.state?.mCaptureCount;
-    return element(
-      "tr",
-      { "data-call": number, class: number === open ? "here" : null },
-      element("th", { scope: "row" }, page.callLink(number, `${number}`)),
-      element("td.number", `${request}`),
+    const counts = [call.before?.state?.mCaptureCount, call.state.mCaptureCount];
+    return element("tr", { "data-call": number, class: number === open ? "here" : null },
+      element("th", { scope: "row" }, element("a", { href: page.address({ call: number }) }, number)),
+      element("td.number", request),
       [...columns.values()].map((requests) => cellOf(requests, capture)),
       element("td", noteOf(capture)),
-      element("td.number", before === undefined ? `${after}` : `${before} → ${after}`),
+      element("td.number", counts.filter((count) => count !== undefined).join(" → ")),
     );
   };
 
   const matrix = (sensor, numbers, open) => {
     const place = Math.max(numbers.findLastIndex((number) => number <= open), 0);
-    const from = place - (place % mostRows);
+    const from = Math.max(Math.min(place - mostRows / 2, numbers.length - mostRows), 0);
     const captures = numbers.slice(from, from + mostRows).map(captureOf);
     const columns = columnsOf(captures);
     const heads = ["call", "request", ...columns.keys(), "frame", "capture count"];
-    const to = from + captures.length;
-    const part = numbers.length > mostRows ? `, ${from + 1} to ${to} of ${numbers.length}` : "";
+    const range = `, ${from + 1} to ${from + captures.length} of ${numbers.length}`;
+    const part = numbers.length > mostRows ? range : "";
     const rows = captures.map((capture) => rowOf(capture, columns, open));
-    const more = { earlier: numbers[from - 1], later: numbers[from + mostRows] };
-    const leads = Object.entries(more).filter(([, number]) => number);
-    return [
-      page.table("burst", `still captures of sensor ${sensor}${part}`, heads, rows),
-      leads.map(([text, number]) => element("p", page.callLink(number, text))),
-    ];
+    return page.table("burst", `still captures of sensor ${sensor}${part}`, heads, rows);
   };
 
   page.burst = () => {

@@ -4,18 +4,14 @@
   const parts = [...page.containers, "state"];
   const known = new Set([...parts, "call", "sensor", "args", "return", "before", "effects", "logs", "writes"]);
 
-  const stepText = ({ step, file, line }) => [
-    page.name(step),
-    element("small", file ? ` ${file.replace(/^.*\//, "")}:${line}` : ""),
-  ];
+  const stepText = ({ step, file, line }) =>
+    [page.name(step), element("small", ` ${file.replace(/^.*\//, "")}:${line}`)];
 
   const changeRow = (tag, before, after, write, isOverwritten = false) =>
-    element(
-      "tr",
-      isOverwritten ? { class: "overwritten" } : { "data-tag": tag },
+    element("tr", isOverwritten ? { class: "overwritten" } : { "data-tag": tag },
       element("th", { scope: "row" }, page.name(tag), isOverwritten ? " overwritten" : ""),
       element("td", before),
-      element("td.after", after, write ? element("div.by", stepText(write)) : []),
+      element("td.after", after),
       element("td.step", write ? stepText(write) : []),
     );
 
@@ -55,10 +51,8 @@
     }),
   ];
 
-  const effectRow = ({ op, ...fields }) => [
-    op,
-    [page.fields(fields), page.data.commands[op]?.[fields.command]].filter(Boolean).join(", "),
-  ];
+  const effectRow = ({ op, ...fields }) =>
+    [op, [page.fields(fields), page.data.commands[op]?.[fields.command]].filter(Boolean).join(", ")];
 
   const recordRow = ({ level, message }) =>
     element("tr", { "data-level": level }, element("th", { scope: "row" }, level), element("td", message));
@@ -95,21 +89,18 @@
     );
   };
 
-  const phone = ({ scenario, trace }) =>
-    page.fold(
-      "phone",
-      "properties and event store",
-      textsTable("properties at the start", scenario.platform?.properties),
-      textsTable("event store at the start", scenario.platform?.eventStore),
+  const phone = ({ scenario: { platform }, trace }) =>
+    page.fold("phone", "properties and event store",
+      textsTable("properties at the start", platform?.properties),
+      textsTable("event store at the start", platform?.eventStore),
       textsTable("event store at the end", trace.eventStore),
     );
 
   page.openCall = () => {
     const last = page.calls.length;
-    const link = (text, label) => element("a.lead", { "aria-label": label }, text);
-    const previous = link("‹", "previous call");
-    const next = link("›", "next call");
-    const goTo = ({ target }) => target.checkValidity() && (location.hash = page.address({ call: target.value }));
+    const previous = element("a.lead", { "aria-label": "previous call" }, "‹");
+    const next = element("a.lead", { "aria-label": "next call" }, "›");
+    const goTo = ({ target }) => target.checkValidity() && page.open(target.value);
     const input = element("input", { type: "number", min: 1, max: last, required: true, change: goTo });
     const label = element("label", "call ", input, ` of ${last}`);
     const picker = element("nav.picker", { "aria-label": "call" }, previous, label, next);
@@ -125,14 +116,9 @@
         lead(previous, number - 1);
         lead(next, number + 1);
         input.value = number;
-        content.replaceChildren(
-          element("div", titleOf(call),
-            page.pictures(number),
-            parts.map((part) => changesOf(call, number, part)),
-            extrasOf(call),
-            foldsOf(call),
-          ),
-        );
+        const changes = parts.map((part) => changesOf(call, number, part));
+        const shown = [titleOf(call), page.pictures(number), changes, extrasOf(call), foldsOf(call)];
+        content.replaceChildren(element("div", shown));
       },
     };
   };

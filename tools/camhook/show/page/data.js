@@ -1,45 +1,36 @@
 // The scripts of the page are joined into one; each file adds to `page` what the others need.
 "use strict";
 
-// JSON.parse rounds integers beyond 15 digits; they stay texts.
-const parseExactly = (json) =>
-  JSON.parse(
-    /\d{16}/.test(json)
-      ? json.replace(/"[^"\\]*(?:\\.[^"\\]*)*"|-?\d+(?:\.\d+)?(?:[eE][+-]?\d+)?/g, (token) =>
-          /^-?\d{16,}$/.test(token) ? `"${token}"` : token,
-        )
-      : json,
-  );
+// Integers that a number cannot hold stay texts. Only JSON with many digits in a row can have them.
+const exactly = (key, value, context) =>
+  Number.isInteger(value) && !Number.isSafeInteger(value) ? (context?.source ?? value) : value;
+const json = document.getElementById("data").textContent;
 
 const page = {
-  data: parseExactly(document.getElementById("data").textContent),
+  data: JSON.parse(json, /\d{16}/.test(json) ? exactly : null),
   containers: ["meta", "app", "hal", "out"],
 };
 page.calls = page.data.trace.calls; // call 1 of the page comes first
 
-{
-  const address = () => new URLSearchParams(location.hash.slice(1));
+const address = () => new URLSearchParams(location.hash.slice(1));
 
-  // The state of the page is its address: `#call=3&view=burst&find=fps`.
-  page.state = () => ({
-    call: Math.min(Math.max(parseInt(address().get("call")) || 1, 1), page.calls.length),
-    view: address().get("view"),
-    find: address().get("find") ?? "",
-  });
+// The state of the page is its address: `#call=3&view=burst&find=fps`.
+page.state = () => ({
+  call: Math.min(Math.max(parseInt(address().get("call")) || 1, 1), page.calls.length),
+  view: address().get("view"),
+  find: address().get("find") ?? "",
+});
 
-  // The address of the present state with changes; null removes a key.
-  page.address = (changes) => {
-    const changed = address();
-    for (const [key, value] of Object.entries(changes)) {
-      if (value === null) changed.delete(key);
-      else changed.set(key, value);
-    }
-    return `#${changed}`;
-  };
+// The address of the present state with changes; null removes a key.
+page.address = (changes) => {
+  const kept = Object.entries({ ...Object.fromEntries(address()), ...changes }).filter(([, value]) => value !== null);
+  return `#${new URLSearchParams(kept)}`;
+};
 
-  // Changes the state without a new entry in the browser's history.
-  page.replace = (changes) => location.replace(page.address(changes));
-}
+page.open = (call) => (location.hash = page.address({ call }));
+
+// Changes the state without a new entry in the browser's history.
+page.replace = (changes) => location.replace(page.address(changes));
 
 page.call = (number) => page.calls[number - 1];
 

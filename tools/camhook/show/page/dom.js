@@ -7,24 +7,25 @@
 
   const isAttributes = (value) => Object.getPrototypeOf(value ?? "") === Object.prototype;
 
-  const make = (element, classes, content) => {
-    const attributes = isAttributes(content[0]) ? content.shift() : {};
-    element.classList.add(...classes);
+  // Attributes and, by event, listeners.
+  page.set = (element, attributes) => {
     for (const [name, value] of Object.entries(attributes)) {
       if (typeof value === "function") element.addEventListener(name, value);
-      else if (value !== null && value !== false) element.setAttribute(name, value === true ? "" : value);
+      else if (value !== null) element.setAttribute(name, value);
     }
-    const children = content.flat(Infinity).filter((child) => child !== null);
-    element.append(...children.map((child) => (child instanceof Node ? child : visible(`${child}`))));
-    return element;
   };
 
   const maker = (create) => (name, ...content) => {
     const [tag, ...classes] = name.split(".");
-    return make(create(tag), classes, content);
+    const made = create(tag);
+    made.classList.add(...classes);
+    if (isAttributes(content[0])) page.set(made, content.shift());
+    const children = content.flat(Infinity).filter((child) => child !== null);
+    made.append(...children.map((child) => (child instanceof Node ? child : visible(`${child}`))));
+    return made;
   };
 
-  // An element `name.class` with attributes, listeners by event, and children; null children are left out.
+  // An element `name.class` with attributes and children; null children are left out.
   page.element = maker((tag) => document.createElement(tag));
   page.shape = maker((tag) => document.createElementNS("http://www.w3.org/2000/svg", tag));
 
@@ -44,21 +45,14 @@
     };
     const rowOf = (row) => (row instanceof HTMLTableRowElement ? row : element("tr", row.map(cellOf)));
     const head = element("tr", heads.map((text) => element("th", { scope: "col" }, text)));
-    return element(
-      "div",
-      { class: "scroll", tabindex: "0", role: "region", "aria-label": caption || kind },
-      element(
-        "table",
-        { class: kind },
-        caption ? element("caption", caption) : null,
-        heads.length ? element("thead", head) : null,
-        element("tbody", rows.map(rowOf)),
-      ),
+    const table = element("table", { class: kind },
+      caption ? element("caption", caption) : null,
+      heads.length ? element("thead", head) : null,
+      element("tbody", rows.map(rowOf)),
     );
+    return element("div.scroll", { tabindex: 0, role: "region", "aria-label": caption || kind }, table);
   };
 
   page.fold = (kind, summary, ...content) =>
     page.element("details", { class: kind }, page.element("summary", summary), content);
-
-  page.callLink = (call, ...content) => page.element("a", { href: page.address({ call }) }, content);
 }

@@ -48,9 +48,8 @@
       [Infinity, -Infinity],
     );
     const yOf = (value) => height - 5 - (height - 10) * (high > low ? (value - low) / (high - low) : 0.5);
-    const inputs = points
-      .filter(({ isChanged }) => isChanged)
-      .map(({ number, input }) => ({ number, end: number + 1, value: input }));
+    const changed = points.filter(({ isChanged }) => isChanged);
+    const inputs = changed.map(({ number, input }) => ({ number, end: number + 1, value: input }));
     return (sight) => {
       const { xOf } = sight;
       const lines = (kind, item, all) => {

@@ -29,9 +29,7 @@
     const head = element("th", { scope: "rowgroup", colspan: fields.length + 3 }, text);
     const rows = rowsOf(decision, filter).map((row) => {
       const compared = filter.rows.find((each) => each.row === row.row);
-      return element(
-        "tr",
-        { class: `row ${row.taken ? "taken" : compared ? "" : "unasked"}` },
+      return element("tr", { class: `row ${row.taken ? "taken" : compared ? "" : "unasked"}` },
         element("th", { scope: "row" }, `row ${row.row}`),
         element("td.mode", mode(row), element("div.by", row.verdict)),
         fields.map((field) => conditionCell(row, field, compared)),
@@ -45,8 +43,7 @@
     const { rows, inputs, product, list } = decision;
     if (!rows.length) return null;
     const columns = decision.columns.filter(({ field }) => rows.some(({ conditions }) => field in conditions));
-    const values = element(
-      "tr.given",
+    const values = element("tr.given",
       element("th", { scope: "row", colspan: 2 }, "given"),
       columns.map(({ input }) => element("td", given(inputs[input]))),
       element("td.verdict"),
@@ -62,9 +59,7 @@
     met ? element("div.met", `✓ ${found}`) : element("div.unmet", `✗ ${found}, must ${must}`);
 
   const overrideOf = ({ number, when, verdict, conditions, ...gives }) =>
-    element(
-      "tr",
-      { class: verdict === "decides" ? "taken" : null },
+    element("tr", { class: verdict === "decides" ? "taken" : null },
       element("th", { scope: "row" }, `override ${number}`),
       element("td", when, element("small", ` → ${mode(gives)}`)),
       element("td.verdict", verdict),
@@ -99,7 +94,7 @@
     const numbers = page.numbersOf(({ call }) => call === "decideSensorScenario");
     if (!numbers.length) return null;
     const textOf = (number) => `call ${number}: ${page.modeName(page.call(number).return)}`;
-    const goTo = () => (location.hash = page.address({ call: select.value }));
+    const goTo = () => page.open(select.value);
     const options = numbers.map((number) => element("option", { value: number }, textOf(number)));
     const select = element("select", { change: goTo }, options);
     const label = element("label", "decision ", select, ` of ${numbers.length}`);

@@ -20,10 +20,8 @@
     sign: name.match(/\d+/)?.[0] ?? "",
   });
 
-  const boundsOf = (shapes) => {
-    const extremes = [Math.min, Math.min, Math.max, Math.max];
-    return extremes.map((extreme, side) => extreme(...shapes.map(({ sides }) => sides[side])));
-  };
+  const boundsOf = (shapes) =>
+    [Math.min, Math.min, Math.max, Math.max].map((most, side) => most(...shapes.map(({ sides }) => sides[side])));
 
   const pathOf = ([x, y, x1, y1]) => `M${x} ${y}H${x1}V${y1}H${x}Z`;
 
@@ -47,7 +45,7 @@
     return place;
   };
 
-  const numberOf = ({ kind, sign }, [x, y, x1, y1], place) => {
+  const numberOf = ({ kind, sign, box: [x, y, x1, y1] }, place) => {
     const middle = (x + x1) / 2;
     const line = (y + y1) / 2 + 4;
     const isInside = x1 - x > letter * sign.length + 4;
@@ -56,7 +54,7 @@
     return text;
   };
 
-  const cornersOf = ({ kind, sides }, [x, y, x1, y1], place) => {
+  const cornersOf = ({ kind, sides, box: [x, y, x1, y1] }, place) => {
     const first = [[x + 3, y + 13, 1], [x, y - 4, 1], [x + 3, y + 27, 1]];
     const last = [[x1 - 3, y1 - 4, -1], [x1, y1 + 13, -1], [x1 - 3, y1 - 18, -1]];
     const from = kind === "array" ? 1 : 0; // those of the array are outside
@@ -66,28 +64,23 @@
     ];
   };
 
-  const edgeOf = ({ name, kind }, [x, y, x1, y1], place) => {
+  const edgeOf = ({ name, kind, box: [x, y, x1, y1] }, place) => {
     const lines = [y + 13, y1 - 4, y - 4, y1 + 13, y + 28, y1 - 20];
     return place(name, kind, lines.map((line) => [(x + x1) / 2, line, 0]));
   };
 
-  const draw = (shapes, [left, top, right, bottom], width) => {
+  const draw = (rectangles, [left, top, right, bottom], width) => {
     const [across, down] = [Math.max(right - left, 1), Math.max(bottom - top, 1)];
     const scale = Math.min((width - 2 * margin) / across, tallest / down);
     const size = { width: across * scale + 2 * margin, height: down * scale + 2 * margin };
     const place = textPlacer(size.width, size.height);
-    const drawn = new Map(
-      shapes.map((each) => {
-        const [x, y, x1, y1] = each.sides;
-        return [each, [x - left, y - top, x1 - left, y1 - top].map((at) => at * scale + margin)];
-      }),
-    );
-    const outlineOf = (each) => shape(`path.outline.${each.kind}`, { d: pathOf(drawn.get(each)) });
-    const outlines = shapes.map(outlineOf);
-    const [array, crop] = ["array", "crop"].map((kind) => shapes.find((each) => each.kind === kind));
+    const pixelOf = (at, side) => (at - (side % 2 ? top : left)) * scale + margin;
+    const shapes = rectangles.map((each) => ({ ...each, box: each.sides.map(pixelOf) }));
+    const outlines = shapes.map(({ kind, box }) => shape(`path.outline.${kind}`, { d: pathOf(box) }));
+    const [array, crop] = ["array", "crop"].map((wanted) => shapes.find(({ kind }) => kind === wanted));
     const numbered = shapes.filter(({ kind }) => kind === "region");
     const framed = shapes.filter(({ kind }) => kind !== "region");
-    const shade = array && crop ? pathOf(drawn.get(array)) + pathOf(drawn.get(crop)) : "";
+    const shade = array && crop ? pathOf(array.box) + pathOf(crop.box) : "";
     return shape(
       "svg",
       { class: "picture", ...size, viewBox: `0 0 ${size.width} ${size.height}`, "aria-hidden": "true" },
@@ -95,18 +88,14 @@
       outlines.splice(0, array ? 1 : 0),
       shape("path.shade", { "fill-rule": "evenodd", d: shade }),
       outlines,
-      numbered.map((each) => numberOf(each, drawn.get(each), place)),
-      framed.flatMap((each) => cornersOf(each, drawn.get(each), place)),
-      framed.filter((each) => each !== array).map((each) => edgeOf(each, drawn.get(each), place)),
+      numbered.map((each) => numberOf(each, place)),
+      framed.map((each) => cornersOf(each, place)),
+      framed.filter((each) => each !== array).map((each) => edgeOf(each, place)),
     );
   };
 
-  const rowOf = ({ name, kind, sides, size }) => [
-    element("span", { class: `key ${kind}` }, name),
-    `${sides[0]}, ${sides[1]}`,
-    `${sides[2]}, ${sides[3]}`,
-    size,
-  ];
+  const rowOf = ({ name, kind, sides: [x, y, x1, y1], size }) =>
+    [element("span", { class: `key ${kind}` }, name), `${x}, ${y}`, `${x1}, ${y1}`, size];
 
   page.pictures = (number) => {
     const shapes = (page.data.rectangles[number] ?? []).map(shapeOf);

@@ -1,4 +1,4 @@
-// Values as text: what the page knows of units and of numbers is here.
+// Values as text: units, names of values and the grouping of digits.
 {
   const units = [
     [/FPS_RANGE$/, ([low, high = low]) => (low === high ? `${low} fps` : `${low} to ${high} fps`)],
