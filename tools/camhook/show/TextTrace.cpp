@@ -103,7 +103,7 @@ void TextTrace::addWrites(std::vector<Line>& lines, const CallTrace& trace,
     }
     const std::string value = std::string(kArrow) + ' ' + entryText(tag, write->entry);
     lines.push_back({.cells = {mStyle.faint("  overwritten"), mStyle.faint(value)},
-                     .step = {mStyle.faint(made->step.name), place},
+                     .step = {mStyle.faint(made.step.name), place},
                      .decoded = {}});
   }
 }
