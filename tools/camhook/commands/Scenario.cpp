@@ -11,14 +11,13 @@
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
-#include "tools/camhook/input/ScenarioWriter.h"
 
 namespace camhook {
 namespace {
 
 struct ScenarioArguments {
   std::vector<std::string> files;
-  std::string output;
+  std::string output = "-";
   std::string hook;
   std::optional<std::int32_t> sensor;
   std::string product;
@@ -68,13 +67,9 @@ int scenario(const ScenarioArguments& arguments) {
   for (const std::string& file : arguments.files) files.push_back(readDumps(file));
   if (!arguments.statics.empty()) options.statics = readDumps(arguments.statics);
 
-  const DumpScenario made = scenarioOfDumps(std::move(files), std::move(options));
+  const DumpScenario made = scenarioOfDumps(std::move(files), options);
   for (const std::string& note : made.notes) warn(note);
-  if (arguments.output.empty()) {
-    writeScenario(std::cout, made);
-    return 0;
-  }
-  writeFile(arguments.output, [&](std::ostream& out) { writeScenario(out, made); });
+  writeFile(arguments.output, [&](std::ostream& out) { writeJson(out, made.scenario); });
   return 0;
 }
 

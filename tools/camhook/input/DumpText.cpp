@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "tools/camhook/input/DumpEntry.h"
+#include "tools/camhook/input/InputError.h"
 
 namespace camhook {
 namespace {
@@ -103,12 +104,12 @@ void DumpFinder::onLine(std::string_view line) {
     mHeader = behindTime(line);
   } else if (const std::size_t at = line.find(kFirstWords); at != std::string_view::npos) {
     onFirstLine(line.substr(0, at), line.substr(at + kFirstWords.size()));
-  } else if (const auto row = dumpRowOf(line)) {
+  } else if (const auto row = findDumpRow(line)) {
     Open* dump = openFor(line);
     if (dump == nullptr || !dump->entry) return;
     dump->entry->addRow(*row);
     closeIfComplete(*dump);
-  } else if (const auto head = dumpHeadOf(line)) {
+  } else if (const auto head = findDumpHead(line)) {
     onHead(*head, line);
   }
 }
@@ -194,16 +195,17 @@ void DumpFinder::close(Open& dump) {
 void DumpFinder::finishEntry(Open& dump, bool isCutOff) {
   if (!dump.entry) return;
   const DumpEntry& entry = *dump.entry;
-  std::string problem = entry.problem(isCutOff);
-  if (problem.empty() && !dump.tags.insert(entry.tag()).second) problem = "stands there twice";
-  if (!problem.empty()) {
-    if (mFound.dumps[dump.index].problem.empty())
-      mFound.dumps[dump.index].problem = entry.title() + ": " + problem;
-    note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " is left out: " + problem);
-  } else {
-    mFound.dumps[dump.index].entries.push_back(entry.take());
-    const std::string doubt = entry.doubt(mFound.dumps[dump.index].entries.back());
+  Dump& found = mFound.dumps[dump.index];
+  try {
+    auto taken = entry.take(isCutOff);
+    if (!dump.tags.insert(entry.tag()).second) throw InputError("occurs twice");
+    const std::string doubt = entry.doubt(taken);
     if (!doubt.empty()) note(dump.entryLine, DumpNote::Kind::doubtful, entry.title() + doubt);
+    found.entries.push_back(std::move(taken));
+  } catch (const InputError& error) {
+    const std::string problem = error.what();
+    if (found.problem.empty()) found.problem = entry.title() + ": " + problem;
+    note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " is left out: " + problem);
   }
   dump.entry.reset();
 }

@@ -117,7 +117,7 @@ class Json {
   friend bool operator==(const Json& left, const Json& right);
 
  private:
-  friend class JsonLine;
+  friend class JsonWriter;
 
   using Variant = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double,
                                std::string, List, Object>;

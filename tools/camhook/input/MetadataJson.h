@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/PhoneConfig.h"
 #include "platform/IMetadata.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
@@ -23,14 +24,14 @@ NSCam::IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, std:
 /// are like it.
 std::uint32_t tagFromText(std::string_view text);
 
-/// Writes every entry that holds an item in its long form, ordered by tag.
-void addMetadata(JsonLine& line, const NSCam::IMetadata& metadata);
+/// The entries with items in their long form, ordered by tag.
+Json jsonFromMetadata(const NSCam::IMetadata& metadata);
 
-/// Writes the long form of an entry that holds an item.
-void addEntry(JsonLine& line, const NSCam::IMetadata::IEntry& entry);
-
-/// The same as a value.
+/// The long form of an entry: {"type": ..., "items": ...}.
 Json jsonFromEntry(const NSCam::IMetadata::IEntry& entry);
+
+/// An object from key to text.
+Json jsonFromTextMap(const host::TextMap& texts);
 
 /// [x, y, width, height]
 Json jsonFromRect(const NSCam::MRect& rect);

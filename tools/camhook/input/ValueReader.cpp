@@ -1,7 +1,9 @@
 #include "tools/camhook/input/ValueReader.h"
 
 #include <cmath>
+#include <iomanip>
 #include <limits>
+#include <sstream>
 
 #include "tools/camhook/input/WholeNumber.h"
 
@@ -33,6 +35,18 @@ void readTuple(const Value& value, const char* shape, Numbers&... targets) {
 std::optional<std::uint64_t> numberFromHexadecimal(std::string_view text) {
   if (!text.starts_with("0x")) return {};
   return wholeNumber<std::uint64_t>(text.substr(2), 16);
+}
+
+std::optional<std::tm> timeFrom(const std::string& text) {
+  constexpr const char* kFormat = "%Y-%m-%dT%H:%M:%S";
+  std::tm time{};
+  std::istringstream(text) >> std::get_time(&time, kFormat);
+  // UTC has no change of time. A date that no month has becomes another one.
+  std::tm normal = time;
+  if (timegm(&normal) == -1) return {};
+  std::ostringstream again;
+  again << std::put_time(&normal, kFormat);
+  return again.str() == text ? std::optional(normal) : std::nullopt;
 }
 
 void readValue(const Value& value, bool& target) {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -43,6 +44,9 @@ std::optional<T> integerFrom(const Value& value) {
   if (!number || !std::in_range<T>(*number)) return {};
   return static_cast<T>(*number);
 }
+
+/// The calendar time of a text such as "2021-03-04T05:06:07", if it is one.
+std::optional<std::tm> timeFrom(const std::string& text);
 
 void readValue(const Value& value, bool& target);
 void readValue(const Value& value, std::string& target);

@@ -1,176 +1,120 @@
 #include "tools/camhook/show/JsonTrace.h"
 
-#include <array>
 #include <ostream>
-#include <utility>
+#include <string_view>
 #include <vector>
 
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 
 namespace camhook {
 namespace {
 
-void addField(JsonLine& line, const auto& value) { line.add(value); }
+Json jsonFromField(const auto& value) { return value; }
 
-void addField(JsonLine& line, const std::vector<host::Effect::Region>& regions) {
-  line.open('[');
+Json jsonFromField(const std::vector<host::Effect::Region>& regions) {
+  Json::List list;
   for (const auto& [kind, rect] : regions) {
-    line.open('{');
-    line.member("kind", kind);
-    line.member("rect", std::array{rect.x, rect.y, rect.w, rect.h});
-    line.close('}');
+    list.push_back({{"kind", kind}, {"rect", jsonFromRect(rect)}});
   }
-  line.close(']');
+  return list;
 }
 
-void addEffect(JsonLine& line, const host::Effect& effect) {
-  line.open('{');
-  line.member("op", effect.op);
-  for (const auto& [name, value] : effect.fields) {
-    line.key(name);
-    addEffectValue(line, value);
+Json jsonFromRecord(const host::LogRecord& record) {
+  Json json;
+  json["level"] = std::string_view(&record.level, 1);
+  json["tag"] = record.tag;
+  json["file"] = record.file;
+  json["function"] = record.function;
+  json["message"] = record.message;
+  return json;
+}
+
+/// An entry in its long form, null if it has no items.
+Json entryOrNull(const NSCam::IMetadata::IEntry& entry) {
+  return entry.isEmpty() ? Json() : jsonFromEntry(entry);
+}
+
+/// The writes to the call's containers.
+Json writesOf(const std::vector<StepAccess>& accesses) {
+  Json::List list;
+  for (const auto& [access, container, step] : accesses) {
+    const auto* write = std::get_if<host::MetadataWrite>(&access);
+    if (write == nullptr || container.empty()) continue;
+    list.push_back({{"container", container},
+                    {"tag", tagText(write->tag)},
+                    {"value", entryOrNull(write->entry)},
+                    {"step", step.name},
+                    {"file", step.file},
+                    {"line", step.line}});
   }
-  line.close('}');
+  return list;
 }
 
-void addRecord(JsonLine& line, const host::LogRecord& record) {
-  line.open('{');
-  line.member("level", std::string_view(&record.level, 1));
-  line.member("tag", record.tag);
-  line.member("file", record.file);
-  line.member("function", record.function);
-  line.member("message", record.message);
-  line.close('}');
-}
-
-/// An entry in its long form, null if it holds no item.
-void addEntryOrNull(JsonLine& line, const NSCam::IMetadata::IEntry& entry) {
-  if (entry.isEmpty()) return line.add(nullptr);
-  addEntry(line, entry);
-}
-
-/// A write to one of the call's containers; other accesses add nothing.
-void addWrite(JsonLine& line, const StepAccess& made) {
-  const auto* write = std::get_if<host::MetadataWrite>(&made.access);
-  if (write == nullptr || made.container.empty()) return;
-  line.open('{');
-  line.member("container", made.container);
-  line.member("tag", tagText(write->tag));
-  line.key("value");
-  addEntryOrNull(line, write->entry);
-  line.member("step", made.step.name);
-  line.member("file", made.step.file);
-  line.member("line", made.step.line);
-  line.close('}');
-}
-
-void addContainer(JsonLine& line, const ContainerTrace& container) {
-  line.key(container.name);
-  if (container.after) {
-    addMetadata(line, *container.after);
-  } else {
-    line.add(nullptr);
-  }
-}
-
-/// Adds the member "before" if the call changed anything: what it changed, as it was.
-void addBefore(JsonLine& line, const CallTrace& trace) {
-  std::vector<std::pair<const ContainerTrace*, std::vector<std::uint32_t>>> changes;
+/// What the call changed, as it was; null if it changed nothing.
+Json beforeOf(const CallTrace& trace) {
+  Json json;
   for (const ContainerTrace& container : trace.containers) {
-    std::vector<std::uint32_t> tags = changedTags(container);
-    if (!tags.empty()) changes.emplace_back(&container, std::move(tags));
-  }
-  const bool isStateChanged = trace.state && trace.state->before != trace.state->after;
-  if (changes.empty() && !isStateChanged) return;
-  line.key("before");
-  line.open('{');
-  for (const auto& [container, tags] : changes) {
-    line.key(container->name);
-    line.open('{');
-    for (const std::uint32_t tag : tags) {
-      line.key(tagText(tag));
-      addEntryOrNull(line, container->before->entryFor(tag));
+    for (const std::uint32_t tag : changedTags(container)) {
+      json[container.name][tagText(tag)] = entryOrNull(container.before->entryFor(tag));
     }
-    line.close('}');
   }
-  if (isStateChanged) {
-    const UpdaterFields& before = trace.state->before;
-    const UpdaterFields& after = trace.state->after;
-    line.key("state");
-    line.open('{');
-    forEachUpdaterField([&](std::string_view name, auto field) {
-      if (before.*field != after.*field) line.member(name, before.*field);
-    });
-    line.close('}');
-  }
-  line.close('}');
+  if (!trace.state) return json;
+  forEachUpdaterField([&](std::string_view name, auto field) {
+    const auto& before = trace.state->before.*field;
+    if (before != trace.state->after.*field) json["state"][name] = before;
+  });
+  return json;
 }
 
-void addState(JsonLine& line, const std::optional<StateTrace>& state) {
-  line.key("state");
-  if (!state) return line.add(nullptr);
-  line.open('{');
-  forEachUpdaterField(
-      [&](std::string_view name, auto field) { line.member(name, state->after.*field); });
-  line.close('}');
-}
-
-void addList(JsonLine& line, std::string_view name, const auto& list, auto addItem) {
-  line.key(name);
-  line.open('[');
-  for (const auto& item : list) addItem(line, item);
-  line.close(']');
+Json stateOf(const std::optional<StateTrace>& state) {
+  Json json;
+  if (!state) return json;
+  forEachUpdaterField([&](std::string_view name, auto field) { json[name] = state->after.*field; });
+  return json;
 }
 
 }  // namespace
 
-void addEffectValue(JsonLine& line, const host::Effect::Value& value) {
-  std::visit([&line](const auto& concrete) { addField(line, concrete); }, value);
+Json jsonFromEffect(const host::Effect& effect) {
+  Json json = {{"op", effect.op}};
+  for (const auto& [name, value] : effect.fields) {
+    json[name] = std::visit([](const auto& each) { return jsonFromField(each); }, value);
+  }
+  return json;
 }
 
-std::string lineOfEffect(const host::Effect& effect) {
-  JsonLine line;
-  addEffect(line, effect);
-  return line.line();
-}
-
-void addCall(JsonLine& line, const CallTrace& trace) {
-  line.open('{');
-  line.member("call", trace.call);
-  if (trace.sensor) line.member("sensor", *trace.sensor);
-  line.member("args", trace.arguments);
-  line.member("return", trace.result);
-  for (const auto& [name, value] : trace.extras) line.member(name, value);
-  for (const ContainerTrace& container : trace.containers) addContainer(line, container);
-  addBefore(line, trace);
-  if (trace.takesUpdater) addState(line, trace.state);
-  addList(line, "effects", trace.effects, addEffect);
-  addList(line, "logs", trace.logs, addRecord);
-  if (trace.accesses) addList(line, "writes", *trace.accesses, addWrite);
-  line.close('}');
-}
-
-void addTexts(JsonLine& line, const host::TextMap& texts) {
-  line.open('{');
-  for (const auto& [key, value] : texts) line.member(key, value);
-  line.close('}');
+Json jsonFromTrace(const CallTrace& trace) {
+  Json json = {{"call", trace.call}};
+  if (trace.sensor) json["sensor"] = *trace.sensor;
+  json["args"] = trace.arguments;
+  json["return"] = trace.result;
+  for (const auto& [name, value] : trace.extras) json[name] = value;
+  for (const ContainerTrace& container : trace.containers) {
+    json[container.name] = container.after ? jsonFromMetadata(*container.after) : Json();
+  }
+  if (Json before = beforeOf(trace); !before.isNull()) json["before"] = std::move(before);
+  if (trace.takesUpdater) json["state"] = stateOf(trace.state);
+  Json::List effects;
+  for (const host::Effect& effect : trace.effects) effects.push_back(jsonFromEffect(effect));
+  json["effects"] = std::move(effects);
+  Json::List records;
+  for (const host::LogRecord& record : trace.logs) records.push_back(jsonFromRecord(record));
+  json["logs"] = std::move(records);
+  if (trace.accesses) json["writes"] = writesOf(*trace.accesses);
+  return json;
 }
 
 JsonTrace::JsonTrace(std::ostream& out) : mOut(out) { mOut << "{\n  \"calls\": ["; }
 
 void JsonTrace::write(const CallTrace& trace) {
-  mOut << (mHasCall ? ",\n    " : "\n    ");
+  mOut << (mHasCall ? ",\n    " : "\n    ") << brokenJson(jsonFromTrace(trace), 4);
   mHasCall = true;
-  mLine.clear();
-  addCall(mLine, trace);
-  mOut << mLine.broken(4);
 }
 
 void JsonTrace::finish(const host::TextMap& eventStore) {
-  mOut << (mHasCall ? "\n  ],\n" : "],\n") << "  \"eventStore\": ";
-  mLine.clear();
-  addTexts(mLine, eventStore);
-  mOut << mLine.broken(2) << "\n}\n";
+  mOut << (mHasCall ? "\n  ],\n" : "],\n")
+       << "  \"eventStore\": " << brokenJson(jsonFromTextMap(eventStore), 2) << "\n}\n";
 }
 
 }  // namespace camhook

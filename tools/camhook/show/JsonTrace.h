@@ -3,24 +3,17 @@
 #pragma once
 
 #include <iosfwd>
-#include <string>
 
-#include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/Json.h"
 #include "tools/camhook/show/TraceWriter.h"
 
 namespace camhook {
 
-/// What belongs to an effect, as the trace has it.
-void addEffectValue(JsonLine& line, const host::Effect::Value& value);
-
-/// An effect: its op, then what belongs to it.
-std::string lineOfEffect(const host::Effect& effect);
+/// An effect: its operation "op", then its fields.
+Json jsonFromEffect(const host::Effect& effect);
 
 /// A call of the trace.
-void addCall(JsonLine& line, const CallTrace& trace);
-
-/// An object from key to text.
-void addTexts(JsonLine& line, const host::TextMap& texts);
+Json jsonFromTrace(const CallTrace& trace);
 
 class JsonTrace final : public TraceWriter {
  public:
@@ -32,7 +25,6 @@ class JsonTrace final : public TraceWriter {
  private:
   std::ostream& mOut;
   bool mHasCall = false;
-  JsonLine mLine;
 };
 
 }  // namespace camhook

@@ -122,9 +122,7 @@ void Page::writeText() {
 void Page::write(const CallTrace& trace) {
   mTextTrace.write(trace);
   writeText();
-  JsonLine line;
-  addCall(line, trace);
-  mCalls += (mCalls.empty() ? "" : ",\n") + line.line();
+  mCalls += (mCalls.empty() ? "" : ",\n") + lineOfJson(jsonFromTrace(trace));
   addRectangles(trace);
   addDecoded(trace);
 }
@@ -167,9 +165,7 @@ void Page::finish(const host::TextMap& eventStore) {
   write(plainJson(std::string(mScenario.text())));
   write(",\n\"trace\": {\"calls\": [");
   write(mCalls);
-  JsonLine texts;
-  addTexts(texts, eventStore);
-  write("], \"eventStore\": " + texts.line() + "}");
+  write("], \"eventStore\": " + lineOfJson(jsonFromTextMap(eventStore)) + "}");
   write(",\n\"decisions\": " + lineOfJson(std::move(mDecisions)));
   write(",\n\"rectangles\": " + lineOfJson(std::move(mRectangles)));
   write(",\n\"decoded\": " + lineOfJson(std::move(mDecoded)));

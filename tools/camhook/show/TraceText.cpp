@@ -1,6 +1,7 @@
 #include "tools/camhook/show/TraceText.h"
 
 #include <algorithm>
+#include <cstring>
 #include <sstream>
 #include <variant>
 
@@ -34,14 +35,6 @@ constexpr std::string_view kAeRows[] = {
     "sensorGainNormal ispGainNormal expTimeNormal adrcGainNormal",
     "sensitivityRatio expTimeRatio gainRatio",
 };
-
-std::string fieldText(const host::Effect::Value& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) return valueText(*text);
-  if (const auto* number = std::get_if<float>(&value)) return valueText(*number);
-  JsonLine line;
-  addEffectValue(line, value);
-  return line.line();
-}
 
 /// FNV-1a of a text, in eight digits.
 std::string checksum(std::string_view text) {
@@ -99,21 +92,9 @@ std::vector<std::string> aeLines(const Json& items) {
   return lines;
 }
 
-/// The little-endian words of a record of phase-detection pixels.
-std::vector<std::int32_t> wordsOf(const Bytes& bytes) {
-  std::vector<std::int32_t> words;
-  for (std::size_t i = 0; i + 3 < bytes.size(); i += 4) {
-    std::uint32_t word = 0;
-    for (std::size_t byte = 0; byte < 4; ++byte) {
-      word |= std::uint32_t{bytes[i + byte]} << 8 * byte;
-    }
-    words.push_back(static_cast<std::int32_t>(word));
-  }
-  return words;
-}
-
 std::vector<std::string> pdafLines(const Bytes& bytes) {
-  const std::vector<std::int32_t> words = wordsOf(bytes);
+  std::vector<std::int32_t> words(bytes.size() / sizeof(std::int32_t));
+  std::memcpy(words.data(), bytes.data(), bytes.size());
   const auto list = [&](std::size_t first, std::size_t count) {
     std::string text;
     for (std::size_t i = first; i < first + count; ++i) text += ' ' + std::to_string(words[i]);
@@ -164,14 +145,14 @@ std::span<const CommandName> commandNames() {
 
 std::string effectFields(const host::Effect& effect) {
   std::string fields;
-  for (const auto& [key, value] : effect.fields) {
-    const std::string text = fieldText(value);
+  const Json json = jsonFromEffect(effect);
+  for (const auto& [key, value] : json.members()) {
+    if (key == "op") continue;
     if (!fields.empty()) fields += ' ';
-    fields.append(key).append("=").append(text);
+    fields.append(key).append("=").append(valueText(value));
     if (key != "command") continue;
     for (const auto& [op, command, name] : commandNames()) {
-      if (op != effect.op || std::to_string(command) != text) continue;
-      fields.append(" (").append(name).append(")");
+      if (op == effect.op && value == command) fields.append(" (").append(name).append(")");
     }
   }
   return fields;
