@@ -156,7 +156,7 @@ TEST(DumpText, ReadsTruncatedDumps) {
             "5: vendor.pair (c0030085) is left out: has 4 values of 5\n");
   EXPECT_EQ(saidOf(whole.substr(0, whole.find(head))), "1: the dump is cut off: 1 entries of 2\n");
   EXPECT_EQ(saidOf("Dumping camera metadata array: 1"),
-            "1: a dump that does not tell how many entries it has\n");
+            "1: the dump does not have its number of entries\n");
 
   const std::string end = "    [6 ]\n" + head;
   EXPECT_EQ(dumped(camhook::dumpsIn(end).dumps.at(0)),

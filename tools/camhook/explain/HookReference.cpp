@@ -6,6 +6,7 @@
 #include <utility>
 #include <variant>
 
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/run/OwnUpdaters.h"
 

@@ -1,4 +1,4 @@
-// What a scenario says and probably does not mean.
+// Warns about likely mistakes in a valid scenario.
 
 #pragma once
 
@@ -11,23 +11,23 @@
 
 namespace camhook {
 
-/// Warns of what it is shown. Calls are shown in the order of the scenario.
+/// Receives the platform, and the calls in their order.
 class Doubts {
  public:
-  /// `value` is that of "platform".
   static void onPlatform(const Value& value);
 
   void onCall(const Call& call, const Value& value);
 
-  /// The sensors on which calls are made, each with the index of its first call.
+  /// The sensors of the calls, each with the index of its first call.
   [[nodiscard]] const std::map<std::int32_t, std::size_t>& sensors() const { return mSensors; }
 
  private:
   void onRequest(const UpdateRequestMeta& request, const Value& call);
 
-  std::size_t mCount = 0;  // of calls
+  std::size_t mCount = 0;  // number of calls
   std::map<std::int32_t, std::size_t> mSensors;
-  std::map<std::int32_t, std::uint32_t> mLatestRequests;  // by sensor, of the burst
+  std::map<std::int32_t, std::uint32_t>
+      mLatestRequests;  // by sensor: the latest request of the burst
 };
 
 }  // namespace camhook

@@ -9,8 +9,6 @@
 #include "tools/camhook/input/MetadataReader.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/TagCatalogue.h"
-#include "tools/camhook/input/Value.h"
-#include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
 namespace {
@@ -27,14 +25,6 @@ Json jsonFromItem(const MRect& item) { return jsonFromRect(item); }
 Json jsonFromItem(const MRational& item) { return Json::List{item.numerator, item.denominator}; }
 
 }  // namespace
-
-template <typename T>
-T integerFromJson(const Json& json, std::string_view place) {
-  return readJson<T>(json, place, [](const Value& value, T& target) { readValue(value, target); });
-}
-
-template std::int32_t integerFromJson(const Json&, std::string_view);
-template std::int64_t integerFromJson(const Json&, std::string_view);
 
 float floatFromJson(const Json& json, std::string_view place) {
   return readJson<float>(json, place,

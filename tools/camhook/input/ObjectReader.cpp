@@ -11,7 +11,7 @@ void ObjectReader::read(const Value& value, std::optional<std::tm>& target) cons
 
 void ObjectReader::read(const Value& value, MetadataArgument& target) const {
   if (value.isNull() && !mObject.find(kMetaOfKey)) return;
-  readMetadata(value, mContainers == Containers::made ? &target.emplace() : nullptr);
+  readMetadata(value, value.isOnlyChecked() ? nullptr : &target.emplace());
 }
 
 void ObjectReader::read(const Value& value, DefaultShading& target) const {

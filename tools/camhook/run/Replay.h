@@ -15,30 +15,29 @@
 
 namespace camhook {
 
-/// Runs calls one by one. A process holds one updater a sensor for good, so it runs one scenario,
-/// unless it brings updaters of its own.
+/// Runs calls one by one. The library keeps one updater for each sensor until the process ends, so
+/// a process can run several scenarios only with updaters of its own.
 class Replay {
  public:
-  /// The updater of a sensor, null where it has none.
+  /// Returns the updater of a sensor; null if it has none.
   using Updaters = std::function<HeskParameterUpdater*(int sensor)>;
 
   explicit Replay(host::PhoneConfig platform,
                   Updaters updaters = &HeskParameterUpdater::createInstance);
 
-  /// Accesses that are to have a step. To find one takes longer than to read a tag.
+  /// The accesses whose step is searched for. The search takes longer than reading a tag.
   enum class StepsOf { all, writes };
 
-  /// Has the accesses of every call from now on kept, with the steps that `steps` finds; null: no
-  /// longer.
+  /// Records the accesses of all further calls, with the steps that `steps` finds; null stops that.
   void followSteps(StepFinder* steps, StepsOf which = StepsOf::all) {
     mSteps = steps;
     mStepsOf = which;
   }
 
-  /// What a trace tells besides the containers. All of it takes longer than most calls.
+  /// The content of a trace in addition to the containers. All of it takes longer than most calls.
   enum class Detail {
     containers,  // nothing
-    accesses,    // the accesses, without their steps unless those are followed
+    accesses,    // the accesses, with steps only after `followSteps`
     all,
   };
 
