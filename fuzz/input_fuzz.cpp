@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,8 +11,8 @@
 
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/input/ScenarioWriter.h"
 
 namespace {
 
@@ -38,9 +37,7 @@ std::string scenarioOf(std::string_view text) {
   files.push_back(camhook::dumpFile("-", text));
   const camhook::DumpScenario made = camhook::scenarioOfDumps(std::move(files), {});
   for (const std::string& note : made.notes) check(note);
-  std::ostringstream scenario;
-  camhook::writeScenario(scenario, made);
-  return scenario.str();
+  return camhook::brokenJson(made.scenario);
 }
 
 }  // namespace

@@ -338,9 +338,7 @@ TEST(ScenarioReader, ReadsAllFormsOfValues) {
       "items": [0.1, -1.0, "inf", "-inf", "nan", 3.4028235e38, 1e-45]},
     "0xc008000e": {"type": "uint8", "items": [6]}
   })");
-  JsonLine line;
-  addMetadata(line, metadata);
-  EXPECT_EQ(parseJson(line.line()), expected);
+  EXPECT_EQ(jsonFromMetadata(metadata), expected);
   EXPECT_EQ(metadataOf(lineOfJson(expected)), metadata);  // the format of a trace can be read
 }
 

@@ -6,24 +6,15 @@
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 
-namespace {
-
-camhook::JsonLine lineOf(const NSCam::IMetadata& metadata) {
-  camhook::JsonLine line;
-  camhook::addMetadata(line, metadata);
-  return line;
-}
-
-}  // namespace
-
 NSCam::IMetadata metadataOf(std::string_view json) {
   return camhook::metadataFromJson(camhook::parseJson(std::string(json)), "");
 }
 
 bool NSCam::operator==(const IMetadata& left, const IMetadata& right) {
-  return lineOf(left).line() == lineOf(right).line();
+  return camhook::lineOfJson(camhook::jsonFromMetadata(left)) ==
+         camhook::lineOfJson(camhook::jsonFromMetadata(right));
 }
 
 void NSCam::PrintTo(const IMetadata& metadata, std::ostream* out) {
-  *out << lineOf(metadata).broken();
+  *out << camhook::brokenJson(camhook::jsonFromMetadata(metadata));
 }

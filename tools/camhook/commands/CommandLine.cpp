@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "tools/camhook/input/InputFile.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/NearNames.h"

@@ -12,14 +12,13 @@
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
-#include "tools/camhook/input/ScenarioWriter.h"
 
 namespace camhook {
 namespace {
 
 struct ScenarioArguments {
   std::vector<std::string> files;
-  std::string output;
+  std::string output = "-";
   std::string hook;
   std::optional<std::int32_t> sensor;
   std::string product;
@@ -30,7 +29,7 @@ struct ScenarioArguments {
   std::string statics;
 };
 
-/// Adds texts under their names from words such as "NAME=VALUE" to `texts`. Throws InputError.
+/// Adds words such as "NAME=VALUE" to `texts`. Throws InputError.
 void addTexts(host::TextMap& texts, const std::vector<std::string>& words, const char* option,
               const char* expected) {
   const std::string place = "camhook: " + std::string(option) + ": ";
@@ -71,13 +70,9 @@ int scenario(const ScenarioArguments& arguments) {
   for (const std::string& file : arguments.files) files.push_back(readDumps(file));
   if (!arguments.statics.empty()) options.statics = readDumps(arguments.statics);
 
-  const DumpScenario made = scenarioOfDumps(std::move(files), std::move(options));
+  const DumpScenario made = scenarioOfDumps(std::move(files), options);
   for (const std::string& note : made.notes) warn(note);
-  if (arguments.output.empty()) {
-    writeScenario(std::cout, made);
-    return 0;
-  }
-  writeFile(arguments.output, [&](std::ostream& out) { writeScenario(out, made); });
+  writeFile(arguments.output, [&](std::ostream& out) { writeJson(out, made.scenario); });
   return 0;
 }
 
@@ -86,10 +81,10 @@ int scenario(const ScenarioArguments& arguments) {
 void addScenario(CLI::App& app, int& status) {
   const auto arguments = std::make_shared<ScenarioArguments>();
   CLI::App* command = app.add_subcommand(
-      "scenario", "Make a scenario of metadata dumps from a phone, wherever they stand in a text");
+      "scenario", "Make a scenario of the metadata dumps in a phone's logs and reports");
   command
       ->add_option("DUMP", arguments->files,
-                   "Dumps, bug reports, logs; each dump becomes a call; - reads standard input")
+                   "Dumps, bug reports or logs; each dump becomes a call; - is standard input")
       ->required();
   command->add_option("-o", arguments->output, "Write the scenario to this file")
       ->check(namesOne("a file"))
@@ -99,29 +94,30 @@ void addScenario(CLI::App& app, int& status) {
   for (const DumpHook& hook : dumpHooks()) hooks.emplace_back(hook.call);
   command
       ->add_option("--hook", arguments->hook,
-                   "What is called: request (unless given), result, session or capture, which "
-                   "takes three dumps a call; or the call's own name")
+                   "Hook to call: request (default), result, session, or capture, which takes "
+                   "three dumps for a call; or the name of the call")
       ->check(oneOf(std::move(hooks)))
       ->type_name("HOOK");
-  command->add_option("--sensor", arguments->sensor, "Sensor that is called, 0 unless given")
+  command->add_option("--sensor", arguments->sensor, "Sensor of the calls, by default 0")
       ->check(isNumber())
       ->type_name("NUMBER");
   command->add_option("--product", arguments->product,
-                      "Product model, as ro.product.model.zdm has it");
+                      "Product model, the value of ro.product.model.zdm");
   command->add_option("--app-type", arguments->appType, "\"APP_TYPE\" of the event store");
   command->add_option("--app-name", arguments->appName, "\"APP_NAME\" of the event store");
   command->add_option("--property", arguments->properties, "A property; may be given again")
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
-  command->add_option("--event", arguments->events, "A value of the event store; likewise")
+  command
+      ->add_option("--event", arguments->events, "A value of the event store; may be given again")
       ->allow_extra_args(false)
       ->type_name("KEY=VALUE");
   command
       ->add_option("--static", arguments->statics,
-                   "A dump of the device's static metadata, the first in this file")
+                   "The first dump in this file is the device's static metadata")
       ->type_name("FILE");
   command->footer(
-      "Warnings about what was assumed or left out go to standard error.\n\n"
+      "Warnings about assumptions and omitted entries go to standard error.\n\n"
       "Example:\n  camhook scenario tests/support/phone_dump.txt --product KX0107 -o my.json\n"
       "  camhook replay my.json");
   command->callback([arguments, &status] { status = scenario(*arguments); });

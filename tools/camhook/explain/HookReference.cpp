@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/run/OwnUpdaters.h"
 

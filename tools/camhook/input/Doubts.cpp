@@ -17,12 +17,12 @@ namespace {
 constexpr std::string_view kProductProperty = "ro.product.model.zdm";
 constexpr std::string_view kUnusedProductProperty = "ro.product.model";
 
-/// The name that differs from the text in one letter; empty where none does, and where the text
-/// itself is one.
+/// The name that differs from the text in one letter; empty if there is none, and if the text is
+/// itself a name.
 std::string_view slipOf(std::string_view text, std::span<const std::string_view> names) {
   if (std::ranges::find(names, text) != names.end()) return {};
   for (const std::string_view name : names) {
-    // Where the lengths differ more, so do the texts.
+    // The distance is at least the difference of lengths.
     const auto [shorter, longer] = std::minmax({text.size(), name.size()});
     if (longer - shorter <= 1 && editDistance(text, name) == 1) return name;
   }
@@ -103,7 +103,7 @@ void Doubts::onCall(const Call& call, const Value& value) {
   ++mCount;
 }
 
-/// A burst begins with the request that announces its frames, and ends with any other call on its
+/// A burst begins with the request that has the frame count, and ends at any other call on its
 /// sensor.
 void Doubts::onRequest(const UpdateRequestMeta& request, const Value& call) {
   const auto meta = call.find("meta");

@@ -1,4 +1,4 @@
-// What a scenario says and probably does not mean.
+// Warns about likely mistakes in a valid scenario.
 
 #pragma once
 
@@ -20,7 +20,7 @@ namespace camhook {
 /// only the zoom transition has are a problem if the scenario `decides` on a sensor mode.
 std::string productDoubt(const host::TextMap& properties, bool decides);
 
-/// Warns of what it is shown: the calls in the order of the scenario, then the platform.
+/// Receives the calls in the order of the scenario, then the platform.
 class Doubts {
  public:
   /// `value` is that of "platform".
@@ -39,12 +39,12 @@ class Doubts {
  private:
   void onRequest(const UpdateRequestMeta& request, const Value& call);
 
-  std::size_t mCount = 0;                                      // of calls
-  bool mDecides = false;                                       // a call decides on a sensor mode
-  std::map<std::int32_t, std::size_t> mSensors;                // index of the first call
+  std::size_t mCount = 0;                        // number of calls
+  bool mDecides = false;                         // true if a call decides on a sensor mode
+  std::map<std::int32_t, std::size_t> mSensors;  // index of the first call
   std::vector<std::pair<std::size_t, SetProperty>> mProducts;  // calls that set a product model
-  bool mSetsProduct = false;                              // one of them sets the right property
-  std::map<std::int32_t, std::uint32_t> mLatestRequests;  // by sensor, of the burst
+  bool mSetsProduct = false;  // true if one of them sets ro.product.model.zdm
+  std::map<std::int32_t, std::uint32_t> mLatestRequests;  // by sensor: latest request of the burst
 };
 
 }  // namespace camhook

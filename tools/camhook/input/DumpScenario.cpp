@@ -3,206 +3,221 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <chrono>
 #include <map>
 #include <system_error>
 #include <utility>
 
+#include "host/AndroidTags.h"
+#include "host/MetadataAccess.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Joined.h"
+#include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/Scenario.h"
 #include "tools/camhook/input/TagCatalogue.h"
+#include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
 namespace {
 
-constexpr std::string_view kMeta[] = {"meta"};
-constexpr std::string_view kCaptureContainers[] = {"app", "hal", "out"};
+using NSCam::IMetadata;
 
-constexpr DumpHook kHooks[] = {
-    {"request", UpdateRequestMeta::kName, kMeta, "requestNo"},
-    {"result", UpdateResultMeta::kName, kMeta, "requestNo"},
-    {"session", UpdateSessionParams::kName, kMeta, "", true},
-    {"capture", UpdateCaptureRawParameter::kName, kCaptureContainers, ""},
-};
+std::string nameInFolder(const std::string& file) { return file.substr(file.rfind('/') + 1); }
 
-std::string nameInFolder(const std::string& file) {
-  const std::size_t slash = file.rfind('/');
-  return slash == std::string::npos ? file : file.substr(slash + 1);
-}
-
-/// What the name of a file tells that `dumpMetadata` left:
+/// The parts of the name of a file that `dumpMetadata` wrote:
 /// "request_metadata_[12]_20210304050607.txt".
 struct FrameOfName {
   std::uint32_t frame = 0;
-  std::string time;  // what follows the number
+  std::string time;  // the text after the frame
 };
 
 std::optional<FrameOfName> frameOfName(const std::string& file) {
   constexpr std::string_view kBefore = "_metadata_[";
-  constexpr std::string_view kBehind = "]_";
-  const std::string inFolder = nameInFolder(file);
-  std::string_view name = inFolder;
+  constexpr std::string_view kAfter = "]_";
+  const std::string name = nameInFolder(file);
   const std::size_t at = name.rfind(kBefore);
-  if (at == std::string_view::npos) return {};
-  name.remove_prefix(at + kBefore.size());
+  if (at == std::string::npos) return {};
+  const char* const end = name.data() + name.size();
   FrameOfName found;
-  const auto read = std::from_chars(name.data(), name.data() + name.size(), found.frame);
-  name.remove_prefix(static_cast<std::size_t>(read.ptr - name.data()));
-  if (read.ec != std::errc() || !name.starts_with(kBehind)) return {};
-  found.time = name.substr(kBehind.size());
+  const auto read = std::from_chars(name.data() + at + kBefore.size(), end, found.frame);
+  const std::string_view rest(read.ptr, static_cast<std::size_t>(end - read.ptr));
+  if (read.ec != std::errc() || !rest.starts_with(kAfter)) return {};
+  found.time = rest.substr(kAfter.size());
   return found;
 }
 
-/// "2021-03-04T05:06:07" of "20210304050607.txt"; empty where that is no time.
+/// "2021-03-04T05:06:07" for "20210304050607.txt"; empty if that is not a time.
 std::string clockOfName(std::string_view time) {
-  constexpr std::array<std::size_t, 6> kLengths{4, 2, 2, 2, 2, 2};
-  constexpr std::array<const char*, 6> kBefore{"", "-", "-", "T", ":", ":"};
-  std::array<unsigned, 6> numbers{};
-  std::string clock;
-  for (std::size_t i = 0; i < kLengths.size(); ++i) {
-    const std::string_view digits = time.substr(0, kLengths[i]);
-    const char* const end = digits.data() + digits.size();
-    if (digits.size() < kLengths[i] || std::from_chars(digits.data(), end, numbers[i]).ptr != end) {
-      return {};
-    }
-    clock.append(kBefore[i]).append(digits);
-    time.remove_prefix(kLengths[i]);
+  std::string clock = "0000-00-00T00:00:00";
+  if (time.size() < 14) return {};
+  for (char& letter : clock) {
+    if (letter != '0') continue;
+    letter = time.front();
+    time.remove_prefix(1);
   }
-  const auto [year, month, day, hour, minute, second] = numbers;
-  const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(year)),
-                                         std::chrono::month(month), std::chrono::day(day)};
-  return date.ok() && hour < 24 && minute < 60 && second < 60 ? clock : "";
+  return timeFrom(clock) ? clock : "";
 }
 
 std::string counted(std::size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-/// Gathers what is to be said, the same of many dumps once.
-class Notes {
- public:
-  void add(const DumpFile& file) {
-    for (const DumpNote& note : file.found.notes) {
-      ++mCounts.at(static_cast<std::size_t>(note.kind));
-      const std::string key = file.name + '\n' + note.text;
-      const auto [known, isNew] = mIndexes.try_emplace(key, mNotes.size());
-      if (isNew) {
-        const std::string line = std::to_string(note.line);
-        mNotes.push_back({printable(file.name) + ":" + line + ": " + note.text, 0});
-      }
-      ++mNotes[known->second].count;
-    }
-  }
-
-  [[nodiscard]] std::vector<std::string> lines() const {
-    std::vector<std::string> lines;
-    for (const auto& [text, count] : mNotes) {
-      const std::string more =
-          count > 1 ? " (" + counted(count - 1, "more time)", "more times)") : "";
-      lines.push_back(cutBehind(text, Faults::kMostColumns - columnsOf(more)) + more);
-    }
-    return lines;
-  }
-
-  /// In short; empty where there is none.
-  [[nodiscard]] std::string summary() const {
-    const auto& [leftOut, doubtful, incomplete] = mCounts;
-    std::string text;
-    if (leftOut > 0) text += " Left out: " + counted(leftOut, "entry.", "entries.");
-    if (doubtful > 0) text += " Doubtful: " + std::to_string(doubtful) + ".";
-    if (incomplete > 0) text += " Cut off: " + counted(incomplete, "dump.", "dumps.");
-    return text;
-  }
-
- private:
-  struct Note {
-    std::string text;
-    std::size_t count;
-  };
-
-  std::vector<Note> mNotes;
-  std::map<std::string, std::size_t> mIndexes;
-  std::array<std::size_t, 3> mCounts{};  // by kind
-};
-
-/// Whether a dump has what the library reads of a camera's static metadata alone.
-bool hasStatics(const Dump& dump) {
-  return std::ranges::any_of(dump.entries, [](const NSCam::IMetadata::IEntry& entry) {
-    const TagDescription* info = findTag(entry.tag());
-    return info != nullptr && info->meaning.starts_with("static: ");
-  });
+bool hasRequestNo(const DumpHook& hook) {
+  return hook.call == UpdateRequestMeta::kName || hook.call == UpdateResultMeta::kName;
 }
 
-/// Doubts that static metadata is what a hook is handed.
-void doubtStatics(DumpFile& file) {
+/// A line for each note with another text, with the number of its repetitions.
+std::vector<std::string> linesOf(const std::vector<const DumpFile*>& files) {
+  std::vector<std::pair<std::string, std::size_t>> notes;  // line and repetitions
+  std::map<std::string, std::size_t> indexes;
+  for (const DumpFile* file : files) {
+    for (const DumpNote& note : file->found.notes) {
+      const auto [known, isNew] = indexes.try_emplace(file->name + '\n' + note.text, notes.size());
+      if (!isNew) {
+        ++notes[known->second].second;
+        continue;
+      }
+      notes.emplace_back(printable(file->name) + ":" + std::to_string(note.line) + ": " + note.text,
+                         0);
+    }
+  }
+  std::vector<std::string> lines;
+  for (const auto& [text, repeated] : notes) {
+    const std::string more =
+        repeated > 0 ? " (" + counted(repeated, "more time)", "more times)") : "";
+    lines.push_back(cutEnd(text, Faults::kMostColumns - columnsOf(more)) + more);
+  }
+  return lines;
+}
+
+/// The numbers of notes by kind; empty if there are none.
+std::string summaryOf(const std::vector<const DumpFile*>& files) {
+  std::array<std::size_t, 3> counts{};
+  for (const DumpFile* file : files) {
+    for (const DumpNote& note : file->found.notes) {
+      ++counts.at(static_cast<std::size_t>(note.kind));
+    }
+  }
+  const auto& [leftOut, doubtful, incomplete] = counts;
+  std::string text;
+  if (leftOut > 0) text += " Left out: " + counted(leftOut, "entry.", "entries.");
+  if (doubtful > 0) text += " Doubtful: " + std::to_string(doubtful) + ".";
+  if (incomplete > 0) text += " Cut off: " + counted(incomplete, "dump.", "dumps.");
+  return text;
+}
+
+/// Adds a note to each dump with tags of static metadata: a hook does not receive those.
+void noteStatics(DumpFile& file) {
+  const auto isStatic = [](const IMetadata::IEntry& entry) {
+    const TagDescription* info = findTag(entry.tag());
+    return info != nullptr && info->meaning.starts_with("static: ");
+  };
   for (const Dump& dump : file.found.dumps) {
-    if (!hasStatics(dump)) continue;
+    if (std::ranges::none_of(dump.entries, isStatic)) continue;
     file.found.notes.push_back({dump.line, DumpNote::Kind::doubtful,
                                 "the dump has static metadata, which --static takes"});
   }
   std::ranges::stable_sort(file.found.notes, {}, &DumpNote::line);
 }
 
-/// A dump and the frame that its file is named after.
+/// The short form of an entry if its type is the catalogue's, with names for the items that have
+/// one.
+Json shortEntry(const IMetadata::IEntry& entry) {
+  const host::AndroidTag* known = host::findAndroidTag(entry.tag());
+  Json list = jsonFromItems(entry);
+  for (Json& item : list.items()) {
+    const auto number = item.integer<std::int64_t>();
+    const std::string_view name = known != nullptr && number ? known->nameOf(*number) : "";
+    if (!name.empty()) item = name;
+  }
+  const TagDescription* info = findTag(entry.tag());
+  const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(entry));
+  if (info == nullptr || info->type != type) return Json::Object{{"type", type}, {"items", list}};
+  return list.size() == 1 ? list[0] : list;
+}
+
+Json jsonFromDump(const Dump& dump) {
+  if (dump.isNull) return {};
+  Json::Object entries;
+  for (const IMetadata::IEntry& entry : dump.entries) {
+    entries.push_back({tagText(entry.tag()), shortEntry(entry)});
+  }
+  return entries;
+}
+
+/// A dump and the frame in its file's name.
 struct FramedDump {
   std::optional<std::uint32_t> frame;
-  Dump dump;
+  const Dump* dump;
 };
 
-std::vector<FramedDump> dumpsByFrame(std::vector<DumpFile>& files) {
-  // Before all others: a request is numbered on from them.
-  constexpr std::uint64_t kBehindFrames = std::uint64_t{1} << 32U;
-  const auto placeOf = [](const DumpFile& file) {
-    const auto named = frameOfName(file.name);
-    return named ? named->frame : kBehindFrames;
-  };
-  std::ranges::stable_sort(files, {}, placeOf);
+/// The frame of a file; files without one come last.
+std::uint64_t orderOf(const DumpFile& file) {
+  const auto named = frameOfName(file.name);
+  return named ? named->frame : std::uint64_t{1} << 32U;
+}
+
+std::vector<FramedDump> dumpsOf(const std::vector<DumpFile>& files) {
   std::vector<FramedDump> dumps;
-  for (DumpFile& file : files) {
+  for (const DumpFile& file : files) {
     const auto named = frameOfName(file.name);
-    for (Dump& dump : file.found.dumps) {
-      FramedDump& added = dumps.emplace_back();
-      if (named) added.frame = named->frame;
-      added.dump = std::move(dump);
+    for (const Dump& dump : file.found.dumps) {
+      dumps.push_back({named ? std::optional(named->frame) : std::nullopt, &dump});
     }
   }
   return dumps;
 }
 
-/// The calls, each of as many dumps as the hook has containers; of the last one those are empty for
-/// which there is none.
-std::vector<DumpScenario::Call> callsOf(std::vector<FramedDump> dumps, const DumpHook& hook) {
-  std::vector<DumpScenario::Call> calls;
-  std::uint64_t next = 1;
-  for (std::size_t i = 0; i < dumps.size(); ++i) {
-    if (i % hook.containers.size() == 0) {
-      const std::uint64_t number = dumps[i].frame ? *dumps[i].frame : next;
-      calls.emplace_back().requestNo = static_cast<std::uint32_t>(number);
-      next = number + 1;
+/// The calls, each with as many dumps as the hook has containers. The last containers of the last
+/// call stay empty if there are too few dumps.
+Json callsOf(const std::vector<FramedDump>& dumps, const DumpHook& hook, std::int32_t sensor) {
+  const Json empty = Json::Object();
+  Json::List calls;
+  std::uint32_t next = 1;
+  for (std::size_t i = 0; i < dumps.size(); i += hook.containers.size()) {
+    Json call = {{"call", hook.call}, {"sensor", sensor}};
+    const std::uint32_t number = dumps[i].frame.value_or(next);
+    next = number + 1;
+    if (hasRequestNo(hook)) call["requestNo"] = number;
+    if (hook.call == UpdateSessionParams::kName) call["streams"] = Json::List();
+    for (std::size_t j = 0; j < hook.containers.size(); ++j) {
+      call[hook.containers[j]] = i + j < dumps.size() ? jsonFromDump(*dumps[i + j].dump) : empty;
     }
-    calls.back().containers.push_back(std::move(dumps[i].dump));
+    calls.push_back(std::move(call));
   }
-  if (!calls.empty()) calls.back().containers.resize(hook.containers.size());
   return calls;
 }
 
-/// What nobody said, each in a few words.
-std::vector<std::string> assumptions(const DumpOptions& options, const DumpScenario& made,
-                                     bool isNumbered, std::size_t dumps) {
-  const DumpHook& hook = *made.hook;
+Json platformOf(const DumpOptions& options, std::int32_t sensor, const std::string& clock) {
+  Json platform;
+  const auto& [properties, events] = std::tie(options.properties, options.eventStore);
+  if (!properties.empty()) platform["properties"] = jsonFromTextMap(properties);
+  if (!events.empty()) platform["eventStore"] = jsonFromTextMap(events);
+  if (options.statics) {
+    platform["devices"][std::to_string(sensor)]["static"] =
+        jsonFromDump(options.statics->found.dumps.front());
+  }
+  if (!clock.empty()) platform["clock"] = clock;
+  return platform;
+}
+
+/// The values that no option and no file gave, each in a few words.
+std::vector<std::string> assumptions(const DumpOptions& options, const DumpHook& hook,
+                                     const std::vector<FramedDump>& dumps, bool hasClock) {
   std::vector<std::string> assumed;
   if (options.hook == nullptr) assumed.push_back("hook " + std::string(hook.word));
   if (!options.sensor) assumed.emplace_back("sensor 0");
-  if (!hook.numberKey.empty() && !isNumbered) assumed.emplace_back("request numbers from 1");
-  if (hook.hasStreams) assumed.emplace_back("no streams");
-  for (std::size_t i = dumps % hook.containers.size(); i > 0 && i < hook.containers.size(); ++i) {
+  const bool isNumbered =
+      std::ranges::all_of(dumps, [](const FramedDump& dump) { return dump.frame.has_value(); });
+  if (hasRequestNo(hook) && !isNumbered) assumed.emplace_back("request numbers from 1");
+  if (hook.call == UpdateSessionParams::kName) assumed.emplace_back("no streams");
+  const std::size_t count = hook.containers.size();
+  for (std::size_t i = dumps.size() % count; i > 0 && i < count; ++i) {
     assumed.push_back("nothing in \"" + std::string(hook.containers[i]) + "\"");
   }
-  if (!made.properties.contains("ro.product.model.zdm")) assumed.emplace_back("no product");
-  if (!made.eventStore.contains("APP_TYPE")) assumed.emplace_back("no app type");
-  if (!made.clock.empty()) assumed.emplace_back("the clock of a file's name");
-  if (made.statics && options.statics->found.dumps.size() > 1) {
+  if (!options.properties.contains("ro.product.model.zdm")) assumed.emplace_back("no product");
+  if (!options.eventStore.contains("APP_TYPE")) assumed.emplace_back("no app type");
+  if (hasClock) assumed.emplace_back("the clock of a file's name");
+  if (options.statics && options.statics->found.dumps.size() > 1) {
     assumed.emplace_back("the first dump as static metadata");
   }
   return assumed;
@@ -224,12 +239,21 @@ std::string origin(const std::vector<DumpFile>& files, std::size_t dumps) {
 
 }  // namespace
 
-std::span<const DumpHook> dumpHooks() { return kHooks; }
+std::span<const DumpHook> dumpHooks() {
+  static const std::array kHooks{
+      DumpHook{"request", UpdateRequestMeta::kName, {"meta"}},
+      DumpHook{"result", UpdateResultMeta::kName, {"meta"}},
+      DumpHook{"session", UpdateSessionParams::kName, {"meta"}},
+      DumpHook{"capture", UpdateCaptureRawParameter::kName, {"app", "hal", "out"}},
+  };
+  return kHooks;
+}
 
 const DumpHook* findDumpHook(std::string_view name) {
-  const auto* found = std::ranges::find_if(
-      kHooks, [&](const DumpHook& hook) { return hook.word == name || hook.call == name; });
-  return found != std::end(kHooks) ? found : nullptr;
+  for (const DumpHook& hook : dumpHooks()) {
+    if (hook.word == name || hook.call == name) return &hook;
+  }
+  return nullptr;
 }
 
 DumpFile dumpFile(std::string name, std::string_view text) {
@@ -250,36 +274,30 @@ DumpFile dumpFile(std::string name, std::string_view text) {
   return file;
 }
 
-DumpScenario scenarioOfDumps(std::vector<DumpFile> files, DumpOptions options) {
-  DumpScenario made;
-  made.hook = options.hook != nullptr ? options.hook : &kHooks[0];
-  made.sensor = options.sensor.value_or(0);
-  made.properties = std::move(options.properties);
-  made.eventStore = std::move(options.eventStore);
+DumpScenario scenarioOfDumps(std::vector<DumpFile> files, const DumpOptions& options) {
+  const DumpHook& hook = options.hook != nullptr ? *options.hook : dumpHooks().front();
+  const std::int32_t sensor = options.sensor.value_or(0);
+  std::ranges::stable_sort(files, {}, orderOf);
+  for (DumpFile& file : files) noteStatics(file);
+  const std::vector<FramedDump> dumps = dumpsOf(files);
+  const auto first = frameOfName(files.front().name);
+  const std::string clock = first ? clockOfName(first->time) : "";
 
-  for (DumpFile& file : files) doubtStatics(file);
-  std::vector<FramedDump> dumps = dumpsByFrame(files);
-  const std::size_t count = dumps.size();
-  const bool isNumbered =
-      std::ranges::all_of(dumps, [](const FramedDump& dump) { return dump.frame.has_value(); });
-  if (const auto first = frameOfName(files.front().name)) made.clock = clockOfName(first->time);
-  made.calls = callsOf(std::move(dumps), *made.hook);
-
-  Notes notes;
-  for (const DumpFile& file : files) notes.add(file);
-  if (options.statics) {
-    notes.add(*options.statics);
-    made.statics = std::move(options.statics->found.dumps.front());
-  }
-  made.notes = notes.lines();
-  made.about = origin(files, count);
-  const std::string assumed = joined(assumptions(options, made, isNumbered, count), ", ");
+  std::vector<const DumpFile*> sources;
+  for (const DumpFile& file : files) sources.push_back(&file);
+  if (options.statics) sources.push_back(&*options.statics);
+  std::vector<std::string> notes = linesOf(sources);
+  std::string about = origin(files, dumps.size());
+  const std::string assumed = joined(assumptions(options, hook, dumps, !clock.empty()), ", ");
   if (!assumed.empty()) {
-    made.notes.push_back("assumed: " + assumed);
-    made.about += " Assumed: " + assumed + ".";
+    notes.push_back("assumed: " + assumed);
+    about += " Assumed: " + assumed + ".";
   }
-  made.about += notes.summary();
-  return made;
+  Json scenario = {{"about", about + summaryOf(sources)}};
+  const Json platform = platformOf(options, sensor, clock);
+  if (!platform.isNull()) scenario["platform"] = platform;
+  scenario["calls"] = callsOf(dumps, hook, sensor);
+  return {std::move(scenario), std::move(notes)};
 }
 
 }  // namespace camhook

@@ -1,7 +1,6 @@
 #include "tools/camhook/input/DumpText.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -9,15 +8,16 @@
 #include <utility>
 
 #include "tools/camhook/input/DumpEntry.h"
+#include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
 
 constexpr std::string_view kFirstWords = "Dumping camera metadata array: ";
 
-/// What stands behind the time with which a line of a log begins, the whole line where there is
-/// none.
-std::string_view behindTime(std::string_view line) {
+/// The text after the time at the beginning of a line of a log; the whole line if it has no time.
+std::string_view afterTime(std::string_view line) {
   constexpr std::string_view kTime = "00:00:00";
   constexpr std::size_t kMostBefore = 40;
   const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
@@ -36,177 +36,164 @@ std::string_view behindTime(std::string_view line) {
 /// "[ 03-04 05:06:07.123  1234: 1235 I/CameraMetadata ]".
 bool isHeader(std::string_view line) {
   while (line.ends_with(' ') || line.ends_with('\r')) line.remove_suffix(1);
-  return line.starts_with("[ ") && line.ends_with(']') && behindTime(line).size() < line.size();
+  return line.starts_with("[ ") && line.ends_with(']') && afterTime(line).size() < line.size();
 }
 
-/// Goes through a text line by line.
 class DumpFinder {
  public:
-  DumpsOfText find(std::string_view text);
+  DumpsOfText find(std::string_view text) {
+    while (!text.empty()) {
+      const std::size_t end = std::min(text.find('\n'), text.size());
+      ++mLine;
+      onLine(text.substr(0, end));
+      text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    while (!mOpen.empty()) close(mOpen.front());
+    if (mOlder > 0) {
+      note(mOlderLine, DumpNote::Kind::leftOut,
+           "entries after the end of a dump, of an older one: " + std::to_string(mOlder));
+    }
+    std::ranges::stable_sort(mFound.notes, {}, &DumpNote::line);
+    return std::move(mFound);
+  }
 
  private:
-  /// A dump whose end is still to come.
+  /// A dump whose end was not found yet.
   struct Open {
     std::string source;
     std::size_t index = 0;      // in mFound.dumps
-    std::size_t announced = 0;  // entries, by the first line
-    std::size_t begun = 0;      // entries
+    std::size_t announced = 0;  // entries according to the first line
+    std::size_t begun = 0;      // entries whose head was found
     std::size_t entryLine = 0;
     std::optional<DumpEntry> entry;
     std::unordered_set<std::uint32_t> tags;
   };
 
-  void onLine(std::string_view line);
-
-  /// The process, the thread and the tag that wrote a line, as the log has them: from the header
-  /// before the line, or from the begin of the line.
+  /// The process, thread and log tag of a line, from the header before it or from its beginning.
   [[nodiscard]] std::string_view sourceOf(std::string_view line) const {
-    return mHeader.empty() ? behindTime(line) : mHeader;
+    return mHeader.empty() ? afterTime(line) : mHeader;
   }
-  void onFirstLine(std::string_view beforeDump, std::string_view counts);
-  void onHead(const DumpHead& head, std::string_view line);
-  void open(std::string_view source, std::size_t announced);
-  Open* openFor(std::string_view line);
-  void closeIfComplete(Open& dump);
-  void close(Open& dump);
-  void finishEntry(Open& dump, bool isCutOff);
   void note(std::size_t line, DumpNote::Kind kind, std::string text) {
     mFound.notes.push_back({line, kind, std::move(text)});
+  }
+
+  void onLine(std::string_view line) {
+    if (isHeader(line)) {
+      mHeader = afterTime(line);
+    } else if (const std::size_t at = line.find(kFirstWords); at != std::string_view::npos) {
+      onFirstLine(line.substr(0, at), line.substr(at + kFirstWords.size()));
+    } else if (const auto row = findDumpRow(line)) {
+      Open* dump = openFor(line);
+      if (dump == nullptr || !dump->entry) return;
+      dump->entry->addRow(*row);
+      closeIfComplete(*dump);
+    } else if (const auto head = findDumpHead(line)) {
+      onHead(*head, line);
+    }
+  }
+
+  /// An example of `counts`: "13 / 40 entries, 64 / 4000 bytes of extra data."
+  void onFirstLine(std::string_view beforeDump, std::string_view counts) {
+    constexpr std::size_t kMostThreads = 8;
+    std::string_view source = sourceOf(beforeDump);
+    while (source.ends_with(' ')) source.remove_suffix(1);
+    const auto same = std::ranges::find(mOpen, source, &Open::source);
+    if (same != mOpen.end()) close(*same);
+    if (mOpen.size() == kMostThreads) close(mOpen.front());
+    if (counts.starts_with("Not allocated")) {
+      mFound.dumps.push_back({.line = mLine, .isNull = true, .entries = {}});
+      return;
+    }
+    const std::size_t slash = counts.find(" / ");
+    const auto announced = wholeNumber<std::size_t>(counts.substr(0, slash));
+    if (!announced || slash == std::string_view::npos) {
+      note(mLine, DumpNote::Kind::incomplete, "the dump does not have its number of entries");
+      return;
+    }
+    open(source, *announced);
+    closeIfComplete(mOpen.back());
+  }
+
+  void onHead(const DumpHead& head, std::string_view line) {
+    Open* dump = openFor(line);
+    if (dump == nullptr && mFound.dumps.empty()) {
+      note(mLine, DumpNote::Kind::incomplete, "the text begins within a dump");
+      open("", std::numeric_limits<std::size_t>::max());
+      dump = &mOpen.back();
+    }
+    if (dump == nullptr) {
+      if (mOlder++ == 0) mOlderLine = mLine;
+      return;
+    }
+    finishEntry(*dump, false);
+    dump->entry.emplace(head);
+    dump->entryLine = mLine;
+    ++dump->begun;
+    closeIfComplete(*dump);
+  }
+
+  void open(std::string_view source, std::size_t announced) {
+    mOpen.push_back({.source = std::string(source),
+                     .index = mFound.dumps.size(),
+                     .announced = announced,
+                     .entry = {},
+                     .tags = {}});
+    mFound.dumps.push_back({.line = mLine, .entries = {}});
+  }
+
+  /// The open dump of a line: the latest of the same source, else the latest; null if none is open.
+  Open* openFor(std::string_view line) {
+    if (mOpen.empty()) return nullptr;
+    if (mOpen.size() == 1) return &mOpen.front();
+    const std::string_view written = sourceOf(line);
+    const auto found = std::find_if(mOpen.rbegin(), mOpen.rend(), [&](const Open& dump) {
+      return written.starts_with(dump.source);
+    });
+    return found != mOpen.rend() ? &*found : &mOpen.back();
+  }
+
+  void closeIfComplete(Open& dump) {
+    if (dump.begun < dump.announced || (dump.entry && !dump.entry->isComplete())) return;
+    close(dump);
+  }
+
+  void close(Open& dump) {
+    const bool isCutOff = dump.begun < dump.announced;
+    finishEntry(dump, isCutOff);
+    constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
+    if (isCutOff && dump.announced != kUnknown) {
+      note(mFound.dumps[dump.index].line, DumpNote::Kind::incomplete,
+           "the dump is cut off: " + std::to_string(dump.begun) + " entries of " +
+               std::to_string(dump.announced));
+    }
+    mOpen.erase(mOpen.begin() + (&dump - mOpen.data()));
+  }
+
+  void finishEntry(Open& dump, bool isCutOff) {
+    if (!dump.entry) return;
+    const DumpEntry& entry = *dump.entry;
+    Dump& found = mFound.dumps[dump.index];
+    try {
+      auto taken = entry.take(isCutOff);
+      if (!dump.tags.insert(entry.tag()).second) throw InputError("occurs twice");
+      const std::string doubt = entry.doubt(taken);
+      if (!doubt.empty()) note(dump.entryLine, DumpNote::Kind::doubtful, entry.title() + doubt);
+      found.entries.push_back(std::move(taken));
+    } catch (const InputError& error) {
+      const std::string problem = error.what();
+      if (found.problem.empty()) found.problem = entry.title() + ": " + problem;
+      note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " is left out: " + problem);
+    }
+    dump.entry.reset();
   }
 
   DumpsOfText mFound;
   std::vector<Open> mOpen;
   std::string_view mHeader;  // after the time; empty if lines have no header
   std::size_t mLine = 0;
-  std::size_t mOlder = 0;  // entries behind a whole dump
+  std::size_t mOlder = 0;  // entries after a complete dump
   std::size_t mOlderLine = 0;
 };
-
-DumpsOfText DumpFinder::find(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    ++mLine;
-    onLine(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  while (!mOpen.empty()) close(mOpen.front());
-  if (mOlder > 0) {
-    note(mOlderLine, DumpNote::Kind::leftOut,
-         "entries behind the end of a dump, of an older one: " + std::to_string(mOlder));
-  }
-  std::ranges::stable_sort(mFound.notes, {}, &DumpNote::line);
-  return std::move(mFound);
-}
-
-void DumpFinder::onLine(std::string_view line) {
-  if (isHeader(line)) {
-    mHeader = behindTime(line);
-  } else if (const std::size_t at = line.find(kFirstWords); at != std::string_view::npos) {
-    onFirstLine(line.substr(0, at), line.substr(at + kFirstWords.size()));
-  } else if (const auto row = dumpRowOf(line)) {
-    Open* dump = openFor(line);
-    if (dump == nullptr || !dump->entry) return;
-    dump->entry->addRow(*row);
-    closeIfComplete(*dump);
-  } else if (const auto head = dumpHeadOf(line)) {
-    onHead(*head, line);
-  }
-}
-
-/// `counts` is such as "13 / 40 entries, 64 / 4000 bytes of extra data.".
-void DumpFinder::onFirstLine(std::string_view beforeDump, std::string_view counts) {
-  constexpr std::size_t kMostThreads = 8;
-  std::string_view source = sourceOf(beforeDump);
-  while (source.ends_with(' ')) source.remove_suffix(1);
-  const auto same = std::ranges::find(mOpen, source, &Open::source);
-  if (same != mOpen.end()) close(*same);
-  if (mOpen.size() == kMostThreads) close(mOpen.front());
-  if (counts.starts_with("Not allocated")) {
-    mFound.dumps.push_back({.line = mLine, .isNull = true, .entries = {}});
-    return;
-  }
-  std::size_t announced = 0;
-  const auto read = std::from_chars(counts.data(), counts.data() + counts.size(), announced);
-  counts.remove_prefix(static_cast<std::size_t>(read.ptr - counts.data()));
-  if (read.ec != std::errc() || !counts.starts_with(" / ")) {
-    note(mLine, DumpNote::Kind::incomplete, "a dump that does not tell how many entries it has");
-    return;
-  }
-  open(source, announced);
-  closeIfComplete(mOpen.back());
-}
-
-void DumpFinder::onHead(const DumpHead& head, std::string_view line) {
-  Open* dump = openFor(line);
-  if (dump == nullptr && mFound.dumps.empty()) {
-    note(mLine, DumpNote::Kind::incomplete, "the text begins within a dump");
-    open("", std::numeric_limits<std::size_t>::max());
-    dump = &mOpen.back();
-  }
-  if (dump == nullptr) {
-    if (mOlder++ == 0) mOlderLine = mLine;
-    return;
-  }
-  finishEntry(*dump, false);
-  dump->entry.emplace(head);
-  dump->entryLine = mLine;
-  ++dump->begun;
-  closeIfComplete(*dump);
-}
-
-void DumpFinder::open(std::string_view source, std::size_t announced) {
-  mOpen.push_back({.source = std::string(source),
-                   .index = mFound.dumps.size(),
-                   .announced = announced,
-                   .entry = {},
-                   .tags = {}});
-  mFound.dumps.push_back({.line = mLine, .entries = {}});
-}
-
-/// The dump that a line goes on with: the last begun of those whose source wrote it, else of all.
-DumpFinder::Open* DumpFinder::openFor(std::string_view line) {
-  if (mOpen.empty()) return nullptr;
-  if (mOpen.size() == 1) return &mOpen.front();
-  const std::string_view written = sourceOf(line);
-  const auto found = std::find_if(mOpen.rbegin(), mOpen.rend(), [&](const Open& dump) {
-    return written.starts_with(dump.source);
-  });
-  return found != mOpen.rend() ? &*found : &mOpen.back();
-}
-
-void DumpFinder::closeIfComplete(Open& dump) {
-  if (dump.begun < dump.announced || (dump.entry && !dump.entry->isComplete())) return;
-  close(dump);
-}
-
-void DumpFinder::close(Open& dump) {
-  const bool isCutOff = dump.begun < dump.announced;
-  finishEntry(dump, isCutOff);
-  constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
-  if (isCutOff && dump.announced != kUnknown) {
-    note(mFound.dumps[dump.index].line, DumpNote::Kind::incomplete,
-         "the dump is cut off: " + std::to_string(dump.begun) + " entries of " +
-             std::to_string(dump.announced));
-  }
-  mOpen.erase(mOpen.begin() + (&dump - mOpen.data()));
-}
-
-void DumpFinder::finishEntry(Open& dump, bool isCutOff) {
-  if (!dump.entry) return;
-  const DumpEntry& entry = *dump.entry;
-  std::string problem = entry.problem(isCutOff);
-  if (problem.empty() && !dump.tags.insert(entry.tag()).second) problem = "stands there twice";
-  if (!problem.empty()) {
-    if (mFound.dumps[dump.index].problem.empty())
-      mFound.dumps[dump.index].problem = entry.title() + ": " + problem;
-    note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " is left out: " + problem);
-  } else {
-    mFound.dumps[dump.index].entries.push_back(entry.take());
-    const std::string doubt = entry.doubt(mFound.dumps[dump.index].entries.back());
-    if (!doubt.empty()) note(dump.entryLine, DumpNote::Kind::doubtful, entry.title() + doubt);
-  }
-  dump.entry.reset();
-}
 
 }  // namespace
 

@@ -1,4 +1,4 @@
-// Dumps of metadata, as a phone writes them, in whatever text stands around them.
+// Finds the metadata dumps of a phone in logs, bug reports and other texts.
 
 #pragma once
 
@@ -12,13 +12,13 @@
 namespace camhook {
 
 struct Dump {
-  std::size_t line = 0;                           // of the text, in which it begins
-  bool isNull = false;                            // of a buffer that there was not
-  std::vector<NSCam::IMetadata::IEntry> entries;  // in their order, each with items and its own tag
-  std::string problem = {};  // of the first entry that is left out; empty: none is
+  std::size_t line = 0;                           // of its beginning, from 1
+  bool isNull = false;                            // the buffer was null
+  std::vector<NSCam::IMetadata::IEntry> entries;  // in their order, all with items
+  std::string problem = {};  // of the first entry that is left out; empty if all are read
 };
 
-/// What is to be said of an entry or of a whole dump.
+/// A note about an entry or a dump.
 struct DumpNote {
   enum class Kind { leftOut, doubtful, incomplete };
 
@@ -32,13 +32,13 @@ struct DumpsOfText {
   std::vector<DumpNote> notes;  // in the order of their lines
 };
 
-/// The dumps of a text, none where it has none. Takes time in proportion to the text.
+/// Finds the dumps of a text.
 ///
-/// A dump begins with its first line, wherever on a line that stands, and ends with its last value,
-/// the next dump or the text; what else stands between is passed over. Dumps of several threads
-/// that mix in one log are told apart by what stands behind the time on each line. A text that
-/// begins within a dump has its entries, too; those behind a whole dump are of an older one, which
-/// a phone does not cut from the file that it overwrites.
+/// A dump begins with its first line, also in the middle of a line, and ends with its last value,
+/// the next dump or the text. Other text between its lines is ignored. Dumps of several threads in
+/// one log are separated by the text after the time of each line. A text that begins within a dump
+/// has the entries of that dump. Entries after a complete dump are of an older one: a phone
+/// overwrites the file without truncating it.
 DumpsOfText dumpsIn(std::string_view text);
 
 }  // namespace camhook

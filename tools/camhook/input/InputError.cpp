@@ -7,8 +7,8 @@
 namespace camhook {
 namespace {
 
-/// A line of at most `Faults::kMostColumns`; the problem matters most, then the end of the place
-/// and of the file's name.
+/// A line of at most `Faults::kMostColumns`. Of a long one, the beginnings of the path and of the
+/// file's name are left out first.
 std::string lineOf(std::string_view file, std::string_view what, const Fault& fault) {
   constexpr std::size_t kMostOfFile = 50;
   constexpr std::size_t kMostOfPlace = 60;
@@ -26,10 +26,10 @@ std::string lineOf(std::string_view file, std::string_view what, const Fault& fa
     return text + fault.problem;
   };
   if (columnsOf(line()) > Faults::kMostColumns) {
-    name = cutInFront(file, kMostOfFile);
-    place = cutInFront(fault.place, kMostOfPlace);
+    name = cutStart(file, kMostOfFile);
+    place = cutStart(fault.place, kMostOfPlace);
   }
-  return cutBehind(line(), Faults::kMostColumns);
+  return cutEnd(line(), Faults::kMostColumns);
 }
 
 }  // namespace
@@ -56,7 +56,7 @@ std::string Faults::lines(std::string_view file, std::string_view what) const {
 }
 
 InputError::InputError(const std::string& problem)
-    : std::runtime_error(cutBehind(problem, Faults::kMostColumns)) {
+    : std::runtime_error(cutEnd(problem, Faults::kMostColumns)) {
   mFaults.add({.problem = problem});
 }
 

@@ -1,4 +1,4 @@
-// What is wrong with the input, and where.
+// Faults of the input.
 
 #pragma once
 
@@ -12,15 +12,15 @@
 
 namespace camhook {
 
-/// Something that is wrong at one place of a file.
+/// A fault at one place of a file.
 struct Fault {
-  std::size_t line = 0;  // from 1; 0: nobody knows
+  std::size_t line = 0;  // from 1; 0: unknown
   std::size_t column = 0;
-  std::string place = {};  // in the document: "calls[3].meta"; empty for the document itself
+  std::string place = {};  // path in the document: "calls[3].meta"; empty: the document
   std::string problem = {};
 };
 
-/// The first of the things that are wrong with a file, and how many there are.
+/// The first faults of a file, and their number.
 class Faults {
  public:
   static constexpr std::size_t kMostShown = 20;
@@ -28,17 +28,16 @@ class Faults {
 
   [[nodiscard]] bool isEmpty() const { return mCount == 0; }
 
-  /// Whether another one is merely counted.
+  /// True if further faults are only counted.
   [[nodiscard]] bool isFull() const { return mShown.size() == kMostShown; }
 
-  /// `fault` is left out where they are full.
   void add(Fault fault);
 
   [[nodiscard]] const std::vector<Fault>& shown() const { return mShown; }
 
-  /// A line each, "FILE:12:9: calls[3].meta.FOO: unknown tag", in the order of the file, and one
-  /// that says how many more there are. `what` stands behind the place in the file. None is wider
-  /// than `kMostColumns`.
+  /// A line for each fault in the order of the file: "FILE:12:9: calls[3].meta.FOO: unknown tag",
+  /// and one with the number of further faults. `what` precedes the path. No line is wider than
+  /// `kMostColumns`.
   [[nodiscard]] std::string lines(std::string_view file, std::string_view what = "") const;
 
  private:
@@ -46,8 +45,7 @@ class Faults {
   std::size_t mCount = 0;
 };
 
-/// The input cannot be used. `what()` is a line for each thing that is wrong with it, the file in
-/// front where it is known.
+/// The input cannot be used. `what()` has a line for each fault, with the file if it is known.
 class InputError : public std::runtime_error {
  public:
   explicit InputError(const std::string& problem);

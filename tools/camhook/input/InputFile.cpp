@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -24,7 +25,8 @@ struct Closer {
   }
 };
 
-/// The length of a file; 0 for a pipe or a terminal. Refuses what may have no end.
+/// The length of a file; 0 for a pipe or a terminal. Throws InputError for other devices, which may
+/// have no end.
 std::size_t lengthOf(int file) {
   struct stat status {};
   if (fstat(file, &status) != 0) failToRead();
@@ -44,19 +46,14 @@ std::string nameOfInput(const std::string& file) {
 std::string readInput(const std::string& file) {
   const std::unique_ptr<std::FILE, Closer> in(file == "-" ? stdin : std::fopen(file.c_str(), "rb"));
   if (in == nullptr) failToRead();
-  constexpr std::size_t kBlock = std::size_t{1} << 16U;
-  const std::size_t length = lengthOf(fileno(in.get()));
   std::string text;
-  std::size_t size = 0;
-  do {
-    // With room for one more byte, the end of a file is seen at once.
-    const std::size_t room = std::max({length + 1, 2 * size, kBlock});
-    text.resize(std::min(room, kLongestInput + 1));
-    size += std::fread(&text[size], 1, text.size() - size, in.get());
-    if (size > kLongestInput) throw InputError("longer than 1 GiB");
-  } while (size == text.size());
+  text.reserve(std::min(lengthOf(fileno(in.get())), kLongestInput));
+  std::array<char, std::size_t{1} << 16U> block{};
+  while (const std::size_t size = std::fread(block.data(), 1, block.size(), in.get())) {
+    text.append(block.data(), size);
+    if (text.size() > kLongestInput) throw InputError("longer than 1 GiB");
+  }
   if (std::ferror(in.get()) != 0) failToRead();
-  text.resize(size);
   return text;
 }
 

@@ -1,4 +1,4 @@
-// The files that the tool is told to read.
+// Reads input files.
 
 #pragma once
 
@@ -9,11 +9,11 @@ namespace camhook {
 
 inline constexpr std::size_t kLongestInput = std::size_t{1} << 30U;
 
-/// What people call the file: "standard input" for "-".
+/// The name for messages; "standard input" for "-".
 std::string nameOfInput(const std::string& file);
 
-/// The content of a file or pipe, of standard input for "-". Throws InputError, also for a device
-/// and for what is longer than `kLongestInput`.
+/// Reads a file or pipe, or standard input for "-". Throws InputError, also for a device and for an
+/// input longer than `kLongestInput`.
 std::string readInput(const std::string& file);
 
 }  // namespace camhook

@@ -1,4 +1,4 @@
-// Lists in a line.
+// Joins texts.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace camhook {
 
-/// The texts, one behind the other, with `separator` between them.
+/// The texts in order, with `separator` between them.
 inline std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
   std::string all;
   for (const std::string& text : texts) {

@@ -1,4 +1,4 @@
-// A JSON value in memory, and the parser of whole documents.
+// JSON values in memory.
 
 #pragma once
 
@@ -46,7 +46,7 @@ class Json {
   Json(Object members);
   /// An object: Json{{"width", 640}, {"height", 480}}.
   Json(std::initializer_list<Member> members);
-  /// A list of anything here.
+  /// A list of values that convert to Json.
   template <std::ranges::range T>
   requires(!std::convertible_to<T, std::string_view> && !std::same_as<T, List> &&
            !std::same_as<T, Object>) Json(const T& list)
@@ -76,7 +76,7 @@ class Json {
     return {};
   }
 
-  // Each throws std::bad_variant_access for a value of another kind.
+  // These throw std::bad_variant_access for a value of another kind.
   [[nodiscard]] double number() const;
   [[nodiscard]] const std::string& text() const { return std::get<std::string>(mValue); }
   [[nodiscard]] const List& items() const { return std::get<List>(mValue); }
@@ -87,24 +87,24 @@ class Json {
   /// The number of items or members; 0 for any other value.
   [[nodiscard]] std::size_t size() const;
 
-  /// The value of an object's key; null if there is none, and for any other value.
+  /// The value of an object's key; a null pointer if there is none, and for any other value.
   [[nodiscard]] const Json* find(std::string_view key) const;
   [[nodiscard]] Json* find(std::string_view key) {
     return const_cast<Json*>(std::as_const(*this).find(key));
   }
 
-  /// The same; a value that is null if there is none.
+  /// The same; the value null if there is none.
   [[nodiscard]] const Json& operator[](std::string_view key) const;
-  /// The same; adds the key if there is none. Makes an object of null.
+  /// The same; adds the key if there is none. Null becomes an object.
   Json& operator[](std::string_view key);
 
   [[nodiscard]] const Json& operator[](std::size_t index) const { return items().at(index); }
   Json& operator[](std::size_t index) { return items().at(index); }
 
-  /// Removes the key, if there is one.
+  /// Removes a key and its value, if the object has it.
   void erase(std::string_view key);
 
-  /// Adds an item to a list. Makes a list of null.
+  /// Adds an item to a list. Null becomes a list.
   void push_back(Json item);
 
   /// Where a parsed value and its key begin in the text; not part of the value.
@@ -118,7 +118,7 @@ class Json {
   friend bool operator==(const Json& left, const Json& right);
 
  private:
-  friend class JsonLine;
+  friend class JsonWriter;
 
   using Variant = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double,
                                std::string, List, Object>;
@@ -148,8 +148,8 @@ struct Json::Member {
   friend bool operator==(const Member& left, const Member& right) = default;
 };
 
-/// Parses a document. Throws InputError with the place of each fault; a key that an object has
-/// twice is one.
+/// Parses a document. Throws InputError with the place of each fault. A repeated key of an object
+/// is a fault.
 Json parseJson(const std::string& text);
 
 /// 32 bits as "0x0001000d".

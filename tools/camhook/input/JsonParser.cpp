@@ -29,7 +29,7 @@ std::size_t findInvalidByte(std::string_view text) {
   return at;
 }
 
-/// Builds values from what the parser finds.
+/// Builds values from the parser's events.
 class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> {
  public:
   Builder(const rapidjson::StringStream& stream, const UseItem& useItem)
@@ -59,7 +59,7 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
     return place;
   }
 
-  // The names are the parser's.
+  // RapidJSON determines these names.
   // NOLINTBEGIN(readability-identifier-naming)
   bool Null() { return add(nullptr, 4); }
   bool Bool(bool value) { return add(value, value ? 4 : 5); }
@@ -123,8 +123,8 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
   /// True if the innermost open list is the one whose items are used one by one.
   [[nodiscard]] bool isInItems() const { return mIsInItems && mOpen.size() == 2; }
 
-  /// The offset of a word or bracket of which `taken` bytes were taken from the stream. The parser
-  /// reads a number or a text from a copy of the stream: the stream itself is where it begins.
+  /// The offset of a word or bracket of which `taken` bytes were read from the stream. The parser
+  /// reads numbers and texts from a copy of the stream, so the stream is still at their beginning.
   [[nodiscard]] std::uint32_t offset(std::size_t taken = 0) const {
     static_assert(rapidjson::StreamTraits<rapidjson::StringStream>::copyOptimization == 1);
     return static_cast<std::uint32_t>(mStream.Tell() - taken);
@@ -163,7 +163,7 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
   bool mIsInItems = false;
   std::size_t mUsedItems = 0;
   std::vector<Open> mOpen;
-  std::vector<Json> mValues;  // complete ones in open lists and objects
+  std::vector<Json> mValues;  // complete values in open lists and objects
   std::vector<PendingKey> mKeys;
 };
 

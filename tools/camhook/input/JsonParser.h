@@ -16,13 +16,13 @@ namespace camhook {
 /// Called with an item of the list "calls" of a document.
 using UseItem = std::function<void(const Json& item)>;
 
-/// Parses a whole document. Adds a fault and returns none if the text is not JSON or is nested
-/// deeper than 100 levels. With `useItem`, the list "calls" of the document is left empty; its
-/// items are handed to `useItem` one by one.
+/// Parses a whole document. Adds a fault and returns nullopt if the text is not JSON or is nested
+/// deeper than 100 levels. `useItem` receives the items of the list "calls" one by one instead of
+/// the document.
 std::optional<Json> parseDocument(const std::string& text, Faults& faults,
                                   const UseItem& useItem = {});
 
-/// Parses the value that begins at `offset` of a text that `parseDocument` has accepted.
+/// Parses the value at `offset` of a text that `parseDocument` accepted.
 Json parseValue(const std::string& text, std::uint32_t offset);
 
 /// A fault with the line and the column of an offset.

@@ -1,4 +1,5 @@
-// The properties, events and app types that the library knows. Others may be set, too.
+// Properties, events, app types and app names that the library compares with. A scenario may also
+// set others.
 
 #pragma once
 
@@ -37,19 +38,19 @@ inline constexpr KnownName kKnownEvents[] = {
     {"PREVIEW_SCENEMODE", "Scene of the preview, as the result hook leaves it"},
 };
 
-/// Of "APP_TYPE". Two of them differ in a capital letter alone.
+/// Values of "APP_TYPE". Two of them differ only in the case of a letter.
 inline constexpr std::string_view kKnownAppTypes[] = {
     "3rd_party",      "CTS",    "FaceUnlock", "HeskCamera", "Messenger", "QQ", "TikTok",
     "TikTokExternal", "Wechat", "engcamera",  "heskCamera", "mtk_ims",
 };
 
 /// Names of products, which are prefixes of product models: those with sensor mode rules, and those
-/// with parameters of the zoom transition alone.
+/// with only parameters of the zoom transition.
 inline constexpr std::string_view kProductsWithRules[] = {"KX0102", "KX0104", "KX0105", "KX0106",
                                                           "KX0107"};
 inline constexpr std::string_view kProductsOfZoomOnly[] = {"KX0101", "KX0103", "KX0108"};
 
-/// Of "APP_NAME" and "APP_MODE".
+/// Values of "APP_NAME" and "APP_MODE".
 inline constexpr std::string_view kKnownAppNames[] = {
     "3rd_party",  "Dingding",   "Facebook",     "Instagram", "Kuaishou", "Messenger",
     "OISTest",    "Production", "Professional", "SuperMoon", "TikTok",   "TikTokExternal",

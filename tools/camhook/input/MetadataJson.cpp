@@ -1,16 +1,14 @@
 #include "tools/camhook/input/MetadataJson.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <variant>
 
 #include "host/MetadataAccess.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataReader.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/TagCatalogue.h"
-#include "tools/camhook/input/Value.h"
-#include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
 namespace {
@@ -26,23 +24,7 @@ Json jsonFromItem(T item) {
 Json jsonFromItem(const MRect& item) { return jsonFromRect(item); }
 Json jsonFromItem(const MRational& item) { return Json::List{item.numerator, item.denominator}; }
 
-void addItem(JsonLine& line, const auto& item) { line.add(item); }
-void addItem(JsonLine& line, const MRect& item) {
-  line.add(std::array{item.x, item.y, item.w, item.h});
-}
-void addItem(JsonLine& line, const MRational& item) {
-  line.add(std::array{item.numerator, item.denominator});
-}
-
 }  // namespace
-
-template <typename T>
-T integerFromJson(const Json& json, std::string_view place) {
-  return readJson<T>(json, place, [](const Value& value, T& target) { readValue(value, target); });
-}
-
-template std::int32_t integerFromJson(const Json&, std::string_view);
-template std::int64_t integerFromJson(const Json&, std::string_view);
 
 float floatFromJson(const Json& json, std::string_view place) {
   return readJson<float>(json, place,
@@ -79,36 +61,28 @@ Json jsonFromItems(const IMetadata::IEntry& entry) {
   return list;
 }
 
-void addMetadata(JsonLine& line, const IMetadata& metadata) {
-  line.open('{');
+Json jsonFromMetadata(const IMetadata& metadata) {
+  Json::Object entries;
   for (const IMetadata::IEntry* entry : host::MetadataAccess::entriesByTag(metadata)) {
-    line.key(tagText(entry->tag()));
-    addEntry(line, *entry);
+    entries.push_back({tagText(entry->tag()), jsonFromEntry(*entry)});
   }
-  line.close('}');
+  return entries;
 }
 
-void addEntry(JsonLine& line, const IMetadata::IEntry& entry) {
-  const host::ItemList& items = host::MetadataAccess::itemsOf(entry);
-  line.open('{');
-  line.member("type", host::typeName(items));
-  line.key("items");
-  line.open('[');
-  std::visit(
-      [&](const auto& list) {
-        for (const auto& item : list) addItem(line, item);
-      },
-      items);
-  line.close(']');
-  line.close('}');
+Json jsonFromTextMap(const host::TextMap& texts) {
+  Json::Object members;
+  for (const auto& [name, value] : texts) members.push_back({name, value});
+  return members;
 }
 
 Json jsonFromRect(const MRect& rect) { return Json::List{rect.x, rect.y, rect.w, rect.h}; }
 
 Json jsonFromEntry(const IMetadata::IEntry& entry) {
   if (entry.isEmpty()) return {};
-  return Json::Object{{"type", host::typeName(host::MetadataAccess::itemsOf(entry))},
-                      {"items", jsonFromItems(entry)}};
+  Json json;
+  json["type"] = host::typeName(host::MetadataAccess::itemsOf(entry));
+  json["items"] = jsonFromItems(entry);
+  return json;
 }
 
 bool areSame(const IMetadata::IEntry& left, const IMetadata::IEntry& right) {

@@ -1,4 +1,4 @@
-// Metadata containers in JSON, as scenarios and traces have them.
+// Converts metadata between containers and the JSON of scenarios and traces.
 
 #pragma once
 
@@ -6,50 +6,53 @@
 #include <string>
 #include <string_view>
 
+#include "host/PhoneConfig.h"
 #include "platform/IMetadata.h"
-#include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
-#include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/ValueReader.h"
 
 namespace camhook {
 
-/// Reads an object from tag to value. Throws InputError.
+// The readers of values without a text throw InputError. `place` precedes the place of a fault.
+
+/// Reads an object from tag to value.
 NSCam::IMetadata metadataFromJson(const Json& json, std::string_view place);
 
-/// Reads the entry of a tag, one without items where the list is empty. Throws InputError.
+/// Reads the entry of a tag; an empty list is an entry without items.
 NSCam::IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, std::string_view place);
 
-/// Reads a tag: a catalogue name or a hexadecimal text. Throws InputError, which names those that
-/// are like it.
+/// Reads an integer: a number, or a hexadecimal text.
+template <typename T>
+T integerFromJson(const Json& json, std::string_view place) {
+  return readJson<T>(json, place, [](const Value& value, T& target) { readValue(value, target); });
+}
+
+/// Reads a float: a number, or "inf", "-inf", "nan".
+float floatFromJson(const Json& json, std::string_view place);
+
+/// Returns the tag with a catalogue name or hexadecimal number. Throws InputError with similar
+/// names.
 std::uint32_t tagFromText(std::string_view text);
 
-/// Writes every entry that holds an item in its long form, ordered by tag.
-void addMetadata(JsonLine& line, const NSCam::IMetadata& metadata);
+/// The entries with items in their long form, ordered by tag.
+Json jsonFromMetadata(const NSCam::IMetadata& metadata);
 
-/// Writes the long form of an entry that holds an item.
-void addEntry(JsonLine& line, const NSCam::IMetadata::IEntry& entry);
-
-/// The same as a value; null for an entry without items.
+/// The long form of an entry, {"type": ..., "items": ...}; null for an entry without items.
 Json jsonFromEntry(const NSCam::IMetadata::IEntry& entry);
+
+/// An object from key to text.
+Json jsonFromTextMap(const host::TextMap& texts);
 
 /// [x, y, width, height]
 Json jsonFromRect(const NSCam::MRect& rect);
 
-/// The items of an entry, as a trace lists them.
+/// The items of an entry.
 Json jsonFromItems(const NSCam::IMetadata::IEntry& entry);
 
-/// Whether two entries look the same in JSON: 0 is not -0, and one NaN is like another.
+/// True if two entries are the same in JSON: 0 and -0 differ, two NaNs do not.
 bool areSame(const NSCam::IMetadata::IEntry& left, const NSCam::IMetadata::IEntry& right);
 
-/// The tag's catalogue name, in hexadecimal where it has none.
+/// The catalogue name of a tag, or its number in hexadecimal.
 std::string tagText(std::uint32_t tag);
-
-/// An integer of type `T`: a number, or a hexadecimal text. Throws InputError where it does not
-/// fit.
-template <typename T>
-T integerFromJson(const Json& json, std::string_view place);
-
-/// A float: a number, or "inf", "-inf", "nan". Throws InputError where it does not fit.
-float floatFromJson(const Json& json, std::string_view place);
 
 }  // namespace camhook

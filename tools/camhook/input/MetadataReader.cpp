@@ -21,7 +21,7 @@ using NSCam::MRational;
 using NSCam::MRect;
 using NSCam::Type2Type;
 
-/// A rectangle or a fraction is a list of numbers by itself.
+/// A rect or rational is itself a list of numbers.
 template <typename T>
 constexpr bool kIsTuple = std::is_same_v<T, MRect> || std::is_same_v<T, MRational>;
 
@@ -145,7 +145,7 @@ void readEntryOf(const Value& value, std::uint32_t tag, const TagDescription* in
   }
 }
 
-/// Keys that differ may stand for one tag.
+/// Reports tags that occur twice under different keys.
 void failRepeated(std::vector<std::pair<std::uint32_t, Key>>& keys) {
   std::ranges::stable_sort(keys, {}, [](const auto& key) { return key.first; });
   for (std::size_t i = 1; i < keys.size(); ++i) {

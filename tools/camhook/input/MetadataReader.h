@@ -1,4 +1,4 @@
-// Metadata containers as scenarios have them.
+// Reads metadata of scenarios.
 
 #pragma once
 
@@ -11,18 +11,17 @@
 
 namespace camhook {
 
-/// Reads an object from tag to value into `target`; null: it is checked alone, which is quicker,
-/// and warned of what it probably does not mean.
+/// Reads an object from tag to value into `target`. If `target` is null, the value is only checked,
+/// which is faster.
 void readMetadata(const Value& value, NSCam::IMetadata* target);
 
-/// Reads the value of a tag into `target`; it stays without items where the list is empty. Null: as
-/// above.
+/// Reads the value of a tag into `target`, which may be null as above. An empty list adds no item.
 void readEntry(const Value& value, std::uint32_t tag, NSCam::IMetadata::IEntry* target);
 
-/// A tag: a catalogue name or a hexadecimal text. None where it is neither.
+/// Returns the tag with a catalogue name or hexadecimal number, if the text is one.
 std::optional<std::uint32_t> tagFrom(std::string_view text);
 
-/// The same for an argument that is wider than a tag.
+/// The same with up to 64 bits.
 std::optional<std::uint64_t> wideTagFrom(std::string_view text);
 
 }  // namespace camhook

@@ -23,7 +23,7 @@ std::string inLowerCase(std::string_view text) {
 std::size_t editDistance(std::string_view left, std::string_view right) {
   const std::size_t width = right.size() + 1;
   std::vector<std::size_t> table((left.size() + 1) * width);
-  // Between the first i letters of one and the first j of the other.
+  // Distance between the first i letters of `left` and the first j letters of `right`.
   const auto at = [&](std::size_t i, std::size_t j) -> std::size_t& {
     return table[i * width + j];
   };
@@ -43,14 +43,13 @@ std::size_t editDistance(std::string_view left, std::string_view right) {
 
 std::string nearNames(std::string_view text, std::span<const std::string_view> names) {
   constexpr std::size_t kMostNames = 3;
-  constexpr std::size_t kLongest = 100;  // of a name that anybody would mistype
+  constexpr std::size_t kLongest = 100;  // limits the time
   constexpr std::size_t kLongPart = 4;
   if (text.size() > kLongest) return {};
   const std::string lower = inLowerCase(text);
   std::vector<std::pair<std::size_t, std::string_view>> near;
   for (const std::string_view name : names) {
     const std::string lowerName = inLowerCase(name);
-    // A part of a name is as good as a slip in it.
     const bool isPart = text.size() >= kLongPart && lowerName.find(lower) != std::string::npos;
     const std::size_t distance = isPart ? 0 : editDistance(lower, lowerName);
     if (distance <= (name.size() + 2) / 4) near.emplace_back(distance, name);

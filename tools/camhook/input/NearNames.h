@@ -1,4 +1,4 @@
-// What somebody may have meant.
+// Finds names similar to a misspelled one.
 
 #pragma once
 
@@ -8,15 +8,15 @@
 
 namespace camhook {
 
-/// How many letters must be put in, left out, replaced or swapped with the next to make one text of
-/// the other.
+/// The number of letters to insert, remove, replace or swap with the next one that turns one text
+/// into the other.
 std::size_t editDistance(std::string_view left, std::string_view right);
 
-/// "; near: A, B": the names that are most similar to the text, whatever the case, at most three in
-/// ascending order of distance and name. Empty if none is similar.
+/// "; near: A, B": the most similar names, at most three, by distance and name. Case is ignored.
+/// Empty if no name is similar.
 std::string nearNames(std::string_view text, std::span<const std::string_view> names);
 
-/// The same of the catalogue's tags.
+/// The same with the tags of the catalogue.
 std::string nearTags(std::string_view text);
 
 }  // namespace camhook

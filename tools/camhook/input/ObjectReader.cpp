@@ -1,38 +1,17 @@
 #include "tools/camhook/input/ObjectReader.h"
 
-#include <ctime>
-#include <iomanip>
-#include <sstream>
-
 #include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 
-/// A time as it stands on a calendar and a clock.
 void ObjectReader::read(const Value& value, std::optional<std::tm>& target) const {
-  constexpr const char* kFormat = "%Y-%m-%dT%H:%M:%S";
-  constexpr std::size_t kLength = 19;
-
-  if (value.isText() && value.text().size() == kLength) {
-    std::tm time{};
-    std::istringstream in{std::string(value.text())};
-    in >> std::get_time(&time, kFormat);
-    std::ostringstream again;
-    again << std::put_time(&time, kFormat);
-    // Through UTC, so that days that no month has are noticed and no time zone gets in the way.
-    std::tm normal = time;
-    const bool onCalendar = timegm(&normal) != -1 && normal.tm_mday == time.tm_mday;
-    if (in && again.str() == value.text() && onCalendar) {
-      target = normal;
-      return;
-    }
-  }
-  value.failUnless("a time such as \"2021-03-04T05:06:07\"");
+  target = timeFrom(value.isText() ? value.text() : "");
+  if (!target) value.failUnless("a time such as \"2021-03-04T05:06:07\"");
 }
 
 void ObjectReader::read(const Value& value, MetadataArgument& target) const {
   if (value.isNull() && !mObject.find(kMetaOfKey)) return;
-  readMetadata(value, mContainers == Containers::made ? &target.emplace() : nullptr);
+  readMetadata(value, value.isOnlyChecked() ? nullptr : &target.emplace());
 }
 
 void ObjectReader::read(const Value& value, DefaultShading& target) const {

@@ -1,4 +1,4 @@
-// Reads the objects of a scenario into what `keysOf` says of them.
+// Reads the objects of a scenario by their `keysOf`.
 
 #pragma once
 
@@ -20,17 +20,16 @@
 
 namespace camhook {
 
-/// What becomes of the containers that calls are handed.
-enum class Containers {
-  checked,  // none is made
-  made,
-};
-
-/// The visitor of `keysOf` that reads one object. What is wrong with it fails.
+/// The visitor of `keysOf` that reads one object.
 class ObjectReader {
  public:
-  ObjectReader(const Value& object, Containers containers)
-      : mObject(object), mContainers(containers) {}
+  explicit ObjectReader(const Value& object) : mObject(object) {}
+
+  template <typename T>
+  static void readObject(const Value& value, T& target) {
+    if (!value.isObject()) return value.failUnless("an object");
+    ObjectReader(value).readAll(target);
+  }
 
   template <typename T>
   void must(std::string_view key, T&& target, std::string_view /*meaning*/ = {}) {
@@ -81,8 +80,7 @@ class ObjectReader {
 
   template <ScenarioObject T>
   void read(const Value& value, T& target) const {
-    if (!value.isObject()) return value.failUnless("an object");
-    ObjectReader(value, mContainers).readAll(target);
+    readObject(value, target);
   }
 
   template <typename T>
@@ -115,7 +113,6 @@ class ObjectReader {
   void read(const Value& value, ScenarioFrame::Calls& target) const;
 
   Value mObject;
-  Containers mContainers;
   std::size_t mRead = 0;
 };
 

@@ -9,15 +9,15 @@ namespace {
 
 constexpr std::string_view kCut = "...";
 
-/// What does not fit in ASCII may take two columns.
+/// The greatest width: characters outside ASCII may take two columns.
 std::size_t widthOf(const CodePoint& letter) { return letter.value < 0x80 ? 1 : 2; }
 
 bool isBetween(char32_t letter, char32_t first, char32_t last) {
   return letter >= first && letter <= last;
 }
 
-/// How many bytes a code point has that begins with this one; 0: none does.
-std::size_t lengthBehind(unsigned char lead) {
+/// The length in bytes of a code point with this first byte; 0 if there is none.
+std::size_t lengthFrom(unsigned char lead) {
   if (lead < 0x80) return 1;
   if (lead >= 0xc2 && lead < 0xe0) return 2;
   if (lead >= 0xe0 && lead < 0xf0) return 3;
@@ -29,7 +29,7 @@ std::size_t lengthBehind(unsigned char lead) {
 
 CodePoint firstCodePoint(std::string_view text) {
   const auto byteAt = [text](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-  const std::size_t length = lengthBehind(byteAt(0));
+  const std::size_t length = lengthFrom(byteAt(0));
   if (length == 1) return {.value = byteAt(0), .length = 1, .isValid = true};
   if (length == 0 || length > text.size()) return {.value = byteAt(0)};
   char32_t value = byteAt(0) & (0x7fU >> length);
@@ -37,7 +37,7 @@ CodePoint firstCodePoint(std::string_view text) {
     if ((byteAt(i) & 0xc0U) != 0x80U) return {.value = byteAt(0)};
     value = value << 6U | (byteAt(i) & 0x3fU);
   }
-  // Longer than it need be, half a pair, or beyond the last.
+  // An overlong encoding, a surrogate, or a value above the last code point.
   constexpr std::array<char32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};
   if (value < kLeast[length] || isBetween(value, 0xd800, 0xdfff) || value > 0x10ffff) {
     return {.value = byteAt(0)};
@@ -81,7 +81,7 @@ std::size_t columnsOf(std::string_view text) {
   return columns;
 }
 
-std::string cutBehind(std::string_view text, std::size_t most) {
+std::string cutEnd(std::string_view text, std::size_t most) {
   // A code point has at least half as many columns as bytes.
   if (text.size() <= most || (text.size() <= 2 * most && columnsOf(text) <= most)) {
     return std::string(text);
@@ -96,9 +96,9 @@ std::string cutBehind(std::string_view text, std::size_t most) {
   return std::string(text.substr(0, kept)).append(kCut);
 }
 
-std::string cutInFront(std::string_view text, std::size_t most) {
+std::string cutStart(std::string_view text, std::size_t most) {
   if (columnsOf(text) <= most) return std::string(text);
-  // Of so many bytes more remain than fit.
+  // These bytes have more columns than fit.
   text.remove_prefix(text.size() - std::min(text.size(), 4 * most + 4));
   while (!text.empty() && columnsOf(text) + kCut.size() > most) {
     text.remove_prefix(firstCodePoint(text).length);

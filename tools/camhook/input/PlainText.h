@@ -1,4 +1,4 @@
-// Texts from outside, made fit for a terminal's line.
+// Prepares texts of the input for a line on a terminal.
 
 #pragma once
 
@@ -8,30 +8,29 @@
 
 namespace camhook {
 
-/// The code point that a text begins with.
+/// The first code point of a text.
 struct CodePoint {
   char32_t value = 0;
   std::size_t length = 1;  // bytes
-  bool isValid = false;    // false: the byte is no UTF-8
+  bool isValid = false;    // false: the byte is not UTF-8
 };
 
 /// `text` is not empty.
 CodePoint firstCodePoint(std::string_view text);
 
-/// False for control characters and for those that break a line or change the direction of what
-/// stands beside them.
+/// False for control characters, line separators and bidirectional controls.
 bool isPlain(char32_t letter);
 
-/// The text with what is not plain as "\u000a", bytes that are no UTF-8 as "\xff".
+/// Escapes characters that are not plain as "\u000a" and bytes that are not UTF-8 as "\xff".
 std::string printable(std::string_view text);
 
-/// How wide a printable text is at most.
+/// The greatest width of a printable text, in columns.
 std::size_t columnsOf(std::string_view text);
 
-/// A printable text, cut to `most` columns, with "..." for what is missing behind.
-std::string cutBehind(std::string_view text, std::size_t most);
+/// A printable text of at most `most` columns; "..." replaces the rest.
+std::string cutEnd(std::string_view text, std::size_t most);
 
-/// The same, with what is missing in front.
-std::string cutInFront(std::string_view text, std::size_t most);
+/// The same; "..." replaces the beginning.
+std::string cutStart(std::string_view text, std::size_t most);
 
 }  // namespace camhook

@@ -60,7 +60,7 @@ struct UpdateResultMeta {
 struct DecideSensorScenario {
   static constexpr std::string_view kName = "decideSensorScenario";
   static constexpr std::string_view kMeaning =
-      "The sensor scenario for a stream configuration, whose main output has that size";
+      "Returns the sensor mode for a stream configuration with this main output size";
   std::int32_t sensor = 0;
   MetadataArgument meta;
   bool video = false;
@@ -79,26 +79,25 @@ struct UpdateCaptureRawParameter {
 
 struct UpdateTuningData {
   static constexpr std::string_view kName = "updateTuningData";
-  static constexpr std::string_view kMeaning =
-      "The export of tuning data: a block of that many bytes";
+  static constexpr std::string_view kMeaning = "Exports tuning data: a block of `size` bytes";
   std::int32_t sensor = 0;
   MetadataArgument meta;
-  std::uint32_t size = 0;  // of the block that is handed, in bytes
+  std::uint32_t size = 0;  // bytes
 };
 
 struct TranslateResultRegion {
   static constexpr std::string_view kName = "translateResultRegionForHesk";
-  static constexpr std::string_view kMeaning = "Detected regions move between cameras";
+  static constexpr std::string_view kMeaning = "Translates detected regions between cameras";
   std::int32_t sensor = 0;
   MetadataArgument meta;
   float value = 0;
   std::int32_t cameraId = 0;
-  std::uint64_t tag = 0;  // the hook takes more bits than a tag has
+  std::uint64_t tag = 0;  // the hook's argument is wider than a tag
 };
 
 struct SetPreviewSize {
   static constexpr std::string_view kName = "setPreviewSize";
-  static constexpr std::string_view kMeaning = "The preview has this size";
+  static constexpr std::string_view kMeaning = "Sets the preview size";
   std::int32_t sensor = 0;
   std::int32_t width = 0;
   std::int32_t height = 0;
@@ -106,7 +105,7 @@ struct SetPreviewSize {
 
 struct MatchAspectRatio {
   static constexpr std::string_view kName = "matchAspectRatio";
-  static constexpr std::string_view kMeaning = "A size fitted to the aspect ratio of another";
+  static constexpr std::string_view kMeaning = "Fits a size to the aspect ratio of another";
   std::int32_t sensor = 0;
   NSCam::MSize reference;
   NSCam::MSize size;
@@ -114,7 +113,7 @@ struct MatchAspectRatio {
 
 struct DumpMetadata {
   static constexpr std::string_view kName = "dumpMetadata";
-  static constexpr std::string_view kMeaning = "The dump of a still capture's metadata to a file";
+  static constexpr std::string_view kMeaning = "Dumps the metadata of a still capture to a file";
   std::int32_t sensor = 0;
   MetadataArgument meta;
   std::string name;
@@ -123,14 +122,15 @@ struct DumpMetadata {
 
 struct SetEvent {
   static constexpr std::string_view kName = "setEvent";
-  static constexpr std::string_view kMeaning = "The camera app sets a value of the event store";
+  static constexpr std::string_view kMeaning =
+      "Sets a value of the event store, as the camera app does";
   std::string key;
   std::string value;
 };
 
 struct SetProperty {
   static constexpr std::string_view kName = "setProperty";
-  static constexpr std::string_view kMeaning = "A system property gets a value";
+  static constexpr std::string_view kMeaning = "Sets a system property";
   std::string name;
   std::string value;
 };
@@ -171,7 +171,7 @@ struct ScenarioCall {
 };
 
 struct Scenario {
-  std::string about;  // what it shows, for people
+  std::string about;
   host::PhoneConfig platform;
   std::vector<ScenarioCall> calls;
   Faults warnings;

@@ -1,10 +1,10 @@
-// The keys that a scenario may hold, object by object, each with what it is read into and what it
-// means. The reader, the schema and whoever looks for a mistyped key go through the same list:
+// The keys of each object of a scenario, with the member that each is read into and a meaning for
+// editors. The reader, the schema and the search for misspelled keys use the same list:
 //
 //   keysOf(visitor, object)
 //
-// calls `visitor.must(key, target, meaning)` for each key that has to be there and `visitor.may`
-// for the others. What a value looks like follows from the type of its target.
+// calls `visitor.must(key, target, meaning)` for each required key and `visitor.may` for the
+// others. The type of the target determines the form of the value.
 
 #pragma once
 
@@ -15,6 +15,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -24,25 +25,25 @@
 
 namespace camhook {
 
-/// Keys of calls that `keysOf` does not list: the kind of the call, and the call whose container it
-/// gets, of calls with the single container `meta`.
+// Keys of calls that are not in `keysOf`: the name of the call, and metaOf of calls with the single
+// container `meta`.
 inline constexpr std::string_view kCallKey = "call";
 inline constexpr std::string_view kMetaOfKey = "metaOf";
 
-// Targets for values of which a plain type does not say enough.
+// Targets for values whose form a plain type does not determine.
 
-/// A tag's name or a hexadecimal text, which may be wider than a tag.
+/// The name of a tag, or a hexadecimal text of up to 64 bits.
 struct WideTag {
   std::uint64_t& tag;
 };
 
-/// A number of bytes that a machine has room for.
+/// The size of a block of memory.
 struct BlockSize {
   static constexpr std::uint32_t kMost = 1U << 26U;
   std::uint32_t& bytes;
 };
 
-/// A list that may be shorter than its place.
+/// A list of at most `Size` items.
 template <typename T, std::size_t Size>
 struct Row {
   explicit Row(std::array<T, Size>& place) : items(place) {}
@@ -50,19 +51,19 @@ struct Row {
   std::array<T, Size>& items;
 };
 
-/// Metadata, or null where there is none.
+/// Metadata or null.
 struct DefaultShading {
   bool& isThere;
   NSCam::IMetadata& values;
 };
 
-/// Texts under their names, some of which are known.
+/// An object from name to text. Editors complete the known names.
 struct NamedTexts {
   host::TextMap& texts;
   std::span<const KnownName> known;
 };
 
-/// A scenario but for its calls, which are read one by one.
+/// A scenario without its calls, which are read one by one.
 struct ScenarioFrame {
   struct Calls {};
 
@@ -72,41 +73,31 @@ struct ScenarioFrame {
   Calls calls;
 };
 
-/// What the schema calls an object; empty for what is none.
+/// The name of an object in the schema; empty for any other type.
 template <typename T>
-inline constexpr std::string_view kObjectName;
-template <>
-inline constexpr std::string_view kObjectName<ScenarioFrame> = "scenario";
-template <>
-inline constexpr std::string_view kObjectName<host::PhoneConfig> = "platform";
-template <>
-inline constexpr std::string_view kObjectName<host::DeviceConfig> = "device";
-template <>
-inline constexpr std::string_view kObjectName<host::Hal3AConfig> = "hal3a";
-template <>
-inline constexpr std::string_view kObjectName<NSCam::FaceRecord::Face> = "face";
-template <>
-inline constexpr std::string_view kObjectName<host::SensorConfig> = "sensor";
-template <>
-inline constexpr std::string_view kObjectName<host::SatConfig> = "sat";
-template <>
-inline constexpr std::string_view kObjectName<host::SatConfig::Camera> = "satCamera";
-template <>
-inline constexpr std::string_view kObjectName<host::SatConfig::Translation> = "satTranslate";
-template <>
-inline constexpr std::string_view kObjectName<host::ProviderConfig> = "provider";
-template <>
-inline constexpr std::string_view kObjectName<host::TuningBufferConfig> = "tuningBuffer";
-template <>
-inline constexpr std::string_view kObjectName<UpdateSessionParams::Stream> = "stream";
+constexpr std::string_view objectName() {
+  if (std::is_same_v<T, ScenarioFrame>) return "scenario";
+  if (std::is_same_v<T, host::PhoneConfig>) return "platform";
+  if (std::is_same_v<T, host::DeviceConfig>) return "device";
+  if (std::is_same_v<T, host::Hal3AConfig>) return "hal3a";
+  if (std::is_same_v<T, NSCam::FaceRecord::Face>) return "face";
+  if (std::is_same_v<T, host::SensorConfig>) return "sensor";
+  if (std::is_same_v<T, host::SatConfig>) return "sat";
+  if (std::is_same_v<T, host::SatConfig::Camera>) return "satCamera";
+  if (std::is_same_v<T, host::SatConfig::Translation>) return "satTranslate";
+  if (std::is_same_v<T, host::ProviderConfig>) return "provider";
+  if (std::is_same_v<T, host::TuningBufferConfig>) return "tuningBuffer";
+  if (std::is_same_v<T, UpdateSessionParams::Stream>) return "stream";
+  return {};
+}
 
 template <typename T>
-concept ScenarioObject = !kObjectName<T>.empty();
+concept ScenarioObject = !objectName<T>().empty();
 
 template <typename V>
 void keysOf(V& visit, ScenarioFrame& scenario) {
-  visit.may("$schema", scenario.schema, "Where an editor finds this schema");
-  visit.may("about", scenario.about, "What the scenario shows");
+  visit.may("$schema", scenario.schema, "Address of this schema, for editors");
+  visit.may("about", scenario.about, "Purpose of the scenario");
   visit.may("platform", scenario.platform);
   visit.must("calls", scenario.calls);
 }
@@ -116,18 +107,17 @@ void keysOf(V& visit, host::PhoneConfig& phone) {
   visit.may("properties", NamedTexts{phone.properties, kKnownProperties}, "System properties");
   visit.may("eventStore", NamedTexts{phone.eventStore, kKnownEvents}, "The event store's values");
   visit.may("devices", phone.devices, "Cameras by number");
-  visit.may("sensorList", phone.sensorList, "Whether there is a sensor list; by default there is");
-  visit.may("hal3aModule", phone.hal3AModule,
-            "Whether the HAL has the 3A module; by default it has");
+  visit.may("sensorList", phone.sensorList, "True by default; false: there is no sensor list");
+  visit.may("hal3aModule", phone.hal3AModule, "True by default; false: the HAL has no 3A module");
   visit.may("defaultShadingModule", phone.defaultShadingModule,
-            "Whether the HAL has the module of default shading; by default it has");
+            "True by default; false: the HAL has no default-shading module");
   visit.may("faceDetection", phone.faceDetection,
-            "Whether the container of detected faces can be had; by default it can");
+            "True by default; false: the container of detected faces is not available");
   visit.may("sat", phone.sat, "The zoom-transition library");
-  visit.may("provider", phone.provider, "The camera provider service; absent: it cannot be had");
+  visit.may("provider", phone.provider, "The camera provider service; not available if absent");
   visit.may("tuningBuffer", phone.tuningBuffer,
-            "What the 3A information manager hands out; what is absent stays as it is");
-  visit.may("clock", phone.clock, "Local time, standing still: 2021-03-04T05:06:07");
+            "The buffer of the 3A information manager; absent fields stay unchanged");
+  visit.may("clock", phone.clock, "Local time, which does not advance: 2021-03-04T05:06:07");
 }
 
 template <typename V>
@@ -135,15 +125,15 @@ void keysOf(V& visit, host::DeviceConfig& device) {
   visit.may("static", device.statics, "Static metadata");
   visit.may("hal3a", device.hal3A);
   visit.may("defaultShading", DefaultShading{device.hasDefaultShading, device.defaultShading},
-            "null: the module has nothing for the device");
-  visit.may("faces", device.faces, "What is detected");
+            "null: there is no such module for the device");
+  visit.may("faces", device.faces, "Detected faces");
   visit.may("sensor", device.sensor,
             "The sensor driver's object; absent: the sensor list creates none");
 }
 
 template <typename V>
 void keysOf(V& visit, host::Hal3AConfig& hal3A) {
-  visit.may("available", hal3A.available, "Whether one can be created; by default it can");
+  visit.may("available", hal3A.available, "True by default; false: the 3A creator returns null");
   visit.may("shadingBase", hal3A.shadingBase, "The first value of the shading map; by default 1");
 }
 
@@ -168,7 +158,7 @@ void keysOf(V& visit, host::SatConfig& sat) {
   visit.may("cameras", sat.cameras);
   visit.may("configured", sat.configured, "By default the number of cameras");
   visit.may("defaultRole", sat.defaultRole);
-  visit.may("translate", sat.translate, "What becomes of regions; by default they stay");
+  visit.may("translate", sat.translate, "Translation of regions; by default the identity");
 }
 
 template <typename V>
@@ -198,18 +188,6 @@ void keysOf(V& visit, host::TuningBufferConfig& buffer) {
 }
 
 template <typename V>
-void keysOf(V& visit, CreateInstance& call) {
-  visit.must("sensor", call.sensor);
-}
-
-template <typename V>
-void keysOf(V& visit, UpdateSessionParams& call) {
-  visit.must("sensor", call.sensor);
-  visit.must("meta", call.meta);
-  visit.must("streams", call.streams, "The configured streams, no two of one id");
-}
-
-template <typename V>
 void keysOf(V& visit, UpdateSessionParams::Stream& stream) {
   visit.must("id", stream.id);
   visit.must("usage", stream.usage, "Bits; 0x10000 is the video encoder's");
@@ -217,88 +195,81 @@ void keysOf(V& visit, UpdateSessionParams::Stream& stream) {
   visit.must("height", stream.height);
 }
 
+/// The keys that a call does not share with others.
+template <typename V, typename CallType>
+void ownKeysOf(V& /*visit*/, CallType& /*call*/) {}
+
 template <typename V>
-void keysOf(V& visit, UpdateRequestMeta& call) {
-  visit.must("sensor", call.sensor);
-  visit.must("requestNo", call.requestNo);
-  visit.must("meta", call.meta);
+void ownKeysOf(V& visit, UpdateSessionParams& call) {
+  visit.must("streams", call.streams, "The configured streams, no two of one id");
 }
 
 template <typename V>
-void keysOf(V& visit, UpdateResultMeta& call) {
-  visit.must("sensor", call.sensor);
-  visit.must("requestNo", call.requestNo);
-  visit.must("meta", call.meta);
-}
-
-template <typename V>
-void keysOf(V& visit, UpdateCaptureRawParameter& call) {
-  visit.must("sensor", call.sensor);
+void ownKeysOf(V& visit, UpdateCaptureRawParameter& call) {
   visit.must("app", call.app, "The frame's app metadata, with its 3A results");
   visit.must("hal", call.hal, "The frame's HAL metadata");
-  visit.must("out", call.out, "What the raw algorithms are handed");
+  visit.must("out", call.out, "The input of the raw algorithms");
 }
 
 template <typename V>
-void keysOf(V& visit, UpdateTuningData& call) {
-  visit.must("sensor", call.sensor);
-  visit.must("meta", call.meta);
-  visit.must("size", BlockSize{call.size}, "Of the block, in bytes; byte i is i modulo 251");
+void ownKeysOf(V& visit, UpdateTuningData& call) {
+  visit.must("size", BlockSize{call.size}, "Size of the block in bytes; byte i is i modulo 251");
 }
 
 template <typename V>
-void keysOf(V& visit, TranslateResultRegion& call) {
-  visit.must("sensor", call.sensor);
-  visit.must("meta", call.meta);
+void ownKeysOf(V& visit, TranslateResultRegion& call) {
   visit.must("value", call.value, "Its ratio to the camera's field of view is that of the zoom");
   visit.must("cameraId", call.cameraId);
   visit.must("tag", WideTag{call.tag});
 }
 
 template <typename V>
-void keysOf(V& visit, SetPreviewSize& call) {
-  visit.must("sensor", call.sensor);
+void ownKeysOf(V& visit, SetPreviewSize& call) {
   visit.must("width", call.width);
   visit.must("height", call.height);
 }
 
 template <typename V>
-void keysOf(V& visit, MatchAspectRatio& call) {
-  visit.must("sensor", call.sensor);
+void ownKeysOf(V& visit, MatchAspectRatio& call) {
   visit.must("reference", call.reference);
   visit.must("size", call.size);
 }
 
 template <typename V>
-void keysOf(V& visit, DumpMetadata& call) {
-  visit.must("sensor", call.sensor);
-  visit.must("meta", call.meta);
-  visit.must("name", call.name, "Begins the file's name");
+void ownKeysOf(V& visit, DumpMetadata& call) {
+  visit.must("name", call.name, "Beginning of the file name");
   visit.must("frame", call.frame);
 }
 
 template <typename V>
-void keysOf(V& visit, DecideSensorScenario& call) {
-  visit.must("sensor", call.sensor);
-  visit.must("meta", call.meta);
+void ownKeysOf(V& visit, DecideSensorScenario& call) {
   visit.must("video", call.video, "The configuration has a video stream");
   visit.must("width", call.width);
   visit.must("height", call.height);
 }
 
 template <typename V>
-void keysOf(V& visit, SetEvent& call) {
+void ownKeysOf(V& visit, SetEvent& call) {
   visit.must("key", call.key);
   visit.must("value", call.value);
 }
 
 template <typename V>
-void keysOf(V& visit, SetProperty& call) {
+void ownKeysOf(V& visit, SetProperty& call) {
   visit.must("name", call.name);
   visit.must("value", call.value);
 }
 
-/// Collects the keys alone.
+template <typename V, typename CallType>
+requires requires { CallType::kName; }
+void keysOf(V& visit, CallType& call) {
+  if constexpr (requires { call.sensor; }) visit.must("sensor", call.sensor);
+  if constexpr (requires { call.requestNo; }) visit.must("requestNo", call.requestNo);
+  if constexpr (kHasMeta<CallType>) visit.must("meta", call.meta);
+  ownKeysOf(visit, call);
+}
+
+/// The visitor of `keysOf` that collects the keys.
 class KeyNames {
  public:
   KeyNames(std::initializer_list<std::string_view> names) : mNames(names) {}
@@ -318,7 +289,7 @@ class KeyNames {
   std::vector<std::string_view> mNames;
 };
 
-/// Hands one call of each kind to `use`.
+/// Calls `use` with one call of each kind.
 template <typename Use>
 void forEachCall(Use use) {
   const auto useEach = [&]<typename... Calls>(const std::variant<Calls...>*) {

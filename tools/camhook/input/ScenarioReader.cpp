@@ -14,7 +14,7 @@
 namespace camhook {
 namespace {
 
-/// What a call must keep to beyond what its keys say each.
+/// Checks that concern several keys of a call, or the library.
 template <typename CallType>
 void checkTogether(const Value& /*value*/, const CallType& /*call*/) {}
 
@@ -29,7 +29,7 @@ void checkTogether(const Value& value, const UpdateSessionParams& call) {
   if (streams && streams->size() == call.streams.size()) streams->forEachItem(check);
 }
 
-/// A dump whose label the library has no room for would end the process.
+/// The library ends the process if the path of a dump does not fit its buffer.
 void checkTogether(const Value& value, const DumpMetadata& call) {
   hesk::MetadataDumpPath path{};
   const int length =
@@ -42,7 +42,7 @@ void checkTogether(const Value& value, const DumpMetadata& call) {
   }
 }
 
-/// A call of the kind that `name` says. None where there is no such call.
+/// Returns a call with this name, if there is one.
 std::optional<Call> emptyCall(std::string_view name) {
   std::optional<Call> found;
   forEachCall([&]<typename CallType>(CallType&& call) {
@@ -51,8 +51,8 @@ std::optional<Call> emptyCall(std::string_view name) {
   return found;
 }
 
-/// None where there is no such call.
-std::optional<Call> readCall(const Value& value, Containers containers) {
+/// Returns nullopt if there is no such call.
+std::optional<Call> readCall(const Value& value) {
   if (!value.isObject()) {
     value.failUnless("an object");
     return {};
@@ -70,7 +70,7 @@ std::optional<Call> readCall(const Value& value, Containers containers) {
   } else {
     std::visit(
         [&]<typename CallType>(CallType& concrete) {
-          ObjectReader reader(value, containers);
+          ObjectReader reader(value);
           if constexpr (kHasMeta<CallType>) {
             reader.readAll(concrete, {kCallKey, kMetaOfKey});
           } else {
@@ -83,44 +83,23 @@ std::optional<Call> readCall(const Value& value, Containers containers) {
   return call;
 }
 
-template <typename T>
-void readObject(const Value& value, T& target) {
-  if (!value.isObject()) return value.failUnless("an object");
-  ObjectReader(value, Containers::made).readAll(target);
+/// The members of a call that a trace repeats: all but its name, sensor and containers.
+Json argumentsOf(const Json& call) {
+  constexpr std::string_view kOthers[] = {kCallKey, "sensor", kMetaOfKey, "meta",
+                                          "app",    "hal",    "out"};
+  Json::Object arguments;
+  for (const Json::Member& member : call.members()) {
+    const bool isArgument = std::ranges::find(kOthers, member.key) == std::end(kOthers);
+    if (isArgument) arguments.push_back(member);
+  }
+  return arguments;
 }
 
-/// What a trace repeats of a call: all but its name, its sensor and its containers.
-class RepeatedArguments {
- public:
-  explicit RepeatedArguments(const Value& call) : mCall(call) {}
-
-  template <typename T>
-  void must(std::string_view key, T&& /*target*/, std::string_view /*meaning*/ = {}) {
-    if (key == "sensor" || std::is_same_v<std::remove_cvref_t<T>, MetadataArgument>) return;
-    mKeys.push_back(key);
-  }
-
-  [[nodiscard]] Json json() const {
-    Json::Object arguments;
-    for (const Json::Member& member : mCall.json().members()) {
-      if (std::ranges::find(mKeys, member.key) == mKeys.end()) continue;
-      arguments.push_back(member);
-    }
-    return arguments;
-  }
-
- private:
-  Value mCall;
-  std::vector<std::string_view> mKeys;
-};
-
-/// The call of a value that was checked.
+/// Reads a call that was checked.
 void makeCall(const Value& value, ScenarioCall& target) {
-  std::optional<Call> call = readCall(value, Containers::made);
+  std::optional<Call> call = readCall(value);
   if (!call) return;
-  RepeatedArguments arguments(value);
-  std::visit([&](auto& concrete) { keysOf(arguments, concrete); }, *call);
-  target = {.call = *std::move(call), .arguments = arguments.json()};
+  target = {.call = *std::move(call), .arguments = argumentsOf(value.json())};
   const auto metaOf = value.find(kMetaOfKey);
   if (!metaOf) return;
   target.metaOf = integerFrom<std::uint32_t>(*metaOf).value_or(0);
@@ -148,11 +127,12 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
                         .faults = faults,
                         .warnings = &mWarnings,
                         .text = &mText,
-                        .call = mCalls.size()};
+                        .call = mCalls.size(),
+                        .isOnlyChecked = true};
     mCalls.push_back({.offset = json.offsets.value});
     const Value value(source);
     value.failRepeatedKeys();
-    auto call = readCall(value, Containers::checked);
+    auto call = readCall(value);
     if (!call) return;
     if (findMeta(*call) != nullptr) checkMetaOf(value);
     doubts.onCall(*call, value);
@@ -176,7 +156,7 @@ void ScenarioText::readFrame(const Source& source) {
   const Value root(source);
   root.failRepeatedKeys();
   ScenarioFrame frame;
-  readObject(root, frame);
+  ObjectReader::readObject(root, frame);
   mAbout = std::move(frame.about);
   mPlatform = std::move(frame.platform);
 }
@@ -225,7 +205,7 @@ ScenarioCall callFromJson(const Json& json, std::string_view place) {
 }
 
 host::PhoneConfig platformFromJson(const Json& json, std::string_view place) {
-  return readJson<host::PhoneConfig>(json, place, readObject<host::PhoneConfig>);
+  return readJson<host::PhoneConfig>(json, place, ObjectReader::readObject<host::PhoneConfig>);
 }
 
 }  // namespace camhook

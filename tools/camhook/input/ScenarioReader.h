@@ -15,11 +15,11 @@
 
 namespace camhook {
 
-/// A scenario's text that has been read and checked as a whole. The calls are made when they are
-/// asked for: the containers of all of them take many times the room of the text.
+/// The text of a scenario, checked completely. `call` builds calls one by one, because the
+/// containers of all calls take many times the memory of the text.
 class ScenarioText {
  public:
-  /// Throws InputError, which names the places of all that is wrong.
+  /// Throws InputError with the place of each fault.
   explicit ScenarioText(std::string text);
   ScenarioText(const ScenarioText&) = delete;
   ScenarioText& operator=(const ScenarioText&) = delete;
@@ -31,7 +31,7 @@ class ScenarioText {
   [[nodiscard]] std::size_t callCount() const { return mCalls.size(); }
   [[nodiscard]] ScenarioCall call(std::size_t index) const;
 
-  /// What the scenario probably says otherwise than it means.
+  /// Likely mistakes in a valid scenario.
   [[nodiscard]] const Faults& warnings() const { return mWarnings; }
 
  private:
@@ -52,7 +52,7 @@ class ScenarioText {
   std::vector<CallText> mCalls;
 };
 
-/// The names of all calls that a scenario may have.
+/// The names of all kinds of calls.
 std::vector<std::string_view> callNames();
 
 /// Reads a whole scenario from its JSON text. Throws InputError.
@@ -61,7 +61,7 @@ Scenario readScenario(std::string_view text);
 /// Reads one call of a scenario. Throws InputError.
 ScenarioCall callFromJson(const Json& json, std::string_view place);
 
-/// Reads the phone of a scenario, the object "platform". Throws InputError.
+/// Reads the object "platform" of a scenario. Throws InputError.
 host::PhoneConfig platformFromJson(const Json& json, std::string_view place);
 
 }  // namespace camhook

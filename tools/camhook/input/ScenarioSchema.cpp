@@ -66,7 +66,7 @@ Json integer(T most, const std::string& digits) {
   return anyOf({number, hexadecimalText(digits)});
 }
 
-/// The visitor of `keysOf` that describes an object, and those that it refers to.
+/// The visitor of `keysOf` that describes an object and the objects in it.
 class SchemaWriter {
  public:
   explicit SchemaWriter(Json& definitions) : mDefinitions(definitions) {}
@@ -94,7 +94,7 @@ class SchemaWriter {
  private:
   template <std::integral T>
   static Json schemaOf(const T& /*target*/) {
-    return reference(kIntegerName<T>);
+    return reference(integerName<T>());
   }
   static Json schemaOf(const bool& /*target*/) { return ofType("boolean"); }
   static Json schemaOf(const float& /*target*/) { return reference("float"); }
@@ -151,11 +151,11 @@ class SchemaWriter {
     return listOf(reference("int32"), pair.size());
   }
 
-  /// Puts the object among the definitions.
+  /// Adds the object to the definitions.
   template <ScenarioObject T>
   Json schemaOf(const T& /*target*/) {
-    const std::string name(kObjectName<T>);
-    mDefinitions[name] = Json();  // before those that are in it
+    const std::string name(objectName<T>());
+    mDefinitions[name] = Json();  // an object precedes the objects in it
     T target;
     SchemaWriter inside(mDefinitions);
     keysOf(inside, target);
@@ -168,11 +168,11 @@ class SchemaWriter {
   List mRequired;
 };
 
-/// Lets a call have metaOf, beside which `meta` may be absent but not null.
+/// Adds metaOf to a call. With it, `meta` may be absent but not null.
 void addMetaOf(Json& call) {
   const Json required = Object{{"required", List{"metaOf"}}};
-  call["properties"]["metaOf"] =
-      described("An earlier call, from 1, whose container this one gets", reference("uint32"));
+  call["properties"]["metaOf"] = described(
+      "Number of an earlier call, from 1, whose `meta` this call gets", reference("uint32"));
   std::erase(call["required"].items(), Json("meta"));
   call["oneOf"] = List{Object{{"required", List{"meta"}}, {"not", required}},
                        Object{{"required", List{"metaOf"}},
@@ -219,10 +219,10 @@ void addNumbers(Json& definitions) {
   tuple("rational", "[numerator, denominator]", 2);
 }
 
-/// Entries of one type: in short, and with the type beside the items.
+/// Entries of one type: the short form, and the long form with the type.
 void addEntries(Json& definitions) {
   List typed;
-  List unnamed;  // of the types of which no tag has names
+  List unnamed;  // types without named values
   for (const std::string_view type : host::kTypeNames) {
     Json items = listOf(reference(type));
     List alternatives{reference(type), items};
@@ -237,7 +237,7 @@ void addEntries(Json& definitions) {
     if (type != "int32" && type != "uint8") unnamed.push_back(typed.back());
   }
   definitions["unnamed"] = Object{{"oneOf", std::move(unnamed)}};
-  definitions["typed"] = Object{{"description", "Items of another type than the catalogue's"},
+  definitions["typed"] = Object{{"description", "Items of a type other than the catalogue's"},
                                 {"oneOf", std::move(typed)}};
   definitions["unlisted"] = anyOf({reference("typed"), Object{{"type", "array"}, {"maxItems", 0}}});
 }

@@ -1,4 +1,4 @@
-// The schema of scenarios, by which an editor completes and explains keys, tags and values.
+// The schema of scenarios, with which an editor completes and explains keys, tags and values.
 
 #pragma once
 
@@ -6,8 +6,8 @@
 
 namespace camhook {
 
-/// A JSON Schema, draft 4, of what the reader takes. It is stricter in one thing: a tag in
-/// hexadecimal, for tags that the catalogue does not list, has its type beside it.
+/// A JSON Schema, draft 4, of valid scenarios. It is stricter than the reader in one point: the
+/// value of a hexadecimal tag must have a type, also if the catalogue lists the tag.
 Json scenarioSchema();
 
 }  // namespace camhook

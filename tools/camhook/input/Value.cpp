@@ -17,8 +17,7 @@ std::string joinPlaces(std::string outer, std::string_view inner) {
   return outer.append(inner);
 }
 
-/// The place in `value` of a value in it, or of the key of a member: "meta.HESK_CONTROL_ISO[1]".
-/// None if it is not there.
+/// The path from `value` to the value or key at an address in it: "meta.HESK_CONTROL_ISO[1]".
 std::optional<std::string> findIn(const Json& value, const void* wanted) {
   if (&value == wanted) return "";
   const auto findItem = [&](const std::string& step,
@@ -51,7 +50,7 @@ Fault Located::faultAt(std::string problem, std::string_view key) const {
 
 std::string Value::shown() const {
   constexpr std::size_t kMostColumns = 40;
-  if (mJson->isText()) return '"' + cutBehind(printable(mJson->text()), kMostColumns) + '"';
+  if (mJson->isText()) return '"' + cutEnd(printable(mJson->text()), kMostColumns) + '"';
   if (mJson->isList()) return "a list of " + std::to_string(mJson->size());
   return mJson->isObject() ? "an object" : lineOfJson(*mJson);
 }
@@ -69,7 +68,7 @@ void Value::failRepeatedKeys() const {
     members.push_back(&member);
     Value(*mSource, member.value).failRepeatedKeys();
   }
-  // Any order that puts equal keys side by side, the first of them first.
+  // Equal keys become neighbours, in their order in the text. Lengths are faster to compare.
   std::ranges::sort(members, [](const Json::Member* left, const Json::Member* right) {
     if (left->key.size() != right->key.size()) return left->key.size() < right->key.size();
     const int order = left->key.compare(right->key);

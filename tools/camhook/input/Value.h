@@ -1,4 +1,4 @@
-// Values as the readers of scenarios see them: JSON whose faults are reported with their place.
+// JSON values whose faults are reported with their place.
 
 #pragma once
 
@@ -13,25 +13,28 @@
 
 namespace camhook {
 
-/// Where values come from, and where their faults go.
+/// The document of values, and the destination of their faults.
 struct Source {
-  const Json& root;  // contains all values
+  const Json& root;
   Faults& faults;
-  Faults* warnings = nullptr;            // null: values do not warn
-  const std::string* text = nullptr;     // that `root` was parsed from; null: faults have no line
-  std::optional<std::size_t> call = {};  // the index of the call that `root` is; none: the document
+  Faults* warnings = nullptr;            // null: warnings are ignored
+  const std::string* text = nullptr;     // of `root`; null: faults have no line
+  std::optional<std::size_t> call = {};  // index, if `root` is a call
+  bool isOnlyChecked = false;            // containers of calls are not built
 };
 
 /// A value, or the key of a member. The source must outlive it.
 class Located {
  public:
-  /// Reports a fault; the reader goes on.
+  /// Reports a fault.
   void fail(const std::string& problem) const { mSource->faults.add(faultHere(problem)); }
 
-  /// True if another fault or warning would be shown: if not, its text is not needed.
+  /// False if further faults are only counted, so that their text is not needed.
   [[nodiscard]] bool isHeard() const { return !mSource->faults.isFull(); }
 
-  /// Reports that this is probably not what the user means. `words` makes the text.
+  [[nodiscard]] bool isOnlyChecked() const { return mSource->isOnlyChecked; }
+
+  /// Reports a warning. `words` returns its text.
   template <typename Words>
   void warn(Words words) const {
     if (Faults* warnings = mSource->warnings) {
@@ -47,13 +50,13 @@ class Located {
     return isHeard() ? faultAt(problem, key) : Fault();
   }
 
-  /// `key` is one that this object does not have.
+  /// `key` is missing in this object, or empty.
   [[nodiscard]] Fault faultAt(std::string problem, std::string_view key) const;
 
   const Source* mSource;
 
  private:
-  const void* mPlace;  // a Json of the source, or the key of a member
+  const void* mPlace;  // address of a Json in the source, or of a member's key
   std::uint32_t mOffset;
 };
 
@@ -85,14 +88,14 @@ class Value : public Located {
   [[nodiscard]] const std::string& text() const { return mJson->text(); }
   [[nodiscard]] std::size_t size() const { return mJson->size(); }
 
-  /// Calls `use` with every item of a list; a value of another kind has none.
+  /// Calls `use` with each item of a list; any other value has none.
   template <typename Use>
   void forEachItem(Use use) const {
     if (!isList()) return;
     for (const Json& item : mJson->items()) use(Value(*mSource, item));
   }
 
-  /// Calls `use` with every key of an object and its value; a value of another kind has none.
+  /// Calls `use` with each key of an object and its value; any other value has none.
   template <typename Use>
   void forEachMember(Use use) const {
     if (!isObject()) return;
@@ -106,28 +109,28 @@ class Value : public Located {
     return found != nullptr ? std::optional(Value(*mSource, *found)) : std::nullopt;
   }
 
-  /// The value in a few words, for messages.
+  /// A short form for messages.
   [[nodiscard]] std::string shown() const;
 
-  /// Reports that this is not what it must be: "must be a text, not 3".
+  /// Reports a value of another form: "must be a text, not 3".
   void failUnless(const std::string& expected) const;
 
-  /// Reports a fault of a key that this object does not have.
+  /// Reports a fault of a missing key.
   void failAt(std::string_view key, const std::string& problem) const {
     mSource->faults.add(faultHere(problem, key));
   }
 
-  /// Reports keys that an object has twice, here and in all values in this.
+  /// Reports repeated keys of this object and of all objects in it.
   void failRepeatedKeys() const;
 
  private:
   const Json* mJson;
 };
 
-/// Throws InputError if there are `faults`. `place` is that of the value in which they were found.
+/// Throws InputError with the first fault, if there is one. `place` precedes its place.
 void refuse(std::string_view place, const Faults& faults);
 
-/// Calls `read(value, target)` for a value that has no text, and returns the target. Throws
+/// Calls `read(value, target)` for a value without a text, and returns the target. Throws
 /// InputError.
 template <typename T, typename Read>
 T readJson(const Json& json, std::string_view place, Read read, T target = {}) {

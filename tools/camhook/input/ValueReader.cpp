@@ -1,31 +1,21 @@
 #include "tools/camhook/input/ValueReader.h"
 
 #include <cmath>
-#include <limits>
+#include <iomanip>
+#include <sstream>
 
 #include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
 
-template <typename T>
-void readInteger(const Value& value, T& target) {
-  if (const auto number = integerFrom<T>(value)) {
-    target = *number;
-  } else {
-    value.failUnless("an integer of " + std::string(kIntegerName<T>) + ", " +
-                     std::to_string(std::numeric_limits<T>::min()) + " to " +
-                     std::to_string(std::numeric_limits<T>::max()));
-  }
-}
-
-/// Hands each number of a list to one of `targets`.
+/// Reads a list with a number for each of `targets`.
 template <typename... Numbers>
 void readTuple(const Value& value, const char* shape, Numbers&... targets) {
   std::array<std::int32_t*, sizeof...(targets)> numbers{&targets...};
   if (!value.isList() || value.size() != numbers.size()) return value.failUnless(shape);
   std::size_t index = 0;
-  value.forEachItem([&](const Value& item) { readInteger(item, *numbers[index++]); });
+  value.forEachItem([&](const Value& item) { readValue(item, *numbers[index++]); });
 }
 
 }  // namespace
@@ -33,6 +23,18 @@ void readTuple(const Value& value, const char* shape, Numbers&... targets) {
 std::optional<std::uint64_t> numberFromHexadecimal(std::string_view text) {
   if (!text.starts_with("0x")) return {};
   return wholeNumber<std::uint64_t>(text.substr(2), 16);
+}
+
+std::optional<std::tm> timeFrom(const std::string& text) {
+  constexpr const char* kFormat = "%Y-%m-%dT%H:%M:%S";
+  std::tm time{};
+  std::istringstream(text) >> std::get_time(&time, kFormat);
+  // UTC has no change of time. A date that no month has becomes another one.
+  std::tm normal = time;
+  if (timegm(&normal) == -1) return {};
+  std::ostringstream again;
+  again << std::put_time(&normal, kFormat);
+  return again.str() == text ? std::optional(normal) : std::nullopt;
 }
 
 void readValue(const Value& value, bool& target) {
@@ -44,12 +46,6 @@ void readValue(const Value& value, std::string& target) {
   if (!value.isText()) return value.failUnless("a text");
   target = value.text();
 }
-
-void readValue(const Value& value, std::int32_t& target) { readInteger(value, target); }
-void readValue(const Value& value, std::int64_t& target) { readInteger(value, target); }
-void readValue(const Value& value, std::uint8_t& target) { readInteger(value, target); }
-void readValue(const Value& value, std::uint32_t& target) { readInteger(value, target); }
-void readValue(const Value& value, std::uint64_t& target) { readInteger(value, target); }
 
 void readValue(const Value& value, float& target) {
   if (value.isNumber()) {

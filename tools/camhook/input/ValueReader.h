@@ -1,9 +1,13 @@
-// The values of a scenario one by one. What cannot be read fails, and stays as it was.
+// Reads values of a scenario into variables. A value of another form is reported as a fault, and
+// the variable keeps its value.
 
 #pragma once
 
 #include <array>
+#include <concepts>
 #include <cstdint>
+#include <ctime>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,24 +18,16 @@
 
 namespace camhook {
 
-template <typename T>
-inline constexpr std::string_view kIntegerName;
-template <>
-inline constexpr std::string_view kIntegerName<std::int32_t> = "int32";
-template <>
-inline constexpr std::string_view kIntegerName<std::int64_t> = "int64";
-template <>
-inline constexpr std::string_view kIntegerName<std::uint8_t> = "uint8";
-template <>
-inline constexpr std::string_view kIntegerName<std::uint32_t> = "uint32";
-template <>
-inline constexpr std::string_view kIntegerName<std::uint64_t> = "uint64";
+/// The name of an integer type: "int32".
+template <std::integral T>
+std::string integerName() {
+  return (std::signed_integral<T> ? "int" : "uint") + std::to_string(8 * sizeof(T));
+}
 
-/// Half a step above the largest float: what rounds to it still fits.
+/// The least number that rounds to infinity as a float.
 inline constexpr double kFirstBeyondFloats = 0x1.ffffffp127;
 
-/// The number of a hexadecimal text such as "0x1a". None where it is none, or needs more than 64
-/// bits.
+/// The number of a hexadecimal text such as "0x1a", if it is one and has at most 64 bits.
 std::optional<std::uint64_t> numberFromHexadecimal(std::string_view text);
 
 /// The value of an integer: a number, or a hexadecimal text of its digits. Returns nullopt for any
@@ -44,16 +40,25 @@ std::optional<T> integerFrom(const Value& value) {
   return static_cast<T>(*number);
 }
 
+/// The calendar time of a text such as "2021-03-04T05:06:07", if it is one.
+std::optional<std::tm> timeFrom(const std::string& text);
+
 void readValue(const Value& value, bool& target);
 void readValue(const Value& value, std::string& target);
 
-void readValue(const Value& value, std::int32_t& target);
-void readValue(const Value& value, std::int64_t& target);
-void readValue(const Value& value, std::uint8_t& target);
-void readValue(const Value& value, std::uint32_t& target);
-void readValue(const Value& value, std::uint64_t& target);
+/// Reads an integer.
+template <std::integral T>
+void readValue(const Value& value, T& target) {
+  if (const auto number = integerFrom<T>(value)) {
+    target = *number;
+  } else {
+    value.failUnless("an integer of " + integerName<T>() + ", " +
+                     std::to_string(std::numeric_limits<T>::min()) + " to " +
+                     std::to_string(std::numeric_limits<T>::max()));
+  }
+}
 
-/// A number that fits, or "inf", "-inf", "nan".
+/// Reads a number that fits, or "inf", "-inf", "nan".
 void readValue(const Value& value, float& target);
 
 /// [width, height]
@@ -65,7 +70,7 @@ void readValue(const Value& value, NSCam::MRect& target);
 /// [numerator, denominator]
 void readValue(const Value& value, NSCam::MRational& target);
 
-/// Two numbers: [a, b]
+/// [a, b]
 void readValue(const Value& value, std::array<std::int32_t, 2>& target);
 
 }  // namespace camhook

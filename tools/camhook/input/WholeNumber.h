@@ -1,4 +1,4 @@
-// Numbers in texts that hold nothing else.
+// Reads a text that is a number.
 
 #pragma once
 
@@ -10,8 +10,8 @@
 
 namespace camhook {
 
-/// The number that the whole text is, behind a minus where the type has a sign. None where the text
-/// is none, and where it does not fit.
+/// The number that the whole text is, if it is one and fits the type. A signed type accepts a minus
+/// sign.
 template <std::integral T>
 std::optional<T> wholeNumber(std::string_view text, int base = 10) {
   T number{};

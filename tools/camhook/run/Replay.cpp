@@ -35,7 +35,7 @@ UpdaterFields fieldsOf(HeskParameterUpdater& updater) {
   return state;
 }
 
-constexpr std::size_t kMostContainers = 3;  // of a call; none moves while the call runs
+constexpr std::size_t kMostContainers = 3;  // of a call
 
 Json jsonFromSize(NSCam::MSize size) { return Json::List{size.w, size.h}; }
 
@@ -47,7 +47,8 @@ std::vector<std::byte> tuningBlock(std::size_t size) {
   return block;
 }
 
-/// In the order in which the pipeline's own map has them when it is filled in the list's order.
+/// Fills the map in the order of the list, as the pipeline does: the order of its iteration depends
+/// on that.
 HeskParameterUpdater::ImageStreams imageStreams(
     const std::vector<UpdateSessionParams::Stream>& streams) {
   HeskParameterUpdater::ImageStreams map;
@@ -57,10 +58,10 @@ HeskParameterUpdater::ImageStreams imageStreams(
   return map;
 }
 
-/// Keeps what an observer is told during a call in its trace.
+/// Records the effects and accesses of a call in its trace.
 class Recorder final : public host::Observer {
  public:
-  /// Without `steps` accesses have none.
+  /// If `steps` is null, accesses have no step.
   Recorder(host::Phone& phone, CallTrace& trace, Replay::Detail detail, StepFinder* steps,
            Replay::StepsOf which)
       : mPhone(phone),
@@ -101,13 +102,13 @@ class Recorder final : public host::Observer {
   Replay::StepsOf mStepsOf;
 };
 
-/// Runs one call. `updater` is null where there is none, and for calls that take none.
+/// Runs one call. `updater` is null if there is none, and for calls without one.
 struct Runner {
   CallTrace& trace;
   host::Phone& phone;
   HeskParameterUpdater* updater;
 
-  /// A hook works on the container in its trace, by whose address an observer knows it.
+  /// Returns the container in the trace, on which the hook works: accesses have its address.
   [[nodiscard]] NSCam::IMetadata* hand(std::string_view name,
                                        const MetadataArgument& metadata) const {
     trace.containers.push_back({name, metadata, metadata});
@@ -224,7 +225,7 @@ Call Replay::withMetaOf(const ScenarioCall& scenarioCall) const {
 CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
   CallTrace trace;
   trace.arguments = scenarioCall.arguments;
-  trace.containers.reserve(kMostContainers);
+  trace.containers.reserve(kMostContainers);  // the hook has pointers to them
   const Recorder recorder(mPhone, trace, detail, mSteps, mStepsOf);
   HeskParameterUpdater* updater = nullptr;
   std::optional<Call> whole;

@@ -15,8 +15,8 @@
 
 namespace camhook {
 
-/// Runs calls one by one. The updaters of `createInstance` live as long as the process; to replay
-/// several scenarios in one process, pass other updaters.
+/// Runs calls one by one. The library keeps one updater for each sensor until the process ends, so
+/// a process can run several scenarios only with updaters of its own.
 class Replay {
  public:
   /// Returns the updater of a sensor; null if it has none.
@@ -25,19 +25,19 @@ class Replay {
   explicit Replay(host::PhoneConfig platform,
                   Updaters updaters = &HeskParameterUpdater::createInstance);
 
-  /// The accesses whose step is searched. A search takes longer than reading a tag.
+  /// The accesses whose step is searched for. The search takes longer than reading a tag.
   enum class StepsOf { all, writes };
 
-  /// Records the accesses of all further calls, with the steps that `steps` finds. Null ends this.
+  /// Records the accesses of all further calls, with the steps that `steps` finds; null stops that.
   void followSteps(StepFinder* steps, StepsOf which = StepsOf::all) {
     mSteps = steps;
     mStepsOf = which;
   }
 
-  /// What a trace holds in addition to the containers. All of it takes longer than most calls.
+  /// The content of a trace in addition to the containers. All of it takes longer than most calls.
   enum class Detail {
     containers,  // nothing
-    accesses,    // the accesses, without steps unless `followSteps` was called
+    accesses,    // the accesses, with steps only after `followSteps`
     all,
   };
 

@@ -9,6 +9,7 @@
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/NearNames.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/WholeNumber.h"

@@ -1,10 +1,11 @@
 #include "tools/camhook/show/JsonTrace.h"
 
 #include <ostream>
+#include <string_view>
 #include <vector>
 
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
-#include "tools/camhook/input/ScenarioWriter.h"
 
 namespace camhook {
 namespace {
@@ -19,51 +20,39 @@ Json jsonFromField(const std::vector<host::Effect::Region>& regions) {
   return list;
 }
 
-void addEffect(JsonLine& line, const host::Effect& effect) {
-  line.open('{');
-  line.member("op", effect.op);
-  for (const auto& [name, value] : effect.fields) line.member(name, jsonFromEffectValue(value));
-  line.close('}');
+Json jsonFromRecord(const host::LogRecord& record) {
+  Json json;
+  json["level"] = std::string_view(&record.level, 1);
+  json["tag"] = record.tag;
+  json["file"] = record.file;
+  json["function"] = record.function;
+  json["message"] = record.message;
+  return json;
 }
 
-void addRecord(JsonLine& line, const host::LogRecord& record) {
-  line.open('{');
-  line.member("level", std::string_view(&record.level, 1));
-  line.member("tag", record.tag);
-  line.member("file", record.file);
-  line.member("function", record.function);
-  line.member("message", record.message);
-  line.close('}');
-}
-
-/// An entry in its long form, null if it has no items.
-Json entryOrNull(const NSCam::IMetadata::IEntry& entry) {
-  return entry.isEmpty() ? Json() : jsonFromEntry(entry);
-}
-
-/// Adds a write to one of the call's containers; ignores other accesses.
-void addWrite(JsonLine& line, const StepAccess& made) {
-  const auto* write = std::get_if<host::MetadataWrite>(&made.access);
-  if (write == nullptr || made.container.empty()) return;
-  line.open('{');
-  line.member("container", made.container);
-  line.member("tag", tagText(write->tag));
-  line.member("value", entryOrNull(write->entry));
-  line.member("step", made.step.name);
-  line.member("file", made.step.file);
-  line.member("line", made.step.line);
-  line.close('}');
+/// The writes to the call's containers.
+Json writesOf(const std::vector<StepAccess>& accesses) {
+  Json::List list;
+  for (const auto& [access, container, step] : accesses) {
+    const auto* write = std::get_if<host::MetadataWrite>(&access);
+    if (write == nullptr || container.empty()) continue;
+    list.push_back({{"container", container},
+                    {"tag", tagText(write->tag)},
+                    {"value", jsonFromEntry(write->entry)},
+                    {"step", step.name},
+                    {"file", step.file},
+                    {"line", step.line}});
+  }
+  return list;
 }
 
 /// What the call changed, as it was; null if it changed nothing.
 Json beforeOf(const CallTrace& trace) {
   Json json;
   for (const ContainerTrace& container : trace.containers) {
-    Json::Object entries;
     for (const std::uint32_t tag : changedTags(container)) {
-      entries.push_back({tagText(tag), entryOrNull(container.before->entryFor(tag))});
+      json[container.name][tagText(tag)] = jsonFromEntry(container.before->entryFor(tag));
     }
-    if (!entries.empty()) json[container.name] = std::move(entries);
   }
   if (!trace.state) return json;
   forEachUpdaterField([&](std::string_view name, auto field) {
@@ -73,59 +62,49 @@ Json beforeOf(const CallTrace& trace) {
   return json;
 }
 
-void addState(JsonLine& line, const std::optional<StateTrace>& state) {
-  line.key("state");
-  if (!state) return line.add(nullptr);
-  line.open('{');
-  forEachUpdaterField(
-      [&](std::string_view name, auto field) { line.member(name, state->after.*field); });
-  line.close('}');
-}
-
-void addList(JsonLine& line, std::string_view name, const auto& list, auto addItem) {
-  line.key(name);
-  line.open('[');
-  for (const auto& item : list) addItem(line, item);
-  line.close(']');
+Json stateOf(const std::optional<StateTrace>& state) {
+  Json json;
+  if (!state) return json;
+  forEachUpdaterField([&](std::string_view name, auto field) { json[name] = state->after.*field; });
+  return json;
 }
 
 }  // namespace
 
-Json jsonFromEffectValue(const host::Effect::Value& value) {
-  return std::visit([](const auto& each) { return jsonFromField(each); }, value);
+Json jsonFromEffect(const host::Effect& effect) {
+  Json json = {{"op", effect.op}};
+  for (const auto& [name, value] : effect.fields) {
+    json[name] = std::visit([](const auto& each) { return jsonFromField(each); }, value);
+  }
+  return json;
 }
 
-void addCall(JsonLine& line, const CallTrace& trace) {
-  line.open('{');
-  line.member("call", trace.call);
-  if (trace.sensor) line.member("sensor", *trace.sensor);
-  line.member("args", trace.arguments);
-  line.member("return", trace.result);
-  for (const auto& [name, value] : trace.extras) line.member(name, value);
+Json jsonFromTrace(const CallTrace& trace) {
+  Json json = {{"call", trace.call}};
+  if (trace.sensor) json["sensor"] = *trace.sensor;
+  json["args"] = trace.arguments;
+  json["return"] = trace.result;
+  for (const auto& [name, value] : trace.extras) json[name] = value;
   for (const ContainerTrace& container : trace.containers) {
-    line.key(container.name);
-    if (container.after) {
-      addMetadata(line, *container.after);
-    } else {
-      line.add(nullptr);
-    }
+    json[container.name] = container.after ? jsonFromMetadata(*container.after) : Json();
   }
-  if (const Json before = beforeOf(trace); !before.isNull()) line.member("before", before);
-  if (trace.takesUpdater) addState(line, trace.state);
-  addList(line, "effects", trace.effects, addEffect);
-  addList(line, "logs", trace.logs, addRecord);
-  if (trace.accesses) addList(line, "writes", *trace.accesses, addWrite);
-  line.close('}');
+  if (Json before = beforeOf(trace); !before.isNull()) json["before"] = std::move(before);
+  if (trace.takesUpdater) json["state"] = stateOf(trace.state);
+  Json::List effects;
+  for (const host::Effect& effect : trace.effects) effects.push_back(jsonFromEffect(effect));
+  json["effects"] = std::move(effects);
+  Json::List records;
+  for (const host::LogRecord& record : trace.logs) records.push_back(jsonFromRecord(record));
+  json["logs"] = std::move(records);
+  if (trace.accesses) json["writes"] = writesOf(*trace.accesses);
+  return json;
 }
 
 JsonTrace::JsonTrace(std::ostream& out) : mOut(out) { mOut << "{\n  \"calls\": ["; }
 
 void JsonTrace::write(const CallTrace& trace) {
-  mOut << (mHasCall ? ",\n    " : "\n    ");
+  mOut << (mHasCall ? ",\n    " : "\n    ") << brokenJson(jsonFromTrace(trace), 4);
   mHasCall = true;
-  mLine.clear();
-  addCall(mLine, trace);
-  mOut << mLine.broken(4);
 }
 
 void JsonTrace::finish(const host::TextMap& eventStore) {

@@ -3,18 +3,17 @@
 #pragma once
 
 #include <iosfwd>
-#include <string>
 
-#include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/Json.h"
 #include "tools/camhook/show/TraceWriter.h"
 
 namespace camhook {
 
-/// The value of a field of an effect.
-Json jsonFromEffectValue(const host::Effect::Value& value);
+/// An effect: its operation "op", then its fields.
+Json jsonFromEffect(const host::Effect& effect);
 
 /// A call of the trace.
-void addCall(JsonLine& line, const CallTrace& trace);
+Json jsonFromTrace(const CallTrace& trace);
 
 class JsonTrace final : public TraceWriter {
  public:
@@ -26,7 +25,6 @@ class JsonTrace final : public TraceWriter {
  private:
   std::ostream& mOut;
   bool mHasCall = false;
-  JsonLine mLine;
 };
 
 }  // namespace camhook

@@ -6,7 +6,6 @@
 #include "host/AndroidTags.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
-#include "tools/camhook/input/ScenarioWriter.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/PageParts.h"
@@ -69,9 +68,7 @@ std::string Page::takeText() {
 void Page::write(const CallTrace& trace) {
   mTextTrace.write(trace);
   mHtml += takeText();
-  JsonLine line;
-  addCall(line, trace);
-  mCalls += (mCalls.empty() ? "" : ",\n") + script(line.line());
+  mCalls += (mCalls.empty() ? "" : ",\n") + script(lineOfJson(jsonFromTrace(trace)));
   addRectangles(trace);
   addDecoded(trace);
 }

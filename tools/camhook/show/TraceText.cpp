@@ -128,13 +128,14 @@ std::string streamsText(const Json& streams) {
 
 std::string effectFields(const host::Effect& effect) {
   std::string fields;
-  for (const auto& [key, value] : effect.fields) {
-    const Json json = jsonFromEffectValue(value);
+  const Json json = jsonFromEffect(effect);
+  for (const auto& [key, value] : json.members()) {
+    if (key == "op") continue;
     if (!fields.empty()) fields += ' ';
-    fields.append(key).append("=").append(valueText(json));
+    fields.append(key).append("=").append(valueText(value));
     if (key != "command") continue;
     for (const auto& [op, command, name] : kCommandNames) {
-      if (op == effect.op && json == command) fields.append(" (").append(name).append(")");
+      if (op == effect.op && value == command) fields.append(" (").append(name).append(")");
     }
   }
   return fields;
