@@ -33,8 +33,7 @@ void addReference(CLI::App& app);
 void writeTagsMarkdown(std::ostream& out);
 
 /// Returns `read` of the content of a file. An InputError names the file.
-template <typename Read>
-auto readFile(const std::string& file, Read read) {
+auto readFile(const std::string& file, auto read) {
   try {
     return read(readInput(file));
   } catch (const InputError& error) {
@@ -49,8 +48,7 @@ inline std::string titleOfPage(const std::string& file) {
 
 /// Calls `write` with the stream of a file, or of standard output for "-". Throws InputError if the
 /// file cannot be written.
-template <typename Write>
-void writeFile(const std::string& file, Write write) {
+void writeFile(const std::string& file, auto write) {
   if (file == "-") return write(std::cout);
   std::ofstream out(file, std::ios::binary);
   if (out) write(out);

@@ -29,8 +29,7 @@ std::string_view slipOf(std::string_view text, std::span<const std::string_view>
   return {};
 }
 
-template <typename Name>  // a key or a value
-void doubtName(const Name& name, const char* what, std::span<const KnownName> known) {
+void doubtName(const auto& name, const char* what, std::span<const KnownName> known) {
   std::vector<std::string_view> names;
   for (const KnownName& one : known) names.push_back(one.name);
   const std::string_view meant = slipOf(name.text(), names);
@@ -38,8 +37,7 @@ void doubtName(const Name& name, const char* what, std::span<const KnownName> kn
   name.warn([&] { return "nobody reads " + std::string(what) + "; near: " + std::string(meant); });
 }
 
-template <typename Name>
-void doubtEvent(const Name& key, const Value& value) {
+void doubtEvent(const auto& key, const Value& value) {
   doubtName(key, "this event", kKnownEvents);
   if (key.text() != "APP_TYPE" || !value.isText()) return;
   const std::string_view meant = slipOf(value.text(), kKnownAppTypes);

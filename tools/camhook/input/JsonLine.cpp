@@ -130,8 +130,7 @@ class JsonWriter {
     mText += isObject ? '}' : ']';
   }
 
-  template <typename Members>
-  void addLines(const Members& members, std::size_t indent) {
+  void addLines(const auto& members, std::size_t indent) {
     for (const auto& member : members) {
       startLine(indent);
       addBroken(withoutKey(member), indent);

@@ -130,8 +130,7 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
     return static_cast<std::uint32_t>(mStream.Tell() - taken);
   }
 
-  template <typename T>
-  bool add(const T& value, std::size_t taken = 0) {
+  bool add(const auto& value, std::size_t taken = 0) {
     addComplete(value, offset(taken));
     return true;
   }
@@ -141,8 +140,7 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
     return mOpen.size() <= kDeepestNesting;
   }
 
-  template <typename T>
-  bool close(T structure) {
+  bool close(auto structure) {
     const std::uint32_t begin = mOpen.back().offset;
     mOpen.pop_back();
     addComplete(std::move(structure), begin);

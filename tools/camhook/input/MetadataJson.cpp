@@ -17,10 +17,7 @@ using NSCam::IMetadata;
 using NSCam::MRational;
 using NSCam::MRect;
 
-template <typename T>
-Json jsonFromItem(T item) {
-  return item;
-}
+Json jsonFromItem(auto item) { return item; }
 Json jsonFromItem(const MRect& item) { return jsonFromRect(item); }
 Json jsonFromItem(const MRational& item) { return Json::List{item.numerator, item.denominator}; }
 

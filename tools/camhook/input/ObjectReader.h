@@ -25,33 +25,28 @@ class ObjectReader {
  public:
   explicit ObjectReader(const Value& object) : mObject(object) {}
 
-  template <typename T>
-  static void readObject(const Value& value, T& target) {
+  static void readObject(const Value& value, auto& target) {
     if (!value.isObject()) return value.failUnless("an object");
     ObjectReader(value).readAll(target);
   }
 
-  template <typename T>
-  void must(std::string_view key, T&& target, std::string_view /*meaning*/ = {}) {
+  void must(std::string_view key, auto&& target, std::string_view /*meaning*/ = {}) {
     if (!readMember(key, target) && !isInherited(key)) mObject.failAt(key, "missing");
   }
 
-  template <typename T>
-  void may(std::string_view key, T&& target, std::string_view /*meaning*/ = {}) {
+  void may(std::string_view key, auto&& target, std::string_view /*meaning*/ = {}) {
     readMember(key, target);
   }
 
   /// Reads the keys that `keysOf` lists. Any other key except `others` is a fault.
-  template <typename T>
-  void readAll(T& target, std::initializer_list<std::string_view> others = {}) {
+  void readAll(auto& target, std::initializer_list<std::string_view> others = {}) {
     for (const std::string_view key : others) mRead += mObject.find(key) ? 1U : 0U;
     keysOf(*this, target);
     if (mRead != mObject.size()) failUnknownKeys(target, others);
   }
 
  private:
-  template <typename T>
-  bool readMember(std::string_view key, T& target) {
+  bool readMember(std::string_view key, auto& target) {
     const std::optional<Value> member = mObject.find(key);
     if (!member) return false;
     ++mRead;
@@ -64,8 +59,7 @@ class ObjectReader {
     return key == "meta" && mObject.find(kMetaOfKey);
   }
 
-  template <typename T>
-  void failUnknownKeys(T& target, std::initializer_list<std::string_view> others) const {
+  void failUnknownKeys(auto& target, std::initializer_list<std::string_view> others) const {
     KeyNames known(others);
     keysOf(known, target);
     mObject.forEachMember([&](const Key& key, const Value&) {
@@ -78,10 +72,7 @@ class ObjectReader {
   requires requires(const Value& value, T& target) { readValue(value, target); }
   void read(const Value& value, T& target) const { readValue(value, target); }
 
-  template <ScenarioObject T>
-  void read(const Value& value, T& target) const {
-    readObject(value, target);
-  }
+  void read(const Value& value, ScenarioObject auto& target) const { readObject(value, target); }
 
   template <typename T>
   void read(const Value& value, std::vector<T>& target) const {

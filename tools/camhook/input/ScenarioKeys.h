@@ -94,16 +94,14 @@ constexpr std::string_view objectName() {
 template <typename T>
 concept ScenarioObject = !objectName<T>().empty();
 
-template <typename V>
-void keysOf(V& visit, ScenarioFrame& scenario) {
+void keysOf(auto& visit, ScenarioFrame& scenario) {
   visit.may("$schema", scenario.schema, "Address of this schema, for editors");
   visit.may("about", scenario.about, "Purpose of the scenario");
   visit.may("platform", scenario.platform);
   visit.must("calls", scenario.calls);
 }
 
-template <typename V>
-void keysOf(V& visit, host::PhoneConfig& phone) {
+void keysOf(auto& visit, host::PhoneConfig& phone) {
   visit.may("properties", NamedTexts{phone.properties, kKnownProperties}, "System properties");
   visit.may("eventStore", NamedTexts{phone.eventStore, kKnownEvents}, "The event store's values");
   visit.may("devices", phone.devices, "Cameras by number");
@@ -120,8 +118,7 @@ void keysOf(V& visit, host::PhoneConfig& phone) {
   visit.may("clock", phone.clock, "Local time, which does not advance: 2021-03-04T05:06:07");
 }
 
-template <typename V>
-void keysOf(V& visit, host::DeviceConfig& device) {
+void keysOf(auto& visit, host::DeviceConfig& device) {
   visit.may("static", device.statics, "Static metadata");
   visit.may("hal3a", device.hal3A);
   visit.may("defaultShading", DefaultShading{device.hasDefaultShading, device.defaultShading},
@@ -131,20 +128,17 @@ void keysOf(V& visit, host::DeviceConfig& device) {
             "The sensor driver's object; absent: the sensor list creates none");
 }
 
-template <typename V>
-void keysOf(V& visit, host::Hal3AConfig& hal3A) {
+void keysOf(auto& visit, host::Hal3AConfig& hal3A) {
   visit.may("available", hal3A.available, "True by default; false: the 3A creator returns null");
   visit.may("shadingBase", hal3A.shadingBase, "The first value of the shading map; by default 1");
 }
 
-template <typename V>
-void keysOf(V& visit, NSCam::FaceRecord::Face& face) {
+void keysOf(auto& visit, NSCam::FaceRecord::Face& face) {
   visit.may("rect", face.rect);
   visit.may("score", face.score);
 }
 
-template <typename V>
-void keysOf(V& visit, host::SensorConfig& sensor) {
+void keysOf(auto& visit, host::SensorConfig& sensor) {
   visit.may("index", sensor.index);
   visit.may("pdSupported", sensor.pdSupported, "Whether it has phase-detection pixels");
   visit.may("pdWords", Row{sensor.pdWords});
@@ -153,42 +147,34 @@ void keysOf(V& visit, host::SensorConfig& sensor) {
   visit.may("pdTail", Row{sensor.pdTail});
 }
 
-template <typename V>
-void keysOf(V& visit, host::SatConfig& sat) {
+void keysOf(auto& visit, host::SatConfig& sat) {
   visit.may("cameras", sat.cameras);
   visit.may("configured", sat.configured, "By default the number of cameras");
   visit.may("defaultRole", sat.defaultRole);
   visit.may("translate", sat.translate, "Translation of regions; by default the identity");
 }
 
-template <typename V>
-void keysOf(V& visit, host::SatConfig::Camera& camera) {
+void keysOf(auto& visit, host::SatConfig::Camera& camera) {
   visit.may("id", camera.id);
   visit.may("role", camera.role);
   visit.may("fov", camera.fov, "In degrees");
 }
 
-template <typename V>
-void keysOf(V& visit, host::SatConfig::Translation& translate) {
+void keysOf(auto& visit, host::SatConfig::Translation& translate) {
   visit.may("scale", translate.scale, "By default 1");
   visit.may("dx", translate.dx);
   visit.may("dy", translate.dy);
 }
 
-template <typename V>
-void keysOf(V& visit, host::ProviderConfig& provider) {
-  visit.may("fpsCap", provider.fpsCap);
-}
+void keysOf(auto& visit, host::ProviderConfig& provider) { visit.may("fpsCap", provider.fpsCap); }
 
-template <typename V>
-void keysOf(V& visit, host::TuningBufferConfig& buffer) {
+void keysOf(auto& visit, host::TuningBufferConfig& buffer) {
   visit.may("fd", buffer.fd);
   visit.may("bufferSize", buffer.bufferSize);
   visit.may("bufferIndex", buffer.bufferIndex);
 }
 
-template <typename V>
-void keysOf(V& visit, UpdateSessionParams::Stream& stream) {
+void keysOf(auto& visit, UpdateSessionParams::Stream& stream) {
   visit.must("id", stream.id);
   visit.must("usage", stream.usage, "Bits; 0x10000 is the video encoder's");
   visit.must("width", stream.width);
@@ -199,63 +185,53 @@ void keysOf(V& visit, UpdateSessionParams::Stream& stream) {
 template <typename V, typename CallType>
 void ownKeysOf(V& /*visit*/, CallType& /*call*/) {}
 
-template <typename V>
-void ownKeysOf(V& visit, UpdateSessionParams& call) {
+void ownKeysOf(auto& visit, UpdateSessionParams& call) {
   visit.must("streams", call.streams, "The configured streams, no two of one id");
 }
 
-template <typename V>
-void ownKeysOf(V& visit, UpdateCaptureRawParameter& call) {
+void ownKeysOf(auto& visit, UpdateCaptureRawParameter& call) {
   visit.must("app", call.app, "The frame's app metadata, with its 3A results");
   visit.must("hal", call.hal, "The frame's HAL metadata");
   visit.must("out", call.out, "The input of the raw algorithms");
 }
 
-template <typename V>
-void ownKeysOf(V& visit, UpdateTuningData& call) {
+void ownKeysOf(auto& visit, UpdateTuningData& call) {
   visit.must("size", BlockSize{call.size}, "Size of the block in bytes; byte i is i modulo 251");
 }
 
-template <typename V>
-void ownKeysOf(V& visit, TranslateResultRegion& call) {
+void ownKeysOf(auto& visit, TranslateResultRegion& call) {
   visit.must("value", call.value, "Its ratio to the camera's field of view is that of the zoom");
   visit.must("cameraId", call.cameraId);
   visit.must("tag", WideTag{call.tag});
 }
 
-template <typename V>
-void ownKeysOf(V& visit, SetPreviewSize& call) {
+void ownKeysOf(auto& visit, SetPreviewSize& call) {
   visit.must("width", call.width);
   visit.must("height", call.height);
 }
 
-template <typename V>
-void ownKeysOf(V& visit, MatchAspectRatio& call) {
+void ownKeysOf(auto& visit, MatchAspectRatio& call) {
   visit.must("reference", call.reference);
   visit.must("size", call.size);
 }
 
-template <typename V>
-void ownKeysOf(V& visit, DumpMetadata& call) {
+void ownKeysOf(auto& visit, DumpMetadata& call) {
   visit.must("name", call.name, "Beginning of the file name");
   visit.must("frame", call.frame);
 }
 
-template <typename V>
-void ownKeysOf(V& visit, DecideSensorScenario& call) {
+void ownKeysOf(auto& visit, DecideSensorScenario& call) {
   visit.must("video", call.video, "The configuration has a video stream");
   visit.must("width", call.width);
   visit.must("height", call.height);
 }
 
-template <typename V>
-void ownKeysOf(V& visit, SetEvent& call) {
+void ownKeysOf(auto& visit, SetEvent& call) {
   visit.must("key", call.key);
   visit.must("value", call.value);
 }
 
-template <typename V>
-void ownKeysOf(V& visit, SetProperty& call) {
+void ownKeysOf(auto& visit, SetProperty& call) {
   visit.must("name", call.name);
   visit.must("value", call.value);
 }
@@ -274,12 +250,10 @@ class KeyNames {
  public:
   KeyNames(std::initializer_list<std::string_view> names) : mNames(names) {}
 
-  template <typename T>
-  void must(std::string_view key, T&& /*target*/, std::string_view /*meaning*/ = {}) {
+  void must(std::string_view key, auto&& /*target*/, std::string_view /*meaning*/ = {}) {
     mNames.push_back(key);
   }
-  template <typename T>
-  void may(std::string_view key, T&& /*target*/, std::string_view /*meaning*/ = {}) {
+  void may(std::string_view key, auto&& /*target*/, std::string_view /*meaning*/ = {}) {
     mNames.push_back(key);
   }
 
@@ -290,8 +264,7 @@ class KeyNames {
 };
 
 /// Calls `use` with one call of each kind.
-template <typename Use>
-void forEachCall(Use use) {
+void forEachCall(auto use) {
   const auto useEach = [&]<typename... Calls>(const std::variant<Calls...>*) {
     (use(Calls()), ...);
   };

@@ -15,8 +15,7 @@ namespace camhook {
 namespace {
 
 /// Checks that concern several keys of a call, or the library.
-template <typename CallType>
-void checkTogether(const Value& /*value*/, const CallType& /*call*/) {}
+void checkTogether(const Value& /*value*/, const auto& /*call*/) {}
 
 void checkTogether(const Value& value, const UpdateSessionParams& call) {
   std::set<std::int64_t> ids;

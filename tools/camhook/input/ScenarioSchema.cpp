@@ -71,14 +71,12 @@ class SchemaWriter {
  public:
   explicit SchemaWriter(Json& definitions) : mDefinitions(definitions) {}
 
-  template <typename T>
-  void must(std::string_view key, T&& target, std::string_view meaning = {}) {
+  void must(std::string_view key, auto&& target, std::string_view meaning = {}) {
     mRequired.push_back(key);
     may(key, target, meaning);
   }
 
-  template <typename T>
-  void may(std::string_view key, T&& target, std::string_view meaning = {}) {
+  void may(std::string_view key, auto&& target, std::string_view meaning = {}) {
     const Json schema = schemaOf(target);
     mProperties.push_back(
         {std::string(key), meaning.empty() ? schema : described(meaning, schema)});

@@ -35,8 +35,7 @@ class Located {
   [[nodiscard]] bool isOnlyChecked() const { return mSource->isOnlyChecked; }
 
   /// Reports a warning. `words` returns its text.
-  template <typename Words>
-  void warn(Words words) const {
+  void warn(auto words) const {
     if (Faults* warnings = mSource->warnings) {
       warnings->add(warnings->isFull() ? Fault() : faultAt(words(), {}));
     }
@@ -89,15 +88,13 @@ class Value : public Located {
   [[nodiscard]] std::size_t size() const { return mJson->size(); }
 
   /// Calls `use` with each item of a list; any other value has none.
-  template <typename Use>
-  void forEachItem(Use use) const {
+  void forEachItem(auto use) const {
     if (!isList()) return;
     for (const Json& item : mJson->items()) use(Value(*mSource, item));
   }
 
   /// Calls `use` with each key of an object and its value; any other value has none.
-  template <typename Use>
-  void forEachMember(Use use) const {
+  void forEachMember(auto use) const {
     if (!isObject()) return;
     for (const Json::Member& member : mJson->members()) {
       use(Key(*mSource, member), Value(*mSource, member.value));

@@ -41,8 +41,7 @@ struct UpdaterFields {
 };
 
 /// Calls `visit` with the name and the member of each field, in the order of the trace.
-template <typename Visit>
-void forEachUpdaterField(Visit visit) {
+void forEachUpdaterField(auto visit) {
   visit("mInstanceId", &UpdaterFields::instanceId);
   visit("mHasVideoStream", &UpdaterFields::hasVideoStream);
   visit("mNonZslFrames", &UpdaterFields::nonZslFrames);
