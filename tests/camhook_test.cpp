@@ -22,32 +22,34 @@ TEST(Camhook, RejectsInvalidCommandLines) {
   const std::string product = anyTable().productName;
   const std::pair<std::string, std::string> rows[] = {
       // the message, or its start
-      {"", "camhook: a command must follow: replay, why, decide, "},
-      {"replya", "camhook: unknown command \"replya\"; near: replay\n"},
+      {"", "camhook: missing command: replay, why, decide, "},
+      {"replya", "camhook: unknown command \"replya\"; did you mean replay?\n"},
       {"replay", "camhook: FILE is required\n"},
-      {"replay --lgos info a", "camhook: unknown option --lgos; near: --logs\n"},
-      {"replay a b", "camhook: one word too many: \"b\"\n"},
-      {"replay still_burst.json --call 99",
-       "camhook: --call: there is no call 99: the scenario has "},
+      {"replay --lgos info a", "camhook: unknown option --lgos; did you mean --logs?\n"},
+      {"replay a b", "camhook: unexpected argument \"b\"\n"},
+      {"replay still_burst.json --call 99", "camhook: --call: no call 99: the scenario has "},
       {"replay still_burst.json --hook reslut",
-       "camhook: --hook: unknown call \"reslut\"; near: result\n"},
+       "camhook: --hook: unknown call \"reslut\"; did you mean result?\n"},
       {"decide --product X --sensor ''",
-       "camhook: --sensor: must be a number of 32 bits, not \"\"\n"},
+       "camhook: --sensor: expected a 32-bit integer, found \"\"\n"},
       {"replay no_such.json", "no_such.json: cannot be read: No such file or directory\n"},
-      {"replay .", ".: is a folder\n"},
+      {"replay .", ".: is a directory\n"},
       {"replay still_burst.json --logs warn",
-       "camhook: --logs: must be debug, info or error, not \"warn\"\n"},
-      {"decide --product X --sensor 0 --fps 15", "camhook: --fps: must be LO,HI, not \"15\"\n"},
+       "camhook: --logs: expected debug, info or error, found \"warn\"\n"},
+      {"decide --product X --sensor 0 --fps 15", "camhook: --fps: expected LO,HI, found \"15\"\n"},
+      {"decide --product X --sensor 0 --call 3", "camhook: --call requires --scenario\n"},
       {"decide --product X --sensor 0 --size 640x480p",
-       "camhook: --size: must be WxH, not \"640x480p\"\n"},
+       "camhook: --size: expected WxH, found \"640x480p\"\n"},
       {"rules " + product + " --matrix " + product, "camhook: PRODUCT excludes --matrix\n"},
-      {"rules x" + product, "camhook: no rules for product \"x" + product + "\"; near: " + product},
+      {"rules x" + product,
+       "camhook: no rules for product \"x" + product + "\"; did you mean " + product},
       {"decide --product X --sensor 0 --want CUSTOM5",
        "camhook: --want: unknown sensor mode \"CUSTOM5\"; valid: 0 NORMAL_PREVIEW, "},
-      {"scenario raw_capture.json", "raw_capture.json: no dump of metadata: no line has "},
-      {"scenario - --property a", "camhook: --property: must be NAME=VALUE, not \"a\"\n"},
+      {"scenario raw_capture.json",
+       "raw_capture.json: no metadata dump found: expected a line such as "},
+      {"scenario - --property a", "camhook: --property: expected NAME=VALUE, found \"a\"\n"},
       {"scenario - --event APP_TYPE=a --app-type b",
-       "camhook: --event: \"APP_TYPE\" is given twice\n"},
+       "camhook: --event: duplicate key \"APP_TYPE\"\n"},
       {"replay -", "standard input:1:1: not JSON: The document is empty.\n"},
   };
   for (const auto& [words, message] : rows) {
@@ -133,7 +135,7 @@ TEST(Camhook, ShowsOverridesOfDecision) {
       "--ui-module 17";
   EXPECT_EQ(camhookWith(decide).output,
             R"(result  5 CUSTOM1, decided by override 9: video of the OEM camera app at 640x480
-base  2 NORMAL_VIDEO, as no row matches
+base  2 NORMAL_VIDEO (no row matches)
 inputs
   ro.product.model.zdm      X  ! no rules for this product
   sensor                    0
@@ -157,7 +159,7 @@ overrides
      =HESK_CONTROL_NIGHTMODE 1; =video stream yes
   9  decides: video of the OEM camera app at 640x480, 5 CUSTOM1
      =APP_TYPE heskCamera; =video stream yes; =size 640x480
-  not near: 3, 6, 7
+  other overrides: 3, 6, 7
 )");
 }
 
@@ -180,12 +182,12 @@ TEST(Camhook, PrintsCommandForEachRule) {
         << text;
     const std::size_t shown = text.find('\n' + row);
     ASSERT_NE(shown, std::string::npos) << text;
-    EXPECT_NE(text.substr(shown + 1, text.find('\n', shown + 1) - shown).find("  taken"),
+    EXPECT_NE(text.substr(shown + 1, text.find('\n', shown + 1) - shown).find("  matched"),
               std::string::npos)
         << text;
     ++count;
   }
-  EXPECT_EQ(list, "each of the " + std::to_string(count) + " rows can decide");
+  EXPECT_EQ(list, "all " + std::to_string(count) + " rows can match");
 }
 
 /// Returns the mode that a replay gives with changed inputs; APP_TYPE is "a" unless changed.
@@ -281,7 +283,7 @@ TEST(Camhook, WritesDecisionAsJson) {
                                                                  "met": ["appType"], "needed": 1})"));
   const Json& taken = decision["rows"][row.integer<std::size_t>().value() - 1];
   EXPECT_EQ(taken["conditions"], (Json{{"appType", "QQ"}}));
-  EXPECT_EQ(taken["verdict"], "taken by app type");
+  EXPECT_EQ(taken["verdict"], "matched by app type");
   std::vector<std::string> verdicts;
   for (const Json& override : decision["overrides"].items()) {
     if (override["verdict"] != "no") verdicts.push_back(override["verdict"].text());

@@ -75,7 +75,7 @@ class CommandLineTest(unittest.TestCase):
         loop.symlink_to(loop)
         sparse.touch()
         os.truncate(sparse, (1 << 30) + 1)
-        for file, problem in (("/dev/zero", "is a device"), (self.folder, "is a folder"), (loop, "symbolic links"),
+        for file, problem in (("/dev/zero", "is a device"), (self.folder, "is a directory"), (loop, "symbolic links"),
                               ("n" * 5000, "name too long"), (sparse, "longer than 1 GiB"),
                               (self.folder / "a\u202e\x1b[2J", r"a\u202e\u001b[2J: cannot be read")):
             self.check_rejected(problem, "replay", str(file))
@@ -139,7 +139,7 @@ class CommandLineTest(unittest.TestCase):
             self.assertEqual((text, lines, status), (self.run_tool(*same)[0], [], 0))
             self.assertIn(b"Usage: camhook", text)
             self.assertNotIn(b"Excludes", text)
-        self.check_rejected('unknown command "replya"; near: replay', "help", "replya")
+        self.check_rejected('unknown command "replya"; did you mean replay?', "help", "replya")
 
     def test_colours_only_terminals(self):
         scenario = str(CHECKOUT / "scenarios" / "still_burst.json")

@@ -119,8 +119,8 @@ TEST(DumpScenario, RejectsDumpWithoutReadableEntries) {
   } catch (const camhook::InputError& error) {
     EXPECT_STREQ(
         error.what(),
-        "5:1: no entry of the dump can be read; a.mode (10003): items[0]: must be an integer of "
-        "uint8, 0 to 255, not \"ON\"");
+        "5:1: no entry of the dump can be read; a.mode (10003): items[0]: expected an integer of "
+        "uint8, 0 to 255, found \"ON\"");
   }
 }
 
@@ -153,10 +153,10 @@ TEST(DumpText, ReadsTruncatedDumps) {
     EXPECT_FALSE(found.notes.empty()) << cut;
   }
   EXPECT_EQ(saidOf(whole.substr(0, whole.find("    [5"))),
-            "5: vendor.pair (c0030085) is left out: has 4 values of 5\n");
-  EXPECT_EQ(saidOf(whole.substr(0, whole.find(head))), "1: the dump is cut off: 1 entries of 2\n");
+            "5: vendor.pair (c0030085) skipped: has 4 of 5 values\n");
+  EXPECT_EQ(saidOf(whole.substr(0, whole.find(head))), "1: the dump is cut off: 1 of 2 entries\n");
   EXPECT_EQ(saidOf("Dumping camera metadata array: 1"),
-            "1: the dump does not have its number of entries\n");
+            "1: the dump's first line has no entry count\n");
 
   const std::string end = "    [6 ]\n" + head;
   EXPECT_EQ(dumped(camhook::dumpsIn(end).dumps.at(0)),
@@ -167,30 +167,30 @@ TEST(DumpText, ReadsTruncatedDumps) {
 TEST(DumpText, SkipsEntriesThatItCannotRead) {
   const std::pair<const char*, const char*> rows[] = {
       {"android.control.aeMode (10003): byte[1]\n [ON ]",
-       R"(items[0]: must be an integer of uint8, 0 to 255, not "ON")"},
+       R"(items[0]: expected an integer of uint8, 0 to 255, found "ON")"},
       {"a.b (c0030030): byte[2]\n [1 256 ]",
-       "items[1]: must be an integer of uint8, 0 to 255, not 256"},
+       "items[1]: expected an integer of uint8, 0 to 255, found 256"},
       {"a.b (c0030030): int32[1]\n [-2147483649 ]",
-       "items[0]: must be an integer of int32, -2147483648 to 2147483647, not -2147483649"},
+       "items[0]: expected an integer of int32, -2147483648 to 2147483647, found -2147483649"},
       {"a.b (c0030030): float[1]\n [340282366920938463463374607431768211456.0 ]",
-       R"(items[0]: must be a number, or "inf", "-inf", "nan", not )"
+       R"(items[0]: expected a number, or "inf", "-inf", "nan", found )"
        R"("3402823669209384634633746074317682114...")"},
       {"a.b (c0030030): rational[1]\n [(1 / 4294967296) ]",
-       "items[0][1]: must be an integer of int32, -2147483648 to 2147483647, not 4294967296"},
-      {"a.b (c0030030): double[2]\n [1.5 2.5 ]", "a scenario has no values of type double"},
+       "items[0][1]: expected an integer of int32, -2147483648 to 2147483647, found 4294967296"},
+      {"a.b (c0030030): double[2]\n [1.5 2.5 ]", "unsupported type double"},
       {"a.b (c0030030): int32[0]", "has no values"},
-      {"a.b (c0030030): int32[2]\n [1 2 3 ]", "has 3 values of 2"},
+      {"a.b (c0030030): int32[2]\n [1 2 3 ]", "has 3 of 2 values"},
       {"a.b (c0030030): byte[18]\n [1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 ]",
-       "has 16 values of 18, cut by the dump's verbosity"},
+       "has 16 of 18 values, cut by the dump's verbosity"},
       {"com.maker.iso (c0030005): int32[1]\n [1 ]\n a.b (c0030005): int32[1]\n [1 ]",
-       "occurs twice"},
+       "duplicate tag"},
   };
   for (const auto& [entry, reason] : rows) {
     const std::string text = dumpWith(2, " "s + entry + "\n x.y (c0030091): int32[1]\n [1 ]\n");
     const camhook::DumpsOfText found = camhook::dumpsIn(text);
     ASSERT_FALSE(found.notes.empty()) << entry;
-    EXPECT_TRUE(found.notes[0].text.ends_with(") is left out: "s + reason)) << entry << '\n'
-                                                                            << found.notes[0].text;
+    EXPECT_TRUE(found.notes[0].text.ends_with(") skipped: "s + reason)) << entry << '\n'
+                                                                        << found.notes[0].text;
     EXPECT_EQ(found.notes[0].kind, camhook::DumpNote::Kind::leftOut);
     for (const auto& taken : found.dumps.at(0).entries) EXPECT_NE(taken.tag(), 0xc0030030U);
   }
@@ -199,12 +199,12 @@ TEST(DumpText, SkipsEntriesThatItCannotRead) {
 TEST(DumpText, WarnsAboutMismatchesWithCatalogue) {
   const std::pair<const char*, const char*> rows[] = {
       {"android.control.awbMode (1000b): byte[1]\n [AUTO ]",
-       "3: android.control.awbMode (1000b) is uint8, in the catalogue int32\n"},
+       "3: android.control.awbMode (1000b) has type uint8; the catalogue has int32\n"},
       {"android.control.zoomMethod (10036): byte[1]\n [1 ]",
-       "3: android.control.zoomMethod (10036) has the number of "
-       "MTK_HESK_SUPER_NIGHT_ON, and is uint8, in the catalogue int32\n"},
+       "3: android.control.zoomMethod (10036) has the tag value of "
+       "MTK_HESK_SUPER_NIGHT_ON and type uint8; the catalogue has int32\n"},
       {"a.region (c00e0031): int32[5]\n [1 2 3 4 ]\n [5 ]",
-       "3: a.region (c00e0031) is int32, in the catalogue rect\n"},
+       "3: a.region (c00e0031) has type int32; the catalogue has rect\n"},
       {"a.region (c00e0031): int32[8]\n [1 2 3 4 ]\n [5 6 7 8 ]", ""},
       {"a.number (10036): int32[1]\n [1 ]", ""},
       {"a.b (c0999999): float[1]\n [1 ]", ""},
@@ -252,7 +252,7 @@ TEST(DumpScenario, UsesReadableValues) {
       [ON ])");
   const auto made = madeOf({{"dir/result_metadata_[12]_20210304050607.txt", text}}, options);
   EXPECT_EQ(written(made), R"({
-  "about": "1 dump of a phone, from result_metadata_[12]_20210304050607.txt. Assumed: hook request, the clock of a file's name. Left out: 1 entry. Doubtful: 2.",
+  "about": "1 dump of a phone, from result_metadata_[12]_20210304050607.txt. Assumed: hook request, clock from the file name. Skipped: 1 entry. Doubtful: 2.",
   "platform": {
     "properties": {"ro.product.model.zdm": "KX0107"},
     "eventStore": {"APP_TYPE": "heskCamera"},
@@ -276,11 +276,12 @@ TEST(DumpScenario, UsesReadableValues) {
   const std::string file = "dir/result_metadata_[12]_20210304050607.txt";
   EXPECT_EQ(
       made.notes,
-      (std::vector{file + ":1: the dump has static metadata, which --static takes",
-                   file + ":4: android.control.awbMode (1000b) is uint8, in the catalogue int32",
-                   file + ":12: android.control.aeMode (10003) is left out: "
-                          "items[0]: must be an integer of uint8, 0 to 255, not \"ON\"",
-                   "assumed: hook request, the clock of a file's name"s}));
+      (std::vector{
+          file + ":1: the dump contains static metadata; use --static",
+          file + ":4: android.control.awbMode (1000b) has type uint8; the catalogue has int32",
+          file + ":12: android.control.aeMode (10003) skipped: "
+                 "items[0]: expected an integer of uint8, 0 to 255, found \"ON\"",
+          "assumed: hook request, clock from the file name"s}));
 }
 
 TEST(DumpScenario, OrdersFilesByFrame) {
@@ -313,7 +314,7 @@ TEST(DumpScenario, FillsContainersOfHook) {
   EXPECT_EQ(second.app.value(), metadataOf(R"({"HESK_CONTROL_ISO": 4})"));
   EXPECT_EQ(second.out.value(), metadataOf("{}"));
   EXPECT_EQ(made.notes.back(),
-            R"(assumed: sensor 0, nothing in "hal", nothing in "out", no product, no app type)");
+            R"(assumed: sensor 0, "hal" empty, "out" empty, no product, no app type)");
 
   options.hook = camhook::findDumpHook("updateSessionParams");
   const std::string null = "Dumping camera metadata array: Not allocated";

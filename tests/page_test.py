@@ -199,7 +199,7 @@ class PageTest(unittest.TestCase):
         found = [filter["filter"] for filter in decision["filters"] if filter["found"] is not None]
         self.assertEqual(self.script("document.querySelector('.decided')?.dataset.filter"), (found or [None])[0])
         asked = [filter["asked"] for filter in decision["filters"]] if decision["rows"] else []
-        self.assertEqual([not text.endswith("never asked") for text in self.texts(".stage th")], asked)
+        self.assertEqual([not text.endswith("not run") for text in self.texts(".stage th")], asked)
         row = decision["base"]["row"]
         self.assertEqual([cells[0] for cells in self.cells(".funnel .taken")], [f"row {row}"] if row else [])
         mode = f"{call['return']} {decision['name']}"

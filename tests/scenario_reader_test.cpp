@@ -65,18 +65,18 @@ TEST(ScenarioReader, ReportsPathOfProblem) {
       {"", "not JSON: The document is empty."},
       {"{\n  \"calls\": [,]}", "calls[0]: not JSON: Invalid value."},
       {"{}", "calls: missing"},
-      {R"({"calls": {}})", "calls: must be a list"},
+      {R"({"calls": {}})", "calls: expected a list"},
       {R"({"calls": [], "call": 1})", "call: unknown key"},
-      {R"({"calls": [], "about": ["a"]})", "about: must be a text"},
+      {R"({"calls": [], "about": ["a"]})", "about: expected a text"},
       {R"({"calls": [], "a\nb\u0000c\u001b": 1})", R"(a\u000ab\u0000c\u001b: unknown key)"},
-      {R"({"calls": [], "calls": []})", "calls: given twice"},
-      {R"({"calls": [{"a": [2, {"b": 1, "b": 2}]}]})", "calls[0].a[1].b: given twice"},
-      {R"({"calls": [7]})", "calls[0]: must be an object"},
+      {R"({"calls": [], "calls": []})", "calls: duplicate key"},
+      {R"({"calls": [{"a": [2, {"b": 1, "b": 2}]}]})", "calls[0].a[1].b: duplicate key"},
+      {R"({"calls": [7]})", "calls[0]: expected an object"},
       {R"({"calls": [{"call": "foo"}]})", R"(calls[0].call: unknown call "foo")"},
       {R"({"calls": [{"call": "updateTuningData", "sensor": 0, "meta": null, "size": 67108865}]})",
        "calls[0].size: a block has at most 67108864 bytes"},
       {R"({"calls": [{"call": "matchAspectRatio", "sensor": 0, "reference": [1], "size": [1, 2]}]})",
-       "calls[0].reference: must be [width, height]"},
+       "calls[0].reference: expected [width, height]"},
       {R"({"calls": [{"call": "translateResultRegionForHesk", "sensor": 0, "meta": null, "value": 1,
            "cameraId": 0, "tag": "EYES"}]})",
        "calls[0].tag: unknown tag"},
@@ -85,22 +85,22 @@ TEST(ScenarioReader, ReportsPathOfProblem) {
        "calls[0].name: too long: the path would have 100 characters, at most 99 fit"},
       {R"({"calls": [{"call": "createInstance"}]})", "calls[0].sensor: missing"},
       {R"({"calls": [{"call": "createInstance", "sensor": 2147483648}]})",
-       "calls[0].sensor: must be an integer of int32, " + k32Bits},
+       "calls[0].sensor: expected an integer of int32, " + k32Bits},
       {R"({"calls": [{"call": "createInstance", "sensor": 1e400}]})",
        "calls[0].sensor: the number is too large"},
       {R"({"calls": [{"call": "updateRequestMeta", "sensor": 0, "requestNo": -1, "meta": {}}]})",
-       "calls[0].requestNo: must be an integer of uint32, 0 to 4294967295"},
+       "calls[0].requestNo: expected an integer of uint32, 0 to 4294967295"},
       {R"({"calls": [{"call": "updateSessionParams", "sensor": 0, "meta": null, "streams": [
            {"id": 1, "usage": 0, "width": 1, "height": 1}, {"id": 2, "usage": -1}]}]})",
-       "calls[0].streams[1].usage: must be an integer of uint64, 0 to 18446744073709551615"},
+       "calls[0].streams[1].usage: expected an integer of uint64, 0 to 18446744073709551615"},
       {R"({"calls": [{"call": "updateSessionParams", "sensor": 0, "meta": null, "streams": [
            {"id": 1, "usage": 0, "width": 1, "height": 1},
            {"id": "0x1", "usage": 0, "width": 1, "height": 1}]}]})",
-       "calls[0].streams[1].id: this id is given twice"},
+       "calls[0].streams[1].id: duplicate id"},
       {R"({"calls": [{"call": "setEvent", "key": "APP_TYPE", "value": 1}]})",
-       "calls[0].value: must be a text"},
+       "calls[0].value: expected a text"},
       {R"({"calls": [{"call": "setProperty", "name": 1, "value": ""}]})",
-       "calls[0].name: must be a text"},
+       "calls[0].name: expected a text"},
   };
   for (const Row& row : rows) expectBeginning(problemOf(row.input), row);
 }
@@ -127,30 +127,29 @@ TEST(ScenarioReader, RejectsInvalidJson) {
 
 TEST(ScenarioReader, ReportsPathInMetadata) {
   const Row rows[] = {
-      {"7", "calls[0].meta: must be an object from tag to value"},
+      {"7", "calls[0].meta: expected an object from tag to value"},
       {R"({"HESK_CONTROL_FOO": 1})", "calls[0].meta.HESK_CONTROL_FOO: unknown tag"},
       {R"({"0x": 1})", "calls[0].meta.0x: unknown tag"},
-      {R"({"HESK_CONTROL_ISO": 1, "0xC0030030": 2})",
-       "calls[0].meta.0xC0030030: this tag is given twice"},
+      {R"({"HESK_CONTROL_ISO": 1, "0xC0030030": 2})", "calls[0].meta.0xC0030030: duplicate tag"},
       {R"({"0xc008000e": 6})",
-       "calls[0].meta.0xc008000e: the catalogue does not list this tag: give "
+       "calls[0].meta.0xc008000e: unlisted tag: a type is required, "
        R"({"type": ..., "items": [...]})"},
       {R"({"0xc008000e": {"type": "byte", "items": [6]}})",
-       "calls[0].meta.0xc008000e.type: must be a type: int32, int64, uint8, float, rect or "
-       "rational, not \"byte\""},
+       "calls[0].meta.0xc008000e.type: expected a type: int32, int64, uint8, float, rect or "
+       "rational, found \"byte\""},
       {R"({"HESK_CONTROL_ISO": {"type": "int32", "items": [], "count": 0}})",
        "calls[0].meta.HESK_CONTROL_ISO.count: unknown key"},
       {R"({"HESK_CONTROL_ISO": [1, "0xffffffff"]})",
-       "calls[0].meta.HESK_CONTROL_ISO[1]: must be an integer of int32, " + k32Bits},
+       "calls[0].meta.HESK_CONTROL_ISO[1]: expected an integer of int32, " + k32Bits},
       {R"({"HESK_CONTROL_CURRENTMODE": 9223372036854775808})",
-       "calls[0].meta.HESK_CONTROL_CURRENTMODE: must be an integer of int64, " + k64Bits},
+       "calls[0].meta.HESK_CONTROL_CURRENTMODE: expected an integer of int64, " + k64Bits},
       {R"({"ANDROID_FLASH_MODE": 256})",
-       "calls[0].meta.ANDROID_FLASH_MODE: must be an integer of uint8, 0 to 255"},
+       "calls[0].meta.ANDROID_FLASH_MODE: expected an integer of uint8, 0 to 255"},
       {R"({"HESK_CONTROL_EV": 1e39})", "calls[0].meta.HESK_CONTROL_EV: does not fit a float"},
       {R"({"HESK_CONTROL_EV": "infinite"})",
-       R"(calls[0].meta.HESK_CONTROL_EV: must be a number, or "inf", "-inf", "nan")"},
+       R"(calls[0].meta.HESK_CONTROL_EV: expected a number, or "inf", "-inf", "nan")"},
       {R"({"MTK_P1NODE_SCALAR_CROP_REGION": [[0, 0, 1, 1], [2, 3, 4]]})",
-       "calls[0].meta.MTK_P1NODE_SCALAR_CROP_REGION[1]: must be [x, y, width, height]"},
+       "calls[0].meta.MTK_P1NODE_SCALAR_CROP_REGION[1]: expected [x, y, width, height]"},
   };
   for (const Row& row : rows) expectBeginning(problemOfMeta(row.input), row);
 }
@@ -162,7 +161,7 @@ TEST(ScenarioReader, ReportsCallWithoutContainerForMetaOf) {
       {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": null},
       {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": {}},
       {"call": "updateResultMeta", "sensor": 1, "requestNo": 1, )";
-  const std::string earlier = "calls[4].metaOf: must be the number of an earlier call, not ";
+  const std::string earlier = "calls[4].metaOf: expected the number of an earlier call, found ";
   const Row rows[] = {
       {R"("metaOf": 0)", earlier + "0"},
       {R"("metaOf": 5)", earlier + "5"},
@@ -171,8 +170,8 @@ TEST(ScenarioReader, ReportsCallWithoutContainerForMetaOf) {
       {R"("metaOf": 2)", R"(calls[4].metaOf: call 2 has no container "meta")"},
       {R"("metaOf": 3)", R"(calls[4].metaOf: call 3 has no container "meta")"},
       {R"("metaOf": 4, "meta": null)",
-       "calls[4].meta: must be an object from tag to value, not null"},
-      {R"("metaof": 4, "meta": {})", "calls[4].metaof: unknown key; near: metaOf"},
+       "calls[4].meta: expected an object from tag to value, found null"},
+      {R"("metaof": 4, "meta": {})", "calls[4].metaof: unknown key; did you mean metaOf?"},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(problemOf(calls + row.input + "}]}"), row.problem) << row.input;
@@ -183,25 +182,25 @@ TEST(ScenarioReader, ReportsCallWithoutContainerForMetaOf) {
 TEST(ScenarioReader, ReportsPathInPlatform) {
   const Row rows[] = {
       {R"({"propertys": {}})", "platform.propertys: unknown key"},
-      {R"({"properties": {"a": 1}})", "platform.properties.a: must be a text"},
-      {R"({"devices": {"zero": {}}})", "platform.devices.zero: a device's key is its number"},
+      {R"({"properties": {"a": 1}})", "platform.properties.a: expected a text"},
+      {R"({"devices": {"zero": {}}})", "platform.devices.zero: expected a device number"},
       {R"({"devices": {"0": {"hal3a": {"available": 1}}}})",
-       "platform.devices.0.hal3a.available: must be true or false"},
+       "platform.devices.0.hal3a.available: expected true or false"},
       {R"({"devices": {"0": {"faces": [{"rect": [1, 2, 3, 4]}, {"scores": 1}]}}})",
        "platform.devices.0.faces[1].scores: unknown key"},
       {R"({"devices": {"0": {"sensor": {"pdWords": [1, 2, 3, 4, 5, 6]}}}})",
-       "platform.devices.0.sensor.pdWords: must be at most 5 items"},
+       "platform.devices.0.sensor.pdWords: expected at most 5 items"},
       {R"({"devices": {"0": {"sensor": {"pdLeft": [[1, 2], [3]]}}}})",
-       "platform.devices.0.sensor.pdLeft[1]: must be a pair [a, b]"},
+       "platform.devices.0.sensor.pdLeft[1]: expected a pair [a, b]"},
       {R"({"clock": "2021-02-30T00:00:00"})",
-       R"(platform.clock: must be a time such as "2021-03-04T05:06:07")"},
+       R"(platform.clock: expected a time such as "2021-03-04T05:06:07")"},
   };
   for (const Row& row : rows) expectBeginning(problemOfPlatform(row.input), row);
   std::string pairs = "[0, 0]";
   for (int i = 0; i < 16; ++i) pairs += ", [0, 0]";
   expectBeginning(
       problemOfPlatform(R"({"devices": {"0": {"sensor": {"pdRight": [)" + pairs + "]}}}}"),
-      {"17 pairs", "platform.devices.0.sensor.pdRight: must be at most 16 items"});
+      {"17 pairs", "platform.devices.0.sensor.pdRight: expected at most 16 items"});
 }
 
 TEST(ScenarioReader, ReadsEnumerationNames) {
@@ -214,13 +213,15 @@ TEST(ScenarioReader, ReadsEnumerationNames) {
   }
   const Row rows[] = {
       {R"({"ANDROID_CONTROL_CAPTURE_INTENT": "STIL_CAPTURE"})",
-       "calls[0].meta.ANDROID_CONTROL_CAPTURE_INTENT: no value of android.control.captureIntent; "
-       "near: STILL_CAPTURE"},
+       "calls[0].meta.ANDROID_CONTROL_CAPTURE_INTENT: unknown value of "
+       "android.control.captureIntent; "
+       "did you mean STILL_CAPTURE?"},
       {R"({"ANDROID_CONTROL_CAPTURE_INTENT": {"type": "uint8", "items": "STIL_CAPTURE"}})",
-       "calls[0].meta.ANDROID_CONTROL_CAPTURE_INTENT.items: no value of "
-       "android.control.captureIntent; near: STILL_CAPTURE"},
+       "calls[0].meta.ANDROID_CONTROL_CAPTURE_INTENT.items: unknown value of "
+       "android.control.captureIntent; did you mean STILL_CAPTURE?"},
       {R"({"ANDROID_CONTROL_CAPTURE_INTENT": "\u0002"})",
-       "calls[0].meta.ANDROID_CONTROL_CAPTURE_INTENT: no value of android.control.captureIntent"},
+       "calls[0].meta.ANDROID_CONTROL_CAPTURE_INTENT: unknown value of "
+       "android.control.captureIntent"},
   };
   for (const Row& row : rows) expectBeginning(problemOfMeta(row.input), row);
 }
@@ -233,9 +234,9 @@ TEST(ScenarioReader, WarnsAboutItemCounts) {
  "HESK_CONTROL_CURRENTMODE": {"type": "int64", "items": [1, 2]}}}]})");
   EXPECT_EQ(
       counts.warnings().lines("a.json", "warning: "),
-      R"(a.json:2:94: warning: calls[0].meta.HESK_CONTROL_HISFRAME: the catalogue has 2 items, not 1
-a.json:3:37: warning: calls[0].meta.MTK_CONTROL_AE_TARGET_FPS_RANGE: the catalogue has 2 items, not 3
-a.json:5:57: warning: calls[0].meta.HESK_CONTROL_CURRENTMODE.items: the catalogue has 1 item, not 2)");
+      R"(a.json:2:94: warning: calls[0].meta.HESK_CONTROL_HISFRAME: expected 2 items as in the catalogue, found 1
+a.json:3:37: warning: calls[0].meta.MTK_CONTROL_AE_TARGET_FPS_RANGE: expected 2 items as in the catalogue, found 3
+a.json:5:57: warning: calls[0].meta.HESK_CONTROL_CURRENTMODE.items: expected 1 item as in the catalogue, found 2)");
 }
 
 TEST(ScenarioReader, ReportsAllProblemsWithLines) {
@@ -249,15 +250,15 @@ TEST(ScenarioReader, ReportsAllProblemsWithLines) {
   } catch (const InputError& error) {
     EXPECT_STREQ(
         error.what(),
-        R"(2:12: calls[0].call: unknown call "updateRequestMetta"; near: updateRequestMeta, updateResultMeta
+        R"(2:12: calls[0].call: unknown call "updateRequestMetta"; did you mean updateRequestMeta or updateResultMeta?
 2:35: calls[1].key: missing
-2:56: calls[1].kye: unknown key; near: key
-3:59: calls[2].requestNo: must be an integer of uint32, 0 to 4294967295, not a list of 0
-3:72: calls[2].meta.HESK_CONTROL_IS0: unknown tag; near: HESK_CONTROL_ISO, HESK_CONTROL_EV
-4:25: calls[2].meta.HESK_CONTROL_ISO: must be an integer of int32, -2147483648 to 2147483647, not "\u202e"
-4:58: calls[2].meta.ANDROID_FLASH_MODE[0]: must be an integer of uint8, 0 to 255, not 256
-4:63: calls[2].meta.ANDROID_FLASH_MODE[1]: must be an integer of uint8, 0 to 255, not true
-5:3: paltform: unknown key; near: platform
+2:56: calls[1].kye: unknown key; did you mean key?
+3:59: calls[2].requestNo: expected an integer of uint32, 0 to 4294967295, found a list of 0
+3:72: calls[2].meta.HESK_CONTROL_IS0: unknown tag; did you mean HESK_CONTROL_ISO or HESK_CONTROL_EV?
+4:25: calls[2].meta.HESK_CONTROL_ISO: expected an integer of int32, -2147483648 to 2147483647, found "\u202e"
+4:58: calls[2].meta.ANDROID_FLASH_MODE[0]: expected an integer of uint8, 0 to 255, found 256
+4:63: calls[2].meta.ANDROID_FLASH_MODE[1]: expected an integer of uint8, 0 to 255, found true
+5:3: paltform: unknown key; did you mean platform?
 5:19: \u202e: unknown key)");
   }
 }
@@ -274,13 +275,13 @@ TEST(ScenarioReader, WarnsAboutLikelyMistakes) {
 {"call": "createInstance", "sensor": 1}, {"call": "createInstance", "sensor": 1}]})");
   EXPECT_EQ(
       doubtful.warnings().lines("a.json", "warning: "),
-      R"(a.json:1:52: warning: platform.properties.ro.product.model.zd: nobody reads this property; near: ro.product.model.zdm
-a.json:2:43: warning: platform.eventStore.APP_TYPE: no rule knows app type "heskcamera"; near: heskCamera
-a.json:2:57: warning: platform.eventStore.AP_NAME: nobody reads this event; near: APP_NAME
-a.json:3:98: warning: calls[0].meta.HESK_CONTROL_ISO.type: the catalogue has int32, not int64
-a.json:4:57: warning: calls[1].requestNo: below that of the request before, 5
-a.json:7:114: warning: calls[5].value: no rule knows app type "Q"; near: QQ
-a.json:8:38: warning: calls[6].sensor: there is no device 1 in the platform)");
+      R"(a.json:1:52: warning: platform.properties.ro.product.model.zd: unknown property; did you mean ro.product.model.zdm?
+a.json:2:43: warning: platform.eventStore.APP_TYPE: no rule has app type "heskcamera"; did you mean heskCamera?
+a.json:2:57: warning: platform.eventStore.AP_NAME: unknown event; did you mean APP_NAME?
+a.json:3:98: warning: calls[0].meta.HESK_CONTROL_ISO.type: expected int32 as in the catalogue, found int64
+a.json:4:57: warning: calls[1].requestNo: less than the previous request number, 5
+a.json:7:114: warning: calls[5].value: no rule has app type "Q"; did you mean QQ?
+a.json:8:38: warning: calls[6].sensor: device 1 is not in platform.devices)");
 }
 
 TEST(ScenarioReader, WarnsAboutUnknownProducts) {
@@ -298,14 +299,14 @@ TEST(ScenarioReader, WarnsAboutUnknownProducts) {
   const std::string place = "platform.properties.ro.product.model";
   EXPECT_EQ(warningsOf(product + R"("KX0170")", ""),
             "a.json:1:54: " + place +
-                R"(.zdm: no rules for product "KX0170"; near: KX0107, KX0102, KX0104)");
+                R"(.zdm: no rules for product "KX0170"; did you mean KX0107, KX0102 or KX0104?)");
   EXPECT_EQ(warningsOf(product + R"("KX9")", ""),
             "a.json:1:54: " + place + R"(.zdm: no rules for product "KX9")");
   EXPECT_EQ(warningsOf(model, ""),
             "a.json:1:50: " + place + ": unused; the library reads ro.product.model.zdm");
   EXPECT_EQ(
       warningsOf("", set + R"("kx0105"})"),
-      R"(a.json:1:109: calls[0].value: no rules for product "kx0105"; near: KX0105, KX0102, KX0104)");
+      R"(a.json:1:109: calls[0].value: no rules for product "kx0105"; did you mean KX0105, KX0102 or KX0104?)");
   for (const char* name : {"KX0107B", "KX0103", ""}) {
     EXPECT_EQ(warningsOf(product + '"' + name + '"', set + '"' + name + "\"}"), "") << name;
   }
@@ -313,8 +314,8 @@ TEST(ScenarioReader, WarnsAboutUnknownProducts) {
   EXPECT_EQ(warningsOf(product + R"("KX0107")", decide), "");
   EXPECT_EQ(warningsOf(product + R"("KX0103")", set + R"("KX0101"}, )" + decide),
             "a.json:1:54: " + place +
-                R"(.zdm: no rules for product "KX0103"; near: KX0102, KX0104, KX0105
-a.json:1:141: calls[0].value: no rules for product "KX0101"; near: KX0102, KX0104, KX0105)");
+                R"(.zdm: no rules for product "KX0103"; did you mean KX0102, KX0104 or KX0105?
+a.json:1:141: calls[0].value: no rules for product "KX0101"; did you mean KX0102, KX0104 or KX0105?)");
 }
 
 TEST(ScenarioReader, ReadsAllFormsOfValues) {

@@ -18,7 +18,7 @@ SCENARIOS = sorted(pathlib.Path(sys.argv[1], "scenarios").resolve().glob("*.json
 CAMHOOK = sys.argv[2:]
 CONTAINERS = ["meta", "app", "hal", "out"]
 # The warning of a build without debug information.
-NO_STEPS = b"camhook: steps without debug information of the library are shown as ?\n"
+NO_STEPS = b"camhook: some library code has no debug information; its steps are shown as ?\n"
 HOSTILE = "</script><script>alert(1)</script><!--\"'&<b>\x1b\u202e"
 
 

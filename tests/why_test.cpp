@@ -376,19 +376,21 @@ TEST(Why, BeginsWithAnswer) {
 TEST(Why, RejectsInvalidQuestions) {
   const std::tuple<const char*, int, const char*> rows[] = {
       {"super_moon_zoom.json 7 MTK_CONTROL_RAW_TYPE", 2,
-       "super_moon_zoom.json: there is no call 7: the scenario has 6\n"},
+       "super_moon_zoom.json: no call 7: the scenario has 6 calls\n"},
       {"super_moon_zoom.json first MTK_CONTROL_RAW_TYPE", 2,
-       "super_moon_zoom.json: CALL must be a number from 1, last, or requestNo:N, not \"first\"\n"},
+       "super_moon_zoom.json: expected a call number from 1, last, or requestNo:N, found "
+       "\"first\"\n"},
       {"super_moon_zoom.json requestNo:12345 MTK_CONTROL_RAW_TYPE", 2,
        "super_moon_zoom.json: no call has \"requestNo:12345\"\n"},
       {"third_party_apps.json 1 MTK_CONTROL_AE_TARGET_FPS_RANGE --want 30", 2,
        "camhook: --want: MTK_CONTROL_AE_TARGET_FPS_RANGE has 2 items: [_, 30]\n"},
       {"super_moon_zoom.json last MTK_CONTROL_RAWTYPE", 2,
-       "super_moon_zoom.json: unknown tag \"MTK_CONTROL_RAWTYPE\"; near: MTK_CONTROL_RAW_TYPE\n"},
+       "super_moon_zoom.json: unknown tag \"MTK_CONTROL_RAWTYPE\"; did you mean "
+       "MTK_CONTROL_RAW_TYPE?\n"},
       {"super_moon_zoom.json 1 out:MTK_CONTROL_RAW_TYPE", 2,
        "super_moon_zoom.json: the call has no container \"out\"; it has meta\n"},
       {"super_moon_zoom.json 1 MTK_CONTROL_RAW_TYPE --want '\"x\"'", 2,
-       "--want[0]: must be an integer of int32, -2147483648 to 2147483647, not \"x\"\n"},
+       "--want[0]: expected an integer of int32, -2147483648 to 2147483647, found \"x\"\n"},
   };
   for (const auto& [words, status, line] : rows) {
     const Outcome outcome = camhookWith(std::string("why ") + words);

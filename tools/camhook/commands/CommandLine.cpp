@@ -18,13 +18,6 @@ namespace {
 
 bool warningsAreShown = true;
 
-/// "a, b or c".
-std::string alternatives(std::vector<std::string> words) {
-  const std::string last = words.back();
-  words.pop_back();
-  return words.empty() ? last : joined(words, ", ") + " or " + last;
-}
-
 std::vector<std::string> commandNames(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
@@ -48,7 +41,7 @@ std::string nearest(const std::string& word, const std::vector<std::string>& nam
 CLI::Validator oneOf(std::vector<std::string> words) {
   const auto check = [words = std::move(words)](const std::string& word) {
     if (std::ranges::find(words, word) != words.end()) return std::string();
-    return "must be " + alternatives(words) + ", not " + jsonText(word) + nearest(word, words);
+    return "expected " + listed(words, " or ") + ", found " + jsonText(word) + nearest(word, words);
   };
   return {check, ""};
 }
@@ -64,7 +57,7 @@ CLI::Validator isNumber() {
   const auto check = [](const std::string& word) {
     std::int32_t number = 0;
     if (CLI::detail::lexical_cast(word, number)) return std::string();
-    return "must be a number of 32 bits, not " + jsonText(word);
+    return "expected a 32-bit integer, found " + jsonText(word);
   };
   return {check, ""};
 }
@@ -114,13 +107,13 @@ std::string problemOf(const CLI::App& app, const CLI::ParseError& error) {
   }
   if (!extra.empty()) {
     const std::string word = jsonText(extra.front());
-    if (!commands.empty()) return "one word too many: " + word;
+    if (!commands.empty()) return "unexpected argument " + word;
     return "unknown command " + word + nearest(extra.front(), commandNames(app));
   }
-  if (commands.empty()) return "a command must follow: " + alternatives(commandNames(app));
+  if (commands.empty()) return "missing command: " + listed(commandNames(app), " or ");
   const std::string problem = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-    return printable(problem.substr(0, problem.find(':'))) + ": a value must follow";
+    return printable(problem.substr(0, problem.find(':'))) + ": missing value";
   }
   return printable(problem);
 }

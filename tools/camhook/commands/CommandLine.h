@@ -17,7 +17,7 @@ CLI::Validator oneOf(std::vector<std::string> words);
 /// Accepts any text except the empty one. `what` is named in the message: "a file".
 CLI::Validator namesOne(const std::string& what);
 
-/// Accepts a number of 32 bits.
+/// Accepts a 32-bit integer.
 CLI::Validator isNumber();
 
 /// Adds --color to every command, and --no-warnings to those that read a scenario or dumps.

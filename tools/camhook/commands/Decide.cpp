@@ -56,8 +56,8 @@ Inputs inputsOfScenario(const DecideArguments& arguments) {
     }
     const Call call = replay.withMetaOf(scenario.calls[index]);
     if (const auto* decision = std::get_if<DecideSensorScenario>(&call)) return inputsOf(*decision);
-    throw InputError("call " + std::to_string(index + 1) + " is no " +
-                     std::string(DecideSensorScenario::kName));
+    throw InputError("call " + std::to_string(index + 1) + " is not a " +
+                     std::string(DecideSensorScenario::kName) + " call");
   });
 }
 
@@ -180,10 +180,12 @@ void addDecide(CLI::App& app, int& status) {
   CLI::Option* const scenario =
       command->add_option("--scenario", arguments->scenario, "Take the inputs from a scenario")
           ->type_name("FILE");
-  scenario->needs(command
-                      ->add_option("--call", arguments->call,
-                                   "Number of its call, from 1; last; or requestNo:N")
-                      ->type_name("CALL"));
+  CLI::Option* const call = command
+                                ->add_option("--call", arguments->call,
+                                             "Number of the call in the scenario, from 1, or last")
+                                ->type_name("CALL");
+  call->needs(scenario);
+  scenario->needs(call);
   arguments->inputs = inputsOf("", 0, false);
   arguments->inputs[kSensor] = nullptr;
   for (const InputField& field : inputFields()) {
@@ -202,7 +204,7 @@ void addDecide(CLI::App& app, int& status) {
   }
   command
       ->add_option("--want", arguments->want,
-                   "Find the smallest changes that give this sensor mode")
+                   "Search for changes of one or two inputs that give this sensor mode")
       ->type_name("MODE");
   command->add_flag("--json", arguments->json, "Write the decision as JSON");
   command->footer(

@@ -33,7 +33,7 @@ void addReference(CLI::App& app) {
   const auto files = std::make_shared<std::vector<std::string>>();
   CLI::App* command = app.add_subcommand(
       "reference", "Write the generated pages of docs/ and the JSON Schema of scenarios");
-  command->add_option("FOLDER", *folder, "Folder of the pages")->required();
+  command->add_option("FOLDER", *folder, "Output directory")->required();
   command->add_option("SCENARIO", *files, "Scenarios to run")->required();
   command->footer("Example:\n  camhook reference docs scenarios/*.json");
   command->callback([folder, files] { writeReference(*folder, *files); });

@@ -160,12 +160,13 @@ void addReplay(CLI::App& app, int& status) {
         ->allow_extra_args(false)
         ->type_name(word)
         ->excludes(page)
-        ->group("Filters, each of which may be given several times");
+        ->group("Filters (repeatable)");
   };
-  addFilter("--call", options->calls, "CALL", "Show this call: its number, from 1, or last");
+  addFilter("--call", options->calls, "CALL",
+            "Show this call: its number, from 1, last, or requestNo:N");
   addFilter("--hook", options->hooks, "HOOK",
-            "Show the calls of request, result, session, capture or a name");
-  addFilter("--tag", options->tags, "TAG", "Show the changes of this tag and nothing else");
+            "Show calls of this hook: request, result, session, capture or a call name");
+  addFilter("--tag", options->tags, "TAG", "Show only the changes of this tag");
   command->footer(
       "The exit status is 1 if no call matches the filters.\n\n"
       "Example:\n  camhook replay scenarios/still_burst.json --logs info");

@@ -50,8 +50,8 @@ void addRules(CLI::App& app, int& status) {
                                                    "Show or check the table of this product alone");
   CLI::Option* const check = command->add_flag(
       "--check", arguments->check,
-      "Report rows that can never decide; with PRODUCT also print for each row a command "
-      "that makes it decide");
+      "Report rows that can never match; with PRODUCT, also print a matching decide command for "
+      "each row");
   command
       ->add_option("--matrix", arguments->matrix,
                    "Show the sensor mode of each app and UI module on a product")
@@ -59,7 +59,7 @@ void addRules(CLI::App& app, int& status) {
       ->excludes(check)
       ->type_name("PRODUCT");
   command->footer(
-      "With --check the exit status is 1 if a row can never decide.\n\n"
+      "With --check the exit status is 1 if a row can never match.\n\n"
       "Example:\n  camhook rules KX0105");
   command->callback([arguments, &status] { status = runRules(*arguments); });
 }

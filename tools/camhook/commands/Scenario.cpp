@@ -36,10 +36,10 @@ void addTexts(host::TextMap& texts, const std::vector<std::string>& words, const
   for (const std::string& word : words) {
     const std::size_t equals = word.find('=');
     if (equals == std::string::npos || equals == 0) {
-      throw InputError(place + "must be " + expected + ", not " + jsonText(word));
+      throw InputError(place + "expected " + expected + ", found " + jsonText(word));
     }
     if (!texts.emplace(word.substr(0, equals), word.substr(equals + 1)).second) {
-      throw InputError(place + jsonText(word.substr(0, equals)) + " is given twice");
+      throw InputError(place + "duplicate key " + jsonText(word.substr(0, equals)));
     }
   }
 }
@@ -81,7 +81,7 @@ int scenario(const ScenarioArguments& arguments) {
 void addScenario(CLI::App& app, int& status) {
   const auto arguments = std::make_shared<ScenarioArguments>();
   CLI::App* command = app.add_subcommand(
-      "scenario", "Make a scenario of the metadata dumps in a phone's logs and reports");
+      "scenario", "Make a scenario from the metadata dumps in a phone's logs and reports");
   command
       ->add_option("DUMP", arguments->files,
                    "Dumps, bug reports or logs; each dump becomes a call; - is standard input")
@@ -94,8 +94,8 @@ void addScenario(CLI::App& app, int& status) {
   for (const DumpHook& hook : dumpHooks()) hooks.emplace_back(hook.call);
   command
       ->add_option("--hook", arguments->hook,
-                   "Hook to call: request (default), result, session, or capture, which takes "
-                   "three dumps for a call; or the name of the call")
+                   "Hook to call: request (default), result, session, capture (three dumps per "
+                   "call) or a call name")
       ->check(oneOf(std::move(hooks)))
       ->type_name("HOOK");
   command->add_option("--sensor", arguments->sensor, "Sensor of the calls, by default 0")
@@ -105,19 +105,18 @@ void addScenario(CLI::App& app, int& status) {
                       "Product model, the value of ro.product.model.zdm");
   command->add_option("--app-type", arguments->appType, "\"APP_TYPE\" of the event store");
   command->add_option("--app-name", arguments->appName, "\"APP_NAME\" of the event store");
-  command->add_option("--property", arguments->properties, "A property; may be given again")
+  command->add_option("--property", arguments->properties, "System property (repeatable)")
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
-  command
-      ->add_option("--event", arguments->events, "A value of the event store; may be given again")
+  command->add_option("--event", arguments->events, "Event-store value (repeatable)")
       ->allow_extra_args(false)
       ->type_name("KEY=VALUE");
   command
       ->add_option("--static", arguments->statics,
-                   "The first dump in this file is the device's static metadata")
+                   "File whose first dump is the device's static metadata")
       ->type_name("FILE");
   command->footer(
-      "Warnings about assumptions and omitted entries go to standard error.\n\n"
+      "Warnings about assumptions and skipped entries go to standard error.\n\n"
       "Example:\n  camhook scenario tests/support/phone_dump.txt --product KX0107 -o my.json\n"
       "  camhook replay my.json");
   command->callback([arguments, &status] { status = scenario(*arguments); });

@@ -128,7 +128,7 @@ void addTags(CLI::App& app, int& status) {
   const auto json = std::make_shared<bool>(false);
   CLI::App* command = app.add_subcommand("tags", "List the metadata tags, or describe one");
   command->add_option("TEXT", *text,
-                      "A name or value (0x0001000d), or a part of names or meanings");
+                      "Tag name or value (0x0001000d), or part of a name or meaning");
   command->add_flag("--json", *json, "Write the list as JSON");
   command->footer("Example:\n  camhook tags MTK_HESK_FRAME_COUNT");
   command->callback([text, json, &status] { status = listTags(*text, *json); });

@@ -49,16 +49,14 @@ void addWhy(CLI::App& app, int& status) {
       ->required();
   command
       ->add_option("TAG", arguments->tag,
-                   "The tag, written or not; another container than the one "
-                   "that the call writes "
-                   "precedes it (hal:MTK_CONTROL_RAW_TYPE); return for what "
-                   "the call returns")
+                   "Tag name or value; CONTAINER:TAG if the call only reads the container "
+                   "(hal:MTK_CONTROL_RAW_TYPE); return for the return value")
       ->required();
   command
       ->add_option("--want", arguments->want,
-                   "Find what gives this value; null for absent, _ for any item")
+                   "Search for changes that give this value; null: absent, _: any item")
       ->type_name("VALUE");
-  command->add_flag("--all", arguments->all, "Also list the inputs without effect");
+  command->add_flag("--all", arguments->all, "Also list all outcomes, and inputs without effect");
   command->add_flag("--json", arguments->json, "Write the explanation as JSON");
   command->footer(
       "With --want the exit status is 1 if nothing gives that value.\n\n"

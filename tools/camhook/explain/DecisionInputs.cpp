@@ -14,7 +14,7 @@ namespace {
 
 constexpr InputField kFields[] = {
     {kProduct, "--product", "Product model, as in ro.product.model.zdm", "TEXT"},
-    {kSensor, "--sensor", "Sensor; 1 is the front camera"},
+    {kSensor, "--sensor", "Sensor index; 1 is the front camera"},
     {kVideo, "--video", "The configuration has a video stream", ""},
     {kAppType, "--app-type", "APP_TYPE of the event store", "TEXT"},
     {kAppName, "--app-name", "APP_NAME of the event store", "TEXT"},
@@ -72,9 +72,9 @@ Json inputFromText(const InputField& field, std::string_view text) {
   if (first && end == text.size() && field.separator == '\0') return *first;
   const auto second = wholeNumber<std::int32_t>(text.substr(std::min(end + 1, text.size())));
   if (first && second) return Json::List{*first, *second};
-  const std::string expected(field.separator == '\0' ? "a number of 32 bits" : field.type);
-  throw InputError("camhook: " + std::string(field.option()) + ": must be " + expected + ", not " +
-                   jsonText(text));
+  const std::string expected(field.separator == '\0' ? "a 32-bit integer" : field.type);
+  throw InputError("camhook: " + std::string(field.option()) + ": expected " + expected +
+                   ", found " + jsonText(text));
 }
 
 std::string_view textOf(const Json& value) {

@@ -27,8 +27,8 @@ void writeResult(std::ostream& out, const Json& decision, Style style) {
       << style.title(modeText(decision) + link + by["text"].text()) << '\n';
   if (by["kind"] != "override") return;
   const Json& base = decision["base"];
-  out << style.heading("base") << "  " << modeText(base)
-      << (base["row"].isNull() ? ", as no row matches" : ", of " + rowText(base["row"])) << '\n';
+  out << style.heading("base") << "  " << modeText(base) << " ("
+      << (base["row"].isNull() ? "no row matches" : rowText(base["row"])) << ")\n";
 }
 
 /// A line of names in the faint style; nothing for an empty list.
@@ -79,7 +79,7 @@ void writeFilters(std::ostream& out, const Json& decision, Style style) {
     }
   }
   columns.write(out, 2);
-  writeRest(out, "not asked", notAsked, style);
+  writeRest(out, "not run", notAsked, style);
 }
 
 /// Marked if a filter compared the cell. "=none" is an empty APP_TYPE that matches a row without
@@ -145,7 +145,7 @@ void writeOverrides(std::ostream& out, const Json& decision, Style style) {
     }
     out << "     " << joined(conditions, "; ") << '\n';
   }
-  writeRest(out, "not near", others, style);
+  writeRest(out, "other overrides", others, style);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 namespace camhook {
 namespace {
 
-/// "taken: 2 of 2 conditions", "1 of 2 conditions: eis is absent", "never asked".
+/// "matched: 2 of 2 conditions", "1 of 2 conditions: eis is absent", "not compared".
 std::string verdictOf(const SensorModeCfg& rule, const Json& row, const Json& filters,
                       const Inputs& inputs) {
   std::size_t met = 0;
@@ -23,15 +23,15 @@ std::string verdictOf(const SensorModeCfg& rule, const Json& row, const Json& fi
     } else if (row["conditions"].find(column.field) != nullptr) {
       missed.push_back(
           std::string(column.title) +
-          (isCompared ? " is " + inputText(column.input, inputs[column.input]) : " never asked"));
+          (isCompared ? " is " + inputText(column.input, inputs[column.input]) : " not compared"));
     }
   }
   const std::string count =
       std::to_string(met) + " of " + std::to_string(rule.conditionCount) + " conditions";
   if (row["taken"].isTrue()) {
-    return isOfSeveral(rule) ? "taken: " + count : "taken by " + filterOfOne;
+    return isOfSeveral(rule) ? "matched: " + count : "matched by " + filterOfOne;
   }
-  if (!row["asked"].isTrue()) return "never asked";
+  if (!row["asked"].isTrue()) return "not compared";
   if (!isOfSeveral(rule)) return joined(missed, ", ");
   return count + (missed.empty() ? "" : ": ") + joined(missed, ", ");
 }

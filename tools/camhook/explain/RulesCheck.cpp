@@ -10,7 +10,7 @@
 namespace camhook {
 namespace {
 
-constexpr const char* kNever = "can never decide";
+constexpr const char* kNever = "can never match";
 
 std::string commandOf(const Inputs& inputs) {
   std::string command = "camhook decide";
@@ -78,7 +78,7 @@ int checkRules(std::ostream& out, const SensorModeTable* only) {
       }
     }
   }
-  if (never == 0) out << "each of the " << count << " rows can decide\n";
+  if (never == 0) out << "all " << count << " rows can match\n";
   return never == 0 ? 0 : 1;
 }
 

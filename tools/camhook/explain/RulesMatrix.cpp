@@ -58,7 +58,7 @@ void writeMatrix(std::ostream& out, const SensorModeTable& table, Style style) {
   }
   out << style.title(table.productName) << '\n';
   columns.write(out, 0);
-  out << "- no decision. By name and by module: with an app type that no rule knows.\n";
+  out << "- means no decision. The APP_NAME and UI module rows use an app type without rules.\n";
   for (const auto& [what, names] : notes) out << "* " << joined(names, ", ") << ' ' << what << '\n';
 }
 

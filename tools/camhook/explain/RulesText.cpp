@@ -80,17 +80,18 @@ void writeRulesText(std::ostream& out, const SensorModeTable* only, Style style)
 
 void writeRulesMarkdown(std::ostream& out) {
   out << "# Rules of sensor scenarios\n\n"
-         "By which each product's sensors are read out. Written by `./camhook reference`.\n\n"
-         "A row is met by what its columns ask for:\n\n";
-  Table columns{{"column", "what a configuration has"}};
+         "The rules that select the sensor mode of each product. Written by `./camhook "
+         "reference`.\n\n"
+         "A row matches if these inputs have the values in its columns:\n\n";
+  Table columns{{"column", "input"}};
   for (const RuleColumn& column : kRuleColumns) {
     columns.push_back({std::string(column.title), "`" + std::string(column.input) + "`"});
   }
   writeMarkdownTable(out, columns);
-  out << "\nRows of several conditions are asked first, from the last to the first: one is taken "
-         "as\nsoon as it meets as many as it must. Then those of one condition are asked, from the "
-         "first\nto the last, by eis, hfps, app type, fps, algo and ui. An empty `APP_TYPE` meets "
-         "every row\nwithout an app type.\n";
+  out << "\nRows with several conditions are compared first, from the last to the first. A row "
+         "matches if\nthe number of its conditions that are met reaches \"must meet\". Then rows "
+         "with one condition are\ncompared, from the first to the last, in the order eis, hfps, "
+         "app type, fps, algo, ui. An empty\n`APP_TYPE` matches rows without an app type.\n";
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
     out << "\n## " << table.productName << '\n';
     for (const RuleList& list : kRuleLists) {
@@ -98,8 +99,8 @@ void writeRulesMarkdown(std::ostream& out) {
       writeMarkdownTable(out, tableOf(table.*list.rules));
     }
   }
-  out << "\n## Overrides\n\nThey go before the rules, on every product; the last that fires "
-         "holds.\n\n";
+  out << "\n## Overrides\n\nOverrides take precedence over the rules on every product. If several "
+         "apply, the last one\ndecides.\n\n";
   writeMarkdownTable(out, tableOfOverrides());
 }
 

@@ -49,9 +49,7 @@ std::string listText(std::vector<std::string> names) {
     names[kMost] = std::to_string(names.size() - kMost) + " more";
     names.resize(kMost + 1);
   }
-  const std::string last = names.back();
-  names.pop_back();
-  return names.empty() ? last : joined(names, ", ") + " and " + last;
+  return listed(std::move(names), " and ");
 }
 
 using Kind = Input::Kind;
@@ -91,7 +89,7 @@ class Text {
   }
 
   static std::string toText(const Change& change) {
-    return change.input.kind == Kind::call ? "left out" : valueText(change.to);
+    return change.input.kind == Kind::call ? "omitted" : valueText(change.to);
   }
 
   /// An input with its value; a call that may be left out has none.
@@ -188,10 +186,11 @@ class Text {
     mOut << mStyle.heading("written") << '\n';
     Columns rows;
     for (const auto& [value, step] : mExplanation.writes) {
-      const bool holds = &value == &mExplanation.writes.back().value && value == mExplanation.after;
+      const bool isFinal =
+          &value == &mExplanation.writes.back().value && value == mExplanation.after;
       const std::string text = value.isNull() ? "cleared" : valueText(value);
-      rows.add({holds ? mStyle.fresh(text) : mStyle.faint(text), holds ? "holds" : "", step.name,
-                mStyle.faint(step.file + ":" + std::to_string(step.line))});
+      rows.add({isFinal ? mStyle.fresh(text) : mStyle.faint(text), isFinal ? "final value" : "",
+                step.name, mStyle.faint(step.file + ":" + std::to_string(step.line))});
     }
     rows.write(mOut, 2);
   }
@@ -228,7 +227,8 @@ class Text {
     }
     std::ranges::stable_sort(shown, {}, [](const Finding* finding) { return rankOf(*finding); });
     if (!shown.empty()) {
-      mOut << mStyle.heading(isWanted ? "changes that give it" : "inputs that affect it") << '\n';
+      mOut << mStyle.heading(isWanted ? "changes that give this value" : "inputs that affect it")
+           << '\n';
     }
     for (const Finding* finding : shown) writeFinding(*finding);
     if (isWanted || rest.empty()) return;
@@ -242,12 +242,12 @@ class Text {
 
   void writeTogether(const std::string& want) {
     if (mExplanation.together->empty()) {
-      mOut << mStyle.alarming("nothing found") << " that gives " << printable(want) << ": "
+      mOut << mStyle.alarming("no change found") << " that gives " << printable(want) << "; tried "
            << mExplanation.tried << " changes and " << mExplanation.triedPairs << " of "
-           << mExplanation.allPairs << " pairs of changes tried\n";
+           << mExplanation.allPairs << " pairs of changes\n";
       return;
     }
-    mOut << mStyle.heading("pairs of changes that give it") << '\n';
+    mOut << mStyle.heading("pairs of changes that give this value") << '\n';
     for (const auto& [changes, gives, step] : *mExplanation.together) {
       Columns rows;
       for (const Change& change : changes) {

@@ -29,21 +29,24 @@ std::string_view slipOf(std::string_view text, std::span<const std::string_view>
   return {};
 }
 
-void doubtName(const auto& name, const char* what, std::span<const KnownName> known) {
+/// Warns about a text that differs from one of these names in one letter.
+void doubtText(const auto& text, const std::string& problem,
+               std::span<const std::string_view> names) {
+  const std::string_view meant = slipOf(text.text(), names);
+  if (meant.empty()) return;
+  text.warn([&] { return problem + "; did you mean " + std::string(meant) + '?'; });
+}
+
+void doubtName(const auto& name, const char* problem, std::span<const KnownName> known) {
   std::vector<std::string_view> names;
   for (const KnownName& one : known) names.push_back(one.name);
-  const std::string_view meant = slipOf(name.text(), names);
-  if (meant.empty()) return;
-  name.warn([&] { return "nobody reads " + std::string(what) + "; near: " + std::string(meant); });
+  doubtText(name, problem, names);
 }
 
 void doubtEvent(const auto& key, const Value& value) {
-  doubtName(key, "this event", kKnownEvents);
+  doubtName(key, "unknown event", kKnownEvents);
   if (key.text() != "APP_TYPE" || !value.isText()) return;
-  const std::string_view meant = slipOf(value.text(), kKnownAppTypes);
-  if (meant.empty()) return;
-  value.warn(
-      [&] { return "no rule knows app type " + value.shown() + "; near: " + std::string(meant); });
+  doubtText(value, "no rule has app type " + value.shown(), kKnownAppTypes);
 }
 
 }  // namespace
@@ -68,7 +71,7 @@ void Doubts::onPlatform(const Value& value, const host::PhoneConfig& platform) c
     if (!product && !mSetsProduct) product = properties->find(kUnusedProductProperty);
     if (product && !problem.empty()) product->warn([&] { return problem; });
     properties->forEachMember(
-        [](const Key& key, const Value&) { doubtName(key, "this property", kKnownProperties); });
+        [](const Key& key, const Value&) { doubtName(key, "unknown property", kKnownProperties); });
   }
   if (const auto events = value.find("eventStore")) {
     events->forEachMember([](const Key& key, const Value& each) { doubtEvent(key, each); });
@@ -83,7 +86,7 @@ void Doubts::onCall(const Call& call, const Value& value) {
             doubtEvent(*key, value.find("value").value_or(*key));
         } else if constexpr (std::is_same_v<CallType, SetProperty>) {
           if (const auto name = value.find("name"); name && name->isText())
-            doubtName(*name, "this property", kKnownProperties);
+            doubtName(*name, "unknown property", kKnownProperties);
           if (concrete.name == kProductProperty || concrete.name == kUnusedProductProperty)
             mProducts.emplace_back(mCount, concrete);
           mSetsProduct |= concrete.name == kProductProperty;
@@ -110,8 +113,9 @@ void Doubts::onRequest(const UpdateRequestMeta& request, const Value& call) {
   const auto latest = mLatestRequests.find(request.sensor);
   if (latest != mLatestRequests.end() && request.requestNo < latest->second) {
     if (const auto value = call.find("requestNo")) {
-      value->warn(
-          [&] { return "below that of the request before, " + std::to_string(latest->second); });
+      value->warn([&] {
+        return "less than the previous request number, " + std::to_string(latest->second);
+      });
     }
   }
   mLatestRequests[request.sensor] = request.requestNo;
@@ -122,7 +126,7 @@ std::vector<Doubts::CallDoubt> Doubts::callDoubts(const host::PhoneConfig& platf
   for (const auto& [sensor, call] : mSensors) {
     if (platform.devices.empty() || platform.devices.contains(sensor)) continue;
     doubts.push_back(
-        {call, "sensor", "there is no device " + std::to_string(sensor) + " in the platform"});
+        {call, "sensor", "device " + std::to_string(sensor) + " is not in platform.devices"});
   }
   const bool hasProduct = mSetsProduct || platform.properties.contains(kProductProperty);
   for (const auto& [call, property] : mProducts) {

@@ -126,13 +126,13 @@ void DumpEntry::checkCount(bool isCutOff) const {
   if (mSeen == mCount) return;
   // A dump of verbosity 0 has no values, one of verbosity 1 the first 16.
   const bool isCutByVerbosity = !isCutOff && (mSeen == 0 || (mSeen == 16 && mCount > 16));
-  throw InputError("has " + std::to_string(mSeen) + " values of " + std::to_string(mCount) +
+  throw InputError("has " + std::to_string(mSeen) + " of " + std::to_string(mCount) + " values" +
                    (isCutByVerbosity ? ", cut by the dump's verbosity" : ""));
 }
 
 IMetadata::IEntry DumpEntry::take(bool isCutOff) const {
   std::string_view type = scenarioType(mType);
-  if (type.empty()) throw InputError("a scenario has no values of type " + mType);
+  if (type.empty()) throw InputError("unsupported type " + mType);
   Json::List items = mItems;
   const TagDescription* info = findTag(mTag);
   if (info != nullptr && info->type == "rect" && type == "int32" && items.size() % 4 == 0) {
@@ -155,11 +155,11 @@ std::string DumpEntry::doubt(const IMetadata::IEntry& taken) const {
   const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(taken));
   std::string doubt;
   if (mName.starts_with("android.") && (known == nullptr || known->name != mName)) {
-    doubt = " has the number of " + std::string(info->name);
+    doubt = " has the tag value of " + std::string(info->name);
   }
   if (type != info->type) {
-    doubt += (doubt.empty() ? " is " : ", and is ") + std::string(type) + ", in the catalogue " +
-             std::string(info->type);
+    doubt += (doubt.empty() ? " has type " : " and type ") + std::string(type) +
+             "; the catalogue has " + std::string(info->type);
   }
   return doubt;
 }

@@ -99,7 +99,7 @@ std::string summaryOf(const std::vector<const DumpFile*>& files) {
   }
   const auto& [leftOut, doubtful, incomplete] = counts;
   std::string text;
-  if (leftOut > 0) text += " Left out: " + counted(leftOut, "entry.", "entries.");
+  if (leftOut > 0) text += " Skipped: " + counted(leftOut, "entry.", "entries.");
   if (doubtful > 0) text += " Doubtful: " + std::to_string(doubtful) + ".";
   if (incomplete > 0) text += " Cut off: " + counted(incomplete, "dump.", "dumps.");
   return text;
@@ -113,8 +113,8 @@ void noteStatics(DumpFile& file) {
   };
   for (const Dump& dump : file.found.dumps) {
     if (std::ranges::none_of(dump.entries, isStatic)) continue;
-    file.found.notes.push_back({dump.line, DumpNote::Kind::doubtful,
-                                "the dump has static metadata, which --static takes"});
+    file.found.notes.push_back(
+        {dump.line, DumpNote::Kind::doubtful, "the dump contains static metadata; use --static"});
   }
   std::ranges::stable_sort(file.found.notes, {}, &DumpNote::line);
 }
@@ -212,11 +212,11 @@ std::vector<std::string> assumptions(const DumpOptions& options, const DumpHook&
   if (hook.call == UpdateSessionParams::kName) assumed.emplace_back("no streams");
   const std::size_t count = hook.containers.size();
   for (std::size_t i = dumps.size() % count; i > 0 && i < count; ++i) {
-    assumed.push_back("nothing in \"" + std::string(hook.containers[i]) + "\"");
+    assumed.push_back("\"" + std::string(hook.containers[i]) + "\" empty");
   }
   if (!options.properties.contains("ro.product.model.zdm")) assumed.emplace_back("no product");
   if (!options.eventStore.contains("APP_TYPE")) assumed.emplace_back("no app type");
-  if (hasClock) assumed.emplace_back("the clock of a file's name");
+  if (hasClock) assumed.emplace_back("clock from the file name");
   if (options.statics && options.statics->found.dumps.size() > 1) {
     assumed.emplace_back("the first dump as static metadata");
   }
@@ -260,8 +260,9 @@ DumpFile dumpFile(std::string name, std::string_view text) {
   DumpFile file{.name = name == "-" ? "standard input" : std::move(name), .found = dumpsIn(text)};
   if (file.found.dumps.empty()) {
     throw InputError(
-        "no dump of metadata: no line has \"Dumping camera metadata array: 13 / 40 entries\", "
-        "nor an entry such as \"android.control.captureIntent (1000d): byte[1]\"");
+        "no metadata dump found: expected a line such as "
+        "\"Dumping camera metadata array: 13 / 40 entries\" or "
+        "\"android.control.captureIntent (1000d): byte[1]\"");
   }
   for (const Dump& dump : file.found.dumps) {
     if (!dump.entries.empty() || dump.problem.empty()) continue;

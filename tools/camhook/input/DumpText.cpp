@@ -51,7 +51,8 @@ class DumpFinder {
     while (!mOpen.empty()) close(mOpen.front());
     if (mOlder > 0) {
       note(mOlderLine, DumpNote::Kind::leftOut,
-           "entries after the end of a dump, of an older one: " + std::to_string(mOlder));
+           "ignored " + std::to_string(mOlder) +
+               " entries after the end of a dump (left by an older dump)");
     }
     std::ranges::stable_sort(mFound.notes, {}, &DumpNote::line);
     return std::move(mFound);
@@ -107,7 +108,7 @@ class DumpFinder {
     const std::size_t slash = counts.find(" / ");
     const auto announced = wholeNumber<std::size_t>(counts.substr(0, slash));
     if (!announced || slash == std::string_view::npos) {
-      note(mLine, DumpNote::Kind::incomplete, "the dump does not have its number of entries");
+      note(mLine, DumpNote::Kind::incomplete, "the dump's first line has no entry count");
       return;
     }
     open(source, *announced);
@@ -163,8 +164,8 @@ class DumpFinder {
     constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
     if (isCutOff && dump.announced != kUnknown) {
       note(mFound.dumps[dump.index].line, DumpNote::Kind::incomplete,
-           "the dump is cut off: " + std::to_string(dump.begun) + " entries of " +
-               std::to_string(dump.announced));
+           "the dump is cut off: " + std::to_string(dump.begun) + " of " +
+               std::to_string(dump.announced) + " entries");
     }
     mOpen.erase(mOpen.begin() + (&dump - mOpen.data()));
   }
@@ -175,14 +176,14 @@ class DumpFinder {
     Dump& found = mFound.dumps[dump.index];
     try {
       auto taken = entry.take(isCutOff);
-      if (!dump.tags.insert(entry.tag()).second) throw InputError("occurs twice");
+      if (!dump.tags.insert(entry.tag()).second) throw InputError("duplicate tag");
       const std::string doubt = entry.doubt(taken);
       if (!doubt.empty()) note(dump.entryLine, DumpNote::Kind::doubtful, entry.title() + doubt);
       found.entries.push_back(std::move(taken));
     } catch (const InputError& error) {
       const std::string problem = error.what();
       if (found.problem.empty()) found.problem = entry.title() + ": " + problem;
-      note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " is left out: " + problem);
+      note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " skipped: " + problem);
     }
     dump.entry.reset();
   }

@@ -30,7 +30,7 @@ struct Closer {
 std::size_t lengthOf(int file) {
   struct stat status {};
   if (fstat(file, &status) != 0) failToRead();
-  if (S_ISDIR(status.st_mode)) throw InputError("is a folder");
+  if (S_ISDIR(status.st_mode)) throw InputError("is a directory");
   if (S_ISBLK(status.st_mode) || (S_ISCHR(status.st_mode) && isatty(file) == 0)) {
     throw InputError("is a device");
   }

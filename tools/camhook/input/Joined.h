@@ -18,4 +18,11 @@ inline std::string joined(const std::vector<std::string>& texts, std::string_vie
   return all;
 }
 
+/// "A, B or C" with the separator " or ". `texts` is not empty.
+inline std::string listed(std::vector<std::string> texts, std::string_view lastSeparator) {
+  const std::string last = texts.back();
+  texts.pop_back();
+  return texts.empty() ? last : joined(texts, ", ").append(lastSeparator) + last;
+}
+
 }  // namespace camhook

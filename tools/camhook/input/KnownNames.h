@@ -16,26 +16,26 @@ inline constexpr KnownName kKnownProperties[] = {
     {"ro.product.model.zdm", "The product's model, such as KX0107"},
     {"vendor.camera.dumprawhifmetadata", "1: a still capture's metadata is dumped to a file"},
     {"vendor.debug.camera.VideoFlip", "Not 0: the front camera's video is flipped; by default 1"},
-    {"vendor.debug.camera.fps.low", "Lower bound of a frame rate set by hand"},
-    {"vendor.debug.camera.fps.max", "Upper bound of a frame rate set by hand"},
+    {"vendor.debug.camera.fps.low", "Lower bound of a forced fps range"},
+    {"vendor.debug.camera.fps.max", "Upper bound of a forced fps range"},
 };
 
 inline constexpr KnownName kKnownEvents[] = {
     {"APP_MODE", "The camera app's mode: Professional, or none"},
-    {"APP_NAME", "The app's name or mode, by which the tuning profile goes"},
-    {"APP_TYPE", "Which app has the camera"},
-    {"HESK_COLOURTEMPERATURE", "Colour temperature, as the request hook leaves it"},
-    {"HESK_CURRENTUIMODE", "The camera app's user-interface module, as the request hook leaves it"},
+    {"APP_NAME", "App name or mode; selects the tuning profile"},
+    {"APP_TYPE", "App that uses the camera"},
+    {"HESK_COLOURTEMPERATURE", "Colour temperature; written by the request hook"},
+    {"HESK_CURRENTUIMODE", "The camera app's user-interface module; written by the request hook"},
     {"HESK_EV", "Exposure value, for results"},
     {"HESK_EXP", "Exposure time in microseconds, for results"},
     {"HESK_ISO", "Sensitivity, for results"},
-    {"HESK_ISSECONDSNAPSHOT", "Whether it is a second snapshot, as the request hook leaves it"},
-    {"HESK_MOTIONLEVEL", "Level of motion, as the request hook leaves it"},
+    {"HESK_ISSECONDSNAPSHOT", "Whether it is a second snapshot; written by the request hook"},
+    {"HESK_MOTIONLEVEL", "Level of motion; written by the request hook"},
     {"HESK_VIDEONRRECOMMAND", "Noise reduction that video at night recommends, for results"},
-    {"MTK_AWBMODE", "White balance, as the request hook leaves it"},
-    {"MTK_EXPTIME", "Exposure time in ns, as the request hook leaves it"},
-    {"MTK_ISO", "Sensitivity, as the request hook leaves it"},
-    {"PREVIEW_SCENEMODE", "Scene of the preview, as the result hook leaves it"},
+    {"MTK_AWBMODE", "White balance; written by the request hook"},
+    {"MTK_EXPTIME", "Exposure time in ns; written by the request hook"},
+    {"MTK_ISO", "Sensitivity; written by the request hook"},
+    {"PREVIEW_SCENEMODE", "Scene of the preview; written by the result hook"},
 };
 
 /// Values of "APP_TYPE". Two of them differ only in the case of a letter.

@@ -44,7 +44,7 @@ bool readName(const Value& value, std::uint32_t tag, T& item) {
   if (numberFromHexadecimal(value.text())) return false;
   std::vector<std::string_view> names;
   for (const host::AndroidTag::Value& each : known->values) names.push_back(each.name);
-  value.fail("no value of " + std::string(known->name) + nearNames(value.text(), names));
+  value.fail("unknown value of " + std::string(known->name) + nearNames(value.text(), names));
   return true;
 }
 
@@ -97,8 +97,8 @@ void checkCount(const Value& items, std::size_t count, const TagDescription& inf
   const bool isChecked = info.count != kAnyCount && info.count <= kMostChecked;
   if (!isChecked || count == 0 || count == info.count) return;
   items.warn([&] {
-    return "the catalogue has " + std::to_string(info.count) +
-           (info.count == 1 ? " item" : " items") + ", not " + std::to_string(count);
+    return "expected " + std::to_string(info.count) + (info.count == 1 ? " item" : " items") +
+           " as in the catalogue, found " + std::to_string(count);
   });
 }
 
@@ -125,8 +125,9 @@ void readTypedItems(const Value& value, std::uint32_t tag, const TagDescription*
       (type->text() == "uint8" || (type->text() == "int32" && findEnumeration(tag) != nullptr));
   if (!items->isList() && !isText) return items->failUnless("a list");
   if (info != nullptr && info->type != type->text()) {
-    type->warn(
-        [&] { return "the catalogue has " + std::string(info->type) + ", not " + type->text(); });
+    type->warn([&] {
+      return "expected " + std::string(info->type) + " as in the catalogue, found " + type->text();
+    });
   }
   const std::size_t count = read(*items, tag, target);
   if (info != nullptr && info->type == type->text()) checkCount(*items, count, *info);
@@ -139,7 +140,7 @@ void readEntryOf(const Value& value, std::uint32_t tag, const TagDescription* in
   } else if (value.isList() && value.size() == 0) {
     return;
   } else if (info == nullptr) {
-    value.fail(R"(the catalogue does not list this tag: give {"type": ..., "items": [...]})");
+    value.fail(R"(unlisted tag: a type is required, {"type": ..., "items": [...]})");
   } else {
     checkCount(value, findReader(info->type)(value, tag, target), *info);
   }
@@ -151,7 +152,7 @@ void failRepeated(std::vector<std::pair<std::uint32_t, Key>>& keys) {
   for (std::size_t i = 1; i < keys.size(); ++i) {
     const auto& [tag, key] = keys[i];
     if (tag == keys[i - 1].first && key.text() != keys[i - 1].second.text()) {
-      key.fail("this tag is given twice");
+      key.fail("duplicate tag");
     }
   }
 }

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/TagCatalogue.h"
 
 namespace camhook {
@@ -56,11 +57,9 @@ std::string nearNames(std::string_view text, std::span<const std::string_view> n
   }
   std::ranges::sort(near);
   near.resize(std::min(near.size(), kMostNames));
-  std::string list;
-  for (const auto& [distance, name] : near) {
-    list += (list.empty() ? "; near: " : ", ") + std::string(name);
-  }
-  return list;
+  std::vector<std::string> found;
+  for (const auto& [distance, name] : near) found.emplace_back(name);
+  return found.empty() ? "" : "; did you mean " + listed(std::move(found), " or ") + '?';
 }
 
 std::string nearTags(std::string_view text) {

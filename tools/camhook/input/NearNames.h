@@ -12,8 +12,8 @@ namespace camhook {
 /// into the other.
 std::size_t editDistance(std::string_view left, std::string_view right);
 
-/// "; near: A, B": the most similar names, at most three, by distance and name. Case is ignored.
-/// Empty if no name is similar.
+/// "; did you mean A or B?": the most similar names, at most three, by distance and name. Case is
+/// ignored. Empty if no name is similar.
 std::string nearNames(std::string_view text, std::span<const std::string_view> names);
 
 /// The same with the tags of the catalogue.

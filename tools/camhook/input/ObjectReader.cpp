@@ -31,7 +31,7 @@ void ObjectReader::read(const Value& value,
   if (!value.isObject()) return value.failUnless("an object from device number to device");
   value.forEachMember([&](const Key& key, const Value& device) {
     const std::int32_t id = wholeNumber<std::int32_t>(key.text()).value_or(0);
-    if (std::to_string(id) != key.text()) key.fail("a device's key is its number");
+    if (std::to_string(id) != key.text()) key.fail("expected a device number");
     read(device, target[id]);
   });
 }

@@ -38,7 +38,7 @@ struct UpdateSessionParams {
   static constexpr std::string_view kMeaning = "The session hook";
   std::int32_t sensor = 0;
   MetadataArgument meta;
-  std::vector<Stream> streams;  // no two of one id
+  std::vector<Stream> streams;  // ids are unique
 };
 
 struct UpdateRequestMeta {

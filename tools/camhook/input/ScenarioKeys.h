@@ -186,7 +186,7 @@ template <typename V, typename CallType>
 void ownKeysOf(V& /*visit*/, CallType& /*call*/) {}
 
 void ownKeysOf(auto& visit, UpdateSessionParams& call) {
-  visit.must("streams", call.streams, "The configured streams, no two of one id");
+  visit.must("streams", call.streams, "The configured streams; ids are unique");
 }
 
 void ownKeysOf(auto& visit, UpdateCaptureRawParameter& call) {
@@ -200,7 +200,7 @@ void ownKeysOf(auto& visit, UpdateTuningData& call) {
 }
 
 void ownKeysOf(auto& visit, TranslateResultRegion& call) {
-  visit.must("value", call.value, "Its ratio to the camera's field of view is that of the zoom");
+  visit.must("value", call.value, "Divided by the camera's field of view it gives the zoom ratio");
   visit.must("cameraId", call.cameraId);
   visit.must("tag", WideTag{call.tag});
 }

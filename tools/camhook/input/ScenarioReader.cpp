@@ -22,7 +22,7 @@ void checkTogether(const Value& value, const UpdateSessionParams& call) {
   std::size_t index = 0;
   const auto check = [&](const Value& stream) {
     if (ids.insert(call.streams[index++].id).second) return;
-    stream.failAt("id", "this id is given twice");
+    stream.failAt("id", "duplicate id");
   };
   const auto streams = value.find("streams");
   if (streams && streams->size() == call.streams.size()) streams->forEachItem(check);

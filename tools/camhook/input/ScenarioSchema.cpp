@@ -225,7 +225,7 @@ void addEntries(Json& definitions) {
     Json items = listOf(reference(type));
     List alternatives{reference(type), items};
     if (type == "uint8") {
-      items = anyOf({items, described("One item a byte", ofType("string"))});
+      items = anyOf({items, described("One item per byte", ofType("string"))});
       alternatives = {Object{{"type", "integer"}, {"minimum", 0}, {"maximum", 255}}, items};
     }
     alternatives.push_back(reference("typed"));

@@ -56,7 +56,7 @@ std::string Value::shown() const {
 }
 
 void Value::failUnless(const std::string& expected) const {
-  fail(isHeard() ? "must be " + expected + ", not " + shown() : std::string());
+  fail(isHeard() ? "expected " + expected + ", found " + shown() : std::string());
 }
 
 void Value::failRepeatedKeys() const {
@@ -75,7 +75,7 @@ void Value::failRepeatedKeys() const {
     return order != 0 ? order < 0 : left < right;
   });
   for (std::size_t i = 1; i < members.size(); ++i) {
-    if (members[i - 1]->key == members[i]->key) Key(*mSource, *members[i]).fail("given twice");
+    if (members[i - 1]->key == members[i]->key) Key(*mSource, *members[i]).fail("duplicate key");
   }
 }
 

@@ -109,7 +109,7 @@ class Value : public Located {
   /// A short form for messages.
   [[nodiscard]] std::string shown() const;
 
-  /// Reports a value of another form: "must be a text, not 3".
+  /// Reports a value of another form: "expected a text, found 3".
   void failUnless(const std::string& expected) const;
 
   /// Reports a fault of a missing key.

@@ -48,7 +48,7 @@ Step StepFinder::find(std::span<void* const> returnAddresses) {
   }
   if (!mHasWarned) {
     mHasWarned = true;
-    std::cerr << "camhook: steps without debug information of the library are shown as ?\n";
+    std::cerr << "camhook: some library code has no debug information; its steps are shown as ?\n";
   }
   return {};
 }

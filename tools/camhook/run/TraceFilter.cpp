@@ -66,10 +66,12 @@ std::size_t callFromText(const std::string& text, std::size_t count,
   if (text == "last" && count > 0) return count - 1;
   const auto number = wholeNumber<std::size_t>(text);
   if (text != "last" && !number) {
-    throw InputError("CALL must be a number from 1, last, or requestNo:N, not " + jsonText(text));
+    throw InputError("expected a call number from 1, last, or requestNo:N, found " +
+                     jsonText(text));
   }
   if (!number || *number < 1 || *number > count) {
-    throw InputError("there is no call " + text + ": the scenario has " + std::to_string(count));
+    throw InputError("no call " + text + ": the scenario has " + std::to_string(count) +
+                     (count == 1 ? " call" : " calls"));
   }
   return *number - 1;
 }

@@ -11,7 +11,7 @@
     const isMet = isAsked && compared.met.includes(field);
     if (!isCondition && !isMet) return element("td");
     const text = isCondition && conditions[field] !== "" ? page.plain(conditions[field]) : "none";
-    if (!isAsked) return element("td.unasked", { title: "never asked" }, text);
+    if (!isAsked) return element("td.unasked", { title: "not compared" }, text);
     return isMet ? element("td.met", `✓ ${text}`) : element("td.unmet", `✗ ${text}`);
   };
 
@@ -25,7 +25,7 @@
   const stageOf = (decision, fields, filter, index) => {
     const note = filter.found === null ? "no row" : `row ${filter.found}`;
     const kind = filter.asked ? (filter.found === null ? "" : "decided") : "unasked";
-    const text = `${index + 1}  ${filter.title}: ${filter.asked ? note : "never asked"}`;
+    const text = `${index + 1}  ${filter.title}: ${filter.asked ? note : "not run"}`;
     const head = element("th", { scope: "rowgroup", colspan: fields.length + 3 }, text);
     const rows = rowsOf(decision, filter).map((row) => {
       const compared = filter.rows.find((each) => each.row === row.row);
@@ -84,7 +84,7 @@
 
   const answerOf = (decision) => {
     const { base, decidedBy, product, list } = decision;
-    const rule = base.row === null ? "no row is taken" : `row ${base.row} of ${product} ${list}`;
+    const rule = base.row === null ? "no row matches" : `row ${base.row} of ${product} ${list}`;
     const isOverride = decidedBy.kind === "override";
     const by = isOverride ? `${decidedBy.text}. The rules alone give ${mode(base)}: ${rule}.` : `${rule}.`;
     return element("p.answer", element("b", mode(decision)), isOverride ? `, decided by ${by}` : `: ${by}`);
