@@ -23,7 +23,7 @@ HOSTILE = "</script><script>alert(1)</script><!--\"'&<b>\x1b\u202e"
 
 
 def run(*words, text=""):
-    done = subprocess.run([*CAMHOOK, *map(str, words)], input=text.encode(), capture_output=True, timeout=60)
+    done = subprocess.run([*CAMHOOK, *map(str, words)], input=text.encode(), capture_output=True, timeout=300)
     assert done.returncode == 0 and done.stderr in (b"", NO_STEPS), done
     return done.stdout.decode()
 
@@ -119,6 +119,7 @@ class TraceTest(unittest.TestCase):
             self.assertEqual((data["title"], data["scenario"]), (path.stem, json.loads(path.read_text())))
             for number, decision in data["decisions"].items():
                 self.assertEqual(decision, json.loads(run("decide", "--json", "--scenario", path, "--call", number)))
+                self.assertEqual(decision["scenario"], data["trace"]["calls"][int(number) - 1]["return"])
             rectangles[path.stem] = data["rectangles"]
         self.assertEqual(rectangles["still_burst"], {})
         self.assertEqual(rectangles["raw_capture"], {"2": [
