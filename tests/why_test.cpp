@@ -24,19 +24,19 @@
 
 namespace {
 
-using camhook::Json;
+using namespace camhook;
 
 std::string textOf(const Json& value) { return value.isText() ? value.text() : ""; }
 
 /// Returns the output of `camhook why --json`; `tag` may name its container.
 Json explanationOf(const std::string& scenario, const std::string& call, const std::string& tag,
                    const std::string& want = "") {
-  const camhook::Question question = camhook::readQuestion(scenario, call, tag);
-  std::optional<camhook::Wanted> wanted;
+  const Question question = readQuestion(scenario, call, tag);
+  std::optional<Wanted> wanted;
   if (!want.empty()) wanted.emplace(want, question);
   std::ostringstream out;
-  camhook::writeJson(out, question, camhook::explain(question, wanted));
-  return camhook::parseJson(out.str());
+  writeJson(out, question, explain(question, wanted));
+  return parseJson(out.str());
 }
 
 Json explanationOfStored(const std::string& file, const std::string& call, const std::string& tag,
@@ -46,27 +46,27 @@ Json explanationOfStored(const std::string& file, const std::string& call, const
 
 /// Replays a scenario on updaters of its own and passes each call's trace to `use`. Returns the
 /// event store at the end.
-host::TextMap replay(const std::string& text, camhook::Replay::Detail detail,
-                     const std::function<void(const camhook::CallTrace&)>& use) {
-  const camhook::Scenario scenario = camhook::readScenario(text);
-  camhook::OwnUpdaters updaters;
-  camhook::Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
-  if (detail == camhook::Replay::Detail::containers) host::LogSink::enableLevels({});
-  for (const camhook::ScenarioCall& call : scenario.calls) use(replay.run(call, detail));
+host::TextMap replay(const std::string& text, Replay::Detail detail,
+                     const std::function<void(const CallTrace&)>& use) {
+  const Scenario scenario = readScenario(text);
+  OwnUpdaters updaters;
+  Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
+  if (detail == Replay::Detail::containers) host::LogSink::enableLevels({});
+  for (const ScenarioCall& call : scenario.calls) use(replay.run(call, detail));
   return replay.phone().eventStore.all();
 }
 
 /// Returns the value of the tag, or the return value, after the last call of a scenario, in the
 /// format of an explanation.
 Json answerOf(const Json& document, const Json& explanation) {
-  camhook::CallTrace trace;
-  replay(camhook::lineOfJson(document), camhook::Replay::Detail::containers,
-         [&](const camhook::CallTrace& call) { trace = call; });
+  CallTrace trace;
+  replay(lineOfJson(document), Replay::Detail::containers,
+         [&](const CallTrace& call) { trace = call; });
   if (explanation["container"].isNull()) return trace.result;
-  for (const camhook::ContainerTrace& each : trace.containers) {
+  for (const ContainerTrace& each : trace.containers) {
     if (each.name != explanation["container"] || !each.after) continue;
-    const auto& entry = each.after->entryFor(camhook::tagFromText(explanation["tag"].text()));
-    return entry.isEmpty() ? Json() : camhook::jsonFromEntry(entry);
+    const auto& entry = each.after->entryFor(tagFromText(explanation["tag"].text()));
+    return entry.isEmpty() ? Json() : jsonFromEntry(entry);
   }
   return {};
 }
@@ -85,7 +85,6 @@ Json changed(Json document, const Json& input, const Json& to) {
   const std::string key = textOf(input["key"]);
   Json& calls = document["calls"];
   Json& platform = document["platform"];
-  const std::string text = to.isText() ? to.text() : "";
   if (kind == "metadata") {
     Json& call = calls.items().back();
     const bool hasMetaOf = call.find("metaOf") != nullptr;
@@ -98,18 +97,18 @@ Json changed(Json document, const Json& input, const Json& to) {
   } else if (kind == "static") {
     put(platform["devices"][std::to_string(input["device"].integer<int>().value())]["static"], key,
         to);
-  } else if (kind == "event") {
+  } else if (kind == "event" || kind == "property") {
+    const bool isEvent = kind == "event";
     calls.items().insert(calls.items().end() - 1,
-                         Json{{"call", "setEvent"}, {"key", key}, {"value", text}});
-  } else if (kind == "property") {
-    calls.items().insert(calls.items().end() - 1,
-                         Json{{"call", "setProperty"}, {"name", key}, {"value", text}});
+                         Json{{"call", isEvent ? "setEvent" : "setProperty"},
+                              {isEvent ? "key" : "name", key},
+                              {"value", textOf(to)}});
   } else if (kind == "provider") {
     put(platform, "provider", to.isNull() ? Json() : Json{{"fpsCap", to}});
   } else if (kind == "argument") {
-    camhook::setValueAt(calls.items().back(), key, to);
+    setValueAt(calls.items().back(), key, to);
   } else if (kind == "platform") {
-    camhook::setValueAt(platform, key, to);
+    setValueAt(platform, key, to);
   } else {
     const auto index = input["index"].integer<std::ptrdiff_t>().value();
     calls.items().erase(calls.items().begin() + index - 1);
@@ -141,8 +140,8 @@ void checkInputs(const Json& document, const Json& explanation) {
   EXPECT_EQ(answerOf(document, explanation), explanation["after"]);
   for (const Json& input : explanation["inputs"].items()) {
     const auto where = [&](const Json& to) {
-      return camhook::lineOfJson(explanation["tag"]) + ": " + camhook::lineOfJson(input["kind"]) +
-             ' ' + textOf(input["key"]) + " to " + camhook::lineOfJson(to);
+      return lineOfJson(explanation["tag"]) + ": " + lineOfJson(input["kind"]) + ' ' +
+             textOf(input["key"]) + " to " + lineOfJson(to);
     };
     const Json& changes = input["changes"];
     EXPECT_EQ(input["counts"], (changes.size() > 0));
@@ -175,7 +174,7 @@ class ExplainedScenario : public testing::TestWithParam<std::string> {};
 
 /// Checks one tag for each hook; the scenario's name selects the tag.
 TEST_P(ExplainedScenario, MatchesReplays) {
-  Json document = camhook::parseJson(contentOf(kScenarios / (GetParam() + ".json")));
+  Json document = parseJson(contentOf(kScenarios / (GetParam() + ".json")));
   if (document["platform"].find("clock") == nullptr)
     document["platform"]["clock"] = "2021-03-04T05:06:07";
   const Json calls = document["calls"];
@@ -189,7 +188,7 @@ TEST_P(ExplainedScenario, MatchesReplays) {
                                    calls.items().begin() + static_cast<std::ptrdiff_t>(count));
     const std::string& tag =
         *std::next(tags.begin(), static_cast<std::ptrdiff_t>(seed % tags.size()));
-    checkInputs(document, explanationOf(camhook::lineOfJson(document), "last", tag));
+    checkInputs(document, explanationOf(lineOfJson(document), "last", tag));
   }
 }
 
@@ -215,13 +214,13 @@ TEST(Why, FindsValuesThatLibraryComparesWith) {
       explanationOfStored("third_party_apps.json", "1", "MTK_CONTROL_AE_TARGET_FPS_RANGE");
   const Json& step = limited["writes"][0]["step"];
   EXPECT_TRUE(step == "limitFrameRate" || step == "?")
-      << camhook::lineOfJson(step);  // without debug information
-  EXPECT_EQ(outcomesOf(limited, "APP_NAME"), camhook::parseJson("[[null, [15, 30]]]"));
+      << lineOfJson(step);  // without debug information
+  EXPECT_EQ(outcomesOf(limited, "APP_NAME"), parseJson("[[null, [15, 30]]]"));
   const Json mode = explanationOf(R"({
     "platform": {"eventStore": {"APP_TYPE": "heskCamera"}}, "calls": [
     {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1, "meta": {}}]})",
                                   "1", "HESK_EISSTATE");
-  EXPECT_EQ(outcomesOf(mode, "COM_HESK_CURRENTUIMODULE"), camhook::parseJson("[[[26], [0]]]"));
+  EXPECT_EQ(outcomesOf(mode, "COM_HESK_CURRENTUIMODULE"), parseJson("[[[26], [0]]]"));
   const Json moon = explanationOfStored("super_moon_zoom.json", "1", "MTK_CONTROL_RAW_TYPE", "60");
   EXPECT_EQ(outcomesOf(moon, "HESK_CONTROL_ZOOM_ZOOM_RATIO").size(), 1U);
   const Json decision = explanationOf(R"({
@@ -231,7 +230,7 @@ TEST(Why, FindsValuesThatLibraryComparesWith) {
      "height": 0}]})",
                                       "1", "return");
   EXPECT_EQ(decision["after"], 255);
-  const std::string inputs = camhook::lineOfJson(decision["inputs"]);
+  const std::string inputs = lineOfJson(decision["inputs"]);
   EXPECT_NE(inputs.find(R"({"to": "FaceUnlock", "gives": 8})"), std::string::npos);
   EXPECT_NE(inputs.find(R"({"to": {"type": "int32", "items": [24]}, "gives": 0})"),
             std::string::npos);
@@ -239,11 +238,10 @@ TEST(Why, FindsValuesThatLibraryComparesWith) {
 
 TEST(Why, FindsPairsOfChanges) {
   // A pair of properties that one step reads, and a pair of tags that another call has.
-  const Json bounds =
-      camhook::parseJson(R"({"platform": {"clock": "2021-03-04T05:06:07"}, "calls": [
+  const Json bounds = parseJson(R"({"platform": {"clock": "2021-03-04T05:06:07"}, "calls": [
     {"call": "updateRequestMeta", "sensor": 0, "requestNo": 1,
      "meta": {"MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 24]}}]})");
-  Json moon = camhook::parseJson(contentOf(kScenarios / "super_moon_zoom.json"));
+  Json moon = parseJson(contentOf(kScenarios / "super_moon_zoom.json"));
   moon["calls"][1]["meta"].erase("HESK_CONTROL_MOONMODE");
   moon["calls"][1]["meta"].erase("HESK_CONTROL_ZOOM_ZOOM_RATIO");
   const std::tuple<Json, std::string, std::string, std::string, std::string> rows[] = {
@@ -254,32 +252,31 @@ TEST(Why, FindsPairsOfChanges) {
        R"("key": "HESK_CONTROL_MOONMODE", "to": {"type": "int32", "items": [3]}}, )"
        R"({"kind": "metadata", "container": "meta", "key": "HESK_CONTROL_ZOOM_ZOOM_RATIO")"}};
   for (const auto& [document, call, tag, want, pair] : rows) {
-    const Json found = explanationOf(camhook::lineOfJson(document), call, tag, want);
-    const std::string together = camhook::lineOfJson(found["together"]);
+    const Json found = explanationOf(lineOfJson(document), call, tag, want);
+    const std::string together = lineOfJson(found["together"]);
     EXPECT_NE(together.find(pair), std::string::npos) << together;
     for (const Json& each : found["together"].items()) {
       Json both = document;
       both["calls"].items().resize(std::stoul(call));
       for (const Json& change : each["changes"].items()) both = changed(both, change, change["to"]);
-      EXPECT_EQ(answerOf(both, found), each["gives"]) << camhook::lineOfJson(each);
+      EXPECT_EQ(answerOf(both, found), each["gives"]) << lineOfJson(each);
     }
   }
 }
 
 TEST(Why, FollowsContainerOfEarlierCall) {
-  const Json document = camhook::parseJson(R"({
+  const Json document = parseJson(R"({
     "platform": {"provider": {"fpsCap": 24}, "clock": "2021-03-04T05:06:07"}, "calls": [
       {"call": "createInstance", "sensor": 1},
       {"call": "updateRequestMeta", "sensor": 1, "requestNo": 1,
        "meta": {"MTK_CONTROL_AE_TARGET_FPS_RANGE": [15, 30], "HESK_CONTROL_MOONMODE": 3}},
       {"call": "updateResultMeta", "sensor": 1, "requestNo": 1, "metaOf": 2,
        "meta": {"HESK_CONTROL_MOONMODE": []}}]})");
-  const Json range =
-      explanationOf(camhook::lineOfJson(document), "3", "MTK_CONTROL_AE_TARGET_FPS_RANGE");
+  const Json range = explanationOf(lineOfJson(document), "3", "MTK_CONTROL_AE_TARGET_FPS_RANGE");
   checkInputs(document, range);
-  EXPECT_EQ(range["after"]["items"], camhook::parseJson("[5, 24]"));
+  EXPECT_EQ(range["after"]["items"], parseJson("[5, 24]"));
   // Only call 2 reads the provider.
-  EXPECT_EQ(outcomesOf(range, "")[0], camhook::parseJson("[null, [15, 30]]"));
+  EXPECT_EQ(outcomesOf(range, "")[0], parseJson("[null, [15, 30]]"));
   EXPECT_EQ(range["inputs"].items().back()["index"], 1) << "call 2 cannot be left out";
 }
 
@@ -295,11 +292,11 @@ TEST(OwnUpdaters, KeepNoStateForNextReplay) {
   const std::string without = scenario("");
   for (const std::string& each : {with, without, with}) {
     std::ostringstream out;
-    camhook::JsonTrace trace(out);
-    trace.finish(replay(each, camhook::Replay::Detail::all,
-                        [&](const camhook::CallTrace& call) { trace.write(call); }));
+    JsonTrace trace(out);
+    trace.finish(
+        replay(each, Replay::Detail::all, [&](const CallTrace& call) { trace.write(call); }));
     EXPECT_EQ(out.str(), camhookWith("replay --json -", each).output);
-    const Json fresh = camhook::parseJson(
+    const Json fresh = parseJson(
         camhookWith("why --json - 3 MTK_CONTROL_AE_TARGET_FPS_RANGE", each, "2>/dev/null").output);
     EXPECT_GT(fresh["inputs"].size(), 0U);
     EXPECT_EQ(explanationOf(each, "3", "MTK_CONTROL_AE_TARGET_FPS_RANGE")["inputs"],
