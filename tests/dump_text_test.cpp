@@ -55,13 +55,13 @@ std::string isoDump(int iso) {
   return dumpWith(1, "  vendor.iso (c0030030): int32[1]\n    [" + std::to_string(iso) + " ]\n");
 }
 
-/// Returns the text with `before` and `behind` added to each line.
+/// Returns the text with `before` and `after` added to each line.
 std::string lines(const std::string& text, const std::string& before,
-                  const std::string& behind = "") {
+                  const std::string& after = "") {
   std::istringstream in(text);
   std::string all;
   for (std::string line; std::getline(in, line);) {
-    all.append(before).append(line).append(behind).append("\n");
+    all.append(before).append(line).append(after).append("\n");
   }
   return all;
 }
@@ -121,10 +121,11 @@ TEST(DumpText, FindsConsecutiveAndInterleavedDumps) {
     std::istringstream second(isoDump(2));
     std::string mixed;
     for (std::string line; std::getline(first, line);) {
-      mixed += head + line + '\n';
-      if (std::getline(second, line)) mixed += otherHead + line + '\n';
+      mixed.append(head).append(line).append("\n");
+      if (std::getline(second, line)) mixed.append(otherHead).append(line).append("\n");
     }
-    const auto found = dumpsIn(mixed + '\n' + dumpWith(0, "") + null + isoDump(3));
+    mixed.append("\n").append(dumpWith(0, "")).append(null).append(isoDump(3));
+    const DumpsOfText found = dumpsIn(mixed);
     ASSERT_EQ(found.dumps.size(), 5U) << head;
     EXPECT_EQ(dumped(found.dumps[0]), metadataOf(R"({"HESK_CONTROL_ISO": 1})"));
     EXPECT_EQ(dumped(found.dumps[1]), metadataOf(R"({"HESK_CONTROL_ISO": 2})"));

@@ -238,7 +238,8 @@ TEST(Rules, ChangesGiveWantedMode) {
   for (const SensorModeCfg& rule : table.sensor0Video) {
     if (!modes.insert(rule.sensorMode).second) continue;
     const std::string want = std::to_string(rule.sensorMode);
-    const Json decision = parseJson(camhookWith(inputs + " --json --want " + want).output);
+    const std::string words = std::string(inputs).append(" --json --want ").append(want);
+    const Json decision = parseJson(camhookWith(words).output);
     const Json& found = decision["want"]["smallest"];
     ASSERT_GT(found.size(), 0U) << want;
     for (const Json& each : found.items()) {

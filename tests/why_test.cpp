@@ -287,7 +287,7 @@ TEST(OwnUpdaters, KeepNoStateForNextReplay) {
       {"call": "updateRequestMeta", "sensor": 0, "requestNo": 2, "meta": {}}]})";
   for (const bool hasProvider : {true, false, true}) {
     const std::string provider = hasProvider ? R"("provider": {"fpsCap": 20}, )" : "";
-    const std::string scenario = R"({"platform": {)" + provider + calls;
+    const std::string scenario = std::string(R"({"platform": {)").append(provider).append(calls);
     std::size_t reads = 0;
     replay(scenario, Replay::Detail::accesses, [&](const CallTrace& call) {
       for (const StepAccess& each : *call.accesses) {
@@ -322,7 +322,7 @@ TEST(Why, BeginsWithAnswer) {
   }
 }
 
-TEST(Why, ExitStatusIsThatOfSearch) {
+TEST(Why, ExitsWith1IfNoChangeGivesValue) {
   EXPECT_EQ(camhookWith("why super_moon_zoom.json 1 MTK_CONTROL_RAW_TYPE --want 60").status, 0);
   EXPECT_EQ(camhookWith("why - 2 MTK_CONTROL_RAW_TYPE --want 77",
                         R"({"calls": [{"call": "createInstance", "sensor": 11},
