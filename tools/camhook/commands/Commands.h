@@ -4,18 +4,15 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
-#include <variant>
 
 #include <CLI/CLI.hpp>
 
 #include "tools/camhook/commands/CommandLine.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/InputFile.h"
-#include "tools/camhook/input/Scenario.h"
 
 namespace camhook {
 
@@ -39,11 +36,6 @@ auto readFile(const std::string& file, auto read) {
   } catch (const InputError& error) {
     throw InputError(error.faults(), nameOfInput(file));
   }
-}
-
-/// The title of a page: "still_burst" for "scenarios/still_burst.json".
-inline std::string titleOfPage(const std::string& file) {
-  return printable(std::filesystem::path(nameOfInput(file)).stem().string());
 }
 
 /// Calls `write` with the stream of a file, or of standard output for "-". Throws InputError if the

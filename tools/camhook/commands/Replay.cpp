@@ -72,6 +72,11 @@ host::PhoneConfig platformOf(const ScenarioText& scenario) {
   return platform;
 }
 
+/// The title of a page: "still_burst" for "scenarios/still_burst.json".
+std::string titleOfPage(const std::string& file) {
+  return printable(std::filesystem::path(nameOfInput(file)).stem().string());
+}
+
 /// Runs the scenario and writes its trace to `out` in the form that the options request. Returns
 /// false if the filters match no call.
 bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario) {

@@ -23,11 +23,11 @@ bool leaveOut(const std::vector<Change>& changes, std::size_t call) {
 void addArguments(ReadInputs& inputs, const Json& value, const std::string& place) {
   if (value.size() == 0 || place == "streams") inputs.add({.kind = Kind::argument, .key = place});
   for (std::size_t i = 0; value.isList() && i < value.size(); ++i) {
-    addArguments(inputs, value[i], place + "[" + std::to_string(i) + "]");
+    addArguments(inputs, value[i], std::string(place).append("[").append(std::to_string(i)) + "]");
   }
   if (!value.isObject()) return;
   for (const auto& [key, member] : value.members()) {
-    addArguments(inputs, member, place.empty() ? key : place + "." + key);
+    addArguments(inputs, member, place.empty() ? key : std::string(place).append(".") + key);
   }
 }
 

@@ -66,6 +66,13 @@ std::vector<std::array<std::size_t, 3>> pairsOf(const Explanation& explanation,
 void findPairs(Explanation& explanation, Reruns& reruns,
                const std::vector<Candidates::List>& candidates, const Wanted& wanted) {
   auto& found = explanation.together.emplace();
+  const auto isMet = [&](std::vector<Change> changes) {
+    ++explanation.triedPairs;
+    const Json* const gives = reruns.run(changes);
+    if (gives == nullptr || !wanted.isMetBy(*gives)) return false;
+    found.push_back({std::move(changes), *gives});
+    return true;
+  };
   const auto isFound = [&](std::size_t first, std::size_t second, bool isLikely) {
     const auto& [firsts, likelyFirsts] = candidates[first];
     const auto& [seconds, likelySeconds] = candidates[second];
@@ -73,13 +80,10 @@ void findPairs(Explanation& explanation, Reruns& reruns,
       for (std::size_t k = 0; k < (isLikely ? likelySeconds : seconds.size()); ++k) {
         if (!isLikely && i < likelyFirsts && k < likelySeconds) continue;
         if (explanation.triedPairs == kMostReplays) return false;
-        ++explanation.triedPairs;
-        std::vector<Change> changes{{explanation.findings[first].input, firsts[i]},
-                                    {explanation.findings[second].input, seconds[k]}};
-        const Json* const gives = reruns.run(changes);
-        if (gives == nullptr || !wanted.isMetBy(*gives)) continue;
-        found.push_back({std::move(changes), *gives});
-        return true;
+        if (isMet({{explanation.findings[first].input, firsts[i]},
+                   {explanation.findings[second].input, seconds[k]}})) {
+          return true;
+        }
       }
     }
     return false;
@@ -110,13 +114,13 @@ std::optional<Input> inputFrom(const HookAccess& read, const Question& question)
 /// The steps of all hooks that write the tag, with this call's values of what they read.
 std::vector<Explanation::Writer> writersOf(const Question& question, const Reruns& reruns) {
   std::vector<Explanation::Writer> writers;
-  for (const HookAccess& write : hookAccesses()) {
+  for (const HookAccess& write : kHookAccesses) {
     if (!write.isWrite || write.group != question.container ||
         write.member != tagText(question.tag)) {
       continue;
     }
     auto& writer = writers.emplace_back(Explanation::Writer{write.hook, write.step});
-    for (const HookAccess& read : hookAccesses()) {
+    for (const HookAccess& read : kHookAccesses) {
       if (read.isWrite || read.hook != write.hook || read.step != write.step) continue;
       if (const auto input = inputFrom(read, question)) {
         writer.reads.emplace_back(*input, reruns.valueOf(*input));

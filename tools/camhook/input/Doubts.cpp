@@ -63,10 +63,10 @@ std::string productDoubt(const host::TextMap& properties, bool decides) {
 
 void Doubts::onPlatform(const Value& value, const host::PhoneConfig& platform) const {
   if (const auto properties = value.find("properties")) {
-    const std::string problem = productDoubt(platform.properties, mDecides);
+    std::string problem = productDoubt(platform.properties, mDecides);
     auto product = properties->find(kProductProperty);
     if (!product && !mSetsProduct) product = properties->find(kUnusedProductProperty);
-    if (product && !problem.empty()) product->warn([&] { return problem; });
+    if (product && !problem.empty()) product->warn([&] { return std::move(problem); });
     properties->forEachMember(
         [](const Key& key, const Value&) { doubtName(key, "this property", kKnownProperties); });
   }

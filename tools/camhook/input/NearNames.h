@@ -8,6 +8,9 @@
 
 namespace camhook {
 
+/// The text with its ASCII letters in lower case.
+std::string inLowerCase(std::string_view text);
+
 /// The number of letters to insert, remove, replace or swap with the next one that turns one text
 /// into the other.
 std::size_t editDistance(std::string_view left, std::string_view right);

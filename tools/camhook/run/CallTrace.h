@@ -26,36 +26,10 @@ struct ContainerTrace {
   MetadataArgument after;
 };
 
-/// The fields of an updater, as a trace shows them.
-struct UpdaterFields {
-  std::int32_t instanceId = 0;
-  bool hasVideoStream = false;
-  std::vector<std::array<std::uint32_t, 2>> nonZslFrames;  // request and index, by request
-  std::int32_t multicamFeatureMode = 0;
-  std::array<std::int32_t, 2> previewSize{};
-  std::int32_t captureCount = 0;
-  std::vector<std::uint32_t> streamIds;
-  std::int32_t primaryCameraDiagonalFov = 0;
-
-  friend bool operator==(const UpdaterFields&, const UpdaterFields&) = default;
-};
-
-/// Calls `visit` with the name and the member of each field, in the order of the trace.
-void forEachUpdaterField(auto visit) {
-  visit("mInstanceId", &UpdaterFields::instanceId);
-  visit("mHasVideoStream", &UpdaterFields::hasVideoStream);
-  visit("mNonZslFrames", &UpdaterFields::nonZslFrames);
-  visit("mMulticamFeatureMode", &UpdaterFields::multicamFeatureMode);
-  visit("mPreviewSize", &UpdaterFields::previewSize);
-  visit("mCaptureCount", &UpdaterFields::captureCount);
-  visit("mStreamIds", &UpdaterFields::streamIds);
-  visit("mPrimaryCameraDiagonalFov", &UpdaterFields::primaryCameraDiagonalFov);
-}
-
 /// An updater's fields before and after a call.
 struct StateTrace {
-  UpdaterFields before;
-  UpdaterFields after;
+  Json before;
+  Json after;
 };
 
 /// An access of the library to the phone, and the step that made it.

@@ -41,9 +41,13 @@ std::vector<NamedRectangle> captureRectangles(const CallTrace& trace,
   if (!array.empty()) {
     const NSCam::MSize size{array.front().w, array.front().h};
     found.push_back({"active array", {0, 0, size.w, size.h}});
-    const auto [width, height] = trace.state ? trace.state->after.previewSize : std::array{0, 0};
-    if (width > 0 && height > 0) {
-      const NSCam::MSize fitted = hesk::fitToRatio(size, hesk::aspectRatio({width, height}));
+    NSCam::MSize shown;
+    if (trace.state) {
+      const Json& sides = trace.state->after["mPreviewSize"];
+      shown = {sides[0].integer<std::int32_t>().value(), sides[1].integer<std::int32_t>().value()};
+    }
+    if (shown.w > 0 && shown.h > 0) {
+      const NSCam::MSize fitted = hesk::fitToRatio(size, hesk::aspectRatio(shown));
       preview = {hesk::wrappingSubtract(size.w, fitted.w) / 2,
                  hesk::wrappingSubtract(size.h, fitted.h) / 2, fitted.w, fitted.h};
       found.push_back({"preview area", preview});
