@@ -35,7 +35,8 @@ bool isValue(std::string_view text, std::uint32_t value) {
   return wholeNumber<std::uint32_t>(text, isHexadecimal ? 16 : 10) == value;
 }
 
-/// The tag with this name or value, else those whose name or meaning contains the text.
+/// The tag with this name or value; if there is none, the tags whose name or meaning contains the
+/// text.
 std::vector<TagDescription> tagsMatching(std::string_view text) {
   std::vector<TagDescription> tags;
   for (const TagDescription& tag : kAllTags) {
