@@ -1,4 +1,4 @@
-// The commands of the tool. Each function adds one to the command line, with its options.
+// The commands of the tool. Each function adds one command and its options to the command line.
 
 #pragma once
 
@@ -16,8 +16,8 @@
 
 namespace camhook {
 
-/// The command runs while the command line is parsed, sets `status`, which must outlive `app`, to
-/// its exit status, and may throw InputError.
+/// The command runs during parsing and may throw InputError. `status` receives its exit status and
+/// must outlive `app`.
 void addReplay(CLI::App& app, int& status);
 void addWhy(CLI::App& app, int& status);
 void addDecide(CLI::App& app, int& status);
@@ -29,7 +29,7 @@ void addReference(CLI::App& app);
 /// Writes docs/tags.md.
 void writeTagsMarkdown(std::ostream& out);
 
-/// Returns `read` of the content of a file. An InputError names the file.
+/// Calls `read` with the file's content and returns the result. An InputError names the file.
 auto readFile(const std::string& file, auto read) {
   try {
     return read(readInput(file));

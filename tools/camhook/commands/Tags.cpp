@@ -26,7 +26,8 @@ bool isValue(std::string_view text, std::uint32_t value) {
   return wholeNumber<std::uint32_t>(text, isHexadecimal ? 16 : 10) == value;
 }
 
-/// The tag with this name or value, else those whose name or meaning contains the text.
+/// The tag with this name or value; if there is none, the tags whose name or meaning contains the
+/// text.
 std::vector<TagDescription> tagsMatching(std::string_view text) {
   const std::string part = inLowerCase(text);
   const auto contains = [&](std::string_view words) {

@@ -62,7 +62,7 @@ Json::List namedValues(std::string_view input, std::span<const Rules* const> lis
 
 Json anotherValue(std::string_view input, const Json::List& named) {
   if (input == kAppType || input == kAppName) return "another";
-  // The hfps filter looks for 1, whatever the rules contain.
+  // The hfps filter searches for 1 regardless of the rules, so 1 is not used.
   std::int32_t number = 2;
   while (std::ranges::find(named, valueMeeting(input, number)) != named.end()) ++number;
   return valueMeeting(input, number);

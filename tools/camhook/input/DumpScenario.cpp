@@ -65,7 +65,7 @@ bool hasRequestNo(const DumpHook& hook) {
   return hook.call == UpdateRequestMeta::kName || hook.call == UpdateResultMeta::kName;
 }
 
-/// A line for each note with another text, with the number of its repetitions.
+/// A line for each distinct note, with the number of its repetitions.
 std::vector<std::string> linesOf(const std::vector<const DumpFile*>& files) {
   std::vector<std::pair<std::string, std::size_t>> notes;  // line and repetitions
   std::map<std::string, std::size_t> indexes;
@@ -200,7 +200,7 @@ Json platformOf(const DumpOptions& options, std::int32_t sensor, const std::stri
   return platform;
 }
 
-/// The values that no option and no file gave, each in a few words.
+/// The assumed values: given neither by an option nor by a file. Each is a few words.
 std::vector<std::string> assumptions(const DumpOptions& options, const DumpHook& hook,
                                      const std::vector<FramedDump>& dumps, bool hasClock) {
   std::vector<std::string> assumed;

@@ -19,7 +19,7 @@ std::size_t editDistance(std::string_view left, std::string_view right);
 /// Empty if no name is similar.
 std::string nearNames(std::string_view text, std::span<const std::string_view> names);
 
-/// The same with the tags of the catalogue.
+/// Like `nearNames`, with the tags of the catalogue.
 std::string nearTags(std::string_view text);
 
 }  // namespace camhook

@@ -38,7 +38,7 @@ struct UpdateSessionParams {
   static constexpr std::string_view kMeaning = "The session hook";
   std::int32_t sensor = 0;
   MetadataArgument meta;
-  std::vector<Stream> streams;  // no two of one id
+  std::vector<Stream> streams;  // with different ids
 };
 
 struct UpdateRequestMeta {
@@ -159,7 +159,7 @@ inline MetadataArgument* findMeta(Call& call) {
 /// One call of a scenario.
 struct ScenarioCall {
   Call call;
-  Json arguments = {};     // except the sensor and the containers, as the scenario has them
+  Json arguments = {};     // except the sensor and the containers, in the format of the scenario
   std::size_t number = 0;  // in the scenario, from 1
 
   // With metaOf, the call gets the `meta` that an earlier call left. The entries of its own `meta`

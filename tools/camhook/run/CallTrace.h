@@ -1,4 +1,4 @@
-// The trace of a call: what it was handed, did and returned.
+// The trace of a call: its inputs, effects and return value.
 
 #pragma once
 
@@ -19,7 +19,7 @@
 
 namespace camhook {
 
-/// A container that a call was handed, before and after it; none if it was null.
+/// A container that was passed to a call, before and after it; nullopt if it was null.
 struct ContainerTrace {
   std::string_view name;
   MetadataArgument before;
@@ -35,7 +35,7 @@ struct StateTrace {
 /// An access of the library to the phone, and the step that made it.
 struct StepAccess {
   host::Access access;
-  std::string_view container;  // of metadata; empty if the call was not handed it
+  std::string_view container;  // of metadata; empty if it was not passed to the call
   Step step;
 };
 
@@ -49,9 +49,9 @@ struct CallTrace {
   std::vector<std::pair<std::string_view, Json>> extras;  // further outputs, such as "copied"
   std::vector<ContainerTrace> containers;
   bool takesUpdater = false;        // the call is one on an updater
-  std::optional<StateTrace> state;  // of that updater; none if there was none
+  std::optional<StateTrace> state;  // of that updater; nullopt if there was none
   std::vector<host::Effect> effects;
-  std::optional<std::vector<StepAccess>> accesses;  // in order; none unless requested
+  std::optional<std::vector<StepAccess>> accesses;  // in order; only if requested
   std::vector<host::LogRecord> logs;
 };
 

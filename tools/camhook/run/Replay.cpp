@@ -47,8 +47,8 @@ std::vector<std::byte> tuningBlock(std::size_t size) {
   return block;
 }
 
-/// Fills the map in the order of the list, as the pipeline does: the order of its iteration depends
-/// on that.
+/// Fills the map in the order of the list, as the pipeline does, because the order of its iteration
+/// depends on that.
 HeskParameterUpdater::ImageStreams imageStreams(
     const std::vector<UpdateSessionParams::Stream>& streams) {
   HeskParameterUpdater::ImageStreams map;
@@ -102,13 +102,14 @@ class Recorder final : public host::Observer {
   Replay::StepsOf mStepsOf;
 };
 
-/// Runs one call. `updater` is null if there is none, and for calls without one.
+/// Runs one call. `updater` is null if the call uses none or its sensor has none.
 struct Runner {
   CallTrace& trace;
   host::Phone& phone;
   HeskParameterUpdater* updater;
 
-  /// Returns the container in the trace, on which the hook works: accesses have its address.
+  /// Adds the container to the trace and returns the trace's copy for the hook: accesses have its
+  /// address.
   [[nodiscard]] NSCam::IMetadata* passContainer(std::string_view name,
                                                 const MetadataArgument& metadata) const {
     trace.containers.push_back({name, metadata, metadata});

@@ -46,7 +46,7 @@ Json writesOf(const std::vector<StepAccess>& accesses) {
   return list;
 }
 
-/// What the call changed, as it was; null if it changed nothing.
+/// The old values of everything that the call changed; null if it changed nothing.
 Json beforeOf(const CallTrace& trace) {
   Json json;
   for (const ContainerTrace& container : trace.containers) {

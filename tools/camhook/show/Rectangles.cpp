@@ -14,7 +14,7 @@ using NSCam::IMetadata;
 using NSCam::MRect;
 namespace tags = hesk::tags;
 
-/// The items of a tag; none if the container is null, has no such tag or has it as another type.
+/// The items of a tag; empty if the container is null or has no such tag of this type.
 template <typename T>
 std::vector<T> itemsOf(const MetadataArgument& container, hesk::Tag<T> tag) {
   if (!container) return {};
@@ -54,7 +54,7 @@ std::vector<NamedRectangle> captureRectangles(const CallTrace& trace,
     }
   }
   if (!crop.empty()) found.push_back({"crop of the frame", crop.front()});
-  if (!transition.empty()) {  // in the tag it begins at the preview area's corner
+  if (!transition.empty()) {  // the tag's coordinates are relative to the preview area
     const MRect& rect = transition.front();
     found.push_back({"crop for the zoom transition",
                      {hesk::wrappingAdd(rect.x, preview.x), hesk::wrappingAdd(rect.y, preview.y),

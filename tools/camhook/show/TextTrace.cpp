@@ -22,7 +22,7 @@ constexpr std::size_t kTagWidth = 34;
 constexpr std::size_t kNameWidth = 20;  // of fields, effects and events
 constexpr const char* kArrow = "\u2192";
 
-/// The width of the widest text that has at most `most`.
+/// The greatest width that is not above `most`.
 std::size_t widest(const std::vector<std::string>& texts, std::size_t most) {
   std::size_t width = 0;
   for (const std::string& text : texts) {
