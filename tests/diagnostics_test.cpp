@@ -104,17 +104,6 @@ TEST_F(MetadataDump, OpensOnlyFilesInCameraDirectory) {
   EXPECT_EQ(mPhone.files.content(opened.front()), mPhone.files.content(kFile));
 }
 
-TEST_F(MetadataDump, ClosesDescriptors) {
-  const int before = dup(STDERR_FILENO);
-  close(before);
-  for (int frame = 0; frame < 2000; ++frame) {
-    ASSERT_EQ(dump(kStill, "request", frame).size(), 1U) << frame;
-  }
-  const int after = dup(STDERR_FILENO);
-  close(after);
-  EXPECT_EQ(after, before);
-}
-
 TEST_F(MetadataDump, AbortsIfNameIsTooLong) {
   EXPECT_EQ(dump(kStill, std::string(46, 'x').c_str()).size(), 1U);
   EXPECT_DEATH(dump(kStill, std::string(47, 'x').c_str()),
@@ -202,22 +191,6 @@ TEST(MetadataDumpText, MatchesPhone) {
       "Dumping camera metadata array: 10 / 10 entries, 168 / 168 bytes of extra data.\n"
       "  Version: 1, Flags: 00000000\n"
       "  android.control.awbMode (1000b): int32[1]\n"));
-}
-
-TEST(MetadataDumpText, NamesVendorTags) {
-  host::Phone phone;
-  phone.config.tagName = [](std::uint32_t tag) {
-    return tag == 0xc0030030 ? std::string_view("HESK_CONTROL_ISO") : std::string_view();
-  };
-  const camera_metadata buffer(metadataOf(
-      R"({"HESK_CONTROL_ISO": 1, "0xc0999999": {"type": "rect", "items": [[1, 2, 3, 4]]}})"));
-  EXPECT_EQ(dumpOf(&buffer),
-            "Dumping camera metadata array: 2 / 2 entries, 16 / 16 bytes of extra data.\n"
-            "  Version: 1, Flags: 00000000\n"
-            "  vendor.HESK_CONTROL_ISO (c0030030): int32[1]\n"
-            "    [1 ]\n"
-            "  unknownSection.unknownTag (c0999999): int32[4]\n"
-            "    [1 2 3 4 ]\n");
 }
 
 TEST(MetadataDumpText, DependsOnVerbosity) {

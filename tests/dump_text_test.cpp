@@ -17,6 +17,7 @@
 
 namespace {
 
+using namespace camhook;
 using namespace std::string_literals;
 using NSCam::IMetadata;
 
@@ -38,7 +39,7 @@ IMetadata sampleMetadata() {
     "0xc0999999": {"type": "int32", "items": [65549, 917506, 74565]}})");
 }
 
-IMetadata dumped(const camhook::Dump& dump) {
+IMetadata dumped(const Dump& dump) {
   IMetadata metadata;
   for (const IMetadata::IEntry& entry : dump.entries) metadata.update(entry.tag(), entry);
   return metadata;
@@ -54,13 +55,13 @@ std::string isoDump(int iso) {
   return dumpWith(1, "  vendor.iso (c0030030): int32[1]\n    [" + std::to_string(iso) + " ]\n");
 }
 
-/// Returns the text with `before` and `behind` added to each line.
+/// Returns the text with `before` and `after` added to each line.
 std::string lines(const std::string& text, const std::string& before,
-                  const std::string& behind = "") {
+                  const std::string& after = "") {
   std::istringstream in(text);
   std::string all;
   for (std::string line; std::getline(in, line);) {
-    all.append(before).append(line).append(behind).append("\n");
+    all.append(before).append(line).append(after).append("\n");
   }
   return all;
 }
@@ -68,7 +69,7 @@ std::string lines(const std::string& text, const std::string& before,
 /// Returns the notes on a text with their line numbers.
 std::string saidOf(const std::string& text) {
   std::string said;
-  for (const camhook::DumpNote& note : camhook::dumpsIn(text).notes) {
+  for (const DumpNote& note : dumpsIn(text).notes) {
     said += std::to_string(note.line) + ": " + note.text + '\n';
   }
   return said;
@@ -84,39 +85,25 @@ TEST(DumpText, FindsDumpInLogsAndReports) {
       {"a log", lines(sample(), log)},
       {"a log of long lines", lines(sample(), log, "\n" + other.substr(0, other.size() - 1))},
       {"a log without a time", lines(sample(), "D/Tag  (  812): ")},
+      {"a log with headers on their own lines",
+       lines(sample(), "[ 03-04 05:06:07.123   812:  845 D/CameraMetadata ]\r\n", "\n")},
       {"among bytes", "\0\xff\x80["s + sample() + "\0\0\xfe] [\n\0"s},
       {"over an older one", sample() + "7 7 ]\n    [7 7 7 ]\n" + isoDump(7).substr(120)}};
   for (const auto& [name, text] : texts) {
-    const camhook::DumpsOfText found = camhook::dumpsIn(text);
+    const DumpsOfText found = dumpsIn(text);
     ASSERT_EQ(found.dumps.size(), 1U) << name;
     EXPECT_EQ(dumped(found.dumps[0]), sampleMetadata()) << name;
   }
   EXPECT_EQ(saidOf(texts.at("a log of long lines")), "");
 }
 
-TEST(DumpText, ReadsLogWithHeadersOnOwnLines) {
-  std::string all;
-  std::istringstream first(sample());
-  std::istringstream second(isoDump(2));
-  for (std::string line; std::getline(first, line);) {
-    all += "[ 03-04 05:06:07.123   812:  845 D/CameraMetadata ]\n" + line + "\n\n";
-    if (!std::getline(second, line)) continue;
-    all += "[ 03-04 05:06:07.123   812:  846 D/CameraMetadata ]\r\n" + line + "\n\n";
-  }
-  const camhook::DumpsOfText found = camhook::dumpsIn(all);
-  ASSERT_EQ(found.dumps.size(), 2U);
-  EXPECT_EQ(dumped(found.dumps[0]), sampleMetadata());
-  EXPECT_EQ(dumped(found.dumps[1]), metadataOf(R"({"HESK_CONTROL_ISO": 2})"));
-  EXPECT_EQ(saidOf(all), saidOf(""));
-}
-
 TEST(DumpScenario, RejectsDumpWithoutReadableEntries) {
   const std::string unread =
       dumpWith(2, "  a.mode (10003): byte[1]\n    [ON ]\n  a.b (c0030030): int32[1]\n");
   try {
-    (void)camhook::dumpFile("a", isoDump(1) + unread);
+    (void)dumpFile("a", isoDump(1) + unread);
     FAIL();
-  } catch (const camhook::InputError& error) {
+  } catch (const InputError& error) {
     EXPECT_STREQ(
         error.what(),
         "5:1: no entry of the dump can be read; a.mode (10003): items[0]: must be an integer of "
@@ -125,29 +112,35 @@ TEST(DumpScenario, RejectsDumpWithoutReadableEntries) {
 }
 
 TEST(DumpText, FindsConsecutiveAndInterleavedDumps) {
-  std::istringstream first(lines(isoDump(1), "05:06:07.123  812  845 D Tag: "));
-  std::istringstream second(lines(isoDump(2), "05:06:07.124  812  846 D Tag: "));
-  std::string mixed;
-  for (std::string line; std::getline(first, line);) {
-    mixed += line + '\n';
-    if (std::getline(second, line)) mixed += line + '\n';
-  }
   const std::string null = "Dumping camera metadata array: Not allocated\n";
-  const camhook::DumpsOfText found = camhook::dumpsIn(mixed + dumpWith(0, "") + null + isoDump(3));
-  ASSERT_EQ(found.dumps.size(), 5U);
-  EXPECT_EQ(dumped(found.dumps[0]), metadataOf(R"({"HESK_CONTROL_ISO": 1})"));
-  EXPECT_EQ(dumped(found.dumps[1]), metadataOf(R"({"HESK_CONTROL_ISO": 2})"));
-  EXPECT_EQ(dumped(found.dumps[2]), metadataOf("{}"));
-  EXPECT_TRUE(found.dumps[3].isNull);
-  EXPECT_EQ(dumped(found.dumps[4]), metadataOf(R"({"HESK_CONTROL_ISO": 3})"));
-  EXPECT_TRUE(found.notes.empty());
+  for (const std::string head : {"05:06:07.123  812  845 D Tag: ",
+                                 "[ 03-04 05:06:07.123   812:  845 D/CameraMetadata ]\n"}) {
+    std::string otherHead = head;
+    otherHead.replace(head.find("845"), 3, "846");
+    std::istringstream first(isoDump(1));
+    std::istringstream second(isoDump(2));
+    std::string mixed;
+    for (std::string line; std::getline(first, line);) {
+      mixed.append(head).append(line).append("\n");
+      if (std::getline(second, line)) mixed.append(otherHead).append(line).append("\n");
+    }
+    mixed.append("\n").append(dumpWith(0, "")).append(null).append(isoDump(3));
+    const DumpsOfText found = dumpsIn(mixed);
+    ASSERT_EQ(found.dumps.size(), 5U) << head;
+    EXPECT_EQ(dumped(found.dumps[0]), metadataOf(R"({"HESK_CONTROL_ISO": 1})"));
+    EXPECT_EQ(dumped(found.dumps[1]), metadataOf(R"({"HESK_CONTROL_ISO": 2})"));
+    EXPECT_EQ(dumped(found.dumps[2]), metadataOf("{}"));
+    EXPECT_TRUE(found.dumps[3].isNull);
+    EXPECT_EQ(dumped(found.dumps[4]), metadataOf(R"({"HESK_CONTROL_ISO": 3})"));
+    EXPECT_TRUE(found.notes.empty());
+  }
 }
 
 TEST(DumpText, ReadsTruncatedDumps) {
   const std::string head = "  vendor.pair (c0030085): int32[5]\n    [1 2 3 4 ]\n    [5 ]\n";
   const std::string whole = dumpWith(2, "  vendor.iso (c0030030): int32[1]\n    [7 ]\n" + head);
   for (std::size_t cut = whole.find(head) + 1; cut + 3 < whole.size(); ++cut) {
-    const camhook::DumpsOfText found = camhook::dumpsIn(whole.substr(0, cut));
+    const DumpsOfText found = dumpsIn(whole.substr(0, cut));
     ASSERT_EQ(found.dumps.size(), 1U);
     EXPECT_EQ(dumped(found.dumps[0]), metadataOf(R"({"HESK_CONTROL_ISO": 7})")) << cut;
     EXPECT_FALSE(found.notes.empty()) << cut;
@@ -159,7 +152,7 @@ TEST(DumpText, ReadsTruncatedDumps) {
             "1: the dump does not have its number of entries\n");
 
   const std::string end = "    [6 ]\n" + head;
-  EXPECT_EQ(dumped(camhook::dumpsIn(end).dumps.at(0)),
+  EXPECT_EQ(dumped(dumpsIn(end).dumps.at(0)),
             metadataOf(R"({"HESK_CONTROL_HISFRAME": [1, 2, 3, 4, 5]})"));
   EXPECT_EQ(saidOf(end), "2: the text begins within a dump\n");
 }
@@ -168,10 +161,6 @@ TEST(DumpText, SkipsEntriesThatItCannotRead) {
   const std::pair<const char*, const char*> rows[] = {
       {"android.control.aeMode (10003): byte[1]\n [ON ]",
        R"(items[0]: must be an integer of uint8, 0 to 255, not "ON")"},
-      {"a.b (c0030030): byte[2]\n [1 256 ]",
-       "items[1]: must be an integer of uint8, 0 to 255, not 256"},
-      {"a.b (c0030030): int32[1]\n [-2147483649 ]",
-       "items[0]: must be an integer of int32, -2147483648 to 2147483647, not -2147483649"},
       {"a.b (c0030030): float[1]\n [340282366920938463463374607431768211456.0 ]",
        R"(items[0]: must be a number, or "inf", "-inf", "nan", not )"
        R"("3402823669209384634633746074317682114...")"},
@@ -187,11 +176,11 @@ TEST(DumpText, SkipsEntriesThatItCannotRead) {
   };
   for (const auto& [entry, reason] : rows) {
     const std::string text = dumpWith(2, " "s + entry + "\n x.y (c0030091): int32[1]\n [1 ]\n");
-    const camhook::DumpsOfText found = camhook::dumpsIn(text);
+    const DumpsOfText found = dumpsIn(text);
     ASSERT_FALSE(found.notes.empty()) << entry;
     EXPECT_TRUE(found.notes[0].text.ends_with(") is left out: "s + reason)) << entry << '\n'
                                                                             << found.notes[0].text;
-    EXPECT_EQ(found.notes[0].kind, camhook::DumpNote::Kind::leftOut);
+    EXPECT_EQ(found.notes[0].kind, DumpNote::Kind::leftOut);
     for (const auto& taken : found.dumps.at(0).entries) EXPECT_NE(taken.tag(), 0xc0030030U);
   }
 }
@@ -214,31 +203,28 @@ TEST(DumpText, WarnsAboutMismatchesWithCatalogue) {
   }
 }
 
-camhook::DumpScenario madeOf(const std::vector<std::pair<std::string, std::string>>& texts,
-                             const camhook::DumpOptions& options = {}) {
-  std::vector<camhook::DumpFile> files;
+DumpScenario madeOf(const std::vector<std::pair<std::string, std::string>>& texts,
+                    const DumpOptions& options = {}) {
+  std::vector<DumpFile> files;
   files.reserve(texts.size());
-  for (const auto& [name, text] : texts) files.push_back(camhook::dumpFile(name, text));
-  return camhook::scenarioOfDumps(std::move(files), options);
+  for (const auto& [name, text] : texts) files.push_back(dumpFile(name, text));
+  return scenarioOfDumps(std::move(files), options);
 }
 
-std::string written(const camhook::DumpScenario& made) {
-  return camhook::brokenJson(made.scenario);
-}
+std::string written(const DumpScenario& made) { return brokenJson(made.scenario); }
 
 TEST(DumpScenario, RoundTrips) {
-  const camhook::Scenario read = camhook::readScenario(written(madeOf({{"a", sample()}})));
-  const auto& call = std::get<camhook::UpdateRequestMeta>(read.calls.at(0).call);
+  const Scenario read = readScenario(written(madeOf({{"a", sample()}})));
+  const auto& call = std::get<UpdateRequestMeta>(read.calls.at(0).call);
   EXPECT_EQ(call.meta.value(), sampleMetadata());
 }
 
 TEST(DumpScenario, UsesReadableValues) {
-  camhook::DumpOptions options;
+  DumpOptions options;
   options.sensor = 2;
   options.properties = {{"ro.product.model.zdm", "KX0107"}};
   options.eventStore = {{"APP_TYPE", "heskCamera"}};
-  options.statics =
-      camhook::dumpFile("static.txt", dumpWith(1, " a.size (f0005): float[2]\n [6.4 4.8 ]"));
+  options.statics = dumpFile("static.txt", dumpWith(1, " a.size (f0005): float[2]\n [6.4 4.8 ]"));
   const std::string text = dumpWith(5, R"(
     android.control.awbMode (1000b): byte[2]
       [7 9 ]
@@ -289,7 +275,7 @@ TEST(DumpScenario, OrdersFilesByFrame) {
                             {"a/request_metadata_[9]_20210304250607.txt", isoDump(9) + isoDump(8)},
                             {"request_metadata_[x]_1.txt", isoDump(3)}});
   std::vector<std::pair<unsigned, int>> calls;
-  for (const camhook::Json& call : made.scenario["calls"].items()) {
+  for (const Json& call : made.scenario["calls"].items()) {
     calls.emplace_back(call["requestNo"].integer<unsigned>().value(),
                        call["meta"]["HESK_CONTROL_ISO"].integer<int>().value());
   }
@@ -299,26 +285,26 @@ TEST(DumpScenario, OrdersFilesByFrame) {
 }
 
 TEST(DumpScenario, FillsContainersOfHook) {
-  camhook::DumpOptions options;
-  options.hook = camhook::findDumpHook("capture");
+  DumpOptions options;
+  options.hook = findDumpHook("capture");
   const auto made =
       madeOf({{"log", isoDump(1) + isoDump(2) + isoDump(3)}, {"-", isoDump(4)}}, options);
-  const camhook::Scenario read = camhook::readScenario(written(made));
+  const Scenario read = readScenario(written(made));
   ASSERT_EQ(read.calls.size(), 2U);
-  const auto& first = std::get<camhook::UpdateCaptureRawParameter>(read.calls[0].call);
+  const auto& first = std::get<UpdateCaptureRawParameter>(read.calls[0].call);
   EXPECT_EQ(first.app.value(), metadataOf(R"({"HESK_CONTROL_ISO": 1})"));
   EXPECT_EQ(first.hal.value(), metadataOf(R"({"HESK_CONTROL_ISO": 2})"));
   EXPECT_EQ(first.out.value(), metadataOf(R"({"HESK_CONTROL_ISO": 3})"));
-  const auto& second = std::get<camhook::UpdateCaptureRawParameter>(read.calls[1].call);
+  const auto& second = std::get<UpdateCaptureRawParameter>(read.calls[1].call);
   EXPECT_EQ(second.app.value(), metadataOf(R"({"HESK_CONTROL_ISO": 4})"));
   EXPECT_EQ(second.out.value(), metadataOf("{}"));
   EXPECT_EQ(made.notes.back(),
             R"(assumed: sensor 0, nothing in "hal", nothing in "out", no product, no app type)");
 
-  options.hook = camhook::findDumpHook("updateSessionParams");
+  options.hook = findDumpHook("updateSessionParams");
   const std::string null = "Dumping camera metadata array: Not allocated";
-  const auto session = camhook::readScenario(written(madeOf({{"log", null}}, options)));
-  EXPECT_FALSE(std::get<camhook::UpdateSessionParams>(session.calls.at(0).call).meta.has_value());
+  const auto session = readScenario(written(madeOf({{"log", null}}, options)));
+  EXPECT_FALSE(std::get<UpdateSessionParams>(session.calls.at(0).call).meta.has_value());
 }
 
 }  // namespace

@@ -59,7 +59,7 @@ return [...document.querySelectorAll('#page *')].filter((each) => {
 
 
 def run(*words):
-    return subprocess.run([*CAMHOOK, *map(str, words)], capture_output=True, check=True, timeout=60).stdout
+    return subprocess.run([*CAMHOOK, *map(str, words)], capture_output=True, check=True, timeout=300).stdout
 
 
 def items(call, container, tag):

@@ -13,6 +13,7 @@
 
 #include "common/sat/SatTables.h"
 #include "common/sensormode/Overrides.h"
+#include "tests/support/CamhookProcess.h"
 #include "tools/camhook/explain/RulesCommand.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/KnownNames.h"
@@ -116,20 +117,23 @@ void checkDecision(const Json& decision, const Rules& rules) {
   EXPECT_EQ(decision["scenario"], mode);
 }
 
-/// Checks a decision by the return value and the log records of a replay.
-void checkReplay(const Json& decision) {
-  const Inputs& inputs = decision["inputs"];
+/// Replays a scenario with one call that has these inputs.
+CallTrace replayOf(const Inputs& inputs) {
   host::PhoneConfig platform;
   platform.properties["ro.product.model.zdm"] = textOf(inputs[kProduct]);
   platform.eventStore["APP_TYPE"] = textOf(inputs[kAppType]);
   platform.eventStore["APP_NAME"] = textOf(inputs[kAppName]);
   const auto streams = streamsOf(inputs);
-  const CallTrace trace =
-      Replay(platform).run({.call = DecideSensorScenario{.sensor = numberOf(inputs[kSensor]),
-                                                         .meta = sessionMetadataOf(inputs),
-                                                         .video = streams.hasVideoConsumer,
-                                                         .width = streams.mainOutputSize.w,
-                                                         .height = streams.mainOutputSize.h}});
+  return Replay(platform).run({.call = DecideSensorScenario{.sensor = numberOf(inputs[kSensor]),
+                                                            .meta = sessionMetadataOf(inputs),
+                                                            .video = streams.hasVideoConsumer,
+                                                            .width = streams.mainOutputSize.w,
+                                                            .height = streams.mainOutputSize.h}});
+}
+
+/// Checks a decision by the return value and the log records of a replay.
+void checkReplay(const Json& decision) {
+  const CallTrace trace = replayOf(decision["inputs"]);
   EXPECT_EQ(trace.result, decision["scenario"]);
 
   const std::string several = "getSensorModeCfgByMultiCondition";
@@ -193,32 +197,21 @@ TEST(Rules, KnownProductsAreThoseOfTables) {
 
 TEST(Rules, HaveInputsForWhichTheyDecide) {
   DecidingPhone phone;
+  std::size_t unmet = 0;  // verdicts on a condition whose input is absent
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
     for (const RuleList& list : kRuleLists) {
       const Rules& rules = table.*list.rules;
       for (std::size_t row = 0; row < rules.size(); ++row) {
         SCOPED_TRACE(std::string(table.productName) + " " + list.name + " row " +
                      std::to_string(row + 1));
-        const auto witness =
-            witnessOf(phone, rules, row, inputsOf(table.productName, list.sensor, list.video));
+        const Inputs given = inputsOf(table.productName, list.sensor, list.video);
+        const auto witness = witnessOf(phone, rules, row, given);
         ASSERT_TRUE(witness);
         EXPECT_EQ(phone.explain(*witness)["base"]["row"], row + 1);
-      }
-    }
-  }
-}
-
-TEST(Rules, VerdictsNameUnmetConditions) {
-  DecidingPhone phone;
-  std::size_t checked = 0;
-  for (const SensorModeTable& table : hesk::sensorModeTables()) {
-    for (const RuleList& list : kRuleLists) {
-      const Rules& rules = table.*list.rules;
-      for (std::size_t row = 0; row < rules.size(); ++row) {
-        const Inputs given = inputsOf(table.productName, list.sensor, list.video);
+        if (!isOfSeveral(rules[row])) continue;
         for (const RuleColumn& column : kRuleColumns) {
-          if (column.conditionOf(rules[row]).isNull() || !isOfSeveral(rules[row])) continue;
-          Inputs inputs = witnessOf(phone, rules, row, given).value_or(given);
+          if (column.conditionOf(rules[row]).isNull()) continue;
+          Inputs inputs = *witness;
           inputs[column.input] = nullptr;
           const Json decision = phone.explain(inputs);
           const Json& explained = decision["rows"][row];
@@ -226,12 +219,35 @@ TEST(Rules, VerdictsNameUnmetConditions) {
           EXPECT_NE(explained["verdict"].text().find(std::string(column.title) + " is absent"),
                     std::string::npos)
               << lineOfJson(decision);
-          ++checked;
+          ++unmet;
         }
       }
     }
   }
-  EXPECT_GT(checked, 0U);
+  EXPECT_GT(unmet, 0U);
+}
+
+TEST(Rules, ChangesGiveWantedMode) {
+  const SensorModeTable& table = hesk::sensorModeTables().front();
+  const std::string inputs =
+      std::string("decide --app-type a --sensor 0 --video --product ") + table.productName;
+  const Outcome none = camhookWith(inputs + " --want NORMAL_CAPTURE");
+  EXPECT_EQ(none.status, 1);
+  EXPECT_TRUE(none.output.ends_with("no change of one or two inputs gives it\n"));
+  std::set<std::int32_t> modes;
+  for (const SensorModeCfg& rule : table.sensor0Video) {
+    if (!modes.insert(rule.sensorMode).second) continue;
+    const std::string want = std::to_string(rule.sensorMode);
+    const std::string words = std::string(inputs).append(" --json --want ").append(want);
+    const Json decision = parseJson(camhookWith(words).output);
+    const Json& found = decision["want"]["smallest"];
+    ASSERT_GT(found.size(), 0U) << want;
+    for (const Json& each : found.items()) {
+      Inputs changed = decision["inputs"];
+      for (const auto& [name, value] : each["changes"].members()) changed[name] = value;
+      EXPECT_EQ(replayOf(changed).result, rule.sensorMode) << lineOfJson(each);
+    }
+  }
 }
 
 TEST(Rules, UnreachableOnesAreFound) {

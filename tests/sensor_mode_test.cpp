@@ -146,15 +146,4 @@ TEST(SensorMode, LastMatchingOverrideDecides) {
   }
 }
 
-TEST(SensorMode, LogsEachOverride) {
-  host::Phone phone(phoneWith({{"APP_TYPE", "mtk_ims"}, {"APP_NAME", "Dingding"}}, {}));
-  const auto streams = std::make_shared<HeskSensorModeControl::StreamInfo>();
-  streams->mainOutputSize = {640, 480};
-  HeskSensorModeControl::createInstance(0)->specialCustomize(nullptr, streams);
-  const auto records = phone.log.take();
-  ASSERT_EQ(records.size(), 2U);
-  EXPECT_EQ(records[0].format, "[%s] NORMAL_PREVIEW for wechat or ims");
-  EXPECT_EQ(records[1].format, "[%s] NORMAL_PREVIEW for Dingding");
-}
-
 }  // namespace

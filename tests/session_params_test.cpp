@@ -80,17 +80,6 @@ TEST(SessionParams, HandleEdgeCases) {
   }
 }
 
-TEST(SessionParams, CapFpsOnlyWithProviderService) {
-  for (const bool isThere : {true, false}) {
-    host::Phone phone;
-    if (isThere) phone.config.provider = host::ProviderConfig{.fpsCap = 15};
-    const TestUpdater updater;
-    NSCam::IMetadata session;
-    updater->updateSessionParams(&session, {});
-    EXPECT_EQ(!session.entryFor(0xc003009e).isEmpty(), isThere);
-  }
-}
-
 TEST(SessionParams, FollowStaticFeatureOfSensor) {
   host::Phone phone;
   const TestUpdater updater(3);

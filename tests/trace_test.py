@@ -23,7 +23,7 @@ HOSTILE = "</script><script>alert(1)</script><!--\"'&<b>\x1b\u202e"
 
 
 def run(*words, text=""):
-    done = subprocess.run([*CAMHOOK, *map(str, words)], input=text.encode(), capture_output=True, timeout=60)
+    done = subprocess.run([*CAMHOOK, *map(str, words)], input=text.encode(), capture_output=True, timeout=300)
     assert done.returncode == 0 and done.stderr in (b"", NO_STEPS), done
     return done.stdout.decode()
 
@@ -119,17 +119,15 @@ class TraceTest(unittest.TestCase):
             self.assertEqual((data["title"], data["scenario"]), (path.stem, json.loads(path.read_text())))
             for number, decision in data["decisions"].items():
                 self.assertEqual(decision, json.loads(run("decide", "--json", "--scenario", path, "--call", number)))
+                self.assertEqual(decision["scenario"], data["trace"]["calls"][int(number) - 1]["return"])
             rectangles[path.stem] = data["rectangles"]
         self.assertEqual(rectangles["still_burst"], {})
         self.assertEqual(rectangles["raw_capture"], {"2": [
             {"name": "active array", "rect": [0, 0, 4000, 3000]},
             {"name": "preview area", "rect": [0, 375, 4000, 2250]},
             {"name": "crop of the frame", "rect": [1000, 750, 2000, 1500]},
-            {"name": "crop for the zoom transition",
-             "rect": [1000, 937, 2000, 1125]}]})
+            {"name": "crop for the zoom transition", "rect": [1000, 937, 2000, 1125]}]})
         self.assertIn("face 1", [each["name"] for each in rectangles["faces_logical_multicam"]["3"]])
-        self.assertEqual(rectangles["result_regions"]["1"][:2], [
-            {"name": "eye 1, before", "rect": [10, 20, 20, 40]}, {"name": "eye 1, after", "rect": [30, 60, 40, 80]}])
         self.assertEqual(rectangles["result_regions"]["3"][2:], [
             {"name": "body 2, before", "rect": [5, 6, 2, 2]}, {"name": "body 2, after", "rect": [20, 32, 4, 4]}])
 

@@ -1,6 +1,8 @@
 #include "tests/support/CamhookProcess.h"
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -35,4 +37,17 @@ std::vector<std::string> namesOf(const std::string& extension) {
   }
   std::ranges::sort(names);
   return names;
+}
+
+void expectStoredPages(const std::string& scenarios, std::initializer_list<const char*> pages) {
+  const std::filesystem::path folder =
+      testing::TempDir() + "/camhook_pages_" + std::to_string(getpid());
+  std::filesystem::create_directory(folder);
+  EXPECT_EQ(camhookWith("reference " + folder.string() + ' ' + scenarios, "", "2>/dev/null").status,
+            0);
+  for (const char* page : pages) {
+    EXPECT_EQ(contentOf(kSourceRoot / "docs" / page), contentOf(folder / page))
+        << "to write it: ./camhook reference docs scenarios/*.json";
+  }
+  std::filesystem::remove_all(folder);
 }

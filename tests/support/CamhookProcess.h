@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -23,3 +24,6 @@ std::string contentOf(const std::filesystem::path& file);
 
 /// Returns the sorted names, without extension, of the files in scenarios/ with this extension.
 std::vector<std::string> namesOf(const std::string& extension);
+
+/// Compares pages of docs/ with those that the tool writes from these scenarios.
+void expectStoredPages(const std::string& scenarios, std::initializer_list<const char*> pages);
