@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);  // a write to a closed pipe fails instead
   std::ios::sync_with_stdio(false);
   std::cout.exceptions(std::ios::badbit);
-  std::cerr.tie(nullptr);  // a message does not repeat a write that failed
+  std::cerr.tie(nullptr);  // cerr does not flush cout, whose write may have failed
   try {
     const int status = run(argc, argv);
     std::cout.flush();

@@ -26,16 +26,16 @@ void addCommonOptions(CLI::App& app);
 /// Prints lines to standard error unless --no-warnings is given.
 void warn(const std::string& lines);
 
-/// The same for the warnings about a scenario's file.
+/// Prints the warnings about a file unless --no-warnings is given.
 void warn(const Faults& warnings, const std::string& file);
 
-/// Help that groups options and does not repeat which options exclude one another.
+/// Help without the lists of excluded options.
 class HelpFormatter final : public CLI::Formatter {
  public:
   [[nodiscard]] std::string make_option_opts(const CLI::Option* option) const override;
 };
 
-/// Returns the message for words that `app` rejected.
+/// Returns the message for a command line that `app` rejected.
 std::string problemOf(const CLI::App& app, const CLI::ParseError& error);
 
 }  // namespace camhook

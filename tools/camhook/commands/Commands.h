@@ -1,26 +1,23 @@
-// The commands of the tool. Each function adds one to the command line, with its options.
+// The commands of the tool. Each function adds one command and its options to the command line.
 
 #pragma once
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
-#include <variant>
 
 #include <CLI/CLI.hpp>
 
 #include "tools/camhook/commands/CommandLine.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/InputFile.h"
-#include "tools/camhook/input/Scenario.h"
 
 namespace camhook {
 
-/// The command runs while the command line is parsed, sets `status`, which must outlive `app`, to
-/// its exit status, and may throw InputError.
+/// The command runs during parsing and may throw InputError. `status` receives its exit status and
+/// must outlive `app`.
 void addReplay(CLI::App& app, int& status);
 void addWhy(CLI::App& app, int& status);
 void addDecide(CLI::App& app, int& status);
@@ -32,18 +29,13 @@ void addReference(CLI::App& app);
 /// Writes docs/tags.md.
 void writeTagsMarkdown(std::ostream& out);
 
-/// Returns `read` of the content of a file. An InputError names the file.
+/// Calls `read` with the file's content and returns the result. An InputError names the file.
 auto readFile(const std::string& file, auto read) {
   try {
     return read(readInput(file));
   } catch (const InputError& error) {
     throw InputError(error.faults(), nameOfInput(file));
   }
-}
-
-/// The title of a page: "still_burst" for "scenarios/still_burst.json".
-inline std::string titleOfPage(const std::string& file) {
-  return printable(std::filesystem::path(nameOfInput(file)).stem().string());
 }
 
 /// Calls `write` with the stream of a file, or of standard output for "-". Throws InputError if the

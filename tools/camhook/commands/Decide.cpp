@@ -72,7 +72,8 @@ std::int32_t sensorModeFrom(const std::string& text) {
                    "; valid: " + joined(valid, ", "));
 }
 
-/// The decision as the return value of a scenario's only call. Product, sensor and video stay.
+/// The decision as the only call of a scenario, so that `explain` can search. Product, sensor and
+/// video stream are not changed.
 Question questionOf(const Inputs& inputs) {
   const std::int32_t sensor = numberOf(inputs[kSensor]);
   const bool hasVideo = inputs[kVideo].isTrue();
@@ -100,7 +101,7 @@ Inputs changedInputs(const Question& question, const std::vector<Change>& change
   return inputsOf(std::get<DecideSensorScenario>(call));
 }
 
-/// The decisions with changes of one or two inputs that give the mode.
+/// The decisions that give the mode after one or two inputs are changed.
 std::vector<Json> decisionsFor(const Inputs& inputs, std::int32_t mode) {
   const Question question = questionOf(inputs);
   const Explanation explanation = explain(question, Wanted(std::to_string(mode), question));
@@ -118,7 +119,7 @@ std::vector<Json> decisionsFor(const Inputs& inputs, std::int32_t mode) {
   return found;
 }
 
-/// The inputs of a decision that differ from these, each with its new value.
+/// The inputs of `decision` that differ from `inputs`, each with its new value.
 Json changesOf(const Inputs& inputs, const Json& decision) {
   Json changes = Json::Object();
   for (const auto& [name, value] : decision["inputs"].members()) {

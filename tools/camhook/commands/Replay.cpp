@@ -36,7 +36,7 @@ struct ReplayOptions {
   std::string logs;
 };
 
-/// The levels of the records that an option --logs shows.
+/// The log levels from `least` on; none if it is empty.
 std::string_view levelsOf(const std::string& least) {
   if (least == "debug") return kAllLevels;
   if (least == "info") return "IE";
@@ -62,7 +62,7 @@ TraceFilter filterOf(const ReplayOptions& options, const ScenarioText& scenario)
           .tags = read("--tag", options.tags, tagFromText)};
 }
 
-/// The scenario's phone; its dumps name the tags of the catalogue.
+/// The scenario's phone; metadata dumps use the catalogue's tag names.
 host::PhoneConfig platformOf(const ScenarioText& scenario) {
   host::PhoneConfig platform = scenario.platform();
   platform.tagName = [](std::uint32_t tag) {
@@ -70,6 +70,11 @@ host::PhoneConfig platformOf(const ScenarioText& scenario) {
     return info != nullptr ? info->name : std::string_view();
   };
   return platform;
+}
+
+/// The title of a page: "still_burst" for "scenarios/still_burst.json".
+std::string titleOfPage(const std::string& file) {
+  return printable(std::filesystem::path(nameOfInput(file)).stem().string());
 }
 
 /// Runs the scenario and writes its trace to `out` in the form that the options request. Returns
@@ -92,7 +97,7 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
   if (options.steps || page != nullptr) {
     run->followSteps(&steps.emplace(), Replay::StepsOf::writes);
   }
-  std::vector<std::pair<std::size_t, Inputs>> decisions;  // of a page
+  std::vector<std::pair<std::size_t, Inputs>> decisions;  // for a page
   bool isAnyShown = filter.isWhole();
   for (std::size_t i = 0; i < scenario.callCount(); ++i) {
     const ScenarioCall call = scenario.call(i);

@@ -21,7 +21,7 @@ struct RulesArguments {
   std::string matrix;
 };
 
-/// Null for an empty name. Throws InputError if there is no table for the product.
+/// Returns null for an empty name. Throws InputError if there is no table for the product.
 const SensorModeTable* tableFor(const std::string& product) {
   const SensorModeTable* const table = hesk::findSensorModeTable(product);
   if (table != nullptr || product.empty()) return table;

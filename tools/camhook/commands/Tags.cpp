@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cctype>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -21,28 +20,23 @@
 namespace camhook {
 namespace {
 
-bool containsIgnoringCase(std::string_view text, std::string_view part) {
-  const auto isSame = [](unsigned char left, unsigned char right) {
-    return std::toupper(left) == std::toupper(right);
-  };
-  return part.empty() ||
-         std::search(text.begin(), text.end(), part.begin(), part.end(), isSame) != text.end();
-}
-
 bool isValue(std::string_view text, std::uint32_t value) {
   const bool isHexadecimal = text.starts_with("0x");
   if (isHexadecimal) text.remove_prefix(2);
   return wholeNumber<std::uint32_t>(text, isHexadecimal ? 16 : 10) == value;
 }
 
-/// The tag with this name or value, else those whose name or meaning contains the text.
+/// The tag with this name or value; if there is none, the tags whose name or meaning contains the
+/// text.
 std::vector<TagDescription> tagsMatching(std::string_view text) {
+  const std::string part = inLowerCase(text);
+  const auto contains = [&](std::string_view words) {
+    return inLowerCase(words).find(part) != std::string::npos;
+  };
   std::vector<TagDescription> tags;
   for (const TagDescription& tag : kAllTags) {
     if (tag.name == text || isValue(text, tag.value)) return {tag};
-    if (containsIgnoringCase(tag.name, text) || containsIgnoringCase(tag.meaning, text)) {
-      tags.push_back(tag);
-    }
+    if (contains(tag.name) || contains(tag.meaning)) tags.push_back(tag);
   }
   return tags;
 }
@@ -64,7 +58,7 @@ void writeDetails(const TagDescription& tag, Style style) {
   values.write(std::cout, 2);
   using Place = std::tuple<std::string_view, std::string_view, bool>;
   std::map<Place, std::vector<std::string>> steps;
-  for (const auto& [hook, step, isWrite, group, member] : hookAccesses()) {
+  for (const auto& [hook, step, isWrite, group, member] : kHookAccesses) {
     if (member == tag.name) steps[{hook, group, isWrite}].emplace_back(step);
   }
   Columns rows;

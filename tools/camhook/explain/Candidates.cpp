@@ -26,14 +26,17 @@ namespace {
 
 using Kind = Input::Kind;
 
-constexpr std::size_t kManyItems = 8;  // of a longer list the first ones and the last change
-constexpr int kLeast = -2;             // small numbers
+// In longer lists only the first `kManyItems` items and the last are changed.
+constexpr std::size_t kManyItems = 8;
+// The range of small numbers.
+constexpr int kLeast = -2;
 constexpr int kMost = 64;
 constexpr int kEdges[] = {100, 119, 120, 121, 127, 128, 129, 240, 255, 256};
 
-enum class Which { likely, few, all };  // numbers
+enum class Which { likely, few, all };  // which numbers are tried
 
-/// A number, which may be a hexadecimal text, or a float such as "inf"; none for any other value.
+/// A number, which may be a hexadecimal text, or a float such as "inf"; nullopt for any other
+/// value.
 template <typename T>
 std::optional<T> numberFrom(const Json& json) {
   if (json.isNull()) return {};
@@ -102,7 +105,7 @@ Json::List numbersOf(const Json& present, Which which, const Json::List& likely 
   return {list.begin(), list.end()};
 }
 
-/// The positions in a list that change.
+/// Indexes of the items that are changed.
 std::vector<std::size_t> positions(std::size_t count) {
   std::vector<std::size_t> list;
   for (std::size_t i = 0; i < std::min(count, kManyItems); ++i) list.push_back(i);
@@ -118,13 +121,13 @@ void addOnce(Json::List& list, Json value) {
   if (std::ranges::find(list, value) == list.end()) list.push_back(std::move(value));
 }
 
-/// The numbers of an item.
+/// The count of numbers in an item.
 std::size_t partsOf(std::string_view type) {
   return type == "rect" ? 4 : type == "rational" ? 2 : 1;
 }
 
-/// Other values for the present one, of a list item by item, of an object member by member. `type`
-/// is that of the numbers or items.
+/// Values to try instead of `present`. In a list one item is changed, in an object one member.
+/// `type` is the type of the numbers.
 Json::List variants(const Json& present, std::string_view type, Which which,
                     const Json::List& likely = {}) {
   Json::List list;
@@ -157,7 +160,7 @@ Json::List variants(const Json& present, std::string_view type, Which which,
   return list;
 }
 
-/// An entry with the type and count of the catalogue, or one int32.
+/// A new entry with the type and count of the catalogue; one int32 if the tag is not listed.
 Json newEntry(std::uint32_t tag, const auto& number) {
   const TagDescription* const info = findTag(tag);
   const std::string_view type = info != nullptr ? info->type : "int32";
@@ -166,8 +169,8 @@ Json newEntry(std::uint32_t tag, const auto& number) {
           {"items", Json::List(info != nullptr ? std::max(info->count, 1U) : 1, item)}};
 }
 
-/// Entries in which one item is another, a longer and a shorter one. A new entry has the last item
-/// or all items changed.
+/// Variants of an entry: one item changed, one item appended, the last removed. In a new entry the
+/// last item or all items are set.
 Json::List entries(std::uint32_t tag, const Json& present, Which which, const Json::List& likely) {
   const bool isNew = present.isNull();
   Json entry = isNew ? newEntry(tag, 0) : present;
@@ -196,20 +199,20 @@ Json::List entries(std::uint32_t tag, const Json& present, Which which, const Js
   return list;
 }
 
-/// Places of the phone that are true if absent.
+/// Keys of `platform` that are true if absent.
 bool isSwitch(const std::string& key) {
   return key == "sensorList" || key == "hal3aModule" || key == "defaultShadingModule" ||
          key == "faceDetection" || key.ends_with(".available");
 }
 
-/// The type of the numbers at a place of the phone, or of an argument.
+/// The type of the numbers at a key of `platform`, or of an argument.
 std::string_view typeAt(const std::string& key) {
   const bool isFloat = key.ends_with(".fov") || key.ends_with(".shadingBase") ||
                        key.ends_with("Shading") || key == "value";
   return isFloat ? "float" : "int64";
 }
 
-/// Values for places of the phone, by the end of the place.
+/// Values for keys of `platform`, by the end of the key.
 constexpr std::pair<std::string_view, const char*> kSamples[] = {
     {".faces", R"([{"rect": [0, 0, 1, 1], "score": 1}])"},
     {".sensor", "{}"},
@@ -315,8 +318,8 @@ void Candidates::addRules() {
   }
 }
 
-/// Absent, values elsewhere in the scenario, and those that rules, overrides and the wanted value
-/// name.
+/// Likely values: absent, values elsewhere in the scenario, and values in rules, overrides and the
+/// wanted value.
 Json::List Candidates::likely(const Input& input, const Json& present) const {
   Json::List list;
   if (!present.isNull() && input.kind != Kind::argument && input.kind != Kind::platform) {

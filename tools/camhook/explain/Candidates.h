@@ -1,7 +1,7 @@
 // The other values that are tried for an input: absent; values of the same input elsewhere in the
-// scenario; what sensor-mode rules and overrides ask of it; the wanted value and its items; known
-// app types and names; zero, small numbers, single bits and a few edges; neighbours of its value. A
-// list changes item by item.
+// scenario; values in rules and overrides; the wanted value and its items; known app types and
+// names; zero, small numbers, single bits and a few edges; neighbours of its value. Lists are
+// changed one item at a time.
 
 #pragma once
 
@@ -17,7 +17,8 @@ class Candidates {
  public:
   struct List {
     Json::List values = {};  // may hold values that a scenario cannot have
-    std::size_t likely = 0;  // the first ones: absent, elsewhere, rules, wanted
+    // Number of leading values that are tried first: absent, elsewhere, rules, wanted.
+    std::size_t likely = 0;
   };
 
   /// `question` must outlive this object. `wanted` may be null.
@@ -34,8 +35,8 @@ class Candidates {
 
   const Question& mQuestion;
   Json::List mWantedItems;
-  /// By the name of a tag, event or property: values of the scenario, and texts and numbers that
-  /// rules and overrides name.
+  /// Values by the name of a tag, event or property: those in the scenario, and texts and numbers
+  /// in rules and overrides.
   std::map<std::string, Json::List> mKnown;
 };
 

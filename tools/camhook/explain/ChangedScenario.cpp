@@ -24,7 +24,7 @@ void fixClock(host::PhoneConfig& config) {
   if (!config.clock) config.clock = kStart;
 }
 
-/// The document with the changes of inputs of one kind at their places; none if there are none.
+/// `document` with the changes of this kind applied; nullopt if there are none.
 std::optional<Json> changedDocument(const Json& document, Kind kind,
                                     const std::vector<Change>& changes) {
   std::optional<Json> changed;

@@ -13,13 +13,13 @@ namespace camhook {
 /// The question's phone, with a clock that does not advance between runs.
 host::PhoneConfig unchangedPhone(const Question& question);
 
-/// The phone with the changes that affect it; none if no change does. Throws InputError if a
+/// The phone with the changes that affect it; nullopt if no change does. Throws InputError if a
 /// scenario cannot have such a phone.
 std::optional<host::PhoneConfig> changedPhone(const Question& question,
                                               const std::vector<Change>& changes);
 
-/// The question's call, with all entries of its containers, with the changes that affect it. Throws
-/// InputError if a scenario cannot have such a call.
+/// `call` with the changes of its arguments and metadata. Its containers must be complete (metaOf
+/// applied). Throws InputError if a scenario cannot have such a call.
 Call changedCall(const Question& question, Call call, const std::vector<Change>& changes);
 
 /// Sets the event-store values and properties that are changed.

@@ -63,8 +63,8 @@ Json comparedRow(const Rules& rules, std::size_t row, Json::List asked = {}, Jso
           {"needed", rules[row].conditionCount}};
 }
 
-/// Follows the filter of several conditions: the fields that it reads row by row, each met if a
-/// record of a match comes before the next read.
+/// Records which fields the filter of several conditions reads for each row. A field is met if a
+/// match is logged before the next read.
 class FilterWatch final : public host::Observer {
  public:
   FilterWatch(host::LogSink& log, const Rules& rules)
@@ -101,7 +101,7 @@ class FilterWatch final : public host::Observer {
   host::LogSink& mLog;
   const Rules& mRules;
   std::size_t mRow;
-  const RuleColumn* mColumn = nullptr;  // read last
+  const RuleColumn* mColumn = nullptr;  // of the last read
   Json::List mCompared;
 };
 

@@ -1,5 +1,5 @@
-// How the library decides on a sensor mode: which filter compares which conditions of which rows,
-// the row that it finds, and the overrides.
+// Explains a sensor mode decision: the conditions that each filter compares, the matching row, and
+// the overrides.
 //
 // The library's own filters run. Their reads and log records show which conditions they compare and
 // which of these are met.
@@ -26,7 +26,7 @@ class DecidingPhone {
   /// The sensor mode.
   std::int32_t modeFor(const Inputs& inputs);
 
-  /// The row of these that the filters find, from 0.
+  /// The index of the row in `rules` that the filters find.
   std::optional<std::size_t> rowFor(const Rules& rules, const Inputs& inputs);
 
   /// The document that docs/decisions.md describes.
@@ -35,8 +35,8 @@ class DecidingPhone {
  private:
   HeskSensorModeControl& configure(const Inputs& inputs);
 
-  /// Has the control choose from these rows, whose sensor modes are replaced by their numbers: the
-  /// filters copy the row that they find.
+  /// Loads these rules into the control. Each sensor mode is replaced by the row's index, because
+  /// the filters return a copy of the row.
   HeskSensorModeControl& load(const Rules& rules, const Inputs& inputs);
 
   host::Phone mPhone;
@@ -47,7 +47,7 @@ void writeDecision(std::ostream& out, const Json& decision, Style style);
 
 // Parts of the document.
 
-/// The rows of the active list, with what `filters` found about each.
+/// The rows of the active list, with the results of `filters` for each.
 Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<std::size_t> taken,
                        const Inputs& inputs);
 

@@ -39,7 +39,7 @@ struct InputField {
   std::string_view options;  // of `camhook decide`, as CLI11 takes them
   std::string_view meaning;
   std::string_view type = "NUMBER";  // of the option's value; empty for a flag
-  char separator = '\0';             // of the two numbers in a text
+  char separator = '\0';             // between the two numbers in a text
 
   /// The first of the options.
   [[nodiscard]] std::string_view option() const { return options.substr(0, options.find(',')); }
@@ -48,7 +48,7 @@ struct InputField {
 /// In the order of the JSON form.
 std::span<const InputField> inputFields();
 
-/// The other inputs are absent.
+/// Inputs with these values; all others are absent.
 Inputs inputsOf(std::string_view product, std::int32_t sensor, bool hasVideo);
 
 /// The inputs of a call that is about to be made on the current phone.
@@ -57,10 +57,10 @@ Inputs inputsOf(const DecideSensorScenario& call);
 /// Reads the value of an option; null for an empty text. Throws InputError.
 Json inputFromText(const InputField& field, std::string_view text);
 
-/// Empty for anything but a text.
+/// Returns the text; empty if the value is not a text.
 std::string_view textOf(const Json& value);
 
-/// 0 for anything but a number.
+/// Returns the number; 0 if the value is not a number.
 std::int32_t numberOf(const Json& value);
 
 /// "KX0105", "yes", "15,30", "640x480"; "absent" for null.
@@ -69,7 +69,7 @@ std::string inputText(std::string_view name, const Json& value);
 /// The session metadata.
 NSCam::IMetadata sessionMetadataOf(const Inputs& inputs);
 
-/// A size of 0 x 0 if it is absent.
+/// Returns the stream configuration; its size is 0 x 0 if the input is absent.
 HeskSensorModeControl::StreamInfo streamsOf(const Inputs& inputs);
 
 /// The inputs of the overrides. Valid until `inputs` changes.

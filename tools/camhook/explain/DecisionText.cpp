@@ -82,8 +82,8 @@ void writeFilters(std::ostream& out, const Json& decision, Style style) {
   writeRest(out, "not run", notAsked, style);
 }
 
-/// Marked if a filter compared the cell. "=none" is an empty APP_TYPE that matches a row without
-/// one.
+/// The condition, with a mark if a filter compared it. "=none" is an empty APP_TYPE that matches a
+/// row without an app type.
 std::string cellText(const Json& decision, const Json& row, const Json& column, Style style) {
   const std::string& field = column["field"].text();
   const Json* const condition = row["conditions"].find(field);

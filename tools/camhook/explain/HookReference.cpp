@@ -23,7 +23,7 @@ std::string withoutNumbers(const std::string& place) {
 constexpr const char* kReads = "READS";
 constexpr const char* kWrites = "WRITES";
 
-/// An access as the page lists it: "meta" and a tag, or "event" and a key.
+/// An access in the format of the page: "meta" and a tag, or "event" and a key.
 struct AccessText {
   std::string kind;
   std::string group;  // empty for a container's tag
@@ -99,7 +99,7 @@ void HookReference::add(const CallTrace& trace) {
     AccessText text = std::visit([](const auto& each) { return textOf(each); }, access);
     if (text.group.empty()) text.group = container;
     if (text.group.empty()) continue;  // a container of the library's own
-    // The first call on a sensor constructs its updater, whichever call it is.
+    // Construction is listed as createInstance, whichever hook is called first on the sensor.
     const bool isConstruction = step.name == "HeskParameterUpdater";
     const std::string hook(isConstruction ? CreateInstance::kName : trace.call);
     Path path;

@@ -1,4 +1,4 @@
-// What each step of each hook reads and writes, as runs of scenarios show it.
+// What each step of each hook reads and writes, recorded in replays of scenarios.
 
 #pragma once
 
@@ -38,19 +38,19 @@ class HookReference {
   /// Runs a scenario and adds the accesses of its hooks.
   void add(const Scenario& scenario);
 
-  /// Writes the page docs/hooks.md, and the same as data for HookSteps.h, docs/hooks.def.
+  /// Writes docs/hooks.md to `page`, and the same content to `data` as docs/hooks.def.
   void write(std::ostream& page, std::ostream& data) const;
 
  private:
-  /// The beginning of: hook, step, READS or WRITES, group, member.
+  /// The first elements of hook, step, READS or WRITES, group, member.
   using Path = std::vector<std::string>;
 
   void add(const CallTrace& trace);
   [[nodiscard]] std::vector<std::string> namesIn(const Path& path) const;
 
   StepFinder mFinder;
-  std::size_t mRun = 0;             // a call is a run
-  std::map<Path, RunOrder> mNames;  // that follow a path
+  std::size_t mRun = 0;             // each call is a run
+  std::map<Path, RunOrder> mNames;  // the names that follow a path
 };
 
 }  // namespace camhook

@@ -15,7 +15,7 @@
 namespace camhook {
 namespace {
 
-/// The first step of a place, "cameras" or "[0]", which is removed from it.
+/// Removes the first step of a place, such as "cameras" or "[0]", and returns it.
 std::string_view takeStep(std::string_view& place) {
   if (place.starts_with('.')) place.remove_prefix(1);
   const std::string_view step = place.substr(0, place.find_first_of(".[", 1));
@@ -23,7 +23,7 @@ std::string_view takeStep(std::string_view& place) {
   return step;
 }
 
-/// What a step leads to; null if there is no such value.
+/// The member or item that a step names; null if there is none.
 const Json* findStep(const Json& json, std::string_view step) {
   if (!step.starts_with('[')) return json.find(step);
   std::size_t index = 0;
@@ -31,7 +31,8 @@ const Json* findStep(const Json& json, std::string_view step) {
   return json.isList() && index < json.size() ? &json[index] : nullptr;
 }
 
-/// The container that is named, or that the call writes. Throws InputError.
+/// Returns `text`, or for an empty text the container that the call writes. Throws InputError if
+/// the call has no such container.
 std::string containerFrom(const std::string& text, const Call& call) {
   std::vector<std::string> names;
   for (const char* name : kContainers) {

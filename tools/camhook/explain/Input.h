@@ -33,7 +33,7 @@ struct Input {
   std::uint32_t tag = 0;
   std::int64_t number = 0;
 
-  /// True if a change of it affects no earlier call.
+  /// True if changing this input does not affect earlier calls.
   [[nodiscard]] bool isOfThisCall() const {
     return kind == Kind::metadata || kind == Kind::event || kind == Kind::property ||
            kind == Kind::argument;
@@ -52,12 +52,12 @@ struct Change {
 /// A tag, or the return value, after one call of a scenario.
 struct Question {
   Scenario scenario;
-  Json platform;               // as the scenario has it
+  Json platform;               // in the format of the scenario
   std::size_t call = 0;        // index
   Json arguments = {};         // of the call, with the sensor, without containers
   std::string container = {};  // empty: the return value
   std::uint32_t tag = 0;
-  std::set<Input> fixed = {};  // inputs that no change may have
+  std::set<Input> fixed = {};  // inputs that are not changed
 
   [[nodiscard]] const Call& askedCall() const { return scenario.calls[call].call; }
 };
@@ -79,14 +79,14 @@ const MetadataArgument* containerOf(const Call& call, std::string_view name);
 /// The name of the hook.
 std::string_view nameOf(const Call& call);
 
-/// The sensor of a call; none if the call is on no sensor.
+/// The sensor of a call; nullopt if the call has none.
 std::optional<std::int32_t> sensorOf(const Call& call);
 
 /// The value at a place such as "sat.cameras[0].role"; null if there is none.
 Json valueAt(const Json& document, std::string_view place);
 
-/// Sets the value at a place; null removes a member. Missing objects on the way are added. A list
-/// on the way must have the item.
+/// Sets the value at a place; null removes a member. Adds missing objects on the path. A list on
+/// the path must contain the item.
 void setValueAt(Json& document, std::string_view place, const Json& value);
 
 }  // namespace camhook

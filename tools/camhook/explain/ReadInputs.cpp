@@ -39,7 +39,7 @@ void ReadInputs::addService(const std::string& place) {
   if (place == "provider") {
     add({.kind = Kind::provider});
   } else if (place.ends_with(".static")) {
-    // Each entry of a listed device is an input of its own.
+    // Each entry of a listed device is a separate input.
     if (valueAt(mPlatform, place.substr(0, place.rfind('.'))).isNull()) addPlace(place);
   } else if (place == "sat.cameras") {
     const std::size_t count = valueAt(mPlatform, place).size();

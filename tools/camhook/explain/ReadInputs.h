@@ -19,13 +19,13 @@ class ReadInputs final : public host::Observer {
 
   void onAccess(const host::Access& access) override { add(access, {}); }
 
-  /// `container` is the name of the container that metadata was read from; empty for one that the
-  /// call was not given.
+  /// `container` is the name of the container that metadata was read from; empty if the call did
+  /// not receive the container.
   void add(const host::Access& access, std::string_view container);
 
   void add(const Input& input);
 
-  /// Each once, in the order of the first read.
+  /// The distinct inputs in the order of their first read.
   [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs; }
 
  private:

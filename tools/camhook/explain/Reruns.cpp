@@ -23,11 +23,11 @@ bool leaveOut(const std::vector<Change>& changes, std::size_t call) {
 void addArguments(ReadInputs& inputs, const Json& value, const std::string& place) {
   if (value.size() == 0 || place == "streams") inputs.add({.kind = Kind::argument, .key = place});
   for (std::size_t i = 0; value.isList() && i < value.size(); ++i) {
-    addArguments(inputs, value[i], place + "[" + std::to_string(i) + "]");
+    addArguments(inputs, value[i], std::string(place).append("[").append(std::to_string(i)) + "]");
   }
   if (!value.isObject()) return;
   for (const auto& [key, member] : value.members()) {
-    addArguments(inputs, member, place.empty() ? key : place + "." + key);
+    addArguments(inputs, member, place.empty() ? key : std::string(place).append(".") + key);
   }
 }
 
@@ -60,7 +60,7 @@ void Reruns::findInputs() {
   const std::vector<ScenarioCall>& calls = mQuestion.scenario.calls;
   if (mQuestion.arguments.size() > 0) addArguments(inputs, mQuestion.arguments, "");
   addInputs(inputs, mTrace);
-  // What wrote the container that the call continues with affects it.
+  // With metaOf, the inputs of the earlier calls that wrote the container affect this call, too.
   for (std::size_t of = calls[mQuestion.call].metaOf; of != 0; of = calls[of - 1].metaOf) {
     for (const Input& input : mReads[of - 1]) inputs.add(input);
   }
@@ -99,7 +99,7 @@ void Reruns::restore(const State& state) {
   mUpdaters.restore(state.library);
   phone.eventStore.replaceAll(state.events);
   phone.properties.replaceAll(state.properties);
-  // Its content has no effect: a call compares only what it has copied itself.
+  // Only the size is restored: a call overwrites the content before it is compared.
   if (phone.tuningBuffer.bytes().size() != state.tuningBytes) {
     phone.tuningBuffer.clear();
     phone.tuningBuffer.map(state.tuningBytes);
@@ -107,7 +107,7 @@ void Reruns::restore(const State& state) {
   mReplay.keptMeta() = state.meta;
 }
 
-/// Adds what the call read. Every call on an updater is taken to read what its construction read.
+/// Adds what the call read. Every call on an updater is assumed to read what its construction read.
 void Reruns::addInputs(ReadInputs& inputs, const CallTrace& trace) const {
   if (const auto found = mReadByConstruction.find(trace.sensor.value_or(-1));
       found != mReadByConstruction.end()) {
@@ -116,7 +116,7 @@ void Reruns::addInputs(ReadInputs& inputs, const CallTrace& trace) const {
   for (const StepAccess& access : *trace.accesses) inputs.add(access.access, access.container);
 }
 
-/// The entry of the tag; one without items if there is none.
+/// The entry of the tag; it has no items if the tag is absent.
 const IMetadata::IEntry& Reruns::entryOf(const CallTrace& trace,
                                          MetadataArgument ContainerTrace::*when) const {
   static const IMetadata kEmpty;
@@ -176,8 +176,7 @@ Json Reruns::valueOf(const Input& input) const {
   return nameOf(mQuestion.scenario.calls[static_cast<std::size_t>(input.number)].call);
 }
 
-/// The next earlier call, from one on, that the changes affect; the question's own if there is
-/// none.
+/// The first call at or after `from` that the changes affect; `mQuestion.call` if there is none.
 std::size_t Reruns::firstAffected(const std::vector<Change>& changes, std::size_t from) const {
   const auto isRead = [&](const Change& change) { return mReads[from].contains(change.input); };
   while (from < mQuestion.call && !leaveOut(changes, from) &&

@@ -1,4 +1,4 @@
-// Runs a scenario up to the question's call, then that call again and again with changes.
+// Runs a scenario up to the question's call, then repeats that call with changes.
 //
 // The first, unchanged run records what each earlier call reads and the state before it. A changed
 // run begins at the first earlier call that the changes affect, and skips calls as soon as the

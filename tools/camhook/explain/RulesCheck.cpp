@@ -1,6 +1,6 @@
-// Searches inputs for which the filters find a row. It is enough to try inputs that match exactly
-// as many fields of the row as it needs and have other values everywhere else: a further match
-// could only help other rows.
+// Searches for inputs with which the filters find a row. It is enough to try inputs that match
+// exactly as many fields of the row as it needs and have other values everywhere else: a further
+// match could only help other rows.
 
 #include <bit>
 #include <ostream>

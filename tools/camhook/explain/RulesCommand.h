@@ -19,8 +19,8 @@ void writeRulesMarkdown(std::ostream& out);
 /// Writes the sensor mode of each app and UI module on a product.
 void writeMatrix(std::ostream& out, const SensorModeTable& table, Style style);
 
-/// Inputs for which the filters find the row, with as few values as possible; none if the row can
-/// never decide. `given` has the product, the sensor and the video stream.
+/// Inputs with which the filters find the row, with as few values as possible; nullopt if the row
+/// can never decide. `given` has the product, the sensor and the video stream.
 std::optional<Inputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::size_t row,
                                 const Inputs& given);
 

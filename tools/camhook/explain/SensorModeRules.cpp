@@ -38,11 +38,10 @@ Json::List namedValues(std::string_view input, std::span<const Rules* const> lis
     const Json meeting = valueMeeting(input, value);
     if (std::ranges::find(named, meeting) == named.end()) named.push_back(meeting);
   };
-  for (const RuleColumn& column : kRuleColumns) {
-    if (column.input != input) continue;
-    for (const Rules* rules : lists) {
-      for (const SensorModeCfg& rule : *rules) add(column.conditionOf(rule));
-    }
+  const auto* const column = std::ranges::find(kRuleColumns, input, &RuleColumn::input);
+  for (const Rules* rules : lists) {
+    if (column == std::end(kRuleColumns)) break;
+    for (const SensorModeCfg& rule : *rules) add(column->conditionOf(rule));
   }
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
     if (input == kProduct) add(table.productName);
@@ -63,7 +62,7 @@ Json::List namedValues(std::string_view input, std::span<const Rules* const> lis
 
 Json anotherValue(std::string_view input, const Json::List& named) {
   if (input == kAppType || input == kAppName) return "another";
-  // The hfps filter looks for 1, whatever the rules contain.
+  // The hfps filter searches for 1 regardless of the rules, so 1 is not used.
   std::int32_t number = 2;
   while (std::ranges::find(named, valueMeeting(input, number)) != named.end()) ++number;
   return valueMeeting(input, number);

@@ -62,13 +62,13 @@ Json valueMeeting(std::string_view input, const Json& condition);
 /// ascending order. For the product the names of all tables; none for sizes.
 Json::List namedValues(std::string_view input, std::span<const Rules* const> lists);
 
-/// This table; all tables if it is null.
+/// `only`; all tables if it is null.
 std::span<const SensorModeTable> tablesOf(const SensorModeTable* only);
 
-/// All lists of this table; of all tables if it is null.
+/// All lists of `only`; of all tables if it is null.
 std::vector<const Rules*> listsOf(const SensorModeTable* only);
 
-/// A value of an input that is none of the `named` ones.
+/// A value of an input that is not in `named`.
 Json anotherValue(std::string_view input, const Json::List& named);
 
 /// "5 CUSTOM1"

@@ -1,4 +1,4 @@
-// The value that `--want` asks for.
+// The value of `--want`.
 
 #pragma once
 
@@ -10,7 +10,8 @@ namespace camhook {
 
 class Wanted {
  public:
-  /// Reads a value as a scenario writes it; null is absent, and `_` any item. Throws InputError.
+  /// Reads a value in the format of a scenario; null means absent, and `_` means any item. Throws
+  /// InputError.
   Wanted(const std::string& text, const Question& question);
 
   /// An entry or another value, with null for any item.

@@ -15,8 +15,8 @@ namespace {
 
 using Kind = Input::Kind;
 
-constexpr std::size_t kMostOutcomes = 100;    // listed of an input
-constexpr std::size_t kMostReplays = 30'000;  // of pairs
+constexpr std::size_t kMostOutcomes = 100;    // limit for one input
+constexpr std::size_t kMostReplays = 30'000;  // limit for pairs
 
 /// Tries each candidate by itself.
 Explanation::Finding findingOf(const Input& input, const Json::List& candidates, Reruns& reruns,
@@ -39,7 +39,7 @@ Explanation::Finding findingOf(const Input& input, const Json::List& candidates,
   return finding;
 }
 
-/// Pairs of findings after their rank: 0 if the step that wrote the tag last reads both inputs, 1
+/// Pairs of findings, ordered by rank: 0 if the step that wrote the tag last reads both inputs, 1
 /// if both are present, 2 for the others.
 std::vector<std::array<std::size_t, 3>> pairsOf(const Explanation& explanation,
                                                 const Reruns& reruns) {
@@ -61,11 +61,18 @@ std::vector<std::array<std::size_t, 3>> pairsOf(const Explanation& explanation,
   return pairs;
 }
 
-/// Tries pairs of changes: likely values of all pairs of inputs first, then all values. Of each
-/// pair of inputs the first pair of changes that gives the wanted value is kept.
+/// Tries pairs of changes: likely values of all pairs of inputs first, then all values. For each
+/// pair of inputs, keeps the first pair of changes that gives the wanted value.
 void findPairs(Explanation& explanation, Reruns& reruns,
                const std::vector<Candidates::List>& candidates, const Wanted& wanted) {
   auto& found = explanation.together.emplace();
+  const auto isMet = [&](std::vector<Change> changes) {
+    ++explanation.triedPairs;
+    const Json* const gives = reruns.run(changes);
+    if (gives == nullptr || !wanted.isMetBy(*gives)) return false;
+    found.push_back({std::move(changes), *gives});
+    return true;
+  };
   const auto isFound = [&](std::size_t first, std::size_t second, bool isLikely) {
     const auto& [firsts, likelyFirsts] = candidates[first];
     const auto& [seconds, likelySeconds] = candidates[second];
@@ -73,13 +80,10 @@ void findPairs(Explanation& explanation, Reruns& reruns,
       for (std::size_t k = 0; k < (isLikely ? likelySeconds : seconds.size()); ++k) {
         if (!isLikely && i < likelyFirsts && k < likelySeconds) continue;
         if (explanation.triedPairs == kMostReplays) return false;
-        ++explanation.triedPairs;
-        std::vector<Change> changes{{explanation.findings[first].input, firsts[i]},
-                                    {explanation.findings[second].input, seconds[k]}};
-        const Json* const gives = reruns.run(changes);
-        if (gives == nullptr || !wanted.isMetBy(*gives)) continue;
-        found.push_back({std::move(changes), *gives});
-        return true;
+        if (isMet({{explanation.findings[first].input, firsts[i]},
+                   {explanation.findings[second].input, seconds[k]}})) {
+          return true;
+        }
       }
     }
     return false;
@@ -93,7 +97,7 @@ void findPairs(Explanation& explanation, Reruns& reruns,
   }
 }
 
-/// A read of a step as an input of the call; none if the call has no such container.
+/// The input of the call that a step reads; nullopt if the call has no such container.
 std::optional<Input> inputFrom(const HookAccess& read, const Question& question) {
   const std::string group(read.group);
   const std::string key(read.member);
@@ -107,16 +111,17 @@ std::optional<Input> inputFrom(const HookAccess& read, const Question& question)
   return Input{.kind = Kind::metadata, .key = group, .tag = tagFromText(key)};
 }
 
-/// The steps of all hooks that write the tag, with this call's values of what they read.
+/// The steps of all hooks that write the tag, with the inputs that they read and the values of
+/// these in this call.
 std::vector<Explanation::Writer> writersOf(const Question& question, const Reruns& reruns) {
   std::vector<Explanation::Writer> writers;
-  for (const HookAccess& write : hookAccesses()) {
+  for (const HookAccess& write : kHookAccesses) {
     if (!write.isWrite || write.group != question.container ||
         write.member != tagText(question.tag)) {
       continue;
     }
     auto& writer = writers.emplace_back(Explanation::Writer{write.hook, write.step});
-    for (const HookAccess& read : hookAccesses()) {
+    for (const HookAccess& read : kHookAccesses) {
       if (read.isWrite || read.hook != write.hook || read.step != write.step) continue;
       if (const auto input = inputFrom(read, question)) {
         writer.reads.emplace_back(*input, reruns.valueOf(*input));

@@ -38,7 +38,8 @@ struct Explanation {
     Input input;
     Json value;
     bool affects = false;
-    std::vector<Outcome> outcomes = {};  // one for each distinct answer; if wanted, for that one
+    // One for each distinct result; with a wanted value, only changes that give it.
+    std::vector<Outcome> outcomes = {};
   };
 
   Json before;
@@ -49,7 +50,7 @@ struct Explanation {
   std::vector<Finding> findings = {};                 // in the order of the first read
   std::size_t tried = 0;                              // single changes
 
-  /// Pairs of changes. None if a single change gives the wanted value, or nothing is wanted.
+  /// Pairs of changes; nullopt if a single change gives the wanted value, or nothing is wanted.
   std::optional<std::vector<Outcome>> together = {};
   std::size_t triedPairs = 0;
   std::size_t allPairs = 0;
@@ -63,7 +64,7 @@ Explanation explain(const Question& question, const std::optional<Wanted>& wante
 
 void writeJson(std::ostream& out, const Question& question, const Explanation& explanation);
 
-/// `want` is the wanted value as it was typed; empty if none is. With `all`, lists every outcome
+/// `want` is the text of the wanted value; empty if there is none. With `all`, lists every outcome
 /// and the inputs without effect.
 void writeText(std::ostream& out, const Question& question, const Explanation& explanation,
                const std::string& want, bool all, Style style);

@@ -18,8 +18,8 @@
 namespace camhook {
 namespace {
 
-constexpr std::size_t kMostLetters = 40;  // shown of a value, about
-constexpr std::size_t kMostShown = 4;     // outcomes shown of an input, unless all are
+constexpr std::size_t kMostLetters = 40;  // approximate limit for a value's text
+constexpr std::size_t kMostShown = 4;     // limit for the outcomes of an input without --all
 
 std::string itemsText(const Json& items) {
   if (items.size() == 1) return lineOfJson(items[0]);
@@ -92,7 +92,7 @@ class Text {
     return change.input.kind == Kind::call ? "omitted" : valueText(change.to);
   }
 
-  /// An input with its value; a call that may be left out has none.
+  /// An input with its value. An earlier call that may be left out has no value.
   [[nodiscard]] std::vector<std::string> cellsOf(const Finding& finding, Style style) const {
     std::vector<std::string> cells{inputText(finding.input)};
     if (finding.input.kind != Kind::call) cells.push_back(style.faint(valueText(finding.value)));
@@ -116,8 +116,8 @@ class Text {
            std::to_string(first->first) + " to " + std::to_string(last->first) + "; 0 by default";
   }
 
-  /// The inputs that explain the value: present ones whose absence changes it, or else those of
-  /// which another value does.
+  /// The inputs that explain the value: present inputs whose absence changes it. If there are none,
+  /// present inputs with another value that changes it.
   [[nodiscard]] std::string causeText() const {
     const Input tag{.kind = Kind::metadata, .key = mQuestion.container, .tag = mQuestion.tag};
     for (const int rank : {0, 1}) {
@@ -200,7 +200,7 @@ class Text {
     head.add(cellsOf(finding, mStyle));
     head.write(mOut, 2);
     Columns rows;
-    // Of an absent input, one outcome for each writing step and item count.
+    // For an absent input, shows one outcome for each writing step and item count.
     std::set<std::pair<std::string, std::size_t>> shown;
     std::size_t left = 0;
     for (std::size_t i = 0; i < finding.outcomes.size(); ++i) {

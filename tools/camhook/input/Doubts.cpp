@@ -17,8 +17,8 @@ namespace {
 constexpr std::string_view kProductProperty = "ro.product.model.zdm";
 constexpr std::string_view kUnusedProductProperty = "ro.product.model";
 
-/// The name that differs from the text in one letter; empty if there is none, and if the text is
-/// itself a name.
+/// The name that differs from the text in one letter; empty if there is none or the text is itself
+/// a name.
 std::string_view slipOf(std::string_view text, std::span<const std::string_view> names) {
   if (std::ranges::find(names, text) != names.end()) return {};
   for (const std::string_view name : names) {
@@ -66,10 +66,10 @@ std::string productDoubt(const host::TextMap& properties, bool decides) {
 
 void Doubts::onPlatform(const Value& value, const host::PhoneConfig& platform) const {
   if (const auto properties = value.find("properties")) {
-    const std::string problem = productDoubt(platform.properties, mDecides);
+    std::string problem = productDoubt(platform.properties, mDecides);
     auto product = properties->find(kProductProperty);
     if (!product && !mSetsProduct) product = properties->find(kUnusedProductProperty);
-    if (product && !problem.empty()) product->warn([&] { return problem; });
+    if (product && !problem.empty()) product->warn([&] { return std::move(problem); });
     properties->forEachMember(
         [](const Key& key, const Value&) { doubtName(key, "unknown property", kKnownProperties); });
   }

@@ -16,8 +16,9 @@
 
 namespace camhook {
 
-/// The problem with the product model among properties; empty if there is none. The products that
-/// only the zoom transition has are a problem if the scenario `decides` on a sensor mode.
+/// The problem with the product model among properties; empty if there is none. If the scenario
+/// `decides` on a sensor mode, products that only have zoom-transition parameters are reported,
+/// too.
 std::string productDoubt(const host::TextMap& properties, bool decides);
 
 /// Receives the calls in the order of the scenario, then the platform.
@@ -28,7 +29,7 @@ class Doubts {
 
   void onCall(const Call& call, const Value& value);
 
-  /// A doubt about a member of a call that depends on the whole scenario.
+  /// A warning about a member of a call that depends on the whole scenario.
   struct CallDoubt {
     std::size_t call;  // index
     std::string_view key;

@@ -65,7 +65,7 @@ bool hasRequestNo(const DumpHook& hook) {
   return hook.call == UpdateRequestMeta::kName || hook.call == UpdateResultMeta::kName;
 }
 
-/// A line for each note with another text, with the number of its repetitions.
+/// A line for each distinct note, with the number of its repetitions.
 std::vector<std::string> linesOf(const std::vector<const DumpFile*>& files) {
   std::vector<std::pair<std::string, std::size_t>> notes;  // line and repetitions
   std::map<std::string, std::size_t> indexes;
@@ -200,7 +200,7 @@ Json platformOf(const DumpOptions& options, std::int32_t sensor, const std::stri
   return platform;
 }
 
-/// The values that no option and no file gave, each in a few words.
+/// The assumed values: given neither by an option nor by a file. Each is a few words.
 std::vector<std::string> assumptions(const DumpOptions& options, const DumpHook& hook,
                                      const std::vector<FramedDump>& dumps, bool hasClock) {
   std::vector<std::string> assumed;
@@ -223,17 +223,11 @@ std::vector<std::string> assumptions(const DumpOptions& options, const DumpHook&
   return assumed;
 }
 
-/// "2 dumps of a phone, from a.txt, b.txt and 3 more files.".
+/// "2 dumps of a phone, from a.txt and 1 more file."
 std::string origin(const std::vector<DumpFile>& files, std::size_t dumps) {
-  constexpr std::size_t kMostNames = 3;
-  std::vector<std::string> names;
-  for (const DumpFile& file : files) {
-    if (names.size() < kMostNames) names.push_back(nameInFolder(file.name));
-  }
-  std::string text = counted(dumps, "dump", "dumps") + " of a phone, from " + joined(names, ", ");
-  if (files.size() > kMostNames) {
-    text += " and " + counted(files.size() - kMostNames, "more file", "more files");
-  }
+  std::string text = counted(dumps, "dump", "dumps") + " of a phone, from ";
+  text += nameInFolder(files.front().name);
+  if (files.size() > 1) text += " and " + counted(files.size() - 1, "more file", "more files");
   return text + ".";
 }
 
@@ -285,6 +279,7 @@ DumpScenario scenarioOfDumps(std::vector<DumpFile> files, const DumpOptions& opt
   const std::string clock = first ? clockOfName(first->time) : "";
 
   std::vector<const DumpFile*> sources;
+  sources.reserve(files.size() + 1);
   for (const DumpFile& file : files) sources.push_back(&file);
   if (options.statics) sources.push_back(&*options.statics);
   std::vector<std::string> notes = linesOf(sources);

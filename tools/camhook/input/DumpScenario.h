@@ -1,4 +1,4 @@
-// Makes scenarios of the metadata dumps of a phone.
+// Makes scenarios from the metadata dumps of a phone.
 
 #pragma once
 
@@ -50,7 +50,7 @@ struct DumpScenario {
 /// dump can be read.
 DumpFile dumpFile(std::string name, std::string_view text);
 
-/// Makes a call of each dump, or of as many dumps as the hook has containers. Files of
+/// Makes a call from each dump, or from as many dumps as the hook has containers. Files of
 /// `dumpMetadata`, whose names contain the frame, come first, in the order of frames and with the
 /// frame as request number. The other dumps follow in the order of files and texts, with the next
 /// numbers.

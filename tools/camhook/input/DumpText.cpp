@@ -32,7 +32,7 @@ std::string_view afterTime(std::string_view line) {
   return line;
 }
 
-/// True for a header of `logcat -v long`, which is on a line of its own:
+/// True for a header of `logcat -v long`, which is on a separate line:
 /// "[ 03-04 05:06:07.123  1234: 1235 I/CameraMetadata ]".
 bool isHeader(std::string_view line) {
   while (line.ends_with(' ') || line.ends_with('\r')) line.remove_suffix(1);

@@ -34,10 +34,10 @@ struct DumpsOfText {
 
 /// Finds the dumps of a text.
 ///
-/// A dump begins with its first line, also in the middle of a line, and ends with its last value,
+/// The first line of a dump may follow other text on its line. The dump ends with its last value,
 /// the next dump or the text. Other text between its lines is ignored. Dumps of several threads in
-/// one log are separated by the text after the time of each line. A text that begins within a dump
-/// has the entries of that dump. Entries after a complete dump are of an older one: a phone
+/// one log are separated by the text after the time of each line. If the text begins within a dump,
+/// its remaining entries form a dump. Entries after a complete dump belong to an older one: a phone
 /// overwrites the file without truncating it.
 DumpsOfText dumpsIn(std::string_view text);
 

@@ -7,8 +7,8 @@
 namespace camhook {
 namespace {
 
-/// A line of at most `Faults::kMostColumns`. Of a long one, the beginnings of the path and of the
-/// file's name are left out first.
+/// A line of at most `Faults::kMostColumns`. In a line that is too long, the beginnings of the path
+/// and of the file name are cut first.
 std::string lineOf(std::string_view file, std::string_view what, const Fault& fault) {
   constexpr std::size_t kMostOfFile = 50;
   constexpr std::size_t kMostOfPlace = 60;

@@ -65,7 +65,7 @@ class Json {
     return value != nullptr && *value;
   }
 
-  /// An integer that fits the type; none for any other value.
+  /// An integer that fits the type; nullopt for any other value.
   template <std::integral T>
   [[nodiscard]] std::optional<T> integer() const {
     if (const auto* number = std::get_if<std::int64_t>(&mValue)) {
@@ -93,9 +93,9 @@ class Json {
     return const_cast<Json*>(std::as_const(*this).find(key));
   }
 
-  /// The same; the value null if there is none.
+  /// Like `find`, but returns a null value if there is none.
   [[nodiscard]] const Json& operator[](std::string_view key) const;
-  /// The same; adds the key if there is none. Null becomes an object.
+  /// Returns the value of a key, which is added if there is none. Null becomes an object.
   Json& operator[](std::string_view key);
 
   [[nodiscard]] const Json& operator[](std::size_t index) const { return items().at(index); }

@@ -14,12 +14,11 @@ namespace camhook {
 /// A value on one line, with a space after each comma and colon.
 std::string lineOfJson(const Json& value);
 
-/// A value in lines of 100 columns, of which the first begins at column `indent`. A value that fits
-/// stays on one line; of any other each member has its own line, but a list of numbers or of short
-/// lists fills its lines.
+/// Formats a value for lines of 100 columns, starting at column `indent`. A value that does not fit
+/// on one line has one line for each member; lists of numbers or of short lists are wrapped.
 std::string brokenJson(const Json& value, std::size_t indent = 0);
 
-/// Writes the same with a line break at the end.
+/// Writes the text of `brokenJson` and a line break.
 void writeJson(std::ostream& out, const Json& value);
 
 /// A text as a JSON string.

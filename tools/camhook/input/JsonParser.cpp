@@ -123,8 +123,8 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
   /// True if the innermost open list is the one whose items are used one by one.
   [[nodiscard]] bool isInItems() const { return mIsInItems && mOpen.size() == 2; }
 
-  /// The offset of a word or bracket of which `taken` bytes were read from the stream. The parser
-  /// reads numbers and texts from a copy of the stream, so the stream is still at their beginning.
+  /// The offset of the current token, after `taken` bytes of it were read. The parser reads numbers
+  /// and texts from a copy of the stream, so the stream is still at their beginning.
   [[nodiscard]] std::uint32_t offset(std::size_t taken = 0) const {
     static_assert(rapidjson::StreamTraits<rapidjson::StringStream>::copyOptimization == 1);
     return static_cast<std::uint32_t>(mStream.Tell() - taken);

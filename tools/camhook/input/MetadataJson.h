@@ -13,7 +13,8 @@
 
 namespace camhook {
 
-// The readers of values without a text throw InputError. `place` precedes the place of a fault.
+// These functions read values that have no source text. They throw InputError; `place` precedes the
+// place of a fault.
 
 /// Reads an object from tag to value.
 NSCam::IMetadata metadataFromJson(const Json& json, std::string_view place);

@@ -31,8 +31,8 @@ const host::AndroidTag* findEnumeration(std::uint32_t tag) {
   return known != nullptr && !known->values.empty() ? known : nullptr;
 }
 
-/// Reads a text for a tag with named values: a name. Returns false for any other tag, and for a
-/// hexadecimal text.
+/// Reads the name of a value. Returns false for a hexadecimal text, and if the tag has no named
+/// values.
 template <typename T>
 bool readName(const Value& value, std::uint32_t tag, T& item) {
   const host::AndroidTag* known = findEnumeration(tag);
@@ -91,7 +91,8 @@ ItemReader findReader(std::string_view type) {
   return found != host::kTypeNames.end() ? kReaders[found - host::kTypeNames.begin()] : nullptr;
 }
 
-/// Warns of a number of items that is not the catalogue's, if that is at most `kMostChecked`.
+/// Warns if the number of items differs from that of the catalogue, unless the catalogue has more
+/// than `kMostChecked`.
 void checkCount(const Value& items, std::size_t count, const TagDescription& info) {
   constexpr std::uint32_t kMostChecked = 64;
   const bool isChecked = info.count != kAnyCount && info.count <= kMostChecked;

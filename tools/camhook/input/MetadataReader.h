@@ -21,7 +21,7 @@ void readEntry(const Value& value, std::uint32_t tag, NSCam::IMetadata::IEntry* 
 /// Returns the tag with a catalogue name or hexadecimal number, if the text is one.
 std::optional<std::uint32_t> tagFrom(std::string_view text);
 
-/// The same with up to 64 bits.
+/// Like `tagFrom`, for numbers of up to 64 bits.
 std::optional<std::uint64_t> wideTagFrom(std::string_view text);
 
 }  // namespace camhook

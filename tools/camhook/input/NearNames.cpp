@@ -10,16 +10,12 @@
 #include "tools/camhook/input/TagCatalogue.h"
 
 namespace camhook {
-namespace {
-
 std::string inLowerCase(std::string_view text) {
   std::string lower(text);
   for (char& letter : lower)
     letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
   return lower;
 }
-
-}  // namespace
 
 std::size_t editDistance(std::string_view left, std::string_view right) {
   const std::size_t width = right.size() + 1;

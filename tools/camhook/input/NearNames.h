@@ -8,6 +8,9 @@
 
 namespace camhook {
 
+/// The text with its ASCII letters in lower case.
+std::string inLowerCase(std::string_view text);
+
 /// The number of letters to insert, remove, replace or swap with the next one that turns one text
 /// into the other.
 std::size_t editDistance(std::string_view left, std::string_view right);
@@ -16,7 +19,7 @@ std::size_t editDistance(std::string_view left, std::string_view right);
 /// ignored. Empty if no name is similar.
 std::string nearNames(std::string_view text, std::span<const std::string_view> names);
 
-/// The same with the tags of the catalogue.
+/// Like `nearNames`, with the tags of the catalogue.
 std::string nearTags(std::string_view text);
 
 }  // namespace camhook

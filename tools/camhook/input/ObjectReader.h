@@ -40,13 +40,15 @@ class ObjectReader {
 
   /// Reads the keys that `keysOf` lists. Any other key except `others` is a fault.
   void readAll(auto& target, std::initializer_list<std::string_view> others = {}) {
+    mKnown = others;
     for (const std::string_view key : others) mRead += mObject.find(key) ? 1U : 0U;
     keysOf(*this, target);
-    if (mRead != mObject.size()) failUnknownKeys(target, others);
+    if (mRead != mObject.size()) failUnknownKeys();
   }
 
  private:
   bool readMember(std::string_view key, auto& target) {
+    mKnown.push_back(key);
     const std::optional<Value> member = mObject.find(key);
     if (!member) return false;
     ++mRead;
@@ -59,12 +61,10 @@ class ObjectReader {
     return key == "meta" && mObject.find(kMetaOfKey);
   }
 
-  void failUnknownKeys(auto& target, std::initializer_list<std::string_view> others) const {
-    KeyNames known(others);
-    keysOf(known, target);
-    mObject.forEachMember([&](const Key& key, const Value&) {
-      if (std::ranges::find(known.names(), key.text()) != known.names().end()) return;
-      key.fail("unknown key" + nearNames(key.text(), known.names()));
+  void failUnknownKeys() const {
+    mObject.forEachMember([this](const Key& key, const Value&) {
+      if (std::ranges::find(mKnown, key.text()) != mKnown.end()) return;
+      key.fail("unknown key" + nearNames(key.text(), mKnown));
     });
   }
 
@@ -104,7 +104,8 @@ class ObjectReader {
   void read(const Value& value, ScenarioFrame::Calls& target) const;
 
   Value mObject;
-  std::size_t mRead = 0;
+  std::vector<std::string_view> mKnown;  // keys
+  std::size_t mRead = 0;                 // members of these keys
 };
 
 }  // namespace camhook

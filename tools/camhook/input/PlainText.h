@@ -1,4 +1,4 @@
-// Prepares texts of the input for a line on a terminal.
+// Escapes and shortens input text for output on one line.
 
 #pragma once
 
@@ -30,7 +30,7 @@ std::size_t columnsOf(std::string_view text);
 /// A printable text of at most `most` columns; "..." replaces the rest.
 std::string cutEnd(std::string_view text, std::size_t most);
 
-/// The same; "..." replaces the beginning.
+/// Like `cutEnd`, but "..." replaces the beginning.
 std::string cutStart(std::string_view text, std::size_t most);
 
 }  // namespace camhook

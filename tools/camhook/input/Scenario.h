@@ -159,7 +159,7 @@ inline MetadataArgument* findMeta(Call& call) {
 /// One call of a scenario.
 struct ScenarioCall {
   Call call;
-  Json arguments = {};     // except the sensor and the containers, as the scenario has them
+  Json arguments = {};     // except the sensor and the containers, in the format of the scenario
   std::size_t number = 0;  // in the scenario, from 1
 
   // With metaOf, the call gets the `meta` that an earlier call left. The entries of its own `meta`

@@ -245,24 +245,6 @@ void keysOf(V& visit, CallType& call) {
   ownKeysOf(visit, call);
 }
 
-/// The visitor of `keysOf` that collects the keys.
-class KeyNames {
- public:
-  KeyNames(std::initializer_list<std::string_view> names) : mNames(names) {}
-
-  void must(std::string_view key, auto&& /*target*/, std::string_view /*meaning*/ = {}) {
-    mNames.push_back(key);
-  }
-  void may(std::string_view key, auto&& /*target*/, std::string_view /*meaning*/ = {}) {
-    mNames.push_back(key);
-  }
-
-  [[nodiscard]] const std::vector<std::string_view>& names() const { return mNames; }
-
- private:
-  std::vector<std::string_view> mNames;
-};
-
 /// Calls `use` with one call of each kind.
 void forEachCall(auto use) {
   const auto useEach = [&]<typename... Calls>(const std::variant<Calls...>*) {

@@ -49,7 +49,7 @@ class Located {
     return isHeard() ? faultAt(problem, key) : Fault();
   }
 
-  /// `key` is missing in this object, or empty.
+  /// `key`: name of a missing key; empty for a fault of the value itself.
   [[nodiscard]] Fault faultAt(std::string problem, std::string_view key) const;
 
   const Source* mSource;

@@ -29,7 +29,8 @@ std::optional<std::tm> timeFrom(const std::string& text) {
   constexpr const char* kFormat = "%Y-%m-%dT%H:%M:%S";
   std::tm time{};
   std::istringstream(text) >> std::get_time(&time, kFormat);
-  // UTC has no change of time. A date that no month has becomes another one.
+  // UTC has no daylight saving time. timegm changes an invalid date to a valid one, which then
+  // differs from the text.
   std::tm normal = time;
   if (timegm(&normal) == -1) return {};
   std::ostringstream again;

@@ -1,4 +1,4 @@
-// Reads a text that is a number.
+// Parses integers.
 
 #pragma once
 
@@ -10,8 +10,8 @@
 
 namespace camhook {
 
-/// The number that the whole text is, if it is one and fits the type. A signed type accepts a minus
-/// sign.
+/// Parses the whole text as a number. Returns nullopt if it is none or does not fit. A signed type
+/// accepts a minus sign.
 template <std::integral T>
 std::optional<T> wholeNumber(std::string_view text, int base = 10) {
   T number{};

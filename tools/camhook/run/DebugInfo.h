@@ -1,4 +1,4 @@
-// What the debug information of this process says about its code.
+// Reads the debug information of this process.
 
 #pragma once
 
@@ -15,9 +15,9 @@ struct Frame {
   int line = 0;
 };
 
-/// Returns the functions that contain the call before this return address, innermost first; none if
-/// that code has no debug information. Reads the loaded files only, not separate debug files. A
-/// build without libdw always returns none. To be used by one thread at a time.
+/// Returns the functions that contain the call before this return address, innermost first; nullopt
+/// if that code has no debug information. Reads the loaded files only, not separate debug files. A
+/// build without libdw always returns nullopt. Not thread-safe.
 std::optional<std::vector<Frame>> framesOf(const void* returnAddress);
 
 }  // namespace camhook

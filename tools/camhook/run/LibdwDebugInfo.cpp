@@ -98,8 +98,8 @@ std::optional<std::vector<Frame>> framesOf(const void* returnAddress) {
   int count = dwarf_getscopes(unit, address - bias, &nodes);
   std::vector<Dwarf_Die> scopes = takeScopes(nodes, count);
   if (scopes.empty()) return {};
-  // Outside of an inlined function these are the scopes of its source; the tree has those of its
-  // caller.
+  // Beyond an inlined function, these scopes are those of its source. getscopes_die returns the
+  // scopes of its caller.
   nodes = nullptr;
   count = dwarf_getscopes_die(&scopes.front(), &nodes);
   scopes = takeScopes(nodes, count);

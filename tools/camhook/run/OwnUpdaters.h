@@ -1,4 +1,4 @@
-// Updaters that end with their run, and what the library keeps from call to call.
+// Updaters owned by one run, and library state that persists between calls.
 //
 // The updaters that `createInstance` returns live as long as the process. Runs that must not affect
 // one another use updaters of their own.
@@ -14,7 +14,7 @@
 
 namespace camhook {
 
-/// What the library keeps from call to call.
+/// Library state that persists between calls.
 struct LibraryState {
   std::map<int, HeskParameterUpdaterInspector::Values> updaters;  // by sensor
   android::sp<hesk::CameraProvider> provider;
@@ -25,7 +25,7 @@ struct LibraryState {
   }
 };
 
-/// One at a time. The library begins without a provider handle.
+/// Only one object may exist at a time. The library begins without a provider handle.
 class OwnUpdaters {
  public:
   OwnUpdaters() { hesk::cameraProviderHandle() = {}; }

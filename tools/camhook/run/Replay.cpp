@@ -18,26 +18,26 @@
 namespace camhook {
 namespace {
 
-UpdaterFields fieldsOf(HeskParameterUpdater& updater) {
+Json jsonFromSize(NSCam::MSize size) { return Json::List{size.w, size.h}; }
+
+/// The updater's fields, in the order of the trace.
+Json stateOf(HeskParameterUpdater& updater) {
   const HeskParameterUpdaterInspector fields{updater};
-  const NSCam::MSize preview = fields.previewSize();
-  UpdaterFields state{.instanceId = fields.instanceId(),
-                      .hasVideoStream = fields.hasVideoStream(),
-                      .nonZslFrames = {},
-                      .multicamFeatureMode = fields.multicamFeatureMode(),
-                      .previewSize = {preview.w, preview.h},
-                      .captureCount = fields.captureCount(),
-                      .streamIds = fields.streamIds(),
-                      .primaryCameraDiagonalFov = fields.diagonalFovDegrees()};
+  Json::List frames;
   for (const auto& [requestNo, index] : fields.nonZslFrames()) {
-    state.nonZslFrames.push_back({requestNo, index});
+    frames.push_back(Json::List{requestNo, index});
   }
-  return state;
+  return {{"mInstanceId", fields.instanceId()},
+          {"mHasVideoStream", fields.hasVideoStream()},
+          {"mNonZslFrames", std::move(frames)},
+          {"mMulticamFeatureMode", fields.multicamFeatureMode()},
+          {"mPreviewSize", jsonFromSize(fields.previewSize())},
+          {"mCaptureCount", fields.captureCount()},
+          {"mStreamIds", fields.streamIds()},
+          {"mPrimaryCameraDiagonalFov", fields.diagonalFovDegrees()}};
 }
 
 constexpr std::size_t kMostContainers = 3;  // of a call
-
-Json jsonFromSize(NSCam::MSize size) { return Json::List{size.w, size.h}; }
 
 /// Tuning data: byte i is i modulo 251.
 std::vector<std::byte> tuningBlock(std::size_t size) {
@@ -47,8 +47,8 @@ std::vector<std::byte> tuningBlock(std::size_t size) {
   return block;
 }
 
-/// Fills the map in the order of the list, as the pipeline does: the order of its iteration depends
-/// on that.
+/// Fills the map in the order of the list, as the pipeline does, because the order of its iteration
+/// depends on that.
 HeskParameterUpdater::ImageStreams imageStreams(
     const std::vector<UpdateSessionParams::Stream>& streams) {
   HeskParameterUpdater::ImageStreams map;
@@ -89,8 +89,8 @@ class Recorder final : public host::Observer {
     const NSCam::IMetadata* container = nullptr;
     if (const auto* read = std::get_if<host::MetadataRead>(&access)) container = read->container;
     if (const auto* write = std::get_if<host::MetadataWrite>(&access)) container = write->container;
-    for (const ContainerTrace& handed : mTrace.containers) {
-      if (handed.after && &*handed.after == container) return handed.name;
+    for (const ContainerTrace& passed : mTrace.containers) {
+      if (passed.after && &*passed.after == container) return passed.name;
     }
     return {};
   }
@@ -102,15 +102,16 @@ class Recorder final : public host::Observer {
   Replay::StepsOf mStepsOf;
 };
 
-/// Runs one call. `updater` is null if there is none, and for calls without one.
+/// Runs one call. `updater` is null if the call uses none or its sensor has none.
 struct Runner {
   CallTrace& trace;
   host::Phone& phone;
   HeskParameterUpdater* updater;
 
-  /// Returns the container in the trace, on which the hook works: accesses have its address.
-  [[nodiscard]] NSCam::IMetadata* hand(std::string_view name,
-                                       const MetadataArgument& metadata) const {
+  /// Adds the container to the trace and returns the trace's copy for the hook: accesses have its
+  /// address.
+  [[nodiscard]] NSCam::IMetadata* passContainer(std::string_view name,
+                                                const MetadataArgument& metadata) const {
     trace.containers.push_back({name, metadata, metadata});
     MetadataArgument& after = trace.containers.back().after;
     return after ? &*after : nullptr;
@@ -119,24 +120,24 @@ struct Runner {
   void operator()(const CreateInstance& /*call*/) const { trace.result = updater != nullptr; }
 
   void operator()(const UpdateSessionParams& call) const {
-    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    NSCam::IMetadata* const meta = passContainer("meta", call.meta);
     if (updater != nullptr) updater->updateSessionParams(meta, imageStreams(call.streams));
   }
 
   void operator()(const UpdateResultMeta& call) const {
-    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    NSCam::IMetadata* const meta = passContainer("meta", call.meta);
     if (updater != nullptr) updater->updateResultMeta(meta, call.requestNo);
   }
 
   void operator()(const UpdateCaptureRawParameter& call) const {
-    NSCam::IMetadata* const app = hand("app", call.app);
-    NSCam::IMetadata* const hal = hand("hal", call.hal);
-    NSCam::IMetadata* const out = hand("out", call.out);
+    NSCam::IMetadata* const app = passContainer("app", call.app);
+    NSCam::IMetadata* const hal = passContainer("hal", call.hal);
+    NSCam::IMetadata* const out = passContainer("out", call.out);
     if (updater != nullptr) updater->updateCaptureRawParameter(app, hal, out);
   }
 
   void operator()(const UpdateTuningData& call) const {
-    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    NSCam::IMetadata* const meta = passContainer("meta", call.meta);
     std::vector<std::byte> block = tuningBlock(call.size);
     bool isDone = false;
     if (updater != nullptr) {
@@ -150,7 +151,7 @@ struct Runner {
   }
 
   void operator()(const TranslateResultRegion& call) const {
-    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    NSCam::IMetadata* const meta = passContainer("meta", call.meta);
     if (updater == nullptr) return;
     updater->translateResultRegionForHesk(meta, call.value, call.cameraId,
                                           static_cast<long>(call.tag));
@@ -168,7 +169,7 @@ struct Runner {
   }
 
   void operator()(const DumpMetadata& call) const {
-    const NSCam::IMetadata* const meta = hand("meta", call.meta);
+    const NSCam::IMetadata* const meta = passContainer("meta", call.meta);
     if (updater != nullptr) {
       std::optional<camera_metadata> buffer;
       if (meta != nullptr) buffer.emplace(*meta);
@@ -181,7 +182,7 @@ struct Runner {
 
   void operator()(const DecideSensorScenario& call) const {
     trace.sensor = call.sensor;
-    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    NSCam::IMetadata* const meta = passContainer("meta", call.meta);
     const auto info = std::make_shared<HeskSensorModeControl::StreamInfo>();
     *info = {.hasVideoConsumer = call.video, .mainOutputSize = {call.width, call.height}};
     trace.result =
@@ -189,7 +190,7 @@ struct Runner {
   }
 
   void operator()(const UpdateRequestMeta& call) const {
-    NSCam::IMetadata* const meta = hand("meta", call.meta);
+    NSCam::IMetadata* const meta = passContainer("meta", call.meta);
     if (updater != nullptr) updater->updateRequestMeta(meta, call.requestNo);
   }
 
@@ -239,9 +240,9 @@ CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
         }
         trace.takesUpdater = UpdaterCall<CallType>;
         const bool hasState = detail == Detail::all && updater != nullptr;
-        if (hasState) trace.state.emplace().before = fieldsOf(*updater);
+        if (hasState) trace.state.emplace().before = stateOf(*updater);
         Runner{trace, mPhone, updater}(concrete);
-        if (hasState) trace.state->after = fieldsOf(*updater);
+        if (hasState) trace.state->after = stateOf(*updater);
       },
       whole ? *whole : scenarioCall.call);
   if (scenarioCall.isLastUse) mKeptMeta.erase(scenarioCall.metaOf);

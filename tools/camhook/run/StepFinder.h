@@ -20,7 +20,7 @@ struct Step {
   friend bool operator==(const Step&, const Step&) = default;
 };
 
-/// Caches steps by address. To be used by one thread at a time.
+/// Caches steps by address. Not thread-safe.
 class StepFinder {
  public:
   /// Returns the innermost step on a call stack, given as return addresses, innermost first. A step
@@ -30,7 +30,7 @@ class StepFinder {
   Step find(std::span<void* const> returnAddresses);
 
  private:
-  /// None if the call that returns there is not made by a step.
+  /// Returns nullopt if the code at this address is not in a step.
   const std::optional<Step>& stepAt(const void* returnAddress);
 
   std::unordered_map<const void*, std::optional<Step>> mKnown;

@@ -29,7 +29,7 @@ struct TraceFilter {
 
   [[nodiscard]] bool isWhole() const { return calls.empty() && hooks.empty() && tags.empty(); }
 
-  /// Removes what is not selected of a call. Returns false if nothing is left.
+  /// Removes the parts of a call that are not selected. Returns false if nothing is left.
   bool apply(CallTrace& trace) const;
 };
 

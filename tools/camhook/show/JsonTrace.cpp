@@ -46,7 +46,7 @@ Json writesOf(const std::vector<StepAccess>& accesses) {
   return list;
 }
 
-/// What the call changed, as it was; null if it changed nothing.
+/// The old values of everything that the call changed; null if it changed nothing.
 Json beforeOf(const CallTrace& trace) {
   Json json;
   for (const ContainerTrace& container : trace.containers) {
@@ -55,17 +55,10 @@ Json beforeOf(const CallTrace& trace) {
     }
   }
   if (!trace.state) return json;
-  forEachUpdaterField([&](std::string_view name, auto field) {
-    const auto& before = trace.state->before.*field;
-    if (before != trace.state->after.*field) json["state"][name] = before;
-  });
-  return json;
-}
-
-Json stateOf(const std::optional<StateTrace>& state) {
-  Json json;
-  if (!state) return json;
-  forEachUpdaterField([&](std::string_view name, auto field) { json[name] = state->after.*field; });
+  for (const auto& [name, after] : trace.state->after.members()) {
+    const Json& before = trace.state->before[name];
+    if (before != after) json["state"][name] = before;
+  }
   return json;
 }
 
@@ -89,7 +82,7 @@ Json jsonFromTrace(const CallTrace& trace) {
     json[container.name] = container.after ? jsonFromMetadata(*container.after) : Json();
   }
   if (Json before = beforeOf(trace); !before.isNull()) json["before"] = std::move(before);
-  if (trace.takesUpdater) json["state"] = stateOf(trace.state);
+  if (trace.takesUpdater) json["state"] = trace.state ? trace.state->after : Json();
   Json::List effects;
   for (const host::Effect& effect : trace.effects) effects.push_back(jsonFromEffect(effect));
   json["effects"] = std::move(effects);

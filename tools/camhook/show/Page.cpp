@@ -59,15 +59,8 @@ Page::Page(std::ostream& out, std::string_view title, const ScenarioText& scenar
       mScenario(scenario),
       mTextTrace(mText, Style(false), kAllLevels, scenario.about()) {}
 
-std::string Page::takeText() {
-  std::string text = html(mText.str());
-  mText.str("");
-  return text;
-}
-
 void Page::write(const CallTrace& trace) {
   mTextTrace.write(trace);
-  mHtml += takeText();
   mCalls += (mCalls.empty() ? "" : ",\n") + script(lineOfJson(jsonFromTrace(trace)));
   addRectangles(trace);
   addDecoded(trace);
@@ -107,7 +100,7 @@ void Page::finish(const host::TextMap& eventStore) {
           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>"
        << html(mTitle) << "</title>\n<style>" << pageStyles().text
-       << "</style>\n</head>\n<body>\n<noscript><pre>" << mHtml << takeText()
+       << "</style>\n</head>\n<body>\n<noscript><pre>" << html(mText.str())
        << "</pre></noscript>\n<main id=\"page\"></main>\n"
           "<script type=\"application/json\" id=\"data\">";
   mOut << "{\"title\": " << script(jsonText(mTitle))

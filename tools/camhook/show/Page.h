@@ -29,8 +29,6 @@ class Page final : public TraceWriter {
   void finish(const host::TextMap& eventStore) override;
 
  private:
-  /// Returns the text that was written to `mText`, and empties it.
-  std::string takeText();
   void addRectangles(const CallTrace& trace);
   void addDecoded(const CallTrace& trace);
 
@@ -39,7 +37,6 @@ class Page final : public TraceWriter {
   const ScenarioText& mScenario;
   std::ostringstream mText;
   TextTrace mTextTrace;  // writes to mText
-  std::string mHtml;     // the text trace
   std::string mCalls;    // the JSON trace
   // Further data, by the number of the call.
   Json::Object mDecisions;

@@ -14,7 +14,7 @@ using NSCam::IMetadata;
 using NSCam::MRect;
 namespace tags = hesk::tags;
 
-/// The items of a tag; none if the container is null, has no such tag or has it as another type.
+/// The items of a tag; empty if the container is null or has no such tag of this type.
 template <typename T>
 std::vector<T> itemsOf(const MetadataArgument& container, hesk::Tag<T> tag) {
   if (!container) return {};
@@ -41,16 +41,20 @@ std::vector<NamedRectangle> captureRectangles(const CallTrace& trace,
   if (!array.empty()) {
     const NSCam::MSize size{array.front().w, array.front().h};
     found.push_back({"active array", {0, 0, size.w, size.h}});
-    const auto [width, height] = trace.state ? trace.state->after.previewSize : std::array{0, 0};
-    if (width > 0 && height > 0) {
-      const NSCam::MSize fitted = hesk::fitToRatio(size, hesk::aspectRatio({width, height}));
+    NSCam::MSize shown;
+    if (trace.state) {
+      const Json& sides = trace.state->after["mPreviewSize"];
+      shown = {sides[0].integer<std::int32_t>().value(), sides[1].integer<std::int32_t>().value()};
+    }
+    if (shown.w > 0 && shown.h > 0) {
+      const NSCam::MSize fitted = hesk::fitToRatio(size, hesk::aspectRatio(shown));
       preview = {hesk::wrappingSubtract(size.w, fitted.w) / 2,
                  hesk::wrappingSubtract(size.h, fitted.h) / 2, fitted.w, fitted.h};
       found.push_back({"preview area", preview});
     }
   }
   if (!crop.empty()) found.push_back({"crop of the frame", crop.front()});
-  if (!transition.empty()) {  // in the tag it begins at the preview area's corner
+  if (!transition.empty()) {  // the tag's coordinates are relative to the preview area
     const MRect& rect = transition.front();
     found.push_back({"crop for the zoom transition",
                      {hesk::wrappingAdd(rect.x, preview.x), hesk::wrappingAdd(rect.y, preview.y),

@@ -1,4 +1,4 @@
-// Colour and aligned columns of texts for people.
+// Colour and aligned columns for the terminal.
 
 #pragma once
 

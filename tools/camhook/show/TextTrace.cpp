@@ -22,7 +22,7 @@ constexpr std::size_t kTagWidth = 34;
 constexpr std::size_t kNameWidth = 20;  // of fields, effects and events
 constexpr const char* kArrow = "\u2192";
 
-/// The width of the widest text that has at most `most`.
+/// The greatest width that is not above `most`.
 std::size_t widest(const std::vector<std::string>& texts, std::size_t most) {
   std::size_t width = 0;
   for (const std::string& text : texts) {
@@ -92,20 +92,20 @@ void TextTrace::writeExtra(std::string_view name, const Json& value) {
 /// Adds the step of the latest write to the line of its tag, and a line for each earlier write.
 void TextTrace::addWrites(std::vector<Line>& lines, const CallTrace& trace,
                           std::string_view container, std::uint32_t tag) const {
-  for (auto each = trace.accesses->rbegin(); each != trace.accesses->rend(); ++each) {
-    const StepAccess& made = *each;
+  const auto addWrite = [&](const StepAccess& made) {
     const auto* write = std::get_if<host::MetadataWrite>(&made.access);
-    if (write == nullptr || write->tag != tag || made.container != container) continue;
+    if (write == nullptr || write->tag != tag || made.container != container) return;
     const std::string place = mStyle.faint(placeText(made.step));
     if (lines.back().step.empty()) {
       lines.back().step = {made.step.name, place};
-      continue;
+      return;
     }
     const std::string value = std::string(kArrow) + ' ' + entryText(tag, write->entry);
     lines.push_back({.cells = {mStyle.faint("  overwritten"), mStyle.faint(value)},
                      .step = {mStyle.faint(made.step.name), place},
                      .decoded = {}});
-  }
+  };
+  std::for_each(trace.accesses->rbegin(), trace.accesses->rend(), addWrite);
 }
 
 void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& container) {
@@ -165,11 +165,10 @@ void TextTrace::writeState(const CallTrace& trace) {
   }
   if (!trace.state) return;
   Columns columns(kNameWidth);
-  forEachUpdaterField([&](const char* name, auto field) {
-    const auto& before = trace.state->before.*field;
-    const auto& after = trace.state->after.*field;
+  for (const auto& [name, after] : trace.state->after.members()) {
+    const Json& before = trace.state->before[name];
     if (before != after) columns.add({name, changeText(lineOfJson(before), lineOfJson(after))});
-  });
+  }
   writeSection("state", columns);
 }
 

@@ -1,4 +1,4 @@
-// The trace for people: what each call changed, and by which step if the trace has steps.
+// The readable trace: what each call changed, and by which step if the trace has steps.
 
 #pragma once
 
@@ -19,8 +19,8 @@ inline constexpr std::string_view kAllLevels = "DIE";
 /// The stored traces of scenarios have no colour and the records of all levels.
 class TextTrace final : public TraceWriter {
  public:
-  /// `levels` are those of the records that are shown; the text must outlive the trace. `about` is
-  /// the scenario's description, which comes first.
+  /// `levels` lists the levels of the records that are shown; it must outlive the trace. The trace
+  /// begins with `about`, the description of the scenario.
   TextTrace(std::ostream& out, Style style, std::string_view levels, std::string_view about = "");
 
   void write(const CallTrace& trace) override;

@@ -22,9 +22,9 @@ namespace {
 using NSCam::IMetadata;
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::size_t kMostItems = 12;  // shown of an entry
+constexpr std::size_t kMostItems = 12;  // limit for the items shown
 
-/// The fields of the AE record, a row a line.
+/// The fields of the AE record, one string for each line of output.
 constexpr std::string_view kAeRows[] = {
     "luxIndex expIndex",
     "realGain safeGain longGain sensorGain adrcGain darkBoostGain ispGain",
@@ -67,7 +67,7 @@ std::string itemsText(std::uint32_t tag, const Json& items) {
   return text + "]";
 }
 
-/// The text that bytes hold, in quotes; none unless they are printable and end with a zero.
+/// The bytes as a text in quotes; empty unless they are printable and end with a zero.
 std::vector<std::string> textLines(const Bytes& bytes) {
   const bool isText = bytes.size() > 1 && bytes.back() == 0 &&
                       std::all_of(bytes.begin(), bytes.end() - 1, [](std::uint8_t letter) {

@@ -43,7 +43,7 @@ std::string effectFields(const host::Effect& effect);
 /// are none. A long list is shown as its first items, their count and a checksum of all items.
 std::string entryText(std::uint32_t tag, const NSCam::IMetadata::IEntry& entry);
 
-/// The meaning of items that are a text in bytes or a record for the raw algorithms; no line for
+/// The meaning of items that are a text in bytes or a record for the raw algorithms; empty for
 /// other items.
 std::vector<std::string> decodedLines(std::uint32_t tag, const NSCam::IMetadata::IEntry& entry);
 

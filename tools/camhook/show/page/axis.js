@@ -1,4 +1,4 @@
-// The lanes of calls and tags on one axis. Only calls in sight are drawn.
+// The lanes of calls and tags on one axis. Only visible calls are drawn.
 {
   const { element, shape } = page;
   const narrowest = 6; // pixels of a call
@@ -89,7 +89,7 @@
 
     const labelWidth = () => parseFloat(getComputedStyle(box).getPropertyValue("--label"));
 
-    // Draws half a screen more on both sides; `scroll` draws again once that is used up.
+    // Draws half a screen more on both sides; `scroll` draws again after scrolling that far.
     const draw = () => {
       const inSight = Math.ceil(box.clientWidth / step);
       const from = Math.floor(box.scrollLeft / step) + 1;

@@ -1,4 +1,4 @@
-// The open call: what it changed, then what it was given, its effects and its records.
+// The open call: what it changed, then its inputs, effects and log records.
 {
   const { element } = page;
   const parts = [...page.containers, "state"];

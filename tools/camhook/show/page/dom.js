@@ -7,7 +7,7 @@
 
   const isAttributes = (value) => Object.getPrototypeOf(value ?? "") === Object.prototype;
 
-  // Attributes and, by event, listeners.
+  // Sets attributes; a function is added as the listener of the event that its key names.
   page.set = (element, attributes) => {
     for (const [name, value] of Object.entries(attributes)) {
       if (typeof value === "function") element.addEventListener(name, value);

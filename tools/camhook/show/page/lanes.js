@@ -28,7 +28,7 @@
     return shape("path", { class: kind, d });
   };
 
-  // A number beside its line, where it is free.
+  // A number next to its line, where there is space.
   const numberAt = (x, width, text, [low, high = low]) => {
     if (!fits(text, width)) return [];
     const lines = [low - 2, high - 4, low + 12, 18]; // between the bounds, above, below
@@ -67,7 +67,8 @@
     };
   };
 
-  // 0 and false are grey, 1 has the first colour and so on, as far as no other value of the lane has it.
+  // 0 and false are grey. 1 has the first colour, 2 the second; a value whose colour is used in the lane gets
+  // a free one.
   const coloursOf = (runs) => {
     const free = Array.from({ length: colours }, (_, index) => `c${index}`);
     const colourOf = new Map();
@@ -95,7 +96,7 @@
       });
   };
 
-  // What draws the lane of a series.
+  // Returns the function that draws the lane of a series.
   page.lane = (series) => (series.isNumber ? steps(series) : bands(series));
 
   // The calls with their numbers above them.

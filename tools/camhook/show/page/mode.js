@@ -1,10 +1,10 @@
-// How a sensor mode came about: the filters in the order in which they are asked, then the overrides.
+// How a sensor mode was chosen: filters in the order in which they run, then the overrides.
 {
   const { element } = page;
   const given = (value) => (value === null ? "absent" : page.plain(value));
   const mode = ({ scenario, name }) => `${scenario} ${name}`;
 
-  // A cell of a rule; rules without an app type are met by an empty one.
+  // A cell of a rule; an empty app type matches rules without one.
   const conditionCell = ({ conditions }, field, compared) => {
     const isCondition = field in conditions;
     const isAsked = compared?.asked.includes(field);
@@ -15,7 +15,8 @@
     return isMet ? element("td.met", `✓ ${text}`) : element("td.unmet", `✗ ${text}`);
   };
 
-  // Rows of several conditions are compared from the last one on, rows of one condition from the first.
+  // Rows of several conditions are compared from the last to the first, rows of one condition from the first
+  // to the last.
   const rowsOf = ({ rows, columns }, { title }) => {
     const column = columns.find((each) => each.title === title);
     if (!column) return rows.filter(({ needed }) => needed > 1).toReversed();
@@ -68,7 +69,7 @@
 
   const overridesOf = ({ overrides }) => {
     const close = overrides.filter(({ verdict }) => verdict !== "no");
-    if (!close.length) return element("p.note", "No override applies or nearly does.");
+    if (!close.length) return element("p.note", "No override applies or is a near miss.");
     close.sort((one, other) => (other.verdict === "decides") - (one.verdict === "decides"));
     const others = `${overrides.length - close.length} other overrides do not apply.`;
     return [page.table("overrides", "overrides", [], close.map(overrideOf)), element("p.note", others)];

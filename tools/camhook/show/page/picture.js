@@ -25,8 +25,8 @@
 
   const pathOf = ([x, y, x1, y1]) => `M${x} ${y}H${x1}V${y1}H${x}Z`;
 
-  // Places each text where no other one is: at the first free place, else nowhere. A place is the middle of a
-  // text, its start (1) or its end (-1).
+  // Places each text at the first free place; a text without a free place is left out. A place is the middle
+  // of a text, its start (1) or its end (-1).
   const textPlacer = (width, height) => {
     const taken = [];
     const place = (text, kind, places) => {

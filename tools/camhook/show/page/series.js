@@ -31,7 +31,8 @@
     }
   };
 
-  // A value holds until the next call of the same hook on the same sensor, the last one for its call.
+  // A value holds until the next call of the same hook on the same sensor; the last value holds for its own
+  // call only.
   const runsOf = ({ points }) => {
     const runs = [];
     points.forEach(({ number, value, text }, index) => {

@@ -1,4 +1,4 @@
-// The frame of the page: one line of header, a view, and the open call beside it or below.
+// The frame of the page: one line of header, a view, and the open call next to it or below.
 {
   const { element } = page;
   const { title, scenario } = page.data;
