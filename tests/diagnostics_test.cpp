@@ -106,8 +106,11 @@ TEST_F(MetadataDump, OpensOnlyFilesInCameraDirectory) {
 
 TEST_F(MetadataDump, AbortsIfNameIsTooLong) {
   EXPECT_EQ(dump(kStill, std::string(46, 'x').c_str()).size(), 1U);
-  EXPECT_DEATH(dump(kStill, std::string(47, 'x').c_str()),
-               "the path of dump \"x+\" has 100 characters, at most 99 fit");
+  for (const auto levels : {std::initializer_list<char>{'E'}, {}}) {
+    host::LogSink::enableLevels(levels);
+    EXPECT_DEATH(dump(kStill, std::string(47, 'x').c_str()),
+                 "the path of dump \"x+\" has 100 characters, at most 99 fit");
+  }
 }
 
 TEST_F(MetadataDump, WritesNothingToDescriptorZero) {

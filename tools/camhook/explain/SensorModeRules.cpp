@@ -6,6 +6,7 @@
 #include "tools/camhook/show/SensorModeName.h"
 
 namespace camhook {
+
 Json RuleColumn::conditionOf(const SensorModeCfg& rule) const {
   if (const auto* text = std::get_if<std::string SensorModeCfg::*>(&member)) {
     return (rule.**text).empty() ? Json() : Json(rule.**text);
@@ -31,6 +32,17 @@ std::vector<const Rules*> listsOf(const SensorModeTable* only) {
   return lists;
 }
 
+/// The conditions of all rules on an input.
+static Json::List conditionsOn(std::string_view input, std::span<const Rules* const> lists) {
+  Json::List conditions;
+  const auto* const column = std::ranges::find(kRuleColumns, input, &RuleColumn::input);
+  if (column == std::end(kRuleColumns)) return conditions;
+  for (const Rules* rules : lists) {
+    for (const SensorModeCfg& rule : *rules) conditions.push_back(column->conditionOf(rule));
+  }
+  return conditions;
+}
+
 Json::List namedValues(std::string_view input, std::span<const Rules* const> lists) {
   Json::List named;
   const auto add = [&](const Json& value) {
@@ -38,11 +50,7 @@ Json::List namedValues(std::string_view input, std::span<const Rules* const> lis
     const Json meeting = valueMeeting(input, value);
     if (std::ranges::find(named, meeting) == named.end()) named.push_back(meeting);
   };
-  const auto* const column = std::ranges::find(kRuleColumns, input, &RuleColumn::input);
-  for (const Rules* rules : lists) {
-    if (column == std::end(kRuleColumns)) break;
-    for (const SensorModeCfg& rule : *rules) add(column->conditionOf(rule));
-  }
+  std::ranges::for_each(conditionsOn(input, lists), add);
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
     if (input == kProduct) add(table.productName);
   }

@@ -61,39 +61,42 @@ std::vector<std::array<std::size_t, 3>> pairsOf(const Explanation& explanation,
   return pairs;
 }
 
+/// Calls `isMet` with pairs of values until it returns true: pairs of likely values, or all others.
+bool findPair(const Candidates::List& first, const Candidates::List& second, bool isLikely,
+              auto isMet) {
+  for (std::size_t i = 0; i < (isLikely ? first.likely : first.values.size()); ++i) {
+    for (std::size_t k = 0; k < (isLikely ? second.likely : second.values.size()); ++k) {
+      if (!isLikely && i < first.likely && k < second.likely) continue;
+      if (isMet(first.values[i], second.values[k])) return true;
+    }
+  }
+  return false;
+}
+
 /// Tries pairs of changes: likely values of all pairs of inputs first, then all values. For each
 /// pair of inputs, keeps the first pair of changes that gives the wanted value.
 void findPairs(Explanation& explanation, Reruns& reruns,
                const std::vector<Candidates::List>& candidates, const Wanted& wanted) {
   auto& found = explanation.together.emplace();
-  const auto isMet = [&](std::vector<Change> changes) {
-    ++explanation.triedPairs;
-    const Json* const gives = reruns.run(changes);
-    if (gives == nullptr || !wanted.isMetBy(*gives)) return false;
-    found.push_back({std::move(changes), *gives});
-    return true;
-  };
-  const auto isFound = [&](std::size_t first, std::size_t second, bool isLikely) {
-    const auto& [firsts, likelyFirsts] = candidates[first];
-    const auto& [seconds, likelySeconds] = candidates[second];
-    for (std::size_t i = 0; i < (isLikely ? likelyFirsts : firsts.size()); ++i) {
-      for (std::size_t k = 0; k < (isLikely ? likelySeconds : seconds.size()); ++k) {
-        if (!isLikely && i < likelyFirsts && k < likelySeconds) continue;
-        if (explanation.triedPairs == kMostReplays) return false;
-        if (isMet({{explanation.findings[first].input, firsts[i]},
-                   {explanation.findings[second].input, seconds[k]}})) {
-          return true;
-        }
-      }
-    }
-    return false;
-  };
   auto pairs = pairsOf(explanation, reruns);
   for (const auto& [rank, first, second] : pairs) {
     explanation.allPairs += candidates[first].values.size() * candidates[second].values.size();
   }
   for (const bool isLikely : {true, false}) {
-    std::erase_if(pairs, [&](const auto& pair) { return isFound(pair[1], pair[2], isLikely); });
+    std::erase_if(pairs, [&](const auto& pair) {
+      const auto [rank, first, second] = pair;
+      const auto isMet = [&, first = first, second = second](const Json& to, const Json& other) {
+        if (explanation.triedPairs == kMostReplays) return false;
+        ++explanation.triedPairs;
+        std::vector<Change> changes{{explanation.findings[first].input, to},
+                                    {explanation.findings[second].input, other}};
+        const Json* const gives = reruns.run(changes);
+        if (gives == nullptr || !wanted.isMetBy(*gives)) return false;
+        found.push_back({std::move(changes), *gives});
+        return true;
+      };
+      return findPair(candidates[first], candidates[second], isLikely, isMet);
+    });
   }
 }
 

@@ -54,6 +54,7 @@ std::string nearNames(std::string_view text, std::span<const std::string_view> n
   std::ranges::sort(near);
   near.resize(std::min(near.size(), kMostNames));
   std::vector<std::string> found;
+  found.reserve(near.size());
   for (const auto& [distance, name] : near) found.emplace_back(name);
   return found.empty() ? "" : "; did you mean " + listed(std::move(found), " or ") + '?';
 }
