@@ -20,12 +20,12 @@ void writeRulesMarkdown(std::ostream& out);
 void writeMatrix(std::ostream& out, const SensorModeTable& table, Style style);
 
 /// Inputs with which the filters find the row, with as few values as possible; nullopt if the row
-/// can never decide. `given` has the product, the sensor and the video stream.
+/// can never match. `given` has the product, the sensor and the video stream.
 std::optional<Inputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::size_t row,
                                 const Inputs& given);
 
-/// Reports the rows that can never decide. With `only`, prints each row's witness as a command.
-/// Returns the exit status: 1 if a row can never decide.
+/// Reports the rows that can never match. With `only`, prints each row's witness as a command.
+/// Returns the exit status: 1 if a row can never match.
 int checkRules(std::ostream& out, const SensorModeTable* only);
 
 }  // namespace camhook
