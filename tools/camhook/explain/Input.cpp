@@ -15,6 +15,8 @@
 namespace camhook {
 namespace {
 
+using Kind = Input::Kind;
+
 /// Removes the first step of a place, such as "cameras" or "[0]", and returns it.
 std::string_view takeStep(std::string_view& place) {
   if (place.starts_with('.')) place.remove_prefix(1);
@@ -66,7 +68,6 @@ Question readQuestion(std::string_view scenario, const std::string& call, const 
 }
 
 Json jsonFromInput(const Input& input, const Question& question) {
-  using Kind = Input::Kind;
   constexpr const char* kKinds[] = {"metadata", "static",   "event",    "property",
                                     "provider", "argument", "platform", "call"};
   Json json{{"kind", kKinds[static_cast<std::size_t>(input.kind)]}};

@@ -48,7 +48,8 @@ Reruns::Reruns(const Question& question)
   }
   mStates.push_back(state());
   mCall = mReplay.withMetaOf(question.scenario.calls[question.call]);
-  mReplay.followSteps(&mFinder);
+  // No step writes a return value.
+  if (!mQuestion.container.empty()) mReplay.followSteps(&mFinder);
   mTrace = mReplay.run({.call = mCall, .arguments = {}}, Replay::Detail::accesses);
   mReplay.followSteps(nullptr);
   mAnswer = answerOf(mTrace);
@@ -213,7 +214,7 @@ std::optional<CallTrace> Reruns::runCall(const std::vector<Change>& changes,
     const Call call = mReplay.withMetaOf(mQuestion.scenario.calls[mQuestion.call]);
     const ScenarioCall changed{.call = changedCall(mQuestion, call, changes)};
     setTexts(mReplay.phone(), changes);
-    if (detail == Replay::Detail::accesses) {
+    if (detail == Replay::Detail::accesses && !mQuestion.container.empty()) {
       mReplay.followSteps(&mFinder, Replay::StepsOf::writes);
     }
     CallTrace trace = mReplay.run(changed, detail);

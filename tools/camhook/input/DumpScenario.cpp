@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <filesystem>
 #include <map>
 #include <system_error>
 #include <utility>
@@ -21,7 +22,9 @@ namespace {
 
 using NSCam::IMetadata;
 
-std::string nameInFolder(const std::string& file) { return file.substr(file.rfind('/') + 1); }
+std::string nameInFolder(const std::string& file) {
+  return std::filesystem::path(file).filename().string();
+}
 
 /// The parts of the name of a file that `dumpMetadata` wrote:
 /// "request_metadata_[12]_20210304050607.txt".
