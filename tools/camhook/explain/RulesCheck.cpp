@@ -17,8 +17,8 @@ std::string commandOf(const Inputs& inputs) {
   for (const InputField& field : inputFields()) {
     const Json& value = inputs[field.name];
     if (value.isNull() || value == false) continue;
-    command += " " + std::string(field.option());
-    if (value != true) command += " " + inputText(field.name, value);
+    command.append(" ").append(field.option());
+    if (value != true) command.append(" ").append(inputText(field.name, value));
   }
   return command;
 }

@@ -85,7 +85,8 @@ void writeRulesMarkdown(std::ostream& out) {
          "A row matches if these inputs have the values in its columns:\n\n";
   Table columns{{"column", "input"}};
   for (const RuleColumn& column : kRuleColumns) {
-    columns.push_back({std::string(column.title), "`" + std::string(column.input) + "`"});
+    columns.push_back(
+        {std::string(column.title), std::string("`").append(column.input).append("`")});
   }
   writeMarkdownTable(out, columns);
   out << "\nRows with several conditions are compared first, from the last to the first. A row "

@@ -83,7 +83,7 @@ class Text {
       return text + " " + std::to_string(input.number + 1) + " " + json["hook"].text();
     }
     if (input.kind == Kind::provider) return text + " fpsCap";
-    text += " " + printable(json["key"].text());
+    text.append(" ").append(printable(json["key"].text()));
     if (input.kind == Kind::statics) text += " of device " + std::to_string(input.number);
     return text;
   }
