@@ -23,4 +23,16 @@ std::vector<std::uint32_t> changedTags(const ContainerTrace& container) {
   return tags;
 }
 
+std::vector<TagWrite> writesOf(const CallTrace& trace, std::string_view container,
+                               std::uint32_t tag) {
+  std::vector<TagWrite> writes;
+  if (!trace.accesses) return writes;
+  for (const StepAccess& access : *trace.accesses) {
+    const auto* write = std::get_if<host::MetadataWrite>(&access.access);
+    if (write == nullptr || write->tag != tag || access.container != container) continue;
+    writes.push_back({write->entry, access.step});
+  }
+  return writes;
+}
+
 }  // namespace camhook

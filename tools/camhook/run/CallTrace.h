@@ -58,4 +58,14 @@ struct CallTrace {
 /// The tags whose entries a call changed, in ascending order.
 std::vector<std::uint32_t> changedTags(const ContainerTrace& container);
 
+/// A write of an entry; without items if it was cleared.
+struct TagWrite {
+  const NSCam::IMetadata::IEntry& entry;  // valid as long as the trace
+  const Step& step;
+};
+
+/// The writes of a tag in a container, in order; none if the trace has no accesses.
+std::vector<TagWrite> writesOf(const CallTrace& trace, std::string_view container,
+                               std::uint32_t tag);
+
 }  // namespace camhook

@@ -47,27 +47,23 @@ std::size_t displayWidth(std::string_view text) {
   return width;
 }
 
-std::vector<std::string> Columns::lines() const {
+void Columns::write(std::ostream& out, std::size_t indent) const {
   std::vector<std::size_t> widths{mFirstWidth};
   for (const auto& row : mRows) {
     widths.resize(std::max(widths.size(), row.size()));
     for (std::size_t i = 0; i + 1 < row.size(); ++i) {
-      widths[i] = std::max(widths[i], displayWidth(row[i]));
+      const std::size_t width = displayWidth(row[i]);
+      if (width <= mMaxWidth) widths[i] = std::max(widths[i], width);
     }
   }
-  std::vector<std::string> lines;
   for (const auto& row : mRows) {
-    std::string& line = lines.emplace_back();
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      line += row[i];
-      if (i + 1 < row.size()) line.append(widths[i] - displayWidth(row[i]) + 2, ' ');
+    out << std::string(indent, ' ');
+    for (std::size_t i = 0; i + 1 < row.size(); ++i) {
+      const std::size_t width = displayWidth(row[i]);
+      out << row[i] << std::string(std::max(widths[i], width) - width + 2, ' ');
     }
+    out << (row.empty() ? "" : row.back()) << '\n';
   }
-  return lines;
-}
-
-void Columns::write(std::ostream& out, std::size_t indent) const {
-  for (const std::string& line : lines()) out << std::string(indent, ' ') << line << '\n';
 }
 
 }  // namespace camhook

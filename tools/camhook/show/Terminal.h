@@ -39,20 +39,20 @@ class Style {
 /// Rows of cells in aligned columns; the last cell of a row is not padded.
 class Columns {
  public:
-  /// `firstWidth` is the least width of the first column.
-  explicit Columns(std::size_t firstWidth = 0) : mFirstWidth(firstWidth) {}
+  /// `firstWidth` is the least width of the first column. Cells wider than `maxWidth` do not widen
+  /// their column.
+  explicit Columns(std::size_t firstWidth = 0, std::size_t maxWidth = std::string::npos)
+      : mFirstWidth(firstWidth), mMaxWidth(maxWidth) {}
 
   void add(std::vector<std::string> row) { mRows.push_back(std::move(row)); }
   [[nodiscard]] bool isEmpty() const { return mRows.empty(); }
-
-  /// The rows as lines.
-  [[nodiscard]] std::vector<std::string> lines() const;
 
   /// Writes the rows, indented by `indent` spaces.
   void write(std::ostream& out, std::size_t indent) const;
 
  private:
   std::size_t mFirstWidth;
+  std::size_t mMaxWidth;
   std::vector<std::vector<std::string>> mRows;
 };
 

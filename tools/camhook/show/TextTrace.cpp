@@ -16,21 +16,10 @@ namespace camhook {
 namespace {
 
 constexpr std::size_t kMargin = 4;
-constexpr std::size_t kGap = 2;
-constexpr std::size_t kLineWidth = 120;  // a change and its step share a line up to this width
 constexpr std::size_t kTagWidth = 34;
-constexpr std::size_t kNameWidth = 20;  // of fields, effects and events
+constexpr std::size_t kChangeWidth = 60;  // after a longer change, its step is not aligned
+constexpr std::size_t kNameWidth = 20;    // of fields, effects and events
 constexpr const char* kArrow = "\u2192";
-
-/// The greatest width that is not above `most`.
-std::size_t widest(const std::vector<std::string>& texts, std::size_t most) {
-  std::size_t width = 0;
-  for (const std::string& text : texts) {
-    const std::size_t each = displayWidth(text);
-    if (each <= most) width = std::max(width, each);
-  }
-  return width;
-}
 
 /// "FrameRate.cpp:56": file names are unique in the library's sources.
 std::string placeText(const Step& step) {
@@ -89,23 +78,27 @@ void TextTrace::writeExtra(std::string_view name, const Json& value) {
   }
 }
 
-/// Adds the step of the latest write to the line of its tag, and a line for each earlier write.
-void TextTrace::addWrites(std::vector<Line>& lines, const CallTrace& trace,
-                          std::string_view container, std::uint32_t tag) const {
-  const auto addWrite = [&](const StepAccess& made) {
-    const auto* write = std::get_if<host::MetadataWrite>(&made.access);
-    if (write == nullptr || write->tag != tag || made.container != container) return;
-    const std::string place = mStyle.faint(placeText(made.step));
-    if (lines.back().step.empty()) {
-      lines.back().step = {made.step.name, place};
-      return;
-    }
-    const std::string value = std::string(kArrow) + ' ' + entryText(tag, write->entry);
-    lines.push_back({.cells = {mStyle.faint("  overwritten"), mStyle.faint(value)},
-                     .step = {mStyle.faint(made.step.name), place},
-                     .decoded = {}});
-  };
-  std::for_each(trace.accesses->rbegin(), trace.accesses->rend(), addWrite);
+/// Adds a changed tag with the step that wrote it last, the meaning of its items, and the writes
+/// that were overwritten.
+void TextTrace::addChange(Columns& columns, const ContainerTrace& container, std::uint32_t tag,
+                          const std::vector<TagWrite>& writes) const {
+  const auto& after = container.after->entryFor(tag);
+  const std::string before = entryText(tag, container.before->entryFor(tag));
+  std::vector<std::string> row{tagText(tag), changeText(before, entryText(tag, after))};
+  const auto lastWrite = writes.rbegin();
+  if (lastWrite != writes.rend()) {
+    row.insert(row.end(), {lastWrite->step.name, mStyle.faint(placeText(lastWrite->step))});
+  }
+  columns.add(std::move(row));
+  for (const std::string& meaning : decodedLines(tag, after)) {
+    columns.add({"  " + mStyle.faint(meaning)});
+  }
+  if (writes.empty()) return;
+  for (auto write = lastWrite + 1; write != writes.rend(); ++write) {
+    columns.add({mStyle.faint("  overwritten"),
+                 mStyle.faint(std::string(kArrow) + ' ' + entryText(tag, write->entry)),
+                 mStyle.faint(write->step.name), mStyle.faint(placeText(write->step))});
+  }
 }
 
 void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& container) {
@@ -115,48 +108,15 @@ void TextTrace::writeContainer(const CallTrace& trace, const ContainerTrace& con
     return;
   }
   std::size_t unchanged = host::MetadataAccess::entriesByTag(*container.after).size();
-  std::vector<Line> lines;
+  Columns changes(kTagWidth, kChangeWidth);
   for (const std::uint32_t tag : changedTags(container)) {
-    const auto& after = container.after->entryFor(tag);
-    if (!after.isEmpty()) --unchanged;
-    const std::string before = entryText(tag, container.before->entryFor(tag));
-    lines.push_back({.cells = {tagText(tag), changeText(before, entryText(tag, after))},
-                     .step = {},
-                     .decoded = decodedLines(tag, after)});
-    if (trace.accesses) addWrites(lines, trace, container.name, tag);
+    if (!container.after->entryFor(tag).isEmpty()) --unchanged;
+    addChange(changes, container, tag, writesOf(trace, container.name, tag));
   }
   if (unchanged > 0) mOut << mStyle.faint("  " + std::to_string(unchanged) + " unchanged");
-  if (unchanged == 0 && lines.empty()) mOut << mStyle.faint("  empty");
+  if (unchanged == 0 && changes.isEmpty()) mOut << mStyle.faint("  empty");
   mOut << '\n';
-  writeChanges(lines);
-}
-
-/// Writes each change with its step after it, or on the next line if the change is too long.
-void TextTrace::writeChanges(const std::vector<Line>& lines) {
-  Columns cells(kTagWidth);
-  Columns steps;
-  for (const Line& line : lines) {
-    cells.add(line.cells);
-    steps.add(line.step);
-  }
-  const std::vector<std::string> texts = cells.lines();
-  const std::vector<std::string> places = steps.lines();
-  const std::size_t taken = kMargin + kGap + widest(places, std::string::npos);
-  const std::size_t column = kGap + widest(texts, kLineWidth - std::min(kLineWidth, taken));
-  const std::string margin(kMargin, ' ');
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    const std::size_t width = displayWidth(texts[i]);
-    mOut << margin << texts[i];
-    if (!lines[i].step.empty()) {
-      const bool isTooLong = width + kGap > column;
-      mOut << (isTooLong ? '\n' + margin : "")
-           << std::string(isTooLong ? column : column - width, ' ') << places[i];
-    }
-    mOut << '\n';
-    for (const std::string& meaning : lines[i].decoded) {
-      mOut << margin << "  " << mStyle.faint(meaning) << '\n';
-    }
-  }
+  changes.write(mOut, kMargin);
 }
 
 void TextTrace::writeState(const CallTrace& trace) {

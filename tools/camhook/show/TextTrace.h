@@ -27,19 +27,11 @@ class TextTrace final : public TraceWriter {
   void finish(const host::TextMap& eventStore) override;
 
  private:
-  /// A changed tag with its step and the meaning of its items, or a write that was overwritten.
-  struct Line {
-    std::vector<std::string> cells;
-    std::vector<std::string> step;  // empty unless the trace has steps
-    std::vector<std::string> decoded;
-  };
-
   void writeTitle(const CallTrace& trace);
   void writeExtra(std::string_view name, const Json& value);
   void writeContainer(const CallTrace& trace, const ContainerTrace& container);
-  void addWrites(std::vector<Line>& lines, const CallTrace& trace, std::string_view container,
-                 std::uint32_t tag) const;
-  void writeChanges(const std::vector<Line>& lines);
+  void addChange(Columns& columns, const ContainerTrace& container, std::uint32_t tag,
+                 const std::vector<TagWrite>& writes) const;
   void writeState(const CallTrace& trace);
   void writeEffects(const std::vector<host::Effect>& effects);
   void writeRecords(const CallTrace& trace);
