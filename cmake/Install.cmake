@@ -11,11 +11,11 @@ install(FILES common/sensormode/SensorModeCfg.h common/sensormode/SensorScenario
   DESTINATION ${headerDir}/common/sensormode)
 install(DIRECTORY platform DESTINATION ${headerDir} FILES_MATCHING PATTERN "*.h")
 # host/Phone.h and the headers that it includes: a simulated phone for the tests of a pipeline.
-install(FILES host/Effect.h host/EffectCollector.h host/LogSink.h host/Observer.h host/Phone.h
-    host/PhoneConfig.h host/PhoneFiles.h host/TextStore.h host/TuningBuffer.h
+install(FILES host/CameraMetadata.h host/Effect.h host/EffectCollector.h host/LogSink.h
+    host/Observer.h host/Phone.h host/PhoneConfig.h host/PhoneFiles.h host/TextStore.h host/TuningBuffer.h
   DESTINATION ${headerDir}/host)
-# The public headers refer to docs/hooks.md.
-install(FILES docs/hooks.md docs/tags.md docs/rules.md docs/scenario.schema.json
+# The installed headers refer to docs/hooks.md and docs/scenarios.md.
+install(FILES docs/hooks.md docs/scenarios.md docs/tags.md docs/rules.md docs/scenario.schema.json
   DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 if(CAM_TOOL)

@@ -6,7 +6,6 @@
 #include "common/HeskParameterUpdater.h"
 
 #include <array>
-#include <utility>
 
 #include "common/math/AspectFit.h"
 #include "common/math/FieldOfView.h"
@@ -17,7 +16,7 @@
 using namespace hesk;
 
 HeskParameterUpdater::HeskParameterUpdater(int instanceId) : mInstanceId(instanceId) {
-  constexpr log::Operation kOperation = updaterOperation("HeskParameterUpdater");
+  constexpr log::Operation kOperation{kUpdaterSource, "HeskParameterUpdater"};
 
   const NSCam::IMetadata* statics = deviceCharacteristics(mInstanceId);
   const float width = readItem(statics, tags::ANDROID_SENSOR_INFO_PHYSICAL_SIZE, 0);
@@ -37,11 +36,10 @@ HeskParameterUpdater* HeskParameterUpdater::slot() {
 }
 
 HeskParameterUpdater* HeskParameterUpdater::createInstance(int instanceId) {
-  constexpr log::Operation kOperation = updaterOperation("createInstance");
-  static constexpr auto kSlots = []<int... Ids>(std::integer_sequence<int, Ids...>) {
-    return std::array{&HeskParameterUpdater::slot<Ids>...};
-  }
-  (std::make_integer_sequence<int, kMaxInstanceId + 1>{});
+  constexpr log::Operation kOperation{kUpdaterSource, "createInstance"};
+  static constexpr std::array kSlots{&slot<0>, &slot<1>, &slot<2>, &slot<3>, &slot<4>, &slot<5>,
+                                     &slot<6>, &slot<7>, &slot<8>, &slot<9>, &slot<10>};
+  static_assert(kSlots.size() == kMaxInstanceId + 1);
 
   // A negative index becomes a large unsigned number.
   const auto index = static_cast<unsigned int>(instanceId);
@@ -53,7 +51,7 @@ HeskParameterUpdater* HeskParameterUpdater::createInstance(int instanceId) {
 }
 
 void HeskParameterUpdater::setPreviewSize(NSCam::MSize size) {
-  constexpr log::Operation kOperation = updaterOperation("setPreviewSize");
+  constexpr log::Operation kOperation{kUpdaterSource, "setPreviewSize"};
 
   mPreviewSize = size;
   HESK_LOGD(kOperation, "setPreviewSize [%d/%d]", size.w, size.h);

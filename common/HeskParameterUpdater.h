@@ -30,19 +30,6 @@ class TqcMetaConverter;
 /// Gives the replay tool and the tests access to the private members.
 struct HeskParameterUpdaterInspector;
 
-namespace hesk {
-
-/// The kind of session that a sensor is configured for.
-enum class MulticamFeatureMode : std::int32_t {
-  singleCamera = 0,
-  multicam = 1,
-  logicalMulticam = 2,
-};
-
-constexpr bool isMulticam(MulticamFeatureMode mode) { return static_cast<std::int32_t>(mode) > 0; }
-
-}  // namespace hesk
-
 class __attribute__((visibility("default"))) HeskParameterUpdater {
  public:
   /// The highest sensor index that has an updater; the lowest is 0.
@@ -65,8 +52,9 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// `sessionMeta` contains the app's session parameters; a stream may be null. Always writes the
   /// multi-camera flag, the selected stream and tag 0x800b000a; other tags when the session, app or
   /// product requires them. Passes stabilisation and video algorithm to the stereo settings, flips
-  /// video streams on request. Stores the kind of multi-camera session (kept if the device has
-  /// none), the low 32 bits of the stream ids in map order, and whether there is a video stream.
+  /// video streams on request. In UI module 3 every stream is flipped and stored as a video stream.
+  /// Stores the kind of multi-camera session (kept if the device has none), the low 32 bits of the
+  /// stream ids in map order, and whether there is a video stream.
   ///
   /// HESK_CONTROL_EISENABLE, HESK_CONTROL_VIDEOALGOTYPE and COM_HESK_CURRENTUIMODULE are -1 if
   /// absent. From a null session these three tags, both bounds of MTK_CONTROL_AE_TARGET_FPS_RANGE
@@ -80,6 +68,10 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   /// the dump time stamp; other tags when the request, app or product requires them. Exposure times
   /// are in ns, frame rates in frames per second. Defaults other than 0: ZSL on, zoom 1, video mode
   /// 1 for the fps limit; for the tuning profile UI module, EISENABLE and mode -1 (all bits set).
+  ///
+  /// In UI module 8, unless HESK_CONTROL_KEEP_CAPTURE_INTENT is 1, makes the request a preview:
+  /// writes ANDROID_CONTROL_CAPTURE_INTENT 1 and ANDROID_CONTROL_ENABLE_ZSL 0 as int32 items,
+  /// although they are byte tags.
   ///
   /// Tracks the latest burst, at most its first 1,024 frames (a longer one is logged), and the
   /// number of capture frames still expected; sends the size of a burst to 3A. Sets the event
@@ -97,13 +89,15 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void updateResultMeta(IMetadata* result, unsigned int requestNo);
 
   /// The capture hook, for every still-capture frame of the multi-frame raw algorithms, on the
-  /// updater of the sensor that opened the pipeline. `appMeta` is the frame's app metadata with its
+  /// updater of the sensor that the pipeline opened. `appMeta` is the frame's app metadata with its
   /// 3A results, `halMeta` its HAL metadata; `outMeta` is passed to the algorithms. Writes the lens
   /// shading map (17 x 13 points of 4 channels from 3A, or what the default-shading module
-  /// returns), the capturing camera (-1 if unknown), its zoom ratio and, in logical multi-camera
-  /// sessions, at most 10 faces of the master camera. Calls `update3ACaptureRawParameter`, and
-  /// depending on mode and sensor `setSATCropInfo`, `setCameraRole` and `updateSensorPdafInfo`. If
-  /// `isNeedRawAlgo` returns true, marks the frame for the raw algorithm in `halMeta`.
+  /// returns), the capturing camera (-1 if unknown), its zoom ratio and static bytes, and the
+  /// frame's 64-bit value; in multi-camera sessions the flag of a slave camera, in logical
+  /// multi-camera sessions at most 10 faces of the master camera. Calls
+  /// `update3ACaptureRawParameter`, and depending on mode and sensor `setSATCropInfo`,
+  /// `setCameraRole` and `updateSensorPdafInfo`. If `isNeedRawAlgo` returns true, marks the frame
+  /// for the raw algorithm in `halMeta`.
   void updateCaptureRawParameter(IMetadata* appMeta, IMetadata* halMeta, IMetadata* outMeta);
 
   /// Writes the 3A state of a frame to `outMeta`, every tag on every call: AE, sensitivity and AWB.
@@ -118,7 +112,8 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   std::int32_t getMulticamMasterID(int deviceId, IMetadata* halMeta);
 
   /// Returns true if a frame goes through the raw algorithm, according to HESK_CONTROL_CURRENTMODE
-  /// and HESK_CONTROL_ALGO_OVERRIDE of `appMeta` and HESK_CONTROL_IS_DUAL_SLAVE of `outMeta`.
+  /// and HESK_CONTROL_ALGO_OVERRIDE of `appMeta` and HESK_CONTROL_IS_DUAL_SLAVE of `outMeta`. The
+  /// last argument is unused.
   static bool isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta, int);
 
   /// Writes the camera's role in the zoom transition to MTK_RAW_ALGO_CAMERA_ROLE.
@@ -131,8 +126,9 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void setSATCropInfo(IMetadata* appMeta, IMetadata* halMeta, IMetadata* outMeta);
 
   /// Writes the layout of the phase-detection pixels of camera `openId`, which its sensor driver
-  /// reports for sensor mode 1, to MTK_RAW_ALGO_PDAF_INFO (2,080 bytes). Returns the container's
-  /// status; -1 without a write if there is no such sensor or it has no phase detection.
+  /// reports for sensor mode 1, to MTK_RAW_ALGO_PDAF_INFO (2,080 bytes). `pdBufferType` is copied
+  /// into the record; `isPDComp` is only logged. Returns the container's status; -1 without a write
+  /// if there is no such sensor or it has no phase detection.
   int updateSensorPdafInfo(int openId, int isPDComp, int pdBufferType, IMetadata* outMeta);
 
   /// Copies `tuningDataSize` bytes of tuning data into a shared buffer of the 3A information
@@ -142,7 +138,9 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   bool updateTuningData(IMetadata* meta, void* tuningData, unsigned int tuningDataSize);
 
   /// Translates the detected regions of one result tag from the coordinates of camera `cameraId` to
-  /// those of the app, at the ratio of `value` to that camera's field of view. The int32 items are:
+  /// those of the app. Passes to the zoom-transition library the camera's index, -1 if it does not
+  /// list the camera, and the ratio of `value` to the field of view that it returns for this index.
+  /// The int32 items are:
   ///  - 0xc00e0000, eyes: twice left, right, top, bottom, then an item that is kept;
   ///  - 0xc00e0017, lot: left, top, right, bottom;
   ///  - 0xc00e0014, human bodies: their number, then left, top, right, bottom of each.
@@ -156,14 +154,15 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
   void setPreviewSize(NSCam::MSize size);
 
   /// Reduces the width or height of `size` to the aspect ratio of `reference`. Does not change
-  /// `size` if a ratio is 0 / 0. Neither may be null.
+  /// `size` if the ratios are equal or one of them is 0 / 0. Neither may be null.
   void matchAspectRatio(const NSCam::MSize* reference, NSCam::MSize* size);
 
   /// Debugging aid: if the property vendor.camera.dumprawhifmetadata is true and `meta` is of a
   /// still capture, writes `meta` as text to
   /// /data/vendor/camera/NAME_metadata_[FRAME]_YYYYMMDDHHMMSS.txt in local time. The directory must
-  /// exist. An existing file is overwritten but not truncated. Writes nothing if the file cannot be
-  /// opened; aborts the process if the path has more than 99 characters. Any thread.
+  /// exist. An existing file is overwritten but not truncated. Writes nothing if `meta` is null or
+  /// the file cannot be opened; aborts the process if the path has more than 99 characters. Any
+  /// thread.
   void dumpMetadata(camera_metadata* meta, const char* name, int frameNumber);
 
   /// Writes the local time as "20210304050607" to `out`, which must hold 15 characters; an empty
@@ -200,9 +199,9 @@ class __attribute__((visibility("default"))) HeskParameterUpdater {
                                int index);
 
   std::int32_t mInstanceId;                              // sensor index, 0 to 10
-  bool mHasVideoStream = false;                          // of the session
+  bool mHasVideoStream = false;                          // for an encoder; in UI module 3 any
   std::map<std::uint32_t, std::uint32_t> mNonZslFrames;  // latest burst: request to frame index
-  hesk::MulticamFeatureMode mMulticamFeatureMode = hesk::MulticamFeatureMode::singleCamera;
+  std::int32_t mMulticamFeatureMode = 0;                 // of the session; tags/Values.h
   NSCam::MSize mPreviewSize;
   std::int32_t mCaptureCount = 0;          // capture frames still expected
   std::vector<std::uint32_t> mStreamIds;   // of the session, in the map's order

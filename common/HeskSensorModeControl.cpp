@@ -14,7 +14,7 @@
 
 using namespace hesk;
 
-constexpr log::Operation kTableOperation = sensorModeOperation("getSensorModeTable");
+constexpr log::Operation kTableOperation{kSensorModeSource, "getSensorModeTable"};
 
 HeskSensorModeControl* HeskSensorModeControl::createInstance(int sensorId) {
   HeskSensorModeControl* instance = CSingleton<HeskSensorModeControl>::m_pInstance;
@@ -23,7 +23,7 @@ HeskSensorModeControl* HeskSensorModeControl::createInstance(int sensorId) {
 }
 
 void HeskSensorModeControl::getProductName() {
-  constexpr log::Operation kOperation = sensorModeOperation("getProductName");
+  constexpr log::Operation kOperation{kSensorModeSource, "getProductName"};
 
   const auto model = productModel("default");
   std::copy_n(model.begin(), productName.size() - 1, productName.begin());  // keeps the final zero
@@ -64,7 +64,7 @@ std::int32_t HeskSensorModeControl::baseScenario(bool isVideoMode) const {
 
 int HeskSensorModeControl::decideSensorScenario(NSCam::IMetadata* meta,
                                                 std::shared_ptr<StreamInfo> info) {
-  constexpr log::Operation kOperation = sensorModeOperation("decideSensorScenario");
+  constexpr log::Operation kOperation{kSensorModeSource, "decideSensorScenario"};
 
   const bool isVideoMode = info != nullptr && info->hasVideoConsumer;
   getSensorModeTable(mSensorId, isVideoMode);

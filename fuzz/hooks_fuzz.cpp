@@ -33,16 +33,15 @@ void limitMemory(Scenario& scenario) {
   constexpr std::int32_t kMostBuffer = 1 << 22;
   constexpr std::uint32_t kMostData = 1 << 16;
   if (auto& buffer = scenario.platform.tuningBuffer; buffer && buffer->bufferSize) {
-    buffer->bufferSize = std::clamp(*buffer->bufferSize, -kMostBuffer, kMostBuffer);
+    buffer->bufferSize = std::clamp(*buffer->bufferSize, 0, kMostBuffer);
   }
   for (ScenarioCall& call : scenario.calls) {
     if (auto* tuning = std::get_if<UpdateTuningData>(&call.call)) tuning->size %= kMostData;
   }
 }
 
-/// Runs the calls on a new phone and new updaters. Only the library's handle of the camera provider
-/// service is kept for the next run. The input's size selects whether the log is enabled and which
-/// trace is written.
+/// Runs the calls on a new phone, with new updaters and without a handle of the camera provider
+/// service. The input's size selects whether the log is enabled and which trace is written.
 void replay(const Scenario& scenario, std::size_t size) {
   OwnUpdaters updaters;
   Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });

@@ -8,16 +8,6 @@ namespace host {
 
 constinit std::atomic<Phone*> Phone::sCurrent = nullptr;
 
-const DeviceConfig& PhoneConfig::deviceOrDefault(std::int32_t id) const {
-  static const DeviceConfig kUnlisted = [] {
-    DeviceConfig device;
-    device.hasProvider = false;
-    return device;
-  }();
-  const auto found = devices.find(id);
-  return found != devices.end() ? found->second : kUnlisted;
-}
-
 Phone::Phone(PhoneConfig phoneConfig) : Phone(std::move(phoneConfig), MembersOnly()) {
   Phone* none = nullptr;
   if (!sCurrent.compare_exchange_strong(none, this)) {

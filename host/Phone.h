@@ -5,7 +5,7 @@
 //   phone.config.devices[0].statics = ...;
 //
 // The library uses the Phone that exists; if none exists, it uses a phone with default values and a
-// closed log.
+// all log levels disabled.
 //
 // Threads: `config` and the observer are changed while no hook runs. Any thread may use the other
 // members.
@@ -25,7 +25,7 @@ namespace host {
 
 class Phone {
  public:
-  /// Opens every log level and makes `effects` the observer. Throws std::logic_error if another
+  /// Enables every log level and makes `effects` the observer. Throws std::logic_error if another
   /// phone exists.
   explicit Phone(PhoneConfig config = {});
   ~Phone();

@@ -12,16 +12,16 @@
 
 namespace host {
 
-/// One buffer per thread, allocated on first use: frames that are processed in parallel do not
+/// One buffer per thread, allocated when it is needed: frames that are processed in parallel do not
 /// share a buffer. Any thread.
 class TuningBuffer {
  public:
-  /// Returns the thread's buffer. The first call with a `size` above 0 allocates it, filled with
-  /// zeros. Returns null if there is no buffer.
+  /// Returns the thread's buffer of at least `size` bytes. A buffer that is too small is replaced
+  /// by a new one, filled with zeros. Returns null if there is no buffer.
   void* map(std::size_t size) {
     const std::lock_guard lock(mMutex);
     Block& block = mBlocks[std::this_thread::get_id()];
-    if (block.bytes == nullptr && size > 0) {
+    if (size > block.size) {
       block.bytes.reset(static_cast<std::byte*>(std::calloc(size, 1)));
       block.size = block.bytes != nullptr ? size : 0;
     }

@@ -8,8 +8,8 @@
 /// Threads: any.
 namespace cam {
 
-/// Writes the local time of `time`, on a host with a configured clock the time of that clock, to
-/// `out`. Returns `out`, or null if the local time is not available.
+/// Converts `time` to local time in `out`. A host with a configured clock writes the time of that
+/// clock instead. Returns `out`, or null if the local time is not available.
 std::tm* localtime_r(const std::time_t* time, std::tm* out);
 
 /// Opens a file by its absolute path on the phone. Returns its descriptor, a negative value if the

@@ -6,7 +6,8 @@
 
 namespace NS3Av3 {
 
-/// A 3A instance. Its user must call `release` with the name that it was created with.
+/// A 3A instance. Its user must call `release` with the name that it was created with. Must be used
+/// by one thread at a time.
 class IHal3A {
  public:
   /// Announces a burst. Arguments: the number of frames without ZSL, and 0.

@@ -85,9 +85,9 @@ class IMetadata {
   /// reference is valid until the container changes.
   [[nodiscard]] const IEntry& entryFor(Tag_t tag) const;
 
-  /// Stores a copy of `entry` as the entry of `tag` and replaces any other. `entry` may belong to
-  /// this container; its tag is `tag`, or it has no items. An entry without items is stored, too;
-  /// it keeps its tag and is read as empty. Returns 0 for success.
+  /// Stores a copy of `entry` as the entry of `tag` and replaces any other. Requires that `entry`
+  /// has the tag `tag` or no items; it may belong to this container. An entry without items is
+  /// stored, too; it keeps its tag and is read as empty. Returns 0 for success.
   int update(Tag_t tag, const IEntry& entry);
 
   /// Calls `update` for every entry of `other`, including entries without items.

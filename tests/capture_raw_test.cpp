@@ -57,7 +57,7 @@ TEST(MulticamMaster, ComesFromHalMetadataOnlyInLogicalSessions) {
   IMetadata hal = metadataOf(R"({"MTK_MULTICAM_REAL_MASTER_ID": 3})");
   IMetadata none;
   for (const int mode : {0, 1, 2}) {
-    updater.fields.setMulticamFeatureMode(mode);
+    updater.fields.multicamFeatureMode() = mode;
     EXPECT_EQ(updater->getMulticamMasterID(4, &hal), mode == 2 ? 3 : 2);
     EXPECT_EQ(updater->getMulticamMasterID(4, &none), 2);
     EXPECT_EQ(updater->getMulticamMasterID(5, nullptr), -48);
@@ -92,7 +92,7 @@ void expectCaptures(const std::vector<CaptureRow>& rows, const std::vector<std::
     host::Phone phone;
     phone.config.devices[3].statics = metadataOf(statics);
     const TestUpdater updater;
-    updater.fields.setMulticamFeatureMode(2);
+    updater.fields.multicamFeatureMode() = 2;
     IMetadata app = metadataOf(row.app);
     IMetadata hal = metadataOf(R"({"MTK_HAL_REQUEST_SENSOR_ID": 3,
                                    "MTK_MULTICAM_REAL_MASTER_ID": 2})");

@@ -65,7 +65,7 @@ TEST(RequestMeta, HandlesEdgeCases) {
   for (const RequestRow& row : rows) {
     host::Phone phone(phoneWith(row.events, {{"ro.product.model.zdm", row.product}}));
     const TestUpdater updater(row.sensor);
-    updater.fields.setMulticamFeatureMode(row.multicamMode);
+    updater.fields.multicamFeatureMode() = row.multicamMode;
     updater.fields.streamIds() = row.streams;
     updater.fields.diagonalFovDegrees() = 77;
     IMetadata request = metadataOf(row.request);
@@ -235,7 +235,7 @@ TEST(RequestMeta, AcceptsNull) {
   host::Phone phone(phoneWith({{"APP_TYPE", "heskCamera"}}, {{"ro.product.model.zdm", "KX0107"}}));
   const TestUpdater updater(1);
   updater.fields.streamIds() = {3};
-  updater.fields.setMulticamFeatureMode(2);
+  updater.fields.multicamFeatureMode() = 2;
   updater->updateRequestMeta(nullptr, 1);
   EXPECT_EQ(phone.eventStore.all(), (TextMap{{"APP_TYPE", "heskCamera"},
                                              {"APP_NAME", "FaceBeauty"},

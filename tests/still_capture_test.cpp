@@ -124,13 +124,13 @@ TEST_F(StillCapture, ReportsMissingVideoStreamToOemApps) {
 }
 
 TEST_F(StillCapture, HasMulticamMode) {
-  mUpdater.fields.setMulticamFeatureMode(1);
+  mUpdater.fields.multicamFeatureMode() = 1;
   const NSCam::IMetadata request = capture(1);
   EXPECT_EQ(read(&request, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE), 1);
 }
 
 TEST_F(StillCapture, MainSensorIsFirstCharacterOfPhysicalIds) {
-  mUpdater.fields.setMulticamFeatureMode(1);
+  mUpdater.fields.multicamFeatureMode() = 1;
   const std::pair<const char*, int> rows[] = {
       {R"("2\u00003")", 2}, {R"("12\u0000")", 1}, {R"("x")", 72}, {"[]", -48}};
   for (const auto& [ids, sensor] : rows) {

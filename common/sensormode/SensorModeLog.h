@@ -9,9 +9,4 @@ namespace hesk {
 inline constexpr log::Source kSensorModeSource{"HeskSensorModeControl",
                                                "common/HeskSensorModeControl.cpp"};
 
-/// Returns the log operation of a member function.
-constexpr log::Operation sensorModeOperation(const char* name) noexcept {
-  return {kSensorModeSource, name};
-}
-
 }  // namespace hesk

@@ -12,7 +12,7 @@ using namespace hesk;
 
 namespace {
 
-constexpr log::Operation kOperation = sensorModeOperation("specialCustomize");
+constexpr log::Operation kOperation{kSensorModeSource, "specialCustomize"};
 
 constexpr std::int32_t any = Override::kNoCondition;
 using Sensor = Override::Sensor;

@@ -1,5 +1,5 @@
-// Values that the library compares metadata with, and the sensor number of the front camera. Values
-// without a known meaning have their number in their name.
+// Values of tags that the library compares or writes, kinds of sessions, and the number of the
+// front sensor. A value without a known meaning has its number in its name.
 
 #pragma once
 
@@ -56,6 +56,13 @@ namespace hdr {
 inline constexpr std::int32_t kOff = 0;
 inline constexpr std::int32_t kVideoOn = 3;
 }  // namespace hdr
+
+/// Values of HESK_CONTROL_MULTICAM_FEATURE_MODE in multi-camera sessions; 0 is a session of one
+/// camera.
+namespace multicam {
+inline constexpr std::int32_t kMulticam = 1;
+inline constexpr std::int32_t kLogicalMulticam = 2;
+}  // namespace multicam
 
 inline constexpr std::int32_t kFrontSensor = 1;
 

@@ -17,7 +17,7 @@ using namespace hesk;
 using NSCam::IMetadata;
 using NSCam::MRational;
 
-constexpr log::Operation kOperation = updaterOperation("update3ACaptureRawParameter");
+constexpr log::Operation kOperation{kUpdaterSource, "update3ACaptureRawParameter"};
 
 AeInput readAe(const IMetadata* appMeta, const IMetadata* halMeta) {
   return {.luxIndex = read(appMeta, tags::MTK_3A_AE_LUX_INDEX),

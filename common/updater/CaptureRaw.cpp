@@ -21,7 +21,7 @@ using NSCam::IMetadata;
 using NSCam::MRect;
 using NSCam::MSize;
 
-constexpr log::Operation kOperation = updaterOperation("updateCaptureRawParameter");
+constexpr log::Operation kOperation{kUpdaterSource, "updateCaptureRawParameter"};
 
 void appendDefaultShading(IMetadata* outMeta, const IMetadata* appMeta, const IMetadata* halMeta,
                           std::int32_t sensor) {
@@ -69,10 +69,10 @@ void markForRawAlgorithm(IMetadata* halMeta) {
   write(halMeta, tags::MTK_CONTROL_RAW_ALGO_ENABLE, 1);
 }
 
-/// Returns true if a capture gets neither the crop region nor the role of the zoom transition.
-bool isWithoutSat(const IMetadata* appMeta, std::int64_t mode) {
+/// Returns true if a capture gets the crop region and the role of the zoom transition.
+bool usesSat(const IMetadata* appMeta, std::int64_t mode) {
   const std::int32_t uiModule = read(appMeta, tags::COM_HESK_CURRENTUIMODULE);
-  return (mode & mode::kBit24) != 0 && uiModule == uimodule::kMoon;
+  return (mode & mode::kBit24) == 0 || uiModule != uimodule::kMoon;
 }
 
 float appZoomRatio(const IMetadata* appMeta) {
@@ -162,20 +162,19 @@ void copyStaticBytes(IMetadata* outMeta, const IMetadata* statics) {
 void HeskParameterUpdater::updateCaptureRawParameter(IMetadata* appMeta, IMetadata* halMeta,
                                                      IMetadata* outMeta) {
   const std::int64_t mode = read(appMeta, tags::HESK_CONTROL_CURRENTMODE);
+  const bool isMulticam = mMulticamFeatureMode > 0;
   if (isShadingOf3A(mode)) {
-    writeShadingOf3A(outMeta, isMulticam(mMulticamFeatureMode)
-                                  ? getMulticamMasterID(mInstanceId, halMeta)
-                                  : mInstanceId);
+    writeShadingOf3A(outMeta, isMulticam ? getMulticamMasterID(mInstanceId, halMeta) : mInstanceId);
   } else {
     appendDefaultShading(outMeta, appMeta, halMeta, mInstanceId);
   }
 
   const std::int32_t cameraId = read(halMeta, tags::MTK_HAL_REQUEST_SENSOR_ID, -1);
   write(outMeta, tags::HESK_CONTROL_CURRENT_CAMERA_ID, cameraId);
-  if (isMulticam(mMulticamFeatureMode)) markSlave(outMeta, halMeta, cameraId);
+  if (isMulticam) markSlave(outMeta, halMeta, cameraId);
   update3ACaptureRawParameter(appMeta, halMeta, outMeta);
   if (isNeedRawAlgo(appMeta, outMeta, 0)) markForRawAlgorithm(halMeta);
-  if (!isWithoutSat(appMeta, mode)) {
+  if (usesSat(appMeta, mode)) {
     setSATCropInfo(appMeta, halMeta, outMeta);
     setCameraRole(outMeta, cameraId);
   }
@@ -189,7 +188,7 @@ void HeskParameterUpdater::updateCaptureRawParameter(IMetadata* appMeta, IMetada
   } else if (const PdDescription pd = readPdDescription(statics); pd.isLayoutNeeded()) {
     updateSensorPdafInfo(cameraId, pd.compensation, pd.bufferType, outMeta);
   }
-  if (mMulticamFeatureMode == MulticamFeatureMode::logicalMulticam) {
+  if (mMulticamFeatureMode == multicam::kLogicalMulticam) {
     const auto faces =
         NSCam::IFDContainer::createInstance(kUpdaterUser, NSCam::IFDContainer::kRead);
     const std::int32_t master = getMulticamMasterID(mInstanceId, halMeta);

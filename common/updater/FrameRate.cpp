@@ -66,7 +66,8 @@ std::optional<FrameRateRange> limitFrameRate(IMetadata* request, std::string_vie
   return kLimit;
 }
 
-/// Pins the range for video noise reduction in night mode.
+/// Pins the range for video noise reduction in night mode. `limited` is the range that the limit
+/// wrote, if any; the pinned range is appended to it.
 void pinFrameRate(IMetadata* request, const std::optional<FrameRateRange>& limited) {
   if (read(request, tags::HESK_CONTROL_NIGHTMODE) != 1) return;
   const std::int32_t rate = read(request, tags::HESK_CONTROL_FPS_RANGE_MAX);

@@ -26,9 +26,10 @@ void applyProviderCap(NSCam::IMetadata* metadata, std::string_view appType);
 
 /// Limits the range to 5 to 24 for the "APP_NAME"s "3rd_party", "mtk_ims" and "Whatsapp", and in
 /// some modes and UI modules. The property vendor.debug.camera.fps.low also enables the limit if it
-/// is not 0; with .max, which must not be below it nor above 30, it replaces the limits. Then, in
-/// night mode, pins the range to a HESK_CONTROL_FPS_RANGE_MAX of 12, 15 or 24. After a limit the
-/// pinned range is appended to the limited one; readers use the first two items.
+/// is not 0. If it is at least 1 and vendor.debug.camera.fps.max is between it and 30, the two
+/// replace 5 and 24. Then, in night mode, pins the range to a HESK_CONTROL_FPS_RANGE_MAX of 12, 15
+/// or 24. After a limit the pinned range is appended to the limited one; readers use the first two
+/// items.
 void limitAndPinFrameRate(NSCam::IMetadata* request, std::string_view appName);
 
 /// Sets the upper bound to 29 on product KX0102.

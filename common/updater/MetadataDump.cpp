@@ -22,7 +22,7 @@ namespace {
 
 using namespace hesk;
 
-constexpr log::Operation kOperation = updaterOperation("dumpMetadata");
+constexpr log::Operation kOperation{kUpdaterSource, "dumpMetadata"};
 
 /// Reads the first four bytes of the capture intent, a byte tag, as one number.
 std::optional<std::int32_t> readIntent(camera_metadata* meta) {

@@ -5,6 +5,7 @@
 
 #include "common/HeskParameterUpdater.h"
 #include "common/tags/Metadata.h"
+#include "common/tags/Values.h"
 #include "common/updater/StaticMetadata.h"
 #include "common/updater/UpdaterLog.h"
 #include "platform/TqcSat.h"
@@ -26,21 +27,21 @@ int firstPhysicalCamera(int deviceId, const log::Operation& operation) {
 }  // namespace
 
 int HeskParameterUpdater::getMulticamMainID(int deviceId) {
-  return firstPhysicalCamera(deviceId, updaterOperation("getMulticamMainID"));
+  return firstPhysicalCamera(deviceId, {kUpdaterSource, "getMulticamMainID"});
 }
 
 std::int32_t HeskParameterUpdater::getMulticamMasterID(int deviceId, IMetadata* halMeta) {
-  constexpr log::Operation kOperation = updaterOperation("getMulticamMasterID");
+  constexpr log::Operation kOperation{kUpdaterSource, "getMulticamMasterID"};
 
   if (const auto master = readIfPresent(halMeta, tags::MTK_MULTICAM_REAL_MASTER_ID)) {
     HESK_LOGD(kOperation, "masterid %d", *master);
-    if (mMulticamFeatureMode == MulticamFeatureMode::logicalMulticam) return *master;
+    if (mMulticamFeatureMode == multicam::kLogicalMulticam) return *master;
   }
   return firstPhysicalCamera(deviceId, kOperation);
 }
 
 void HeskParameterUpdater::setCameraRole(IMetadata* outMeta, int cameraId) {
-  constexpr log::Operation kOperation = updaterOperation("setCameraRole");
+  constexpr log::Operation kOperation{kUpdaterSource, "setCameraRole"};
 
   const TqcSat& sat = TqcSat::GetInstance();
   const auto cameras = sat.cameras();

@@ -11,6 +11,10 @@
 
 namespace hesk {
 
+/// The user name with which the updater creates and releases platform objects. Only sensors are
+/// created with another name (SensorPdaf.cpp).
+inline constexpr const char* kUpdaterUser = kUpdaterSource.tag;
+
 struct Release {
   template <typename T>
   void operator()(T* object) const {

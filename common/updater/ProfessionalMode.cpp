@@ -15,7 +15,7 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-constexpr log::Operation kOperation = updaterOperation("updateProfModeControlMeta");
+constexpr log::Operation kOperation{kUpdaterSource, "updateProfModeControlMeta"};
 
 void publish(std::string_view key, std::integral auto number) {
   setEvent(key, std::to_string(number));

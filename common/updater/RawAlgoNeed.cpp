@@ -9,7 +9,7 @@ using namespace hesk;
 using NSCam::IMetadata;
 
 bool HeskParameterUpdater::isNeedRawAlgo(IMetadata* appMeta, IMetadata* outMeta, int) {
-  constexpr log::Operation kOperation = updaterOperation("isNeedRawAlgo");
+  constexpr log::Operation kOperation{kUpdaterSource, "isNeedRawAlgo"};
 
   const std::int64_t mode = read(appMeta, tags::HESK_CONTROL_CURRENTMODE);
   const std::int32_t isDualSlave = read(outMeta, tags::HESK_CONTROL_IS_DUAL_SLAVE, -1);

@@ -16,14 +16,13 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-void writeMulticamEnable(IMetadata* meta, MulticamFeatureMode mode) {
-  if (!isMulticam(mode)) return;
-  switch (mode) {
-    case MulticamFeatureMode::multicam: write(meta, tags::MTK_HESK_MULTICAM_ENABLE, 1); break;
-    case MulticamFeatureMode::logicalMulticam:
-      write(meta, tags::MTK_HESK_MULTICAM_ENABLE, 0);
-      break;
-    default: clear(meta, tags::MTK_HESK_MULTICAM_ENABLE); break;
+void writeMulticamEnable(IMetadata* meta, std::int32_t mode) {
+  if (mode == multicam::kMulticam) {
+    write(meta, tags::MTK_HESK_MULTICAM_ENABLE, 1);
+  } else if (mode == multicam::kLogicalMulticam) {
+    write(meta, tags::MTK_HESK_MULTICAM_ENABLE, 0);
+  } else if (mode > 0) {
+    clear(meta, tags::MTK_HESK_MULTICAM_ENABLE);
   }
 }
 
@@ -73,9 +72,7 @@ void HeskParameterUpdater::updateRequestMeta(IMetadata* meta, unsigned int reque
   if (isStillCapture(meta)) updateStillCapture(meta, requestNo, appType, currentMode);
 
   writeMoonRawType(meta, eventValue("APP_NAME"));
-  if (mMulticamFeatureMode == MulticamFeatureMode::logicalMulticam) {
-    setLogicalMulticamFrameRate(meta);
-  }
+  if (mMulticamFeatureMode == multicam::kLogicalMulticam) setLogicalMulticamFrameRate(meta);
   writeVideoHdrMode(meta, kRequestOperation);
   disableFrontStabilization(meta, mInstanceId, eventValue("APP_TYPE"));
   fixHighFrameRate(meta);

@@ -16,7 +16,7 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-constexpr log::Operation kOperation = updaterOperation("updateResultMeta");
+constexpr log::Operation kOperation{kUpdaterSource, "updateResultMeta"};
 
 void writeExposure(IMetadata* result) {
   constexpr std::int64_t kExposureUnit = 1000;

@@ -60,7 +60,7 @@ void appendOutputs(std::vector<std::int32_t>& items, const std::vector<TagInfo>&
 
 void HeskParameterUpdater::translateResultRegionForHesk(IMetadata* result, float value,
                                                         int cameraId, long tag) {
-  constexpr log::Operation kOperation = updaterOperation("translateResultRegionForHesk");
+  constexpr log::Operation kOperation{kUpdaterSource, "translateResultRegionForHesk"};
 
   TqcSat& sat = TqcSat::GetInstance();
   const int index = satCameraIndex(sat, cameraId);

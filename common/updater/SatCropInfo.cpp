@@ -13,9 +13,9 @@ using NSCam::IMetadata;
 using NSCam::MRect;
 using NSCam::MSize;
 
-constexpr log::Operation kOperation = updaterOperation("setSATCropInfo");
+constexpr log::Operation kOperation{kUpdaterSource, "setSATCropInfo"};
 
-/// Returns the real master camera of the frame, by default the sensor that opened the pipeline.
+/// Returns the real master camera of the frame, by default the sensor that the pipeline opened.
 std::int32_t masterSensor(const IMetadata* halMeta, std::int32_t openedSensor) {
   const auto master = readIfPresent(halMeta, tags::MTK_MULTICAM_REAL_MASTER_ID);
   if (!master) return openedSensor;

@@ -13,7 +13,7 @@ namespace {
 
 using namespace hesk;
 
-constexpr log::Operation kOperation = updaterOperation("updateSensorPdafInfo");
+constexpr log::Operation kOperation{kUpdaterSource, "updateSensorPdafInfo"};
 
 // The sensor is created with this name and released with the name of the class.
 constexpr const char* kUser = "LOG_TAG";
@@ -60,8 +60,7 @@ int HeskParameterUpdater::updateSensorPdafInfo(int openId, int isPDComp, int pdB
   }
   HESK_LOGD(kOperation,
             "pdaf openid %d queryId %d isPDComp %d bSensorModeSupportPD %d PDAFInfo %d %d, %d "
-            "%d, %d. "
-            "ret = %d",
+            "%d, %d. ret = %d",
             openId, deviceIndex, isPDComp, pdSupport, block.words[2], block.words[3],
             block.words[0], block.words[1], block.words[4], status);
   return status;

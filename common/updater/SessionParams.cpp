@@ -20,7 +20,7 @@ using namespace hesk;
 using NSCam::IMetadata;
 using ImageStreams = HeskParameterUpdater::ImageStreams;
 
-constexpr log::Operation kOperation = updaterOperation("updateSessionParams");
+constexpr log::Operation kOperation{kUpdaterSource, "updateSessionParams"};
 
 constexpr std::int32_t kAbsent = -1;
 
@@ -149,11 +149,11 @@ void HeskParameterUpdater::chooseMulticamFeatureMode(IMetadata* session) {
     case 14:
     case 16:
     case 20:
-      mMulticamFeatureMode = MulticamFeatureMode::multicam;
+      mMulticamFeatureMode = multicam::kMulticam;
       multicamEnable = 1;
       break;
     case 17:
-      mMulticamFeatureMode = MulticamFeatureMode::logicalMulticam;
+      mMulticamFeatureMode = multicam::kLogicalMulticam;
       multicamEnable = 0;
       break;
     default: HESK_LOGD(kOperation, "multicam get wrong FeatureMode"); break;

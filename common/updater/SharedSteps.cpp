@@ -44,10 +44,10 @@ void disableFrontStabilization(NSCam::IMetadata* metadata, std::int32_t sensor,
 void setProductionScene(NSCam::IMetadata* metadata, std::int32_t sensor, std::string_view appName,
                         const log::Operation& operation) {
   constexpr std::int32_t kUltraWideSensor = 2;
-  constexpr std::uint8_t kScene = 9;  // the message names another scene
+  constexpr std::uint8_t kSnow = 9;  // the message names another scene
 
   if (sensor != kUltraWideSensor || appName != "Production") return;
-  write(metadata, tags::ANDROID_CONTROL_SCENE_MODE, kScene);
+  write(metadata, tags::ANDROID_CONTROL_SCENE_MODE, kSnow);
   HESK_LOGD(operation, "UltraWide Camera in Production line set MTK_CONTROL_SCENE_MODE_LANDSCAPE");
 }
 

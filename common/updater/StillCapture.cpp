@@ -44,8 +44,7 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
   HESK_LOGE(kRequestOperation, "cap request app enableZsl %d, currentMode %lld, requestNo %d",
             enableZsl, static_cast<long long>(currentMode), static_cast<std::int32_t>(requestNo));
 
-  const int mainId =
-      isMulticam(mMulticamFeatureMode) ? getMulticamMainID(mInstanceId) : mInstanceId;
+  const int mainId = mMulticamFeatureMode > 0 ? getMulticamMainID(mInstanceId) : mInstanceId;
   if (has(meta, tags::HESK_CONTROL_HISFRAME)) {
     recordAnnouncedFrames(meta, requestNo, mainId);
   } else if (isZslOff) {
@@ -66,8 +65,7 @@ void HeskParameterUpdater::updateStillCapture(IMetadata* meta, unsigned int requ
   write(meta, tags::MTK_HESK_CAPTURE_COUNT, mCaptureCount);
   HESK_LOGD(kRequestOperation, "update CaptureCount:%d", mCaptureCount);
   setDumpPathForHeskDump(mInstanceId, meta);
-  write(meta, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE,
-        static_cast<std::int32_t>(mMulticamFeatureMode));
+  write(meta, tags::HESK_CONTROL_MULTICAM_FEATURE_MODE, mMulticamFeatureMode);
 }
 
 void HeskParameterUpdater::recordAnnouncedFrames(const IMetadata* meta, unsigned int requestNo,

@@ -18,7 +18,7 @@ namespace {
 using namespace hesk;
 using NSCam::IMetadata;
 
-constexpr log::Operation kOperation = updaterOperation("updateTuningAppName");
+constexpr log::Operation kOperation{kUpdaterSource, "updateTuningAppName"};
 
 // Values of ANDROID_CONTROL_SCENE_MODE.
 constexpr std::uint8_t kLandscape = 4;

@@ -11,7 +11,7 @@ namespace {
 
 using namespace hesk;
 
-constexpr log::Operation kOperation = updaterOperation("updateTuningData");
+constexpr log::Operation kOperation{kUpdaterSource, "updateTuningData"};
 
 /// Returns true if the manager returned a buffer that is large enough.
 bool fits(const HIF3ABufferInfo& buffer, const void* data, unsigned int size) {

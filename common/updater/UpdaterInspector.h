@@ -12,12 +12,7 @@ struct HeskParameterUpdaterInspector {
   [[nodiscard]] auto& instanceId() const { return updater.mInstanceId; }
   [[nodiscard]] auto& hasVideoStream() const { return updater.mHasVideoStream; }
   [[nodiscard]] auto& nonZslFrames() const { return updater.mNonZslFrames; }
-  [[nodiscard]] auto multicamFeatureMode() const {
-    return static_cast<std::int32_t>(updater.mMulticamFeatureMode);
-  }
-  void setMulticamFeatureMode(std::int32_t mode) const {
-    updater.mMulticamFeatureMode = static_cast<hesk::MulticamFeatureMode>(mode);
-  }
+  [[nodiscard]] auto& multicamFeatureMode() const { return updater.mMulticamFeatureMode; }
   [[nodiscard]] auto& previewSize() const { return updater.mPreviewSize; }
   [[nodiscard]] auto& captureCount() const { return updater.mCaptureCount; }
   [[nodiscard]] auto& streamIds() const { return updater.mStreamIds; }
@@ -30,7 +25,7 @@ struct HeskParameterUpdaterInspector {
                     updater.mPrimaryCameraDiagonalFov);
   }
   /// The types of `values()`, without references.
-  using Values = std::tuple<bool, std::map<std::uint32_t, std::uint32_t>, hesk::MulticamFeatureMode,
+  using Values = std::tuple<bool, std::map<std::uint32_t, std::uint32_t>, std::int32_t,
                             NSCam::MSize, std::int32_t, std::vector<std::uint32_t>, std::int32_t>;
 
   // For calls with a converter that is not the platform's.
