@@ -227,9 +227,9 @@ TEST(TuningData, IsCopiedIfBufferIsLargeEnough) {
   };
   const Row rows[] = {{1, 8, 8, true, true},   {1, 8, 9, true, false},  {0, 8, 8, true, false},
                       {1, 0, 0, true, true},   {1, 8, 8, false, false}, {1, 8, 0, false, true},
-                      {-1, 8, 0, true, false}, {0, 8, 0, true, false}};
+                      {-1, 8, 0, true, false}, {0, 8, 0, true, false},  {1, 9, 9, true, true}};
+  host::Phone phone;
   for (const auto& [fd, bufferSize, size, hasData, isCopied] : rows) {
-    host::Phone phone;
     phone.config.tuningBuffer = {.fd = fd, .bufferSize = bufferSize, .bufferIndex = 3};
     const TestUpdater updater;
     std::string data = "12345678+";
