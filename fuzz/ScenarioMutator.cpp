@@ -166,9 +166,9 @@ Json scenarioFrom(const std::uint8_t* data, std::size_t size) {
 }
 
 /// Returns the number of bytes written; 0 if the buffer is too small.
-std::size_t writeTo(std::uint8_t* out, std::size_t room, const Json& scenario) {
+std::size_t writeTo(std::uint8_t* out, std::size_t capacity, const Json& scenario) {
   const std::string text = camhook::lineOfJson(scenario);
-  if (text.size() > room) return 0;
+  if (text.size() > capacity) return 0;
   std::ranges::copy(text, out);
   return text.size();
 }
@@ -176,19 +176,19 @@ std::size_t writeTo(std::uint8_t* out, std::size_t room, const Json& scenario) {
 }  // namespace
 
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
-                                               std::size_t room, unsigned int seed) {
+                                               std::size_t capacity, unsigned int seed) {
   Json scenario = scenarioFrom(data, size);
   for (unsigned int left = 1 + seed % 4; left > 0; --left) Mutator(scenario, seed / left).change();
-  const std::size_t written = writeTo(data, room, scenario);
+  const std::size_t written = writeTo(data, capacity, scenario);
   return written != 0 ? written : size;
 }
 
 extern "C" std::size_t LLVMFuzzerCustomCrossOver(const std::uint8_t* data, std::size_t size,
                                                  const std::uint8_t* other, std::size_t otherSize,
-                                                 std::uint8_t* out, std::size_t room,
+                                                 std::uint8_t* out, std::size_t capacity,
                                                  unsigned int seed) {
   Json scenario = scenarioFrom(data, size);
   Json giver = scenarioFrom(other, otherSize);
   Mutator(scenario, seed).takeFrom(giver);
-  return writeTo(out, room, scenario);
+  return writeTo(out, capacity, scenario);
 }

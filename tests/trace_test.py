@@ -54,13 +54,13 @@ class TraceTest(unittest.TestCase):
         for path in SCENARIOS:
             calls = json.loads(run("replay", "--no-warnings", "--json", path))["calls"]
             # Calls of sensor 99, which has no updater, change nothing.
-            handed = json.loads(path.read_text())
-            for call in handed["calls"]:
+            given = json.loads(path.read_text())
+            for call in given["calls"]:
                 if call["call"] != "decideSensorScenario" and "sensor" in call:
                     call["sensor"] = 99
-            handed = json.loads(run("replay", "--no-warnings", "--json", "-", text=json.dumps(handed)))["calls"]
+            given = json.loads(run("replay", "--no-warnings", "--json", "-", text=json.dumps(given)))["calls"]
             states = {}
-            for number, (call, untouched) in enumerate(zip(calls, handed), 1):
+            for number, (call, untouched) in enumerate(zip(calls, given), 1):
                 before = call.get("before", {})
                 self.assertEqual("before" in call, bool(before))
                 self.assertNotIn({}, before.values())
