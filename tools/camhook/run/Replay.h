@@ -25,7 +25,7 @@ class Replay {
   explicit Replay(host::PhoneConfig platform,
                   Updaters updaters = &HeskParameterUpdater::createInstance);
 
-  /// The accesses whose step is searched for. The search takes longer than reading a tag.
+  /// The accesses for which a step is found. Finding a step takes longer than the access.
   enum class StepsOf { all, writes };
 
   /// Records the accesses of all further calls, with the steps that `steps` finds; null stops that.
@@ -34,7 +34,7 @@ class Replay {
     mStepsOf = which;
   }
 
-  /// The content of a trace in addition to the containers. All of it takes longer than most calls.
+  /// The content of a trace in addition to the containers. Collecting everything takes longer than most calls.
   enum class Detail {
     containers,  // nothing
     accesses,    // the accesses, with steps only after `followSteps`
@@ -50,7 +50,7 @@ class Replay {
   /// Containers for later calls with metaOf, by the number of the call that left them.
   using KeptMeta = std::map<std::size_t, std::shared_ptr<const NSCam::IMetadata>>;
 
-  /// To save and restore with the rest of the state between two calls.
+  /// Part of the state between two calls; Reruns saves and restores it.
   [[nodiscard]] KeptMeta& keptMeta() { return mKeptMeta; }
   [[nodiscard]] const KeptMeta& keptMeta() const { return mKeptMeta; }
 

@@ -6,6 +6,7 @@
 #include "common/math/AspectFit.h"
 #include "common/tags/Tags.h"
 #include "host/MetadataAccess.h"
+#include "platform/TqcSat.h"
 
 namespace camhook {
 namespace {
@@ -76,9 +77,9 @@ struct RegionTag {
 };
 
 constexpr RegionTag kRegionTags[] = {
-    {3, "eye ", tags::RESULT_EYE_REGIONS, 0, {0, 2, 1, 3}},
-    {4, "lot ", tags::RESULT_LOT_REGIONS, 0, {0, 1, 2, 3}},
-    {5, "body ", tags::RESULT_HUMAN_BODY_REGIONS, 1, {0, 1, 2, 3}},
+    {TagInfo::kEye, "eye ", tags::RESULT_EYE_REGIONS, 0, {0, 2, 1, 3}},
+    {TagInfo::kLot, "lot ", tags::RESULT_LOT_REGIONS, 0, {0, 1, 2, 3}},
+    {TagInfo::kHumanBody, "body ", tags::RESULT_HUMAN_BODY_REGIONS, 1, {0, 1, 2, 3}},
 };
 
 void addRegions(std::vector<NamedRectangle>& found, const CallTrace& trace,

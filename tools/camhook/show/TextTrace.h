@@ -16,7 +16,7 @@ namespace camhook {
 /// The levels of log records: debug, info, error.
 inline constexpr std::string_view kAllLevels = "DIE";
 
-/// The stored traces of scenarios have no colour and the records of all levels.
+/// Stored traces are written without colour, with the records of all levels.
 class TextTrace final : public TraceWriter {
  public:
   /// `levels` lists the levels of the records that are shown; it must outlive the trace. The trace

@@ -4,7 +4,8 @@
   const mostRows = 100; // around the open call
   const mostColumns = 64;
 
-  const isCapture = (call) => call.state && page.items(call, "meta", "MTK_HESK_STILL_CAPTURE")?.[0] === 1;
+  const isCapture = (call) =>
+    call.call === "updateRequestMeta" && call.state && page.items(call, "meta", "MTK_HESK_STILL_CAPTURE")?.[0] === 1;
 
   // A still capture with its recorded frames in the order of their indexes: request numbers wrap.
   const captureOf = (number) => {

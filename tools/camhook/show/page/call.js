@@ -15,7 +15,7 @@
       element("td.step", write ? stepText(write) : []),
     );
 
-  // What the items of a value mean comes before them.
+  // The decoded meaning precedes the items.
   const afterText = (tag, after, decoded) => {
     const text = page.text(tag, after);
     return decoded ? [...decoded.map((line) => element("div", line)), element("small", text)] : text;

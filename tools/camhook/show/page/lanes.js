@@ -5,7 +5,7 @@
   const height = 28; // of a lane, in pixels, as in lanes.css
   const colours = 8;
 
-  // Hooks have colours in the order in which they appear; what changes the phone alone is grey.
+  // Hooks have colours in the order in which they appear; calls that only change the phone are grey.
   const hooks = [...new Set(page.calls.filter(({ sensor }) => sensor !== undefined).map(({ call }) => call))];
   page.colourOfHook = (hook) => (hooks.includes(hook) ? `c${hooks.indexOf(hook) % colours}` : "c-other");
 
