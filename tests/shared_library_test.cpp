@@ -25,11 +25,7 @@ std::string traceOf(const std::string& name) {
   Replay replay(std::move(scenario.platform));
   std::ostringstream out;
   TextTrace trace(out, Style(false), kAllLevels, scenario.about);
-  for (std::size_t i = 0; i < scenario.calls.size(); ++i) {
-    CallTrace call = replay.run(scenario.calls[i]);
-    call.number = i + 1;
-    trace.write(call);
-  }
+  for (const ScenarioCall& call : scenario.calls) trace.write(replay.run(call));
   trace.finish(replay.phone().eventStore.all());
   return out.str();
 }

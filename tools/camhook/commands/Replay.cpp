@@ -77,26 +77,26 @@ std::string titleOfPage(const std::string& file) {
   return printable(std::filesystem::path(nameOfInput(file)).stem().string());
 }
 
+std::unique_ptr<TraceWriter> makeWriter(std::ostream& out, const ReplayOptions& options,
+                                        const ScenarioText& scenario) {
+  if (!options.page.empty()) {
+    return std::make_unique<Page>(out, titleOfPage(options.file), scenario);
+  }
+  if (options.json) return std::make_unique<JsonTrace>(out);
+  return std::make_unique<TextTrace>(out, Style::forStandardOutput(), levelsOf(options.logs),
+                                     scenario.about());
+}
+
 /// Runs the scenario and writes its trace to `out` in the form that the options request. Returns
 /// false if the filters match no call.
 bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioText& scenario) {
   const TraceFilter filter = filterOf(options, scenario);
-  std::unique_ptr<TraceWriter> writer;
-  Page* page = nullptr;
-  if (!options.page.empty()) {
-    writer.reset(page = new Page(out, titleOfPage(options.file), scenario));
-  } else if (options.json) {
-    writer = std::make_unique<JsonTrace>(out);
-  } else {
-    writer = std::make_unique<TextTrace>(out, Style::forStandardOutput(), levelsOf(options.logs),
-                                         scenario.about());
-    if (options.logs.empty()) host::LogSink::enableLevels({});  // records are not shown
-  }
+  const std::unique_ptr<TraceWriter> writer = makeWriter(out, options, scenario);
+  auto* const page = dynamic_cast<Page*>(writer.get());
   std::optional<Replay> run(std::in_place, platformOf(scenario));
-  std::optional<StepFinder> steps;
-  if (options.steps || page != nullptr) {
-    run->followSteps(&steps.emplace(), Replay::StepsOf::writes);
-  }
+  if (page == nullptr && !options.json && options.logs.empty()) host::LogSink::enableLevels({});
+  StepFinder steps;
+  if (options.steps || page != nullptr) run->followSteps(&steps, Replay::StepsOf::writes);
   std::vector<std::pair<std::size_t, Inputs>> decisions;  // for a page
   bool isAnyShown = filter.isWhole();
   for (std::size_t i = 0; i < scenario.callCount(); ++i) {
@@ -106,7 +106,6 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
       decisions.emplace_back(i + 1, inputsOf(std::get<DecideSensorScenario>(decision)));
     }
     CallTrace trace = run->run(call);
-    trace.number = i + 1;
     if (!filter.apply(trace)) continue;
     writer->write(trace);
     isAnyShown = true;

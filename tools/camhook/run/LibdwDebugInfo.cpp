@@ -81,7 +81,7 @@ std::string fileOfCall(Dwarf_Die& unit, Dwarf_Die& inlined) {
 
 }  // namespace
 
-std::optional<std::vector<Frame>> framesOf(const void* returnAddress) {
+std::optional<std::vector<Step>> framesOf(const void* returnAddress) {
   static const std::unique_ptr<Dwfl, decltype(&dwfl_end)> dwfl(openProcess(), &dwfl_end);
   // The call ends at the return address, where another block may begin.
   const Dwarf_Addr address = reinterpret_cast<std::uintptr_t>(returnAddress) - 1;
@@ -89,7 +89,7 @@ std::optional<std::vector<Frame>> framesOf(const void* returnAddress) {
   Dwarf_Die* const unit = dwfl_addrdie(dwfl.get(), address, &bias);
   if (unit == nullptr) return {};
 
-  Frame place;
+  Step place{.name = {}, .file = {}};
   if (Dwarf_Line* const line = dwarf_getsrc_die(unit, address - bias)) {
     place.file = fromRoot(dwarf_linesrc(line, nullptr, nullptr));
     dwarf_lineno(line, &place.line);
@@ -103,14 +103,14 @@ std::optional<std::vector<Frame>> framesOf(const void* returnAddress) {
   nodes = nullptr;
   count = dwarf_getscopes_die(&scopes.front(), &nodes);
   scopes = takeScopes(nodes, count);
-  std::vector<Frame> frames;
+  std::vector<Step> frames;
   for (Dwarf_Die& node : scopes) {
     const bool isInlined = dwarf_tag(&node) == DW_TAG_inlined_subroutine;
     if (!isInlined && dwarf_tag(&node) != DW_TAG_subprogram) continue;
-    place.function = plainName(dwarf_diename(&node));
+    place.name = plainName(dwarf_diename(&node));
     frames.push_back(place);
     if (!isInlined) return frames;
-    place = {.function = {}, .file = fileOfCall(*unit, node), .line = lineOfCall(node)};
+    place = {.name = {}, .file = fileOfCall(*unit, node), .line = lineOfCall(node)};
   }
   frames.push_back(place);  // in a function without a name in the debug information
   return frames;

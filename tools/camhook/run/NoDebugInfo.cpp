@@ -2,6 +2,6 @@
 
 #include "tools/camhook/run/DebugInfo.h"
 
-std::optional<std::vector<camhook::Frame>> camhook::framesOf(const void* /*returnAddress*/) {
+std::optional<std::vector<camhook::Step>> camhook::framesOf(const void* /*returnAddress*/) {
   return {};
 }

@@ -225,6 +225,7 @@ Call Replay::withMetaOf(const ScenarioCall& scenarioCall) const {
 
 CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
   CallTrace trace;
+  trace.number = scenarioCall.number;
   trace.arguments = scenarioCall.arguments;
   trace.containers.reserve(kMostContainers);  // the hook has pointers to them
   const Recorder recorder(mPhone, trace, detail, mSteps, mStepsOf);

@@ -34,7 +34,8 @@ class Replay {
     mStepsOf = which;
   }
 
-  /// The content of a trace in addition to the containers. Collecting everything takes longer than most calls.
+  /// The content of a trace in addition to the containers. Collecting everything takes longer than
+  /// most calls.
   enum class Detail {
     containers,  // nothing
     accesses,    // the accesses, with steps only after `followSteps`

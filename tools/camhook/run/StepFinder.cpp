@@ -16,23 +16,21 @@ constexpr std::string_view kVocabulary[] = {"common/tags/",
                                             "common/updater/PlatformHandle.h",
                                             "common/updater/StaticMetadata.h"};
 
-bool isInSteps(const Frame& frame) {
+bool isInSteps(const Step& frame) {
   return frame.file.starts_with("common/") &&
          std::ranges::none_of(
              kVocabulary, [&](std::string_view start) { return frame.file.starts_with(start); });
 }
 
 /// A lambda, or the function that the compiler generates to call one by address.
-bool isLambda(const Frame& frame) {
-  return frame.function.starts_with("operator()") || frame.function == "_FUN" ||
-         frame.function == "__invoke";
+bool isLambda(const Step& frame) {
+  return frame.name.starts_with("operator()") || frame.name == "_FUN" || frame.name == "__invoke";
 }
 
-std::optional<Step> innermostStep(const std::vector<Frame>& frames) {
-  for (const Frame& frame : frames) {
+std::optional<Step> innermostStep(const std::vector<Step>& frames) {
+  for (const Step& frame : frames) {
     if (!isInSteps(frame) || isLambda(frame)) continue;
-    if (frame.function.empty() || frame.line == 0) return Step();
-    return Step{frame.function, frame.file, frame.line};
+    return frame.name.empty() || frame.line == 0 ? Step() : frame;
   }
   return {};
 }

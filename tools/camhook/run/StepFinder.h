@@ -11,15 +11,6 @@
 
 namespace camhook {
 
-/// A step of the library and a place in it; "?" and line 0 if not known.
-struct Step {
-  std::string name = "?";  // of the function, without namespace
-  std::string file = "?";  // relative to the root: "common/updater/RequestMeta.cpp"
-  int line = 0;
-
-  friend bool operator==(const Step&, const Step&) = default;
-};
-
 /// Caches steps by address. Not thread-safe.
 class StepFinder {
  public:
