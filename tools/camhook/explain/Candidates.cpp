@@ -312,7 +312,7 @@ void Candidates::addContainer(const NSCam::IMetadata& metadata) {
 
 void Candidates::addRules() {
   for (const InputField& field : inputFields()) {
-    for (const Json& value : namedValues(field.name, listsOf(nullptr))) {
+    for (const Json& value : namedValues(field.name, nullptr)) {
       addOnce(mKnown[std::string(field.name)], value.isList() ? value[0] : value);
     }
   }

@@ -69,7 +69,7 @@ Json::List inputWarnings(const Inputs& inputs) {
                                        std::pair(kAppName, "no override names this app"),
                                        std::pair(kUiModule, "no rule names this module")}) {
     const Json& value = inputs[input];
-    const Json::List named = namedValues(input, listsOf(nullptr));
+    const Json::List named = namedValues(input, nullptr);
     const bool isKnown = input == kProduct
                              ? hesk::findSensorModeTable(textOf(value)) != nullptr
                              : value.isNull() || std::ranges::find(named, value) != named.end();

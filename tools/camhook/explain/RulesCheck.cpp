@@ -2,6 +2,7 @@
 // exactly as many fields of the row as it needs and have other values everywhere else: a further
 // match could only help other rows.
 
+#include <algorithm>
 #include <bit>
 #include <ostream>
 
@@ -37,8 +38,7 @@ Inputs reduced(DecidingPhone& phone, const Rules& rules, std::size_t row, Inputs
 
 std::optional<Inputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::size_t row,
                                 const Inputs& given) {
-  const Rules* const lists[] = {&rules};
-  const int needed = isOfSeveral(rules[row]) ? rules[row].conditionCount : 1;
+  const int needed = std::max(rules[row].conditionCount, 1);
   for (unsigned met = 0; met < 1U << std::size(kRuleColumns); ++met) {
     if (std::popcount(met) != needed) continue;
     Inputs inputs = given;
@@ -49,8 +49,7 @@ std::optional<Inputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::s
       const bool isMet = (met >> i & 1U) != 0;
       // An empty APP_TYPE matches a row without one.
       isPossible &= !isMet || !condition.isNull() || input == kAppType;
-      inputs[input] =
-          isMet ? valueMeeting(input, condition) : anotherValue(input, namedValues(input, lists));
+      inputs[input] = isMet ? valueMeeting(input, condition) : anotherValue(input);
     }
     if (isPossible && phone.rowFor(rules, inputs) == row) return reduced(phone, rules, row, inputs);
   }

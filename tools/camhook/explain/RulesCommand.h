@@ -16,7 +16,8 @@ namespace camhook {
 void writeRulesText(std::ostream& out, const SensorModeTable* only, Style style);
 void writeRulesMarkdown(std::ostream& out);
 
-/// Writes the sensor mode of each app and UI module on a product.
+/// Writes the sensor mode of each app and UI module on a product: "A/B" if the mode at 640x480, B,
+/// differs from that at 1920x1080.
 void writeMatrix(std::ostream& out, const SensorModeTable& table, Style style);
 
 /// Inputs with which the filters find the row, with as few values as possible; nullopt if the row
