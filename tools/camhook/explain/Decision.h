@@ -39,6 +39,8 @@ class DecidingPhone {
   /// the filters return a copy of the row.
   HeskSensorModeControl& load(const Rules& rules, const Inputs& inputs);
 
+  Json::List runFilters(const Rules& rules, const Inputs& inputs);
+
   host::Phone mPhone;
 };
 

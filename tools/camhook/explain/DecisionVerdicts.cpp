@@ -10,26 +10,12 @@ namespace camhook {
 namespace {
 
 /// "matched: 2 of 2 conditions", "1 of 2 conditions: eis is absent", "not compared".
-std::string verdictOf(const SensorModeCfg& rule, const Json& row, const Json& filters,
-                      const Inputs& inputs) {
-  std::size_t met = 0;
-  std::vector<std::string> missed;
-  std::string filterOfOne;
-  for (const RuleColumn& column : kRuleColumns) {
-    const bool isCompared = isListed(filters, row["row"], "asked", column.field);
-    if (isListed(filters, row["row"], "met", column.field)) {
-      ++met;
-      filterOfOne = column.title;
-    } else if (row["conditions"].find(column.field) != nullptr) {
-      missed.push_back(
-          std::string(column.title) +
-          (isCompared ? " is " + inputText(column.input, inputs[column.input]) : " not compared"));
-    }
-  }
+std::string verdictOf(const SensorModeCfg& rule, const Json& row,
+                      const std::vector<std::string>& met, const std::vector<std::string>& missed) {
   const std::string count =
-      std::to_string(met) + " of " + std::to_string(rule.conditionCount) + " conditions";
+      std::to_string(met.size()) + " of " + std::to_string(rule.conditionCount) + " conditions";
   if (row["taken"].isTrue()) {
-    return isOfSeveral(rule) ? "matched: " + count : "matched by " + filterOfOne;
+    return isOfSeveral(rule) ? "matched: " + count : "matched by " + met.back();
   }
   if (!row["asked"].isTrue()) return "not compared";
   if (!isOfSeveral(rule)) return joined(missed, ", ");
@@ -44,11 +30,23 @@ Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<st
   for (std::size_t i = 0; i < rules.size(); ++i) {
     Json conditions = Json::Object();
     bool isAsked = false;
+    std::vector<std::string> met;
+    std::vector<std::string> missed;
     for (const RuleColumn& column : kRuleColumns) {
       const Json condition = column.conditionOf(rules[i]);
-      if (condition.isNull()) continue;
-      conditions[column.field] = condition;
-      isAsked |= isListed(filters, i + 1, "asked", column.field);
+      const bool isCompared = isListed(filters, i + 1, "asked", column.field);
+      const std::string title(column.title);
+      if (!condition.isNull()) {
+        conditions[column.field] = condition;
+        isAsked |= isCompared;
+      }
+      if (isListed(filters, i + 1, "met", column.field)) {
+        met.push_back(title);
+      } else if (!condition.isNull()) {
+        missed.push_back(title + (isCompared
+                                      ? " is " + inputText(column.input, inputs[column.input])
+                                      : " not compared"));
+      }
     }
     Json& row = rows.emplace_back(Json{{"row", i + 1},
                                        {"conditions", conditions},
@@ -57,7 +55,7 @@ Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<st
                                        {"name", sensorModeName(rules[i].sensorMode)},
                                        {"asked", isAsked},
                                        {"taken", taken == i}});
-    row["verdict"] = verdictOf(rules[i], row, filters, inputs);
+    row["verdict"] = verdictOf(rules[i], row, met, missed);
   }
   return rows;
 }
