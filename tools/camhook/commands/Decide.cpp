@@ -35,10 +35,8 @@ struct DecideArguments {
 };
 
 const Inputs& inputsOfOptions(const DecideArguments& arguments) {
-  for (const InputField& field : inputFields()) {
-    if ((field.name == kProduct || field.name == kSensor) && arguments.inputs[field.name].isNull())
-      throw InputError("camhook: " + std::string(field.option()) + " is required");
-  }
+  if (arguments.inputs[kProduct].isNull()) throw InputError("camhook: --product is required");
+  if (arguments.inputs[kSensor].isNull()) throw InputError("camhook: --sensor is required");
   return arguments.inputs;
 }
 
@@ -101,56 +99,43 @@ Inputs changedInputs(const Question& question, const std::vector<Change>& change
   return inputsOf(std::get<DecideSensorScenario>(call));
 }
 
-/// The decisions that give the mode after one or two inputs are changed.
-std::vector<Json> decisionsFor(const Inputs& inputs, std::int32_t mode) {
+/// The member "want" of the document: changes of one or two inputs that give the mode.
+Json wantedJson(const Inputs& inputs, std::int32_t mode) {
   const Question question = questionOf(inputs);
   const Explanation explanation = explain(question, Wanted(std::to_string(mode), question));
   std::vector<Explanation::Outcome> outcomes = explanation.outcomes();
   if (explanation.after == mode) outcomes = {{.changes = {}, .gives = mode}};
   const Inputs unchanged = changedInputs(question, {});
-  std::vector<Json> found;
+  Json::List found;
   for (const Explanation::Outcome& outcome : outcomes) {
-    Inputs changed = changedInputs(question, outcome.changes);
-    // An absent size is 0 x 0 in a call.
-    if (changed[kSize] == unchanged[kSize]) changed[kSize] = inputs[kSize];
-    Json decision = DecidingPhone().explain(changed);
-    if (decision["scenario"] == mode) found.push_back(std::move(decision));
-  }
-  return found;
-}
-
-/// The inputs of `decision` that differ from `inputs`, each with its new value.
-Json changesOf(const Inputs& inputs, const Json& decision) {
-  Json changes = Json::Object();
-  for (const auto& [name, value] : decision["inputs"].members()) {
-    if (inputs[name] != value) changes[name] = value;
-  }
-  return changes;
-}
-
-void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Json>& found,
-                 std::int32_t wanted, Style style) {
-  out << style.heading("wanted") << "  " << sensorModeText(wanted) << '\n';
-  if (found.empty()) out << "  no change of one or two inputs gives it\n";
-  for (const Json& decision : found) {
-    const Json changed = changesOf(inputs, decision);
-    std::vector<std::string> changes;
+    const Inputs changed = changedInputs(question, outcome.changes);
+    Inputs wanted = inputs;
+    Json changes = Json::Object();
     for (const auto& [name, value] : changed.members()) {
-      changes.push_back(name + " " + inputText(name, inputs[name]) + " \u2192 " +
+      // Compared with `unchanged`, since an absent size is 0 x 0 in a call.
+      if (value != unchanged[name]) changes[name] = wanted[name] = value;
+    }
+    const Json decision = DecidingPhone().explain(wanted);
+    if (decision["scenario"] != mode) continue;
+    found.push_back({{"changes", changes}, {"decidedBy", decision["decidedBy"]["text"]}});
+  }
+  return {{"scenario", mode}, {"smallest", std::move(found)}};
+}
+
+void writeWanted(std::ostream& out, const Json& decision, Style style) {
+  const Json& wanted = decision["want"];
+  out << style.heading("wanted") << "  "
+      << sensorModeText(*wanted["scenario"].integer<std::int32_t>()) << '\n';
+  if (wanted["smallest"].size() == 0) out << "  no change of one or two inputs gives it\n";
+  for (const Json& found : wanted["smallest"].items()) {
+    std::vector<std::string> changes;
+    for (const auto& [name, value] : found["changes"].members()) {
+      changes.push_back(name + " " + inputText(name, decision["inputs"][name]) + " \u2192 " +
                         inputText(name, value));
     }
     out << "  " << (changes.empty() ? "no change is needed" : printable(joined(changes, ", and ")))
-        << "  " << style.faint(decision["decidedBy"]["text"].text()) << '\n';
+        << "  " << style.faint(found["decidedBy"].text()) << '\n';
   }
-}
-
-Json wantedJson(const Inputs& inputs, const std::vector<Json>& found, std::int32_t wanted) {
-  Json::List list;
-  for (const Json& decision : found) {
-    list.push_back(
-        {{"changes", changesOf(inputs, decision)}, {"decidedBy", decision["decidedBy"]["text"]}});
-  }
-  return {{"scenario", wanted}, {"smallest", std::move(list)}};
 }
 
 int runDecide(const DecideArguments& arguments) {
@@ -159,17 +144,15 @@ int runDecide(const DecideArguments& arguments) {
   const Inputs inputs =
       arguments.scenario.empty() ? inputsOfOptions(arguments) : inputsOfScenario(arguments);
   Json decision = DecidingPhone().explain(inputs);
-  std::vector<Json> found;
-  if (wanted) found = decisionsFor(inputs, *wanted);
+  if (wanted) decision["want"] = wantedJson(inputs, *wanted);
   if (arguments.json) {
-    if (wanted) decision["want"] = wantedJson(inputs, found, *wanted);
     writeJson(std::cout, decision);
   } else {
     const Style style = Style::forStandardOutput();
     writeDecision(std::cout, decision, style);
-    if (wanted) writeWanted(std::cout, inputs, found, *wanted, style);
+    if (wanted) writeWanted(std::cout, decision, style);
   }
-  return wanted && found.empty() ? 1 : 0;
+  return wanted && decision["want"]["smallest"].size() == 0 ? 1 : 0;
 }
 
 }  // namespace
