@@ -225,16 +225,15 @@ std::optional<CallTrace> Reruns::runCall(const std::vector<Change>& changes,
   }
 }
 
-const Json* Reruns::run(const std::vector<Change>& changes) {
+std::optional<Json> Reruns::run(const std::vector<Change>& changes) {
   const auto trace = runCall(changes, Replay::Detail::containers);
-  if (!trace) return nullptr;
+  if (!trace) return {};
   // The JSON of a long entry takes longer than the call.
   if (!mQuestion.container.empty() &&
       areSame(entryOf(*trace, &ContainerTrace::after), entryOf(mTrace, &ContainerTrace::after))) {
-    return &mAnswer;
+    return mAnswer;
   }
-  mChangedAnswer = answerOf(*trace);
-  return &mChangedAnswer;
+  return answerOf(*trace);
 }
 
 std::string Reruns::writingStep(const std::vector<Change>& changes) {

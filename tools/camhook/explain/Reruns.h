@@ -64,8 +64,8 @@ class Reruns {
   /// The step that writes the tag last; empty if none does.
   std::string writingStep(const std::vector<Change>& changes);
 
-  /// The answer, valid until the next run; null if a scenario cannot have these changes.
-  const Json* run(const std::vector<Change>& changes);
+  /// The answer; nullopt if a scenario cannot have these changes.
+  std::optional<Json> run(const std::vector<Change>& changes);
 
  private:
   /// The state before a call.
@@ -107,7 +107,6 @@ class Reruns {
   CallTrace mTrace;
   std::map<std::uint32_t, std::uint32_t> mBurst;
   Json mAnswer;
-  Json mChangedAnswer;
   std::vector<Input> mInputs;
 };
 

@@ -25,8 +25,8 @@ Explanation::Finding findingOf(const Input& input, const Json::List& candidates,
   Json::List seen{reruns.answer()};
   for (const Json& to : candidates) {
     const std::vector<Change> changes{{input, to}};
-    const Json* const gives = reruns.run(changes);
-    if (gives == nullptr) continue;
+    const auto gives = reruns.run(changes);
+    if (!gives) continue;
     ++tried;
     if (std::ranges::find(seen, *gives) != seen.end()) continue;
     finding.affects = true;
@@ -90,8 +90,8 @@ void findPairs(Explanation& explanation, Reruns& reruns,
         ++explanation.triedPairs;
         std::vector<Change> changes{{explanation.findings[first].input, to},
                                     {explanation.findings[second].input, other}};
-        const Json* const gives = reruns.run(changes);
-        if (gives == nullptr || !wanted.isMetBy(*gives)) return false;
+        const auto gives = reruns.run(changes);
+        if (!gives || !wanted.isMetBy(*gives)) return false;
         found.push_back({std::move(changes), *gives});
         return true;
       };

@@ -18,28 +18,16 @@
 namespace camhook {
 namespace {
 
-constexpr std::size_t kMostLetters = 40;  // approximate limit for a value's text
+constexpr std::size_t kMostLetters = 40;  // limit for a value's text
 constexpr std::size_t kMostShown = 4;     // limit for the outcomes of an input without --all
-
-std::string itemsText(const Json& items) {
-  if (items.size() == 1) return lineOfJson(items[0]);
-  std::string text = "[";
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    const std::string item = (i > 0 ? ", " : "") + lineOfJson(items[i]);
-    if (text.size() + item.size() > kMostLetters) {
-      return text + ", ... " + std::to_string(items.size()) + " in all]";
-    }
-    text += item;
-  }
-  return text + "]";
-}
 
 std::string valueText(const Json& value) {
   if (value.isNull()) return "absent";
-  if (const Json* items = value.find("items")) return itemsText(*items);
-  std::string text = lineOfJson(value);
-  if (text.size() > kMostLetters) text = text.substr(0, kMostLetters) + "...";
-  return text;
+  const Json* const items = value.find("items");
+  if (items == nullptr) return cutEnd(lineOfJson(value), kMostLetters);
+  const std::string text = lineOfJson(items->size() == 1 ? (*items)[0] : *items);
+  if (text.size() <= kMostLetters) return text;
+  return cutEnd(text, kMostLetters) + " (" + std::to_string(items->size()) + " items)";
 }
 
 /// A list in a sentence: "A, B and C", at most three.
