@@ -137,8 +137,8 @@ Json::List variants(const Json& present, std::string_view type, Which which,
       list.back()[at] = std::move(value);
     }
   };
-  if (present.isBoolean()) {
-    list.emplace_back(!present.isTrue());
+  if (present.isBoolean() || type == "bool") {
+    list.emplace_back(present.isBoolean() && !present.isTrue());
   } else if (present.isObject()) {
     for (const auto& [key, member] : present.members()) addChanged(std::string_view(key), member);
   } else if (present.isList()) {
@@ -199,14 +199,12 @@ Json::List entries(std::uint32_t tag, const Json& present, Which which, const Js
   return list;
 }
 
-/// Keys of `platform` that are true if absent.
-bool isSwitch(const std::string& key) {
-  return key == "sensorList" || key == "hal3aModule" || key == "defaultShadingModule" ||
-         key == "faceDetection" || key.ends_with(".available");
-}
-
-/// The type of the numbers at a key of `platform`, or of an argument.
+/// The type at a key of `platform`, or of an argument; "bool" for keys that are true if absent.
 std::string_view typeAt(const std::string& key) {
+  if (key == "sensorList" || key == "hal3aModule" || key == "defaultShadingModule" ||
+      key == "faceDetection" || key.ends_with(".available")) {
+    return "bool";
+  }
   const bool isFloat = key.ends_with(".fov") || key.ends_with(".shadingBase") ||
                        key.ends_with("Shading") || key == "value";
   return isFloat ? "float" : "int64";
@@ -253,8 +251,6 @@ Json::List places(const std::string& key, const Json& present, const Json& platf
   }
   if (key.ends_with(".static")) {
     append(list, someStatics(platform));
-  } else if (present.isNull() && isSwitch(key)) {
-    list.emplace_back(false);
   } else if (!present.isNull() || list.empty()) {
     append(list, variants(present, typeAt(key), Which::all));
   }
@@ -300,21 +296,17 @@ Candidates::Candidates(const Question& question, const Json& wanted) : mQuestion
     }
   }
   if (wanted.isObject()) mKnown[tagText(question.tag)].push_back(wanted);
-  addRules();
+  for (const InputField& field : inputFields()) {
+    for (const Json& value : namedValues(field.name, nullptr)) {
+      addOnce(mKnown[std::string(field.name)], value.isList() ? value[0] : value);
+    }
+  }
 }
 
 void Candidates::addContainer(const NSCam::IMetadata& metadata) {
   for (const auto* entry : host::MetadataAccess::entriesByTag(metadata)) {
     Json::List& list = mKnown[tagText(entry->tag())];
     if (list.size() < kManyItems) addOnce(list, jsonFromEntry(*entry));
-  }
-}
-
-void Candidates::addRules() {
-  for (const InputField& field : inputFields()) {
-    for (const Json& value : namedValues(field.name, nullptr)) {
-      addOnce(mKnown[std::string(field.name)], value.isList() ? value[0] : value);
-    }
   }
 }
 

@@ -120,15 +120,10 @@ Json decidedBy(const Json::List& overrides, const Row& row, const std::string& l
             {"number", number},
             {"text", "override " + lineOfJson(number) + ": " + override["when"].text()}};
   }
-  if (row) {
-    return {{"kind", "row"},
-            {"number", *row + 1},
-            {"text", "row " + std::to_string(*row + 1) + " of " + list}};
-  }
-  return {{"kind", "default"},
-          {"number", nullptr},
-          {"text", mode == hesk::NO_DECISION ? "no row matches; the platform chooses"
-                                             : "no row matches; the default with a video stream"}};
+  std::string text = row ? "row " + std::to_string(*row + 1) + " of " + list
+                         : "no row matches; the platform chooses";
+  if (!row && mode != hesk::NO_DECISION) text = "no row matches; the default with a video stream";
+  return {{"kind", row ? "row" : "default"}, {"number", rowNumber(row)}, {"text", text}};
 }
 
 Json columnsJson() {

@@ -36,7 +36,8 @@ void addArguments(ReadInputs& inputs, const Json& value, const std::string& plac
 Reruns::Reruns(const Question& question)
     : mQuestion(question),
       mPhone(unchangedPhone(question)),
-      mReplay(mPhone, [this](int sensor) { return updaterOf(sensor); }) {
+      mReplay(mPhone, [this](int sensor) { return updaterOf(sensor); }),
+      mInputs(question.platform) {
   host::LogSink::enableLevels({});
   for (std::size_t i = 0; i < question.call; ++i) {
     mStates.push_back(state());
@@ -57,13 +58,12 @@ Reruns::Reruns(const Question& question)
 }
 
 void Reruns::findInputs() {
-  ReadInputs inputs(mQuestion.platform);
   const std::vector<ScenarioCall>& calls = mQuestion.scenario.calls;
-  if (mQuestion.arguments.size() > 0) addArguments(inputs, mQuestion.arguments, "");
-  addInputs(inputs, mTrace);
+  if (mQuestion.arguments.size() > 0) addArguments(mInputs, mQuestion.arguments, "");
+  addInputs(mInputs, mTrace);
   // With metaOf, the inputs of the earlier calls that wrote the container affect this call, too.
   for (std::size_t of = calls[mQuestion.call].metaOf; of != 0; of = calls[of - 1].metaOf) {
-    for (const Input& input : mReads[of - 1]) inputs.add(input);
+    for (const Input& input : mReads[of - 1]) mInputs.add(input);
   }
   const auto sensor = sensorOf(mCall);
   if (sensor && mUpdaters.has(*sensor)) {
@@ -71,9 +71,8 @@ void Reruns::findInputs() {
   }
   for (std::size_t i = 0; sensor && i < mQuestion.call; ++i) {
     if (sensorOf(calls[i].call) != sensor || calls[i].isMetaUsed) continue;
-    inputs.add({.kind = Kind::call, .number = static_cast<std::int64_t>(i)});
+    mInputs.add({.kind = Kind::call, .number = static_cast<std::int64_t>(i)});
   }
-  mInputs = inputs.inputs();
 }
 
 HeskParameterUpdater* Reruns::updaterOf(int sensor) {

@@ -48,7 +48,7 @@ class Reruns {
 
   /// The call's arguments, what it and the construction of its updater read, and the earlier calls
   /// on its sensor.
-  [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs; }
+  [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs.inputs(); }
 
   /// The inputs that a step reads.
   [[nodiscard]] std::set<Input> readBy(std::string_view step) const;
@@ -107,7 +107,7 @@ class Reruns {
   CallTrace mTrace;
   std::map<std::uint32_t, std::uint32_t> mBurst;
   Json mAnswer;
-  std::vector<Input> mInputs;
+  ReadInputs mInputs;
 };
 
 }  // namespace camhook

@@ -127,7 +127,7 @@ std::vector<Explanation::Writer> writersOf(const Question& question, const Rerun
     for (const HookAccess& read : kHookAccesses) {
       if (read.isWrite || read.hook != write.hook || read.step != write.step) continue;
       if (const auto input = inputFrom(read, question)) {
-        writer.reads.emplace_back(*input, reruns.valueOf(*input));
+        writer.reads.push_back({.input = *input, .value = reruns.valueOf(*input)});
       }
     }
   }

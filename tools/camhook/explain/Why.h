@@ -28,18 +28,18 @@ struct Explanation {
     Json gives;
     std::string step = {};  // that writes the tag last; only for an input that is absent
   };
-  /// A step of any hook that writes the tag.
-  struct Writer {
-    std::string_view hook;
-    std::string_view step;
-    std::vector<std::pair<Input, Json>> reads = {};  // with this call's values
-  };
   struct Finding {
     Input input;
     Json value;
     bool affects = false;
     // One for each distinct result; with a wanted value, only changes that give it.
     std::vector<Outcome> outcomes = {};
+  };
+  /// A step of any hook that writes the tag.
+  struct Writer {
+    std::string_view hook;
+    std::string_view step;
+    std::vector<Finding> reads = {};  // with this call's values alone
   };
 
   Json before;

@@ -159,9 +159,7 @@ class Text {
     for (const auto& [hook, step, reads] : mExplanation.writers) {
       mOut << "  " << step << " of " << hook << '\n';
       Columns rows;
-      for (const auto& [input, value] : reads) {
-        rows.add({inputText(input), mStyle.faint(valueText(value))});
-      }
+      for (const Finding& read : reads) rows.add(cellsOf(read, mStyle));
       rows.write(mOut, 4);
     }
   }
