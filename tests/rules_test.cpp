@@ -29,7 +29,7 @@ using namespace camhook;
 class RandomInputs {
  public:
   explicit RandomInputs(const SensorModeTable& table) : mTable(table) {
-    for (const InputField& field : inputFields()) {
+    for (const DecisionInputField& field : decisionInputFields()) {
       Json::List values = namedValues(field.name, &table);
       if (values.empty() || field.name == kProduct) continue;
       values.push_back(anotherValue(field.name));
@@ -42,9 +42,10 @@ class RandomInputs {
     for (auto& [input, values] : mValues) values.emplace_back();
   }
 
-  Inputs next(std::mt19937& random) const {
-    Inputs inputs = inputsOf(std::string(mTable.productName) + "-EU",
-                             static_cast<std::int32_t>(random() % 3), random() % 2 == 0);
+  DecisionInputs next(std::mt19937& random) const {
+    DecisionInputs inputs =
+        decisionInputsOf(std::string(mTable.productName) + "-EU",
+                         static_cast<std::int32_t>(random() % 3), random() % 2 == 0);
     for (const auto& [input, values] : mValues) inputs[input] = values[random() % values.size()];
     return inputs;
   }
@@ -55,7 +56,7 @@ class RandomInputs {
 };
 
 /// Returns true if an input meets the condition of a rule in this column.
-bool isEqual(const RuleColumn& column, const SensorModeCfg& rule, const Inputs& inputs) {
+bool isEqual(const RuleColumn& column, const SensorModeCfg& rule, const DecisionInputs& inputs) {
   const Json condition = column.conditionOf(rule);
   const Json& value = inputs[column.input];
   if (column.input == kAppType) return value == condition;
@@ -118,7 +119,7 @@ void checkDecision(const Json& decision, const Rules& rules) {
 }
 
 /// Replays a scenario with one call that has these inputs.
-CallTrace replayOf(const Inputs& inputs) {
+CallTrace replayOf(const DecisionInputs& inputs) {
   host::PhoneConfig platform;
   platform.properties["ro.product.model.zdm"] = textOf(inputs[kProduct]);
   platform.eventStore["APP_TYPE"] = textOf(inputs[kAppType]);
@@ -171,7 +172,7 @@ TEST(Rules, ExplainedDecisionsMatchLibrary) {
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
     const RandomInputs randomInputs(table);
     for (int i = 0; i < 500 && !testing::Test::HasFailure(); ++i) {
-      const Inputs inputs = randomInputs.next(random);
+      const DecisionInputs inputs = randomInputs.next(random);
       SCOPED_TRACE(lineOfJson(inputs));
       const Json decision = DecidingPhone().explain(inputs);
       Rules rules;
@@ -196,7 +197,7 @@ TEST(Rules, KnownProductsAreThoseOfTables) {
 }
 
 TEST(Rules, DoNotNameAnotherValue) {
-  for (const InputField& field : inputFields()) {
+  for (const DecisionInputField& field : decisionInputFields()) {
     const Json::List named = namedValues(field.name, nullptr);
     EXPECT_EQ(std::ranges::count(named, anotherValue(field.name)), 0) << field.name;
   }
@@ -211,14 +212,14 @@ TEST(Rules, HaveInputsForWhichTheyDecide) {
       for (std::size_t row = 0; row < rules.size(); ++row) {
         SCOPED_TRACE(std::string(table.productName) + " " + list.name + " row " +
                      std::to_string(row + 1));
-        const Inputs given = inputsOf(table.productName, list.sensor, list.video);
+        const DecisionInputs given = decisionInputsOf(table.productName, list.sensor, list.video);
         const auto witness = witnessOf(phone, rules, row, given);
         ASSERT_TRUE(witness);
         EXPECT_EQ(phone.explain(*witness)["base"]["row"], row + 1);
         if (!isOfSeveral(rules[row])) continue;
         for (const RuleColumn& column : kRuleColumns) {
           if (column.conditionOf(rules[row]).isNull()) continue;
-          Inputs inputs = *witness;
+          DecisionInputs inputs = *witness;
           inputs[column.input] = nullptr;
           const Json decision = phone.explain(inputs);
           const Json& explained = decision["rows"][row];
@@ -250,7 +251,7 @@ TEST(Rules, ChangesGiveWantedMode) {
     const Json& found = decision["want"]["smallest"];
     ASSERT_GT(found.size(), 0U) << want;
     for (const Json& each : found.items()) {
-      Inputs changed = decision["inputs"];
+      DecisionInputs changed = decision["inputs"];
       for (const auto& [name, value] : each["changes"].members()) changed[name] = value;
       EXPECT_EQ(replayOf(changed).result, rule.sensorMode) << lineOfJson(each);
     }
@@ -269,7 +270,7 @@ TEST(Rules, UnreachableOnesAreFound) {
   DecidingPhone phone;
   std::vector<std::size_t> never;
   for (std::size_t row = 0; row < rules.size(); ++row) {
-    if (!witnessOf(phone, rules, row, inputsOf("X", 0, true))) never.push_back(row + 1);
+    if (!witnessOf(phone, rules, row, decisionInputsOf("X", 0, true))) never.push_back(row + 1);
   }
   EXPECT_EQ(never, (std::vector<std::size_t>{2, 5, 7}));
 }
@@ -311,7 +312,8 @@ TEST(Rules, MatrixMatchesLibrary) {
     for (const auto& [input, value, cells] : rows) {
       ASSERT_EQ(cells.size(), std::size(kRuleLists));
       for (std::size_t i = 0; i < cells.size(); ++i) {
-        Inputs inputs = inputsOf(table.productName, kRuleLists[i].sensor, kRuleLists[i].video);
+        DecisionInputs inputs =
+            decisionInputsOf(table.productName, kRuleLists[i].sensor, kRuleLists[i].video);
         if (input != kAppType) inputs[kAppType] = "another";
         if (value == "another") {
           inputs[input] = anotherValue(input);

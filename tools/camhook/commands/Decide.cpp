@@ -27,21 +27,21 @@ namespace camhook {
 namespace {
 
 struct DecideArguments {
-  Inputs inputs;
+  DecisionInputs inputs;
   std::string scenario;
   std::string call;
   std::string want;  // a sensor mode, by number or name
   bool json = false;
 };
 
-const Inputs& inputsOfOptions(const DecideArguments& arguments) {
+const DecisionInputs& inputsOfOptions(const DecideArguments& arguments) {
   if (arguments.inputs[kProduct].isNull()) throw InputError("camhook: --product is required");
   if (arguments.inputs[kSensor].isNull()) throw InputError("camhook: --sensor is required");
   return arguments.inputs;
 }
 
 /// The inputs of a call of a scenario, after the calls before it have run.
-Inputs inputsOfScenario(const DecideArguments& arguments) {
+DecisionInputs inputsOfScenario(const DecideArguments& arguments) {
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
     const std::size_t index =
@@ -53,7 +53,8 @@ Inputs inputsOfScenario(const DecideArguments& arguments) {
       replay.run(scenario.calls[i], Replay::Detail::containers);
     }
     const Call call = replay.withMetaOf(scenario.calls[index]);
-    if (const auto* decision = std::get_if<DecideSensorScenario>(&call)) return inputsOf(*decision);
+    if (const auto* decision = std::get_if<DecideSensorScenario>(&call))
+      return decisionInputsOf(*decision);
     throw InputError("call " + std::to_string(index + 1) + " is not a " +
                      std::string(DecideSensorScenario::kName) + " call");
   });
@@ -72,7 +73,7 @@ std::int32_t sensorModeFrom(const std::string& text) {
 
 /// The decision as the only call of a scenario, so that `explain` can search. Product, sensor and
 /// video stream are not changed.
-Question questionOf(const Inputs& inputs) {
+Question questionOf(const DecisionInputs& inputs) {
   const std::int32_t sensor = numberOf(inputs[kSensor]);
   const bool hasVideo = inputs[kVideo].isTrue();
   const auto [width, height] = streamsOf(inputs).mainOutputSize;
@@ -92,24 +93,24 @@ Question questionOf(const Inputs& inputs) {
   return question;
 }
 
-Inputs changedInputs(const Question& question, const std::vector<Change>& changes) {
+DecisionInputs changedInputs(const Question& question, const std::vector<Change>& changes) {
   host::Phone phone(unchangedPhone(question));
   setTexts(phone, changes);
   const Call call = changedCall(question, question.askedCall(), changes);
-  return inputsOf(std::get<DecideSensorScenario>(call));
+  return decisionInputsOf(std::get<DecideSensorScenario>(call));
 }
 
 /// The member "want" of the document: changes of one or two inputs that give the mode.
-Json wantedJson(const Inputs& inputs, std::int32_t mode) {
+Json wantedJson(const DecisionInputs& inputs, std::int32_t mode) {
   const Question question = questionOf(inputs);
   const Explanation explanation = explain(question, Wanted(std::to_string(mode), question));
   std::vector<Explanation::Outcome> outcomes = explanation.outcomes();
   if (explanation.after == mode) outcomes = {{.changes = {}, .gives = mode}};
-  const Inputs unchanged = changedInputs(question, {});
+  const DecisionInputs unchanged = changedInputs(question, {});
   Json::List found;
   for (const Explanation::Outcome& outcome : outcomes) {
-    const Inputs changed = changedInputs(question, outcome.changes);
-    Inputs wanted = inputs;
+    const DecisionInputs changed = changedInputs(question, outcome.changes);
+    DecisionInputs wanted = inputs;
     Json changes = Json::Object();
     for (const auto& [name, value] : changed.members()) {
       // Compared with `unchanged`, since an absent size is 0 x 0 in a call.
@@ -130,8 +131,8 @@ void writeWanted(std::ostream& out, const Json& decision, Style style) {
   for (const Json& found : wanted["smallest"].items()) {
     std::vector<std::string> changes;
     for (const auto& [name, value] : found["changes"].members()) {
-      changes.push_back(name + " " + inputText(name, decision["inputs"][name]) + " \u2192 " +
-                        inputText(name, value));
+      changes.push_back(name + " " + decisionInputText(name, decision["inputs"][name]) +
+                        " \u2192 " + decisionInputText(name, value));
     }
     out << "  " << (changes.empty() ? "no change is needed" : printable(joined(changes, ", and ")))
         << "  " << style.faint(found["decidedBy"].text()) << '\n';
@@ -141,7 +142,7 @@ void writeWanted(std::ostream& out, const Json& decision, Style style) {
 int runDecide(const DecideArguments& arguments) {
   std::optional<std::int32_t> wanted;
   if (!arguments.want.empty()) wanted = sensorModeFrom(arguments.want);
-  const Inputs inputs =
+  const DecisionInputs inputs =
       arguments.scenario.empty() ? inputsOfOptions(arguments) : inputsOfScenario(arguments);
   Json decision = DecidingPhone().explain(inputs);
   if (wanted) decision["want"] = wantedJson(inputs, *wanted);
@@ -170,13 +171,13 @@ void addDecide(CLI::App& app, int& status) {
                                 ->type_name("CALL");
   call->needs(scenario);
   scenario->needs(call);
-  arguments->inputs = inputsOf("", 0, false);
+  arguments->inputs = decisionInputsOf("", 0, false);
   arguments->inputs[kSensor] = nullptr;
-  for (const InputField& field : inputFields()) {
+  for (const DecisionInputField& field : decisionInputFields()) {
     Json& value = arguments->inputs[field.name];
     const std::string meaning(field.meaning);
     const auto read = [&field, &value](const std::string& text) {
-      value = inputFromText(field, text);
+      value = decisionInputFromText(field, text);
     };
     CLI::Option* const option =
         field.type.empty()
@@ -184,7 +185,7 @@ void addDecide(CLI::App& app, int& status) {
                   std::string(field.options), [&value] { value = true; }, meaning)
             : command->add_option_function<std::string>(std::string(field.options), read, meaning)
                   ->type_name(std::string(field.type));
-    option->excludes(scenario)->group("Inputs");
+    option->excludes(scenario)->group("DecisionInputs");
   }
   command
       ->add_option("--want", arguments->want,

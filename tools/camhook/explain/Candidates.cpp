@@ -296,7 +296,7 @@ Candidates::Candidates(const Question& question, const Json& wanted) : mQuestion
     }
   }
   if (wanted.isObject()) mKnown[tagText(question.tag)].push_back(wanted);
-  for (const InputField& field : inputFields()) {
+  for (const DecisionInputField& field : decisionInputFields()) {
     for (const Json& value : namedValues(field.name, nullptr)) {
       addOnce(mKnown[std::string(field.name)], value.isList() ? value[0] : value);
     }

@@ -97,7 +97,8 @@ Row foundRow(Control& control) {
 }
 
 /// The rows that a filter compares until one matches, in order.
-std::vector<std::size_t> rowsOf(const Filter& filter, const Rules& rules, const Inputs& inputs) {
+std::vector<std::size_t> rowsOf(const Filter& filter, const Rules& rules,
+                                const DecisionInputs& inputs) {
   const bool isOfOne = !filter.input.empty();
   std::vector<std::size_t> rows;
   // The hfps filter compares rows only if hfps is 1.
@@ -145,20 +146,20 @@ bool isListed(const Json& filters, const Json& row, const char* list, std::strin
   });
 }
 
-Control& DecidingPhone::configure(const Inputs& inputs) {
+Control& DecidingPhone::configure(const DecisionInputs& inputs) {
   mPhone.properties.set("ro.product.model.zdm", textOf(inputs[kProduct]));
   mPhone.eventStore.set("APP_TYPE", textOf(inputs[kAppType]));
   mPhone.eventStore.set("APP_NAME", textOf(inputs[kAppName]));
   return *Control::createInstance(numberOf(inputs[kSensor]));
 }
 
-std::int32_t DecidingPhone::modeFor(const Inputs& inputs) {
+std::int32_t DecidingPhone::modeFor(const DecisionInputs& inputs) {
   IMetadata meta = sessionMetadataOf(inputs);
   const auto streams = std::make_shared<Control::StreamInfo>(streamsOf(inputs));
   return configure(inputs).decideSensorScenario(&meta, streams);
 }
 
-Control& DecidingPhone::load(const Rules& rules, const Inputs& inputs) {
+Control& DecidingPhone::load(const Rules& rules, const DecisionInputs& inputs) {
   Control& control = configure(inputs);
   const HeskSensorModeControlInspector fields{control};
   fields.sensorModeTable().clear();
@@ -172,7 +173,7 @@ Control& DecidingPhone::load(const Rules& rules, const Inputs& inputs) {
   return control;
 }
 
-Row DecidingPhone::rowFor(const Rules& rules, const Inputs& inputs) {
+Row DecidingPhone::rowFor(const Rules& rules, const DecisionInputs& inputs) {
   IMetadata meta = sessionMetadataOf(inputs);
   Control& control = load(rules, inputs);
   for (const Filter& filter : filters()) filter.run(control, &meta);
@@ -180,7 +181,7 @@ Row DecidingPhone::rowFor(const Rules& rules, const Inputs& inputs) {
 }
 
 /// Runs the filters on one row after the other, to see what they compare of each.
-Json::List DecidingPhone::runFilters(const Rules& rules, const Inputs& inputs) {
+Json::List DecidingPhone::runFilters(const Rules& rules, const DecisionInputs& inputs) {
   IMetadata meta = sessionMetadataOf(inputs);
   Row found;
   Json::List runs;
@@ -207,7 +208,7 @@ Json::List DecidingPhone::runFilters(const Rules& rules, const Inputs& inputs) {
   return runs;
 }
 
-Json DecidingPhone::explain(const Inputs& inputs) {
+Json DecidingPhone::explain(const DecisionInputs& inputs) {
   const SensorModeTable* const table = hesk::findSensorModeTable(textOf(inputs[kProduct]));
   const auto* const list = std::ranges::find_if(kRuleLists, [&](const RuleList& each) {
     return inputs[kSensor] == each.sensor && inputs[kVideo] == each.video;

@@ -31,8 +31,8 @@ std::string verdictOf(const SensorModeCfg& rule, const Json& row,
 /// What a condition found and what it requires: "APP_TYPE QQ", "be mtk_ims".
 using Words = std::pair<std::string, std::string>;
 
-Words sizeWords(const Override& override, const Inputs& inputs) {
-  std::string found = "size " + inputText(kSize, inputs[kSize]);
+Words sizeWords(const Override& override, const DecisionInputs& inputs) {
+  std::string found = "size " + decisionInputText(kSize, inputs[kSize]);
   if (override.size == Override::Size::is640x480) return {found, "be 640x480"};
   if (override.size == Override::Size::notWiderThan4To3) return {found, "not be wider than 4:3"};
   static_assert(hesk::kMiddleNear4To3 == 1.33 && hesk::kToleranceNear4To3 == 0.004);
@@ -43,11 +43,11 @@ Words sizeWords(const Override& override, const Inputs& inputs) {
   return {found, "be above 1.326 and below 1.334"};
 }
 
-std::string foundText(std::string_view input, const Inputs& inputs) {
-  return std::string(input) + " " + inputText(input, inputs[input]);
+std::string foundText(std::string_view input, const DecisionInputs& inputs) {
+  return std::string(input) + " " + decisionInputText(input, inputs[input]);
 }
 
-Words appWords(const Override& override, const Inputs& inputs) {
+Words appWords(const Override& override, const DecisionInputs& inputs) {
   std::vector<std::string> found;
   std::vector<std::string> must;
   if (!override.appType.empty()) {
@@ -63,7 +63,7 @@ Words appWords(const Override& override, const Inputs& inputs) {
   return {joined(found, ", "), "be " + joined(must, " or ")};
 }
 
-Json::List conditionsOf(const Override& override, const Inputs& inputs) {
+Json::List conditionsOf(const Override& override, const DecisionInputs& inputs) {
   const hesk::OverrideConfiguration configuration = overrideConfigurationOf(inputs);
   Json::List conditions;
   const auto add = [&](bool isCondition, const Words& words, auto isMet) {
@@ -91,7 +91,7 @@ Json::List conditionsOf(const Override& override, const Inputs& inputs) {
 }  // namespace
 
 Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<std::size_t> taken,
-                       const Inputs& inputs) {
+                       const DecisionInputs& inputs) {
   Json::List rows;
   for (std::size_t i = 0; i < rules.size(); ++i) {
     Json conditions = Json::Object();
@@ -109,9 +109,9 @@ Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<st
       if (isListed(filters, i + 1, "met", column.field)) {
         met.push_back(title);
       } else if (!condition.isNull()) {
-        missed.push_back(title + (isCompared
-                                      ? " is " + inputText(column.input, inputs[column.input])
-                                      : " not compared"));
+        missed.push_back(
+            title + (isCompared ? " is " + decisionInputText(column.input, inputs[column.input])
+                                : " not compared"));
       }
     }
     Json& row = rows.emplace_back(Json{{"row", i + 1},
@@ -126,7 +126,7 @@ Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<st
   return rows;
 }
 
-Json::List inputWarnings(const Inputs& inputs) {
+Json::List inputWarnings(const DecisionInputs& inputs) {
   Json::List warnings;
   for (const auto& [input, problem] : {std::pair(kProduct, "no rules for this product"),
                                        std::pair(kAppType, "no rule names this app"),
@@ -146,7 +146,7 @@ Json::List inputWarnings(const Inputs& inputs) {
   return warnings;
 }
 
-Json::List overrideVerdicts(const Inputs& inputs) {
+Json::List overrideVerdicts(const DecisionInputs& inputs) {
   Json::List overrides;
   std::optional<std::size_t> last;
   for (const Override& override : hesk::overrides()) {

@@ -22,8 +22,8 @@ void writeMatrix(std::ostream& out, const SensorModeTable& table, Style style);
 
 /// Inputs with which the filters find the row, with as few values as possible; nullopt if the row
 /// can never match. `given` has the product, the sensor and the video stream.
-std::optional<Inputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::size_t row,
-                                const Inputs& given);
+std::optional<DecisionInputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::size_t row,
+                                        const DecisionInputs& given);
 
 /// Reports the rows that can never match. With `only`, prints each row's witness as a command.
 /// Returns the exit status: 1 if a row can never match.

@@ -21,7 +21,7 @@ void writeRules(std::ostream& out, const Rules& rules, Style style) {
   for (const RuleColumn& column : kRuleColumns) {
     const auto cellOf = [&](const SensorModeCfg& rule) {
       const Json condition = column.conditionOf(rule);
-      return condition.isNull() ? "" : inputText(column.input, condition);
+      return condition.isNull() ? "" : decisionInputText(column.input, condition);
     };
     const auto isEmpty = [&](const auto& rule) { return column.conditionOf(rule).isNull(); };
     if (!std::ranges::all_of(rules, isEmpty)) addColumn(column.title, cellOf);
@@ -47,7 +47,7 @@ std::vector<std::string> matrixRow(const SensorModeTable& table, const std::stri
   DecidingPhone phone;
   std::vector<std::string> row{name};
   for (const RuleList& list : kRuleLists) {
-    Inputs inputs = inputsOf(table.productName, list.sensor, list.video);
+    DecisionInputs inputs = decisionInputsOf(table.productName, list.sensor, list.video);
     if (input != kAppType) inputs[kAppType] = anotherValue(kAppType);
     inputs[input] = value;
     inputs[kSize] = Json::List{1920, 1080};
@@ -108,7 +108,7 @@ void writeMatrix(std::ostream& out, const SensorModeTable& table, Style style) {
         {style.heading(heading), "back preview", "back video", "front preview", "front video"});
     columns.add(matrixRow(table, "absent", input, {}));
     for (const Json& value : namedValues(input, &table)) {
-      columns.add(matrixRow(table, inputText(input, value), input, value));
+      columns.add(matrixRow(table, decisionInputText(input, value), input, value));
     }
     columns.add(matrixRow(table, "another", input, anotherValue(input)));
   }
