@@ -29,8 +29,8 @@ using Kind = Input::Kind;
 // In longer lists only the first `kManyItems` items and the last are changed.
 constexpr std::size_t kManyItems = 8;
 // The range of small numbers.
-constexpr int kLeast = -2;
-constexpr int kMost = 64;
+constexpr int kMinSmall = -2;
+constexpr int kMaxSmall = 64;
 constexpr int kEdges[] = {100, 119, 120, 121, 127, 128, 129, 240, 255, 256};
 
 enum class Which { likely, few, all };  // which numbers are tried
@@ -89,7 +89,7 @@ Json::List numbersOf(const Json& present, Which which, const Json::List& likely 
     if (const auto number = numberFrom<Number>(each)) list.push_back(*number);
   }
   if (which != Which::likely) list = numbersAround(now, which);
-  for (int number = kLeast; which == Which::all && number <= kMost; ++number) {
+  for (int number = kMinSmall; which == Which::all && number <= kMaxSmall; ++number) {
     list.push_back(static_cast<Number>(number));
   }
   if constexpr (std::integral<T>) {
@@ -266,10 +266,10 @@ Json::List numberTexts(Which which, const Json::List& likely = {}) {
 
 /// False for sensors without updater, and for blocks that take too long to copy.
 bool isPossible(const Input& input, const Json& value) {
-  constexpr int kMostBytes = 1 << 22;
+  constexpr int kMaxBytes = 1 << 22;
   if (input.kind != Kind::argument) return true;
   const auto number = value.integer<std::int64_t>();
-  if (input.key == "size") return !number || *number <= kMostBytes;
+  if (input.key == "size") return !number || *number <= kMaxBytes;
   return input.key != "sensor" ||
          (number && *number >= 0 && *number <= HeskParameterUpdater::kMaxInstanceId);
 }

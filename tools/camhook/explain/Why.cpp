@@ -15,8 +15,8 @@ namespace {
 
 using Kind = Input::Kind;
 
-constexpr std::size_t kMostOutcomes = 100;    // limit for one input
-constexpr std::size_t kMostReplays = 30'000;  // limit for pairs
+constexpr std::size_t kMaxOutcomes = 100;    // limit for one input
+constexpr std::size_t kMaxReplays = 30'000;  // limit for pairs
 
 /// Tries each candidate by itself.
 Explanation::Finding findingOf(const Input& input, const Json::List& candidates, Reruns& reruns,
@@ -30,7 +30,7 @@ Explanation::Finding findingOf(const Input& input, const Json::List& candidates,
     ++tried;
     if (std::ranges::find(seen, *gives) != seen.end()) continue;
     finding.affects = true;
-    if (!wanted && seen.size() > kMostOutcomes) break;
+    if (!wanted && seen.size() > kMaxOutcomes) break;
     seen.push_back(*gives);
     if (wanted && !wanted->isMetBy(*gives)) continue;
     finding.outcomes.push_back({changes, *gives});
@@ -77,7 +77,7 @@ bool findPair(const Candidates::List& first, const Candidates::List& second, boo
 /// pair of inputs, keeps the first pair of changes that gives the wanted value.
 void findPairs(Explanation& explanation, Reruns& reruns,
                const std::vector<Candidates::List>& candidates, const Wanted& wanted) {
-  auto& found = explanation.together.emplace();
+  auto& found = explanation.pairs.emplace();
   auto pairs = pairsOf(explanation, reruns);
   for (const auto& [rank, first, second] : pairs) {
     explanation.allPairs += candidates[first].values.size() * candidates[second].values.size();
@@ -86,7 +86,7 @@ void findPairs(Explanation& explanation, Reruns& reruns,
     std::erase_if(pairs, [&](const auto& pair) {
       const auto [rank, first, second] = pair;
       const auto isMet = [&, first = first, second = second](const Json& to, const Json& other) {
-        if (explanation.triedPairs == kMostReplays) return false;
+        if (explanation.triedPairs == kMaxReplays) return false;
         ++explanation.triedPairs;
         std::vector<Change> changes{{explanation.findings[first].input, to},
                                     {explanation.findings[second].input, other}};
@@ -137,7 +137,7 @@ std::vector<Explanation::Writer> writersOf(const Question& question, const Rerun
 }  // namespace
 
 std::vector<Explanation::Outcome> Explanation::outcomes() const {
-  std::vector<Outcome> all = together.value_or(std::vector<Outcome>());
+  std::vector<Outcome> all = pairs.value_or(std::vector<Outcome>());
   for (const Finding& finding : findings) {
     all.insert(all.end(), finding.outcomes.begin(), finding.outcomes.end());
   }
@@ -190,9 +190,9 @@ void writeJson(std::ostream& out, const Question& question, const Explanation& e
     }
     document["inputs"].push_back(std::move(json));
   }
-  if (explanation.together) {
+  if (explanation.pairs) {
     document["together"] = Json::List();
-    for (const auto& [changes, gives, step] : *explanation.together) {
+    for (const auto& [changes, gives, step] : *explanation.pairs) {
       Json::List list;
       for (const auto& [input, to] : changes) {
         list.push_back(jsonFromInput(input, question));

@@ -51,7 +51,7 @@ struct Explanation {
   std::size_t tried = 0;                              // single changes
 
   /// Pairs of changes; nullopt if a single change gives the wanted value, or nothing is wanted.
-  std::optional<std::vector<Outcome>> together = {};
+  std::optional<std::vector<Outcome>> pairs = {};
   std::size_t triedPairs = 0;
   std::size_t allPairs = 0;
 

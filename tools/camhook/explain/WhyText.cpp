@@ -18,24 +18,24 @@
 namespace camhook {
 namespace {
 
-constexpr std::size_t kMostLetters = 40;  // limit for a value's text
-constexpr std::size_t kMostShown = 4;     // limit for the outcomes of an input without --all
+constexpr std::size_t kMaxLetters = 40;  // limit for a value's text
+constexpr std::size_t kMaxShown = 4;     // limit for the outcomes of an input without --all
 
 std::string valueText(const Json& value) {
   if (value.isNull()) return "absent";
   const Json* const items = value.find("items");
-  if (items == nullptr) return cutEnd(lineOfJson(value), kMostLetters);
+  if (items == nullptr) return cutEnd(lineOfJson(value), kMaxLetters);
   const std::string text = lineOfJson(items->size() == 1 ? (*items)[0] : *items);
-  if (text.size() <= kMostLetters) return text;
-  return cutEnd(text, kMostLetters) + " (" + std::to_string(items->size()) + " items)";
+  if (text.size() <= kMaxLetters) return text;
+  return cutEnd(text, kMaxLetters) + " (" + std::to_string(items->size()) + " items)";
 }
 
 /// A list in a sentence: "A, B and C", at most three.
 std::string listText(std::vector<std::string> names) {
-  constexpr std::size_t kMost = 3;
-  if (names.size() > kMost) {
-    names[kMost] = std::to_string(names.size() - kMost) + " more";
-    names.resize(kMost + 1);
+  constexpr std::size_t kMaxNames = 3;
+  if (names.size() > kMaxNames) {
+    names[kMaxNames] = std::to_string(names.size() - kMaxNames) + " more";
+    names.resize(kMaxNames + 1);
   }
   return listed(std::move(names), " and ");
 }
@@ -60,7 +60,7 @@ class Text {
     writeTitle();
     if (!mQuestion.container.empty()) writeWrites();
     writeFindings(!want.empty());
-    if (mExplanation.together) writeTogether(want);
+    if (mExplanation.pairs) writePairs(want);
   }
 
  private:
@@ -192,7 +192,7 @@ class Text {
     for (std::size_t i = 0; i < finding.outcomes.size(); ++i) {
       const auto& [changes, gives, step] = finding.outcomes[i];
       const std::size_t kind = finding.value.isNull() ? gives["items"].size() : i;
-      if (!mAll && (shown.size() == kMostShown || !shown.emplace(step, kind).second)) {
+      if (!mAll && (shown.size() == kMaxShown || !shown.emplace(step, kind).second)) {
         ++left;
         continue;
       }
@@ -226,15 +226,15 @@ class Text {
     rows.write(mOut, 2);
   }
 
-  void writeTogether(const std::string& want) {
-    if (mExplanation.together->empty()) {
+  void writePairs(const std::string& want) {
+    if (mExplanation.pairs->empty()) {
       mOut << mStyle.alarming("no change found") << " that gives " << printable(want) << "; tried "
            << mExplanation.tried << " changes and " << mExplanation.triedPairs << " of "
            << mExplanation.allPairs << " pairs of changes\n";
       return;
     }
     mOut << mStyle.heading("pairs of changes that give this value") << '\n';
-    for (const auto& [changes, gives, step] : *mExplanation.together) {
+    for (const auto& [changes, gives, step] : *mExplanation.pairs) {
       Columns rows;
       for (const Change& change : changes) {
         rows.add({&change == &changes.front() ? "   " : "and", inputText(change.input), "\u2192",
