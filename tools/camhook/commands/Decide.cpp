@@ -94,7 +94,7 @@ Question questionOf(const DecisionInputs& inputs) {
 }
 
 DecisionInputs changedInputs(const Question& question, const std::vector<Change>& changes) {
-  host::Phone phone(unchangedPhone(question));
+  host::Phone phone(question.scenario.platform);
   setTexts(phone, changes);
   const Call call = changedCall(question, question.askedCall(), changes);
   return decisionInputsOf(std::get<DecideSensorScenario>(call));

@@ -60,6 +60,10 @@ struct Question {
   std::set<Input> fixed = {};  // inputs that are not changed
 
   [[nodiscard]] const Call& askedCall() const { return scenario.calls[call].call; }
+
+  [[nodiscard]] Input tagAsInput() const {
+    return {.kind = Input::Kind::metadata, .key = container, .tag = tag};
+  }
 };
 
 /// Reads a scenario. `call` is a number from 1, "last" or "requestNo:N"; `tag` is a tag, also with

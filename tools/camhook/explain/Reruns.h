@@ -84,8 +84,9 @@ class Reruns {
   void restore(const State& state);
   void addInputs(ReadInputs& inputs, const CallTrace& trace) const;
   void findInputs();
-  [[nodiscard]] const NSCam::IMetadata::IEntry& entryOf(
-      const CallTrace& trace, MetadataArgument ContainerTrace::*when) const;
+  static const NSCam::IMetadata::IEntry& entryOf(const CallTrace& trace,
+                                                 MetadataArgument ContainerTrace::*when,
+                                                 const Input& input);
   [[nodiscard]] Json answerOf(const CallTrace& trace) const;
   [[nodiscard]] std::vector<Write> writesOf(const CallTrace& trace) const;
   [[nodiscard]] std::size_t firstAffected(const std::vector<Change>& changes,
@@ -94,7 +95,6 @@ class Reruns {
   void runEarlierCalls(const std::vector<Change>& changes);
 
   const Question& mQuestion;
-  host::PhoneConfig mPhone;  // unchanged
   OwnUpdaters mUpdaters;
   Replay mReplay;
   bool mIsPhoneChanged = false;
@@ -103,7 +103,6 @@ class Reruns {
   std::vector<State> mStates;                             // before each call, unchanged
   std::vector<std::set<Input>> mReads;                    // of each earlier call
   StepFinder mFinder;
-  Call mCall;  // unchanged, with all entries
   CallTrace mTrace;
   std::map<std::uint32_t, std::uint32_t> mBurst;
   Json mAnswer;

@@ -1,8 +1,8 @@
 #include "tools/camhook/explain/Why.h"
 
 #include <algorithm>
-#include <array>
 #include <set>
+#include <tuple>
 #include <utility>
 
 #include "tools/camhook/explain/Candidates.h"
@@ -39,25 +39,21 @@ Explanation::Finding findingOf(const Input& input, const Json::List& candidates,
   return finding;
 }
 
-/// Pairs of findings, ordered by rank: 0 if the step that wrote the tag last reads both inputs, 1
-/// if both are present, 2 for the others.
-std::vector<std::array<std::size_t, 3>> pairsOf(const Explanation& explanation,
-                                                const Reruns& reruns) {
-  const auto& writes = explanation.writes;
-  const auto& findings = explanation.findings;
+/// Pairs of indexes of findings, ordered by rank: 0 if the step that wrote the tag last reads both
+/// inputs, 1 if both are present, 2 for the others.
+std::vector<std::pair<std::size_t, std::size_t>> pairsOf(const Explanation& explanation,
+                                                         const Reruns& reruns) {
   std::set<Input> read;
-  if (!writes.empty()) read = reruns.readBy(writes.back().step.name);
-  const auto rankOf = [&](std::size_t index) -> std::size_t {
-    if (read.contains(findings[index].input)) return 0;
-    return findings[index].value.isNull() ? 2 : 1;
-  };
-  std::vector<std::array<std::size_t, 3>> pairs;
-  for (std::size_t i = 0; i < findings.size(); ++i) {
-    for (std::size_t k = i + 1; k < findings.size(); ++k) {
-      pairs.push_back({std::max(rankOf(i), rankOf(k)), i, k});
-    }
+  if (!explanation.writes.empty()) read = reruns.readBy(explanation.writes.back().step.name);
+  std::vector<int> ranks;
+  std::vector<std::pair<std::size_t, std::size_t>> pairs;
+  for (const Explanation::Finding& finding : explanation.findings) {
+    for (std::size_t i = 0; i < ranks.size(); ++i) pairs.emplace_back(i, ranks.size());
+    ranks.push_back(read.contains(finding.input) ? 0 : finding.value.isNull() ? 2 : 1);
   }
-  std::ranges::sort(pairs);
+  std::ranges::sort(pairs, {}, [&](const auto& pair) {
+    return std::tuple(std::max(ranks[pair.first], ranks[pair.second]), pair);
+  });
   return pairs;
 }
 
@@ -79,23 +75,22 @@ void findPairs(Explanation& explanation, Reruns& reruns,
                const std::vector<Candidates::List>& candidates, const Wanted& wanted) {
   auto& found = explanation.pairs.emplace();
   auto pairs = pairsOf(explanation, reruns);
-  for (const auto& [rank, first, second] : pairs) {
+  for (const auto& [first, second] : pairs) {
     explanation.allPairs += candidates[first].values.size() * candidates[second].values.size();
   }
   for (const bool isLikely : {true, false}) {
     std::erase_if(pairs, [&](const auto& pair) {
-      const auto [rank, first, second] = pair;
-      const auto isMet = [&, first = first, second = second](const Json& to, const Json& other) {
+      const auto isMet = [&](const Json& to, const Json& other) {
         if (explanation.triedPairs == kMaxReplays) return false;
         ++explanation.triedPairs;
-        std::vector<Change> changes{{explanation.findings[first].input, to},
-                                    {explanation.findings[second].input, other}};
+        std::vector<Change> changes{{explanation.findings[pair.first].input, to},
+                                    {explanation.findings[pair.second].input, other}};
         const auto gives = reruns.run(changes);
         if (!gives || !wanted.isMetBy(*gives)) return false;
         found.push_back({std::move(changes), *gives});
         return true;
       };
-      return findPair(candidates[first], candidates[second], isLikely, isMet);
+      return findPair(candidates[pair.first], candidates[pair.second], isLikely, isMet);
     });
   }
 }

@@ -107,7 +107,7 @@ class Text {
   /// The inputs that explain the value: present inputs whose absence changes it. If there are none,
   /// present inputs with another value that changes it.
   [[nodiscard]] std::string causeText() const {
-    const Input tag{.kind = Kind::metadata, .key = mQuestion.container, .tag = mQuestion.tag};
+    const Input tag = mQuestion.tagAsInput();
     for (const int rank : {0, 1}) {
       std::vector<std::string> names;
       for (const Finding& finding : mExplanation.findings) {
