@@ -185,7 +185,7 @@ void addDecide(CLI::App& app, int& status) {
                   std::string(field.options), [&value] { value = true; }, meaning)
             : command->add_option_function<std::string>(std::string(field.options), read, meaning)
                   ->type_name(std::string(field.type));
-    option->excludes(scenario)->group("DecisionInputs");
+    option->excludes(scenario)->group("Inputs");
   }
   command
       ->add_option("--want", arguments->want,
