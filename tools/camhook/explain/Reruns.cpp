@@ -76,11 +76,10 @@ void Reruns::findInputs() {
 
 HeskParameterUpdater* Reruns::updaterOf(int sensor) {
   if (mUpdaters.has(sensor)) return mUpdaters.of(sensor);
-  ReadInputs inputs(mQuestion.platform);
+  ReadInputs& inputs = mReadByConstruction.try_emplace(sensor, mQuestion.platform).first->second;
   host::Observer* const before = mReplay.phone().setObserver(&inputs);
   HeskParameterUpdater* const updater = mUpdaters.of(sensor);
   mReplay.phone().setObserver(before);
-  mReadByConstruction[sensor] = inputs.inputs();
   return updater;
 }
 
@@ -110,7 +109,7 @@ void Reruns::restore(const State& state) {
 void Reruns::addInputs(ReadInputs& inputs, const CallTrace& trace) const {
   if (const auto found = mReadByConstruction.find(trace.sensor.value_or(-1));
       found != mReadByConstruction.end()) {
-    for (const Input& input : found->second) inputs.add(input);
+    for (const Input& input : found->second.inputs()) inputs.add(input);
   }
   for (const StepAccess& access : *trace.accesses) inputs.add(access.access, access.container);
 }

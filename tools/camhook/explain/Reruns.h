@@ -99,9 +99,9 @@ class Reruns {
   Replay mReplay;
   bool mIsPhoneChanged = false;
 
-  std::map<int, std::vector<Input>> mReadByConstruction;  // by sensor
-  std::vector<State> mStates;                             // before each call, unchanged
-  std::vector<std::set<Input>> mReads;                    // of each earlier call
+  std::map<int, ReadInputs> mReadByConstruction;  // by sensor
+  std::vector<State> mStates;                     // before each call, unchanged
+  std::vector<std::set<Input>> mReads;            // of each earlier call
   StepFinder mFinder;
   CallTrace mTrace;
   std::map<std::uint32_t, std::uint32_t> mBurst;

@@ -11,8 +11,6 @@
 namespace camhook {
 namespace {
 
-constexpr const char* kNever = "can never match";
-
 std::string commandOf(const DecisionInputs& inputs) {
   std::string command = "camhook decide";
   for (const DecisionInputField& field : decisionInputFields()) {
@@ -65,16 +63,12 @@ int checkRules(std::ostream& out, const SensorModeTable* only) {
     for (const RuleList& list : kRuleLists) {
       const DecisionInputs given = decisionInputsOf(table.productName, list.sensor, list.video);
       const Rules& rules = table.*list.rules;
-      if (only != nullptr) out << list.name << '\n';
       for (std::size_t row = 0; row < rules.size(); ++row, ++count) {
         const auto witness = witnessOf(phone, rules, row, given);
         never += witness ? 0 : 1;
-        if (only != nullptr) {
-          out << "  row " << row + 1 << "  " << (witness ? commandOf(*witness) : kNever) << '\n';
-        } else if (!witness) {
-          out << table.productName << ' ' << list.name << ": row " << row + 1 << ' ' << kNever
-              << '\n';
-        }
+        if (witness && only == nullptr) continue;
+        out << table.productName << ' ' << list.name << " row " << row + 1 << ": "
+            << (witness ? commandOf(*witness) : "can never match") << '\n';
       }
     }
   }

@@ -182,9 +182,7 @@ class Text {
   }
 
   void writeFinding(const Finding& finding) {
-    Columns head;
-    head.add(cellsOf(finding, mStyle));
-    head.write(mOut, 2);
+    mOut << "  " << joined(cellsOf(finding, mStyle), "  ") << '\n';
     Columns rows;
     // For an absent input, shows one outcome for each writing step and item count.
     std::set<std::pair<std::string, std::size_t>> shown;
