@@ -1,6 +1,5 @@
 #include "tools/camhook/commands/Commands.h"
 
-#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <optional>

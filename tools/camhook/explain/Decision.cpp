@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <utility>
 #include <variant>
 
 #include "common/sensormode/SensorModeInspector.h"
@@ -180,7 +179,6 @@ Row DecidingPhone::rowFor(const Rules& rules, const DecisionInputs& inputs) {
   return foundRow(control);
 }
 
-/// Runs the filters on one row after the other, to see what they compare of each.
 Json::List DecidingPhone::runFilters(const Rules& rules, const DecisionInputs& inputs) {
   IMetadata meta = sessionMetadataOf(inputs);
   Row found;

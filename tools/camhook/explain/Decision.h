@@ -1,8 +1,8 @@
 // Explains a sensor mode decision: the conditions that each filter compares, the matching row, and
 // the overrides.
 //
-// The library's own filters run. Their reads and log records show which conditions they compare and
-// which of these are met.
+// The library's own filters run on one row at a time. Their reads and log records show which
+// conditions they compare and which of these are met.
 
 #pragma once
 
@@ -39,6 +39,7 @@ class DecidingPhone {
   /// the filters return a copy of the row.
   HeskSensorModeControl& load(const Rules& rules, const DecisionInputs& inputs);
 
+  /// The member "filters" of the document.
   Json::List runFilters(const Rules& rules, const DecisionInputs& inputs);
 
   host::Phone mPhone;

@@ -51,7 +51,7 @@ struct Change {
 
 /// A tag, or the return value, after one call of a scenario.
 struct Question {
-  Scenario scenario;
+  Scenario scenario;           // with a clock that does not advance
   Json platform;               // in the format of the scenario
   std::size_t call = 0;        // index
   Json arguments = {};         // of the call, with the sensor, without containers
