@@ -137,8 +137,8 @@ Json::List variants(const Json& present, std::string_view type, Which which,
       list.back()[at] = std::move(value);
     }
   };
-  if (present.isBoolean() || type == "bool") {
-    list.emplace_back(present.isBoolean() && !present.isTrue());
+  if (present.isBoolean()) {
+    list.emplace_back(!present.isTrue());
   } else if (present.isObject()) {
     for (const auto& [key, member] : present.members()) addChanged(std::string_view(key), member);
   } else if (present.isList()) {
@@ -252,7 +252,8 @@ Json::List places(const std::string& key, const Json& present, const Json& platf
   if (key.ends_with(".static")) {
     append(list, someStatics(platform));
   } else if (!present.isNull() || list.empty()) {
-    append(list, variants(present, typeAt(key), Which::all));
+    const bool isTrueByDefault = present.isNull() && typeAt(key) == "bool";
+    append(list, variants(isTrueByDefault ? Json(true) : present, typeAt(key), Which::all));
   }
   return list;
 }

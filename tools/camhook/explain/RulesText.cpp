@@ -54,7 +54,7 @@ std::vector<std::string> matrixRow(const SensorModeTable& table, const std::stri
     const std::string large = nameOfMode(phone.modeFor(inputs));
     inputs[kSize] = Json::List{640, 480};
     const std::string small = nameOfMode(phone.modeFor(inputs));
-    row.push_back(small == large ? large : large + "/" + small);
+    row.push_back(small == large ? large : std::string(large).append("/").append(small));
   }
   return row;
 }

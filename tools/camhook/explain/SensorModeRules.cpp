@@ -24,6 +24,19 @@ std::span<const SensorModeTable> tablesOf(const SensorModeTable* only) {
   return hesk::sensorModeTables();
 }
 
+/// The conditions of the rules on an input.
+static Json::List conditionsOn(std::string_view input, const SensorModeTable& table) {
+  Json::List conditions;
+  const auto* const column = std::ranges::find(kRuleColumns, input, &RuleColumn::input);
+  if (column == std::end(kRuleColumns)) return conditions;
+  for (const RuleList& list : kRuleLists) {
+    for (const SensorModeCfg& rule : table.*list.rules) {
+      conditions.push_back(column->conditionOf(rule));
+    }
+  }
+  return conditions;
+}
+
 Json::List namedValues(std::string_view input, const SensorModeTable* only) {
   Json::List named;
   const auto add = [&](const Json& value) {
@@ -33,12 +46,7 @@ Json::List namedValues(std::string_view input, const SensorModeTable* only) {
   };
   for (const SensorModeTable& table : tablesOf(only)) {
     if (input == kProduct) add(table.productName);
-    for (const RuleColumn& column : kRuleColumns) {
-      if (column.input != input) continue;
-      for (const RuleList& list : kRuleLists) {
-        for (const SensorModeCfg& rule : table.*list.rules) add(column.conditionOf(rule));
-      }
-    }
+    std::ranges::for_each(conditionsOn(input, table), add);
   }
   for (const hesk::Override& override : hesk::overrides()) {
     if (input == kAppType) add(override.appType);

@@ -25,7 +25,7 @@ std::string valueText(const Json& value) {
   if (value.isNull()) return "absent";
   const Json* const items = value.find("items");
   if (items == nullptr) return cutEnd(lineOfJson(value), kMaxLetters);
-  const std::string text = lineOfJson(items->size() == 1 ? (*items)[0] : *items);
+  std::string text = lineOfJson(items->size() == 1 ? (*items)[0] : *items);
   if (text.size() <= kMaxLetters) return text;
   return cutEnd(text, kMaxLetters) + " (" + std::to_string(items->size()) + " items)";
 }
