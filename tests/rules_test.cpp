@@ -29,10 +29,12 @@ using namespace camhook;
 class RandomInputs {
  public:
   explicit RandomInputs(const SensorModeTable& table) : mTable(table) {
-    for (const InputField& field : inputFields()) {
-      Json::List values = namedValues(field.name, listsOf(&table));
+    for (const DecisionInputField& field : decisionInputFields()) {
+      Json::List values = namedValues(field.name, &table);
       if (values.empty() || field.name == kProduct) continue;
-      values.push_back(anotherValue(field.name, values));
+      const Json another = anotherValue(field.name);
+      EXPECT_EQ(std::ranges::count(values, another), 0) << field.name;
+      values.push_back(another);
       mValues.emplace_back(field.name, std::move(values));
     }
     // Each meets other conditions of sizes than the next.
@@ -42,9 +44,10 @@ class RandomInputs {
     for (auto& [input, values] : mValues) values.emplace_back();
   }
 
-  Inputs next(std::mt19937& random) const {
-    Inputs inputs = inputsOf(std::string(mTable.productName) + "-EU",
-                             static_cast<std::int32_t>(random() % 3), random() % 2 == 0);
+  DecisionInputs next(std::mt19937& random) const {
+    DecisionInputs inputs =
+        decisionInputsOf(std::string(mTable.productName) + "-EU",
+                         static_cast<std::int32_t>(random() % 3), random() % 2 == 0);
     for (const auto& [input, values] : mValues) inputs[input] = values[random() % values.size()];
     return inputs;
   }
@@ -55,7 +58,7 @@ class RandomInputs {
 };
 
 /// Returns true if an input meets the condition of a rule in this column.
-bool isEqual(const RuleColumn& column, const SensorModeCfg& rule, const Inputs& inputs) {
+bool isEqual(const RuleColumn& column, const SensorModeCfg& rule, const DecisionInputs& inputs) {
   const Json condition = column.conditionOf(rule);
   const Json& value = inputs[column.input];
   if (column.input == kAppType) return value == condition;
@@ -118,7 +121,7 @@ void checkDecision(const Json& decision, const Rules& rules) {
 }
 
 /// Replays a scenario with one call that has these inputs.
-CallTrace replayOf(const Inputs& inputs) {
+CallTrace replayOf(const DecisionInputs& inputs) {
   host::PhoneConfig platform;
   platform.properties["ro.product.model.zdm"] = textOf(inputs[kProduct]);
   platform.eventStore["APP_TYPE"] = textOf(inputs[kAppType]);
@@ -171,7 +174,7 @@ TEST(Rules, ExplainedDecisionsMatchLibrary) {
   for (const SensorModeTable& table : hesk::sensorModeTables()) {
     const RandomInputs randomInputs(table);
     for (int i = 0; i < 500 && !testing::Test::HasFailure(); ++i) {
-      const Inputs inputs = randomInputs.next(random);
+      const DecisionInputs inputs = randomInputs.next(random);
       SCOPED_TRACE(lineOfJson(inputs));
       const Json decision = DecidingPhone().explain(inputs);
       Rules rules;
@@ -204,14 +207,14 @@ TEST(Rules, HaveInputsForWhichTheyDecide) {
       for (std::size_t row = 0; row < rules.size(); ++row) {
         SCOPED_TRACE(std::string(table.productName) + " " + list.name + " row " +
                      std::to_string(row + 1));
-        const Inputs given = inputsOf(table.productName, list.sensor, list.video);
+        const DecisionInputs given = decisionInputsOf(table.productName, list.sensor, list.video);
         const auto witness = witnessOf(phone, rules, row, given);
         ASSERT_TRUE(witness);
         EXPECT_EQ(phone.explain(*witness)["base"]["row"], row + 1);
         if (!isOfSeveral(rules[row])) continue;
         for (const RuleColumn& column : kRuleColumns) {
           if (column.conditionOf(rules[row]).isNull()) continue;
-          Inputs inputs = *witness;
+          DecisionInputs inputs = *witness;
           inputs[column.input] = nullptr;
           const Json decision = phone.explain(inputs);
           const Json& explained = decision["rows"][row];
@@ -243,7 +246,7 @@ TEST(Rules, ChangesGiveWantedMode) {
     const Json& found = decision["want"]["smallest"];
     ASSERT_GT(found.size(), 0U) << want;
     for (const Json& each : found.items()) {
-      Inputs changed = decision["inputs"];
+      DecisionInputs changed = decision["inputs"];
       for (const auto& [name, value] : each["changes"].members()) changed[name] = value;
       EXPECT_EQ(replayOf(changed).result, rule.sensorMode) << lineOfJson(each);
     }
@@ -262,7 +265,7 @@ TEST(Rules, UnreachableOnesAreFound) {
   DecidingPhone phone;
   std::vector<std::size_t> never;
   for (std::size_t row = 0; row < rules.size(); ++row) {
-    if (!witnessOf(phone, rules, row, inputsOf("X", 0, true))) never.push_back(row + 1);
+    if (!witnessOf(phone, rules, row, decisionInputsOf("X", 0, true))) never.push_back(row + 1);
   }
   EXPECT_EQ(never, (std::vector<std::size_t>{2, 5, 7}));
 }
@@ -304,18 +307,22 @@ TEST(Rules, MatrixMatchesLibrary) {
     for (const auto& [input, value, cells] : rows) {
       ASSERT_EQ(cells.size(), std::size(kRuleLists));
       for (std::size_t i = 0; i < cells.size(); ++i) {
-        Inputs inputs = inputsOf(table.productName, kRuleLists[i].sensor, kRuleLists[i].video);
+        DecisionInputs inputs =
+            decisionInputsOf(table.productName, kRuleLists[i].sensor, kRuleLists[i].video);
         if (input != kAppType) inputs[kAppType] = "another";
-        if (value == "another" && input == kUiModule) {
-          inputs[input] = 1000;
+        if (value == "another") {
+          inputs[input] = anotherValue(input);
         } else if (value != "absent") {
           inputs[input] = input == kUiModule ? Json(std::stoi(value)) : Json(value);
         }
-        inputs[kSize] = Json::List{1920, 1080};
-        const std::int32_t mode = phone.modeFor(inputs);
-        inputs[kSize] = Json::List{640, 480};
-        const std::string name = mode == 255 ? "-" : std::string(sensorModeName(mode));
-        EXPECT_EQ(cells[i], name + (phone.modeFor(inputs) == mode ? "" : "*"))
+        const auto nameAt = [&](std::int32_t width, std::int32_t height) {
+          inputs[kSize] = Json::List{width, height};
+          const std::int32_t mode = phone.modeFor(inputs);
+          return mode == hesk::NO_DECISION ? "-" : std::string(sensorModeName(mode));
+        };
+        const std::string large = nameAt(1920, 1080);
+        const std::string small = nameAt(640, 480);
+        EXPECT_EQ(cells[i], small == large ? large : std::string(large).append("/") + small)
             << table.productName << ' ' << value;
       }
     }

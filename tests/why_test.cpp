@@ -136,7 +136,7 @@ std::optional<Json> otherValue(const Json& input) {
 /// Checks up to three of the listed changes of each input, and that another value of an input
 /// without effect changes nothing.
 void checkInputs(const Json& document, const Json& explanation) {
-  constexpr std::size_t kMostOutcomes = 3;
+  constexpr std::size_t kMaxOutcomes = 3;
   EXPECT_EQ(answerOf(document, explanation), explanation["after"]);
   for (const Json& input : explanation["inputs"].items()) {
     const auto where = [&](const Json& to) {
@@ -145,7 +145,7 @@ void checkInputs(const Json& document, const Json& explanation) {
     };
     const Json& changes = input["changes"];
     EXPECT_EQ(input["counts"], (changes.size() > 0));
-    for (std::size_t i = 0; i < std::min(changes.size(), kMostOutcomes); ++i) {
+    for (std::size_t i = 0; i < std::min(changes.size(), kMaxOutcomes); ++i) {
       const Json& to = changes[i]["to"];
       EXPECT_NE(changes[i]["gives"], explanation["after"]) << where(to);
       EXPECT_EQ(answerOf(changed(document, input, to), explanation), changes[i]["gives"])

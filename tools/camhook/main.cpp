@@ -7,7 +7,6 @@
 #include <ios>
 #include <iostream>
 #include <memory>
-#include <string>
 #include <string_view>
 
 #include <CLI/CLI.hpp>

@@ -1,6 +1,5 @@
 #include "tools/camhook/commands/Commands.h"
 
-#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -27,23 +26,21 @@ namespace camhook {
 namespace {
 
 struct DecideArguments {
-  Inputs inputs;
+  DecisionInputs inputs;
   std::string scenario;
   std::string call;
   std::string want;  // a sensor mode, by number or name
   bool json = false;
 };
 
-const Inputs& inputsOfOptions(const DecideArguments& arguments) {
-  for (const InputField& field : inputFields()) {
-    if ((field.name == kProduct || field.name == kSensor) && arguments.inputs[field.name].isNull())
-      throw InputError("camhook: " + std::string(field.option()) + " is required");
-  }
+const DecisionInputs& inputsOfOptions(const DecideArguments& arguments) {
+  if (arguments.inputs[kProduct].isNull()) throw InputError("camhook: --product is required");
+  if (arguments.inputs[kSensor].isNull()) throw InputError("camhook: --sensor is required");
   return arguments.inputs;
 }
 
 /// The inputs of a call of a scenario, after the calls before it have run.
-Inputs inputsOfScenario(const DecideArguments& arguments) {
+DecisionInputs inputsOfScenario(const DecideArguments& arguments) {
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
     const std::size_t index =
@@ -55,7 +52,8 @@ Inputs inputsOfScenario(const DecideArguments& arguments) {
       replay.run(scenario.calls[i], Replay::Detail::containers);
     }
     const Call call = replay.withMetaOf(scenario.calls[index]);
-    if (const auto* decision = std::get_if<DecideSensorScenario>(&call)) return inputsOf(*decision);
+    if (const auto* decision = std::get_if<DecideSensorScenario>(&call))
+      return decisionInputsOf(*decision);
     throw InputError("call " + std::to_string(index + 1) + " is not a " +
                      std::string(DecideSensorScenario::kName) + " call");
   });
@@ -74,7 +72,7 @@ std::int32_t sensorModeFrom(const std::string& text) {
 
 /// The decision as the only call of a scenario, so that `explain` can search. Product, sensor and
 /// video stream are not changed.
-Question questionOf(const Inputs& inputs) {
+Question questionOf(const DecisionInputs& inputs) {
   const std::int32_t sensor = numberOf(inputs[kSensor]);
   const bool hasVideo = inputs[kVideo].isTrue();
   const auto [width, height] = streamsOf(inputs).mainOutputSize;
@@ -94,82 +92,67 @@ Question questionOf(const Inputs& inputs) {
   return question;
 }
 
-Inputs changedInputs(const Question& question, const std::vector<Change>& changes) {
-  host::Phone phone(unchangedPhone(question));
+DecisionInputs changedInputs(const Question& question, const std::vector<Change>& changes) {
+  host::Phone phone(question.scenario.platform);
   setTexts(phone, changes);
   const Call call = changedCall(question, question.askedCall(), changes);
-  return inputsOf(std::get<DecideSensorScenario>(call));
+  return decisionInputsOf(std::get<DecideSensorScenario>(call));
 }
 
-/// The decisions that give the mode after one or two inputs are changed.
-std::vector<Json> decisionsFor(const Inputs& inputs, std::int32_t mode) {
+/// The member "want" of the document: changes of one or two inputs that give the mode.
+Json wantedJson(const DecisionInputs& inputs, std::int32_t mode) {
   const Question question = questionOf(inputs);
   const Explanation explanation = explain(question, Wanted(std::to_string(mode), question));
   std::vector<Explanation::Outcome> outcomes = explanation.outcomes();
   if (explanation.after == mode) outcomes = {{.changes = {}, .gives = mode}};
-  const Inputs unchanged = changedInputs(question, {});
-  std::vector<Json> found;
+  const DecisionInputs unchanged = changedInputs(question, {});
+  Json::List found;
   for (const Explanation::Outcome& outcome : outcomes) {
-    Inputs changed = changedInputs(question, outcome.changes);
-    // An absent size is 0 x 0 in a call.
-    if (changed[kSize] == unchanged[kSize]) changed[kSize] = inputs[kSize];
-    Json decision = DecidingPhone().explain(changed);
-    if (decision["scenario"] == mode) found.push_back(std::move(decision));
-  }
-  return found;
-}
-
-/// The inputs of `decision` that differ from `inputs`, each with its new value.
-Json changesOf(const Inputs& inputs, const Json& decision) {
-  Json changes = Json::Object();
-  for (const auto& [name, value] : decision["inputs"].members()) {
-    if (inputs[name] != value) changes[name] = value;
-  }
-  return changes;
-}
-
-void writeWanted(std::ostream& out, const Inputs& inputs, const std::vector<Json>& found,
-                 std::int32_t wanted, Style style) {
-  out << style.heading("wanted") << "  " << sensorModeText(wanted) << '\n';
-  if (found.empty()) out << "  no change of one or two inputs gives it\n";
-  for (const Json& decision : found) {
-    const Json changed = changesOf(inputs, decision);
-    std::vector<std::string> changes;
+    const DecisionInputs changed = changedInputs(question, outcome.changes);
+    DecisionInputs wanted = inputs;
+    Json changes = Json::Object();
     for (const auto& [name, value] : changed.members()) {
-      changes.push_back(name + " " + inputText(name, inputs[name]) + " \u2192 " +
-                        inputText(name, value));
+      // Compared with `unchanged`, since an absent size is 0 x 0 in a call.
+      if (value != unchanged[name]) changes[name] = wanted[name] = value;
+    }
+    const Json decision = DecidingPhone().explain(wanted);
+    if (decision["scenario"] != mode) continue;
+    found.push_back({{"changes", changes}, {"decidedBy", decision["decidedBy"]["text"]}});
+  }
+  return {{"scenario", mode}, {"smallest", std::move(found)}};
+}
+
+void writeWanted(std::ostream& out, const Json& decision, Style style) {
+  const Json& wanted = decision["want"];
+  out << style.heading("wanted") << "  "
+      << sensorModeText(*wanted["scenario"].integer<std::int32_t>()) << '\n';
+  if (wanted["smallest"].size() == 0) out << "  no change of one or two inputs gives it\n";
+  for (const Json& found : wanted["smallest"].items()) {
+    std::vector<std::string> changes;
+    for (const auto& [name, value] : found["changes"].members()) {
+      changes.push_back(name + " " + decisionInputText(name, decision["inputs"][name]) +
+                        " \u2192 " + decisionInputText(name, value));
     }
     out << "  " << (changes.empty() ? "no change is needed" : printable(joined(changes, ", and ")))
-        << "  " << style.faint(decision["decidedBy"]["text"].text()) << '\n';
+        << "  " << style.faint(found["decidedBy"].text()) << '\n';
   }
-}
-
-Json wantedJson(const Inputs& inputs, const std::vector<Json>& found, std::int32_t wanted) {
-  Json::List list;
-  for (const Json& decision : found) {
-    list.push_back(
-        {{"changes", changesOf(inputs, decision)}, {"decidedBy", decision["decidedBy"]["text"]}});
-  }
-  return {{"scenario", wanted}, {"smallest", std::move(list)}};
 }
 
 int runDecide(const DecideArguments& arguments) {
   std::optional<std::int32_t> wanted;
   if (!arguments.want.empty()) wanted = sensorModeFrom(arguments.want);
-  const Inputs inputs =
+  const DecisionInputs inputs =
       arguments.scenario.empty() ? inputsOfOptions(arguments) : inputsOfScenario(arguments);
   Json decision = DecidingPhone().explain(inputs);
-  std::vector<Json> found;
-  if (wanted) found = decisionsFor(inputs, *wanted);
+  if (wanted) decision["want"] = wantedJson(inputs, *wanted);
   if (arguments.json) {
-    if (wanted) decision["want"] = wantedJson(inputs, found, *wanted);
     writeJson(std::cout, decision);
   } else {
     const Style style = Style::forStandardOutput();
     writeDecision(std::cout, decision, style);
-    if (wanted) writeWanted(std::cout, inputs, found, *wanted, style);
+    if (wanted) writeWanted(std::cout, decision, style);
   }
-  return wanted && found.empty() ? 1 : 0;
+  return wanted && decision["want"]["smallest"].size() == 0 ? 1 : 0;
 }
 
 }  // namespace
@@ -187,13 +170,13 @@ void addDecide(CLI::App& app, int& status) {
                                 ->type_name("CALL");
   call->needs(scenario);
   scenario->needs(call);
-  arguments->inputs = inputsOf("", 0, false);
+  arguments->inputs = decisionInputsOf("", 0, false);
   arguments->inputs[kSensor] = nullptr;
-  for (const InputField& field : inputFields()) {
+  for (const DecisionInputField& field : decisionInputFields()) {
     Json& value = arguments->inputs[field.name];
     const std::string meaning(field.meaning);
     const auto read = [&field, &value](const std::string& text) {
-      value = inputFromText(field, text);
+      value = decisionInputFromText(field, text);
     };
     CLI::Option* const option =
         field.type.empty()

@@ -97,13 +97,13 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
   if (page == nullptr && !options.json && options.logs.empty()) host::LogSink::enableLevels({});
   StepFinder steps;
   if (options.steps || page != nullptr) run->followSteps(&steps, Replay::StepsOf::writes);
-  std::vector<std::pair<std::size_t, Inputs>> decisions;  // for a page
+  std::vector<std::pair<std::size_t, DecisionInputs>> decisions;  // for a page
   bool isAnyShown = filter.isWhole();
   for (std::size_t i = 0; i < scenario.callCount(); ++i) {
     const ScenarioCall call = scenario.call(i);
     if (page != nullptr && std::holds_alternative<DecideSensorScenario>(call.call)) {
       const Call decision = run->withMetaOf(call);
-      decisions.emplace_back(i + 1, inputsOf(std::get<DecideSensorScenario>(decision)));
+      decisions.emplace_back(i + 1, decisionInputsOf(std::get<DecideSensorScenario>(decision)));
     }
     CallTrace trace = run->run(call);
     if (!filter.apply(trace)) continue;

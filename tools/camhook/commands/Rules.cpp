@@ -6,7 +6,6 @@
 
 #include "common/sensormode/SensorModeTables.h"
 #include "tools/camhook/explain/RulesCommand.h"
-#include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/KnownNames.h"
 #include "tools/camhook/input/NearNames.h"

@@ -34,7 +34,7 @@ int why(const WhyArguments& arguments) {
     writeText(std::cout, question, explanation, arguments.want, arguments.all,
               Style::forStandardOutput());
   }
-  return explanation.together && explanation.together->empty() ? 1 : 0;
+  return explanation.pairs && explanation.pairs->empty() ? 1 : 0;
 }
 
 }  // namespace

@@ -29,8 +29,8 @@ using Kind = Input::Kind;
 // In longer lists only the first `kManyItems` items and the last are changed.
 constexpr std::size_t kManyItems = 8;
 // The range of small numbers.
-constexpr int kLeast = -2;
-constexpr int kMost = 64;
+constexpr int kMinSmall = -2;
+constexpr int kMaxSmall = 64;
 constexpr int kEdges[] = {100, 119, 120, 121, 127, 128, 129, 240, 255, 256};
 
 enum class Which { likely, few, all };  // which numbers are tried
@@ -89,7 +89,7 @@ Json::List numbersOf(const Json& present, Which which, const Json::List& likely 
     if (const auto number = numberFrom<Number>(each)) list.push_back(*number);
   }
   if (which != Which::likely) list = numbersAround(now, which);
-  for (int number = kLeast; which == Which::all && number <= kMost; ++number) {
+  for (int number = kMinSmall; which == Which::all && number <= kMaxSmall; ++number) {
     list.push_back(static_cast<Number>(number));
   }
   if constexpr (std::integral<T>) {
@@ -199,14 +199,12 @@ Json::List entries(std::uint32_t tag, const Json& present, Which which, const Js
   return list;
 }
 
-/// Keys of `platform` that are true if absent.
-bool isSwitch(const std::string& key) {
-  return key == "sensorList" || key == "hal3aModule" || key == "defaultShadingModule" ||
-         key == "faceDetection" || key.ends_with(".available");
-}
-
-/// The type of the numbers at a key of `platform`, or of an argument.
+/// The type at a key of `platform`, or of an argument; "bool" for keys that are true if absent.
 std::string_view typeAt(const std::string& key) {
+  if (key == "sensorList" || key == "hal3aModule" || key == "defaultShadingModule" ||
+      key == "faceDetection" || key.ends_with(".available")) {
+    return "bool";
+  }
   const bool isFloat = key.ends_with(".fov") || key.ends_with(".shadingBase") ||
                        key.ends_with("Shading") || key == "value";
   return isFloat ? "float" : "int64";
@@ -253,10 +251,9 @@ Json::List places(const std::string& key, const Json& present, const Json& platf
   }
   if (key.ends_with(".static")) {
     append(list, someStatics(platform));
-  } else if (present.isNull() && isSwitch(key)) {
-    list.emplace_back(false);
   } else if (!present.isNull() || list.empty()) {
-    append(list, variants(present, typeAt(key), Which::all));
+    const bool isTrueByDefault = present.isNull() && typeAt(key) == "bool";
+    append(list, variants(isTrueByDefault ? Json(true) : present, typeAt(key), Which::all));
   }
   return list;
 }
@@ -270,10 +267,10 @@ Json::List numberTexts(Which which, const Json::List& likely = {}) {
 
 /// False for sensors without updater, and for blocks that take too long to copy.
 bool isPossible(const Input& input, const Json& value) {
-  constexpr int kMostBytes = 1 << 22;
+  constexpr int kMaxBytes = 1 << 22;
   if (input.kind != Kind::argument) return true;
   const auto number = value.integer<std::int64_t>();
-  if (input.key == "size") return !number || *number <= kMostBytes;
+  if (input.key == "size") return !number || *number <= kMaxBytes;
   return input.key != "sensor" ||
          (number && *number >= 0 && *number <= HeskParameterUpdater::kMaxInstanceId);
 }
@@ -300,21 +297,17 @@ Candidates::Candidates(const Question& question, const Json& wanted) : mQuestion
     }
   }
   if (wanted.isObject()) mKnown[tagText(question.tag)].push_back(wanted);
-  addRules();
+  for (const DecisionInputField& field : decisionInputFields()) {
+    for (const Json& value : namedValues(field.name, nullptr)) {
+      addOnce(mKnown[std::string(field.name)], value.isList() ? value[0] : value);
+    }
+  }
 }
 
 void Candidates::addContainer(const NSCam::IMetadata& metadata) {
   for (const auto* entry : host::MetadataAccess::entriesByTag(metadata)) {
     Json::List& list = mKnown[tagText(entry->tag())];
     if (list.size() < kManyItems) addOnce(list, jsonFromEntry(*entry));
-  }
-}
-
-void Candidates::addRules() {
-  for (const InputField& field : inputFields()) {
-    for (const Json& value : namedValues(field.name, listsOf(nullptr))) {
-      addOnce(mKnown[std::string(field.name)], value.isList() ? value[0] : value);
-    }
   }
 }
 

@@ -28,7 +28,6 @@ class Candidates {
 
  private:
   void addContainer(const NSCam::IMetadata& metadata);
-  void addRules();
 
   [[nodiscard]] Json::List likely(const Input& input, const Json& present) const;
   [[nodiscard]] Json::List others(const Input& input, const Json& present) const;

@@ -1,6 +1,5 @@
 #include "tools/camhook/explain/ChangedScenario.h"
 
-#include <ctime>
 #include <string>
 #include <utility>
 
@@ -13,16 +12,6 @@ namespace {
 
 using NSCam::IMetadata;
 using Kind = Input::Kind;
-
-void fixClock(host::PhoneConfig& config) {
-  static const std::tm kStart = [] {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    return local;
-  }();
-  if (!config.clock) config.clock = kStart;
-}
 
 /// `document` with the changes of this kind applied; nullopt if there are none.
 std::optional<Json> changedDocument(const Json& document, Kind kind,
@@ -47,22 +36,16 @@ void setEntry(IMetadata& metadata, std::uint32_t tag, const Json& value) {
 
 }  // namespace
 
-host::PhoneConfig unchangedPhone(const Question& question) {
-  host::PhoneConfig config = question.scenario.platform;
-  fixClock(config);
-  return config;
-}
-
 std::optional<host::PhoneConfig> changedPhone(const Question& question,
                                               const std::vector<Change>& changes) {
   std::optional<host::PhoneConfig> config;
   if (const auto platform = changedDocument(question.platform, Kind::platform, changes)) {
     config = platformFromJson(*platform, "");
-    fixClock(*config);
+    if (!config->clock) config->clock = question.scenario.platform.clock;
   }
   for (const auto& [input, to] : changes) {
     if (input.kind != Kind::provider && input.kind != Kind::statics) continue;
-    if (!config) config = unchangedPhone(question);
+    if (!config) config = question.scenario.platform;
     if (input.kind == Kind::statics) {
       auto& device = config->devices[static_cast<std::int32_t>(input.number)];
       setEntry(device.statics, input.tag, to);

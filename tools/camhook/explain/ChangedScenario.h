@@ -10,9 +10,6 @@
 
 namespace camhook {
 
-/// The question's phone, with a clock that does not advance between runs.
-host::PhoneConfig unchangedPhone(const Question& question);
-
 /// The phone with the changes that affect it; nullopt if no change does. Throws InputError if a
 /// scenario cannot have such a phone.
 std::optional<host::PhoneConfig> changedPhone(const Question& question,

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <utility>
 #include <variant>
 
 #include "common/sensormode/SensorModeInspector.h"
@@ -25,8 +24,8 @@ const RuleColumn* findColumn(std::string_view input) {
 }
 
 struct Filter {
-  const char* name;          // of the operation
-  const RuleColumn* column;  // the only one that it compares; null: several
+  const char* name;        // of the operation
+  std::string_view input;  // the only one that it compares; empty: several
   std::function<void(Control&, IMetadata*)> run;
 };
 
@@ -36,14 +35,13 @@ std::span<const Filter> filters() {
     control.getSensorModeCfgByApptype();
   };
   static const Filter kFilters[] = {
-      {"getSensorModeCfgByMultiCondition", nullptr, &Control::getSensorModeCfgByMultiCondition},
-      {"getSensorModeCfgByEisMode", findColumn(kEis), &Control::getSensorModeCfgByEisMode},
-      {"getSensorModeCfgByIsHfpsMode", findColumn(kHfps), &Control::getSensorModeCfgByIsHfpsMode},
-      {"getSensorModeCfgByApptype", findColumn(kAppType), runByAppType},
-      {"getSensorModeCfgByFps", findColumn(kFps), &Control::getSensorModeCfgByFps},
-      {"getSensorModeCfgByVideoAlgoType", findColumn(kVideoAlgo),
-       &Control::getSensorModeCfgByVideoAlgoType},
-      {"getSensorModeCfgByUiMode", findColumn(kUiModule), &Control::getSensorModeCfgByUiMode},
+      {"getSensorModeCfgByMultiCondition", "", &Control::getSensorModeCfgByMultiCondition},
+      {"getSensorModeCfgByEisMode", kEis, &Control::getSensorModeCfgByEisMode},
+      {"getSensorModeCfgByIsHfpsMode", kHfps, &Control::getSensorModeCfgByIsHfpsMode},
+      {"getSensorModeCfgByApptype", kAppType, runByAppType},
+      {"getSensorModeCfgByFps", kFps, &Control::getSensorModeCfgByFps},
+      {"getSensorModeCfgByVideoAlgoType", kVideoAlgo, &Control::getSensorModeCfgByVideoAlgoType},
+      {"getSensorModeCfgByUiMode", kUiModule, &Control::getSensorModeCfgByUiMode},
   };
   return kFilters;
 }
@@ -56,19 +54,11 @@ const RuleColumn* columnReadBy(const host::Access& access) {
   return tag != nullptr ? findColumn(tag->name) : nullptr;
 }
 
-Json comparedRow(const Rules& rules, std::size_t row, Json::List asked = {}, Json::List met = {}) {
-  return {{"row", row + 1},
-          {"asked", std::move(asked)},
-          {"met", std::move(met)},
-          {"needed", rules[row].conditionCount}};
-}
-
-/// Records which fields the filter of several conditions reads for each row. A field is met if a
-/// match is logged before the next read.
+/// Records which fields a filter compares, and which of them are met: it logs a match before the
+/// next read.
 class FilterWatch final : public host::Observer {
  public:
-  FilterWatch(host::LogSink& log, const Rules& rules)
-      : mLog(log), mRules(rules), mRow(rules.size()) {}
+  explicit FilterWatch(host::LogSink& log) : mLog(log) {}
 
   void onAccess(const host::Access& access) override {
     takeRecords();
@@ -76,33 +66,27 @@ class FilterWatch final : public host::Observer {
     // A condition may read its input twice.
     if (column == nullptr || column == mColumn) return;
     mColumn = column;
-    // The filter begins with the last row, and each row begins with the first column.
-    if (column == std::begin(kRuleColumns)) {
-      do --mRow;
-      while (!isOfSeveral(mRules[mRow]));
-      mCompared.push_back(comparedRow(mRules, mRow));
-    }
-    mCompared.back()["asked"].push_back(column->field);
+    mAsked.push_back(column->field);
   }
 
-  Json::List takeRows() {
+  /// A row of "filters" in the document.
+  Json comparedRow(std::size_t row, const SensorModeCfg& rule) {
     takeRecords();
-    return std::move(mCompared);
+    return {{"row", row + 1}, {"asked", mAsked}, {"met", mMet}, {"needed", rule.conditionCount}};
   }
 
  private:
   void takeRecords() {
     for (const host::LogRecord& record : mLog.take()) {
       if (mColumn != nullptr && record.message.find("selected by ") != std::string::npos)
-        mCompared.back()["met"].push_back(mColumn->field);
+        mMet.push_back(mColumn->field);
     }
   }
 
   host::LogSink& mLog;
-  const Rules& mRules;
-  std::size_t mRow;
   const RuleColumn* mColumn = nullptr;  // of the last read
-  Json::List mCompared;
+  Json::List mAsked;
+  Json::List mMet;
 };
 
 Row foundRow(Control& control) {
@@ -111,19 +95,18 @@ Row foundRow(Control& control) {
   return static_cast<std::size_t>(selected.back().sensorMode);
 }
 
-/// A filter of one condition reads its input once and compares it with the rows until one matches.
-Json::List rowsOfOne(const RuleColumn& column, const Rules& rules, const Row& found,
-                     const Inputs& inputs) {
-  Json::List compared;
+/// The rows that a filter compares until one matches, in order.
+std::vector<std::size_t> rowsOf(const Filter& filter, const Rules& rules,
+                                const DecisionInputs& inputs) {
+  const bool isOfOne = !filter.input.empty();
+  std::vector<std::size_t> rows;
   // The hfps filter compares rows only if hfps is 1.
-  if (column.input == kHfps && inputs[kHfps] != 1) return compared;
+  if (filter.input == kHfps && inputs[kHfps] != 1) return rows;
   for (std::size_t row = 0; row < rules.size(); ++row) {
-    if (isOfSeveral(rules[row])) continue;
-    compared.push_back(
-        comparedRow(rules, row, {column.field}, Json::List(row == found ? 1U : 0U, column.field)));
-    if (row == found) break;
+    if (isOfSeveral(rules[row]) != isOfOne) rows.push_back(row);
   }
-  return compared;
+  if (!isOfOne) std::ranges::reverse(rows);
+  return rows;
 }
 
 Json rowNumber(const Row& row) { return row ? Json(*row + 1) : Json(); }
@@ -137,15 +120,10 @@ Json decidedBy(const Json::List& overrides, const Row& row, const std::string& l
             {"number", number},
             {"text", "override " + lineOfJson(number) + ": " + override["when"].text()}};
   }
-  if (row) {
-    return {{"kind", "row"},
-            {"number", *row + 1},
-            {"text", "row " + std::to_string(*row + 1) + " of " + list}};
-  }
-  return {{"kind", "default"},
-          {"number", nullptr},
-          {"text", mode == hesk::NO_DECISION ? "no row matches; the platform chooses"
-                                             : "no row matches; the default with a video stream"}};
+  std::string text = row ? "row " + std::to_string(*row + 1) + " of " + list
+                         : "no row matches; the platform chooses";
+  if (!row && mode != hesk::NO_DECISION) text = "no row matches; the default with a video stream";
+  return {{"kind", row ? "row" : "default"}, {"number", rowNumber(row)}, {"text", text}};
 }
 
 Json columnsJson() {
@@ -167,20 +145,20 @@ bool isListed(const Json& filters, const Json& row, const char* list, std::strin
   });
 }
 
-Control& DecidingPhone::configure(const Inputs& inputs) {
+Control& DecidingPhone::configure(const DecisionInputs& inputs) {
   mPhone.properties.set("ro.product.model.zdm", textOf(inputs[kProduct]));
   mPhone.eventStore.set("APP_TYPE", textOf(inputs[kAppType]));
   mPhone.eventStore.set("APP_NAME", textOf(inputs[kAppName]));
   return *Control::createInstance(numberOf(inputs[kSensor]));
 }
 
-std::int32_t DecidingPhone::modeFor(const Inputs& inputs) {
+std::int32_t DecidingPhone::modeFor(const DecisionInputs& inputs) {
   IMetadata meta = sessionMetadataOf(inputs);
   const auto streams = std::make_shared<Control::StreamInfo>(streamsOf(inputs));
   return configure(inputs).decideSensorScenario(&meta, streams);
 }
 
-Control& DecidingPhone::load(const Rules& rules, const Inputs& inputs) {
+Control& DecidingPhone::load(const Rules& rules, const DecisionInputs& inputs) {
   Control& control = configure(inputs);
   const HeskSensorModeControlInspector fields{control};
   fields.sensorModeTable().clear();
@@ -194,51 +172,53 @@ Control& DecidingPhone::load(const Rules& rules, const Inputs& inputs) {
   return control;
 }
 
-Row DecidingPhone::rowFor(const Rules& rules, const Inputs& inputs) {
+Row DecidingPhone::rowFor(const Rules& rules, const DecisionInputs& inputs) {
   IMetadata meta = sessionMetadataOf(inputs);
   Control& control = load(rules, inputs);
   for (const Filter& filter : filters()) filter.run(control, &meta);
   return foundRow(control);
 }
 
-Json DecidingPhone::explain(const Inputs& inputs) {
+Json::List DecidingPhone::runFilters(const Rules& rules, const DecisionInputs& inputs) {
+  IMetadata meta = sessionMetadataOf(inputs);
+  Row found;
+  Json::List runs;
+  for (const Filter& filter : filters()) {
+    const bool isAsked = !found;
+    Json::List compared;
+    for (const std::size_t row : rowsOf(filter, rules, inputs)) {
+      if (found) break;
+      Control& control = load({rules[row]}, inputs);
+      FilterWatch watch(mPhone.log);
+      mPhone.setObserver(&watch);
+      filter.run(control, &meta);
+      mPhone.setObserver(nullptr);
+      compared.push_back(watch.comparedRow(row, rules[row]));
+      if (foundRow(control)) found = row;
+    }
+    const RuleColumn* const column = findColumn(filter.input);
+    runs.push_back({{"filter", filter.name},
+                    {"title", column != nullptr ? column->title : "several conditions"},
+                    {"asked", isAsked},
+                    {"found", isAsked ? rowNumber(found) : Json()},
+                    {"rows", compared}});
+  }
+  return runs;
+}
+
+Json DecidingPhone::explain(const DecisionInputs& inputs) {
   const SensorModeTable* const table = hesk::findSensorModeTable(textOf(inputs[kProduct]));
   const auto* const list = std::ranges::find_if(kRuleLists, [&](const RuleList& each) {
     return inputs[kSensor] == each.sensor && inputs[kVideo] == each.video;
   });
   const bool hasRules = table != nullptr && list != std::end(kRuleLists);
   const Rules rules = hasRules ? table->*list->rules : Rules();
-
-  IMetadata meta = sessionMetadataOf(inputs);
-  Control& control = load(rules, inputs);
-  Row row;
-  Json::List runs;
-  for (const Filter& filter : filters()) {
-    Json& run = runs.emplace_back(
-        Json{{"filter", filter.name},
-             {"title", filter.column != nullptr ? filter.column->title : "several conditions"},
-             {"asked", !row},
-             {"found", nullptr},
-             {"rows", Json::List()}});
-    if (row) continue;
-    if (filter.column == nullptr) {
-      FilterWatch watch(mPhone.log, rules);
-      host::Observer* const before = mPhone.setObserver(&watch);
-      filter.run(control, &meta);
-      mPhone.setObserver(before);
-      run["rows"] = watch.takeRows();
-      row = foundRow(control);
-    } else {
-      filter.run(control, &meta);
-      row = foundRow(control);
-      run["rows"] = rowsOfOne(*filter.column, rules, row, inputs);
-    }
-    run["found"] = rowNumber(row);
-  }
+  const Row row = rowFor(rules, inputs);
   const std::int32_t base =
       row ? rules[*row].sensorMode
-          : HeskSensorModeControlInspector{control}.baseScenario(inputs[kVideo].isTrue());
+          : HeskSensorModeControlInspector{configure(inputs)}.baseScenario(inputs[kVideo].isTrue());
   const std::int32_t mode = modeFor(inputs);
+  const Json::List filters = runFilters(rules, inputs);
   const Json::List overrides = overrideVerdicts(inputs);
   const Json product = table != nullptr ? Json(table->productName) : Json();
   return {{"scenario", mode},
@@ -250,8 +230,8 @@ Json DecidingPhone::explain(const Inputs& inputs) {
           {"product", product},
           {"list", hasRules ? Json(list->name) : Json()},
           {"columns", columnsJson()},
-          {"rows", rowVerdicts(rules, runs, row, inputs)},
-          {"filters", runs},
+          {"rows", rowVerdicts(rules, filters, row, inputs)},
+          {"filters", filters},
           {"base", {{"scenario", base}, {"name", sensorModeName(base)}, {"row", rowNumber(row)}}},
           {"overrides", overrides}};
 }

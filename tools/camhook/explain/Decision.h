@@ -1,8 +1,8 @@
 // Explains a sensor mode decision: the conditions that each filter compares, the matching row, and
 // the overrides.
 //
-// The library's own filters run. Their reads and log records show which conditions they compare and
-// which of these are met.
+// The library's own filters run on one row at a time. Their reads and log records show which
+// conditions they compare and which of these are met.
 
 #pragma once
 
@@ -24,20 +24,23 @@ namespace camhook {
 class DecidingPhone {
  public:
   /// The sensor mode.
-  std::int32_t modeFor(const Inputs& inputs);
+  std::int32_t modeFor(const DecisionInputs& inputs);
 
   /// The index of the row in `rules` that the filters find.
-  std::optional<std::size_t> rowFor(const Rules& rules, const Inputs& inputs);
+  std::optional<std::size_t> rowFor(const Rules& rules, const DecisionInputs& inputs);
 
   /// The document that docs/decisions.md describes.
-  Json explain(const Inputs& inputs);
+  Json explain(const DecisionInputs& inputs);
 
  private:
-  HeskSensorModeControl& configure(const Inputs& inputs);
+  HeskSensorModeControl& configure(const DecisionInputs& inputs);
 
   /// Loads these rules into the control. Each sensor mode is replaced by the row's index, because
   /// the filters return a copy of the row.
-  HeskSensorModeControl& load(const Rules& rules, const Inputs& inputs);
+  HeskSensorModeControl& load(const Rules& rules, const DecisionInputs& inputs);
+
+  /// The member "filters" of the document.
+  Json::List runFilters(const Rules& rules, const DecisionInputs& inputs);
 
   host::Phone mPhone;
 };
@@ -49,13 +52,13 @@ void writeDecision(std::ostream& out, const Json& decision, Style style);
 
 /// The rows of the active list, with the results of `filters` for each.
 Json::List rowVerdicts(const Rules& rules, const Json& filters, std::optional<std::size_t> taken,
-                       const Inputs& inputs);
+                       const DecisionInputs& inputs);
 
 /// All overrides, with their conditions in words.
-Json::List overrideVerdicts(const Inputs& inputs);
+Json::List overrideVerdicts(const DecisionInputs& inputs);
 
 /// The inputs whose values no rule and no override contains.
-Json::List inputWarnings(const Inputs& inputs);
+Json::List inputWarnings(const DecisionInputs& inputs);
 
 /// True if one of the `filters` compared the field of a row (`list` is "asked") or found it equal
 /// ("met").

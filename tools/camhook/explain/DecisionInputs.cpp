@@ -12,7 +12,7 @@
 namespace camhook {
 namespace {
 
-constexpr InputField kFields[] = {
+constexpr DecisionInputField kFields[] = {
     {kProduct, "--product", "Product model, as in ro.product.model.zdm", "TEXT"},
     {kSensor, "--sensor", "Sensor index; 1 is the front camera"},
     {kVideo, "--video", "The configuration has a video stream", ""},
@@ -28,31 +28,31 @@ constexpr InputField kFields[] = {
     {kSize, "--size", "Size of the app's main output in pixels", "WxH", 'x'},
 };
 
-const InputField& fieldOf(std::string_view name) {
-  return *std::ranges::find(kFields, name, &InputField::name);
+const DecisionInputField& fieldOf(std::string_view name) {
+  return *std::ranges::find(kFields, name, &DecisionInputField::name);
 }
 
 Json jsonFromText(std::string_view text) { return text.empty() ? Json() : Json(text); }
 
 }  // namespace
 
-std::span<const InputField> inputFields() { return kFields; }
+std::span<const DecisionInputField> decisionInputFields() { return kFields; }
 
-Inputs inputsOf(std::string_view product, std::int32_t sensor, bool hasVideo) {
-  Inputs inputs;
-  for (const InputField& field : kFields) inputs[field.name] = nullptr;
+DecisionInputs decisionInputsOf(std::string_view product, std::int32_t sensor, bool hasVideo) {
+  DecisionInputs inputs;
+  for (const DecisionInputField& field : kFields) inputs[field.name] = nullptr;
   inputs[kProduct] = jsonFromText(product);
   inputs[kSensor] = sensor;
   inputs[kVideo] = hasVideo;
   return inputs;
 }
 
-Inputs inputsOf(const DecideSensorScenario& call) {
-  Inputs inputs = inputsOf(hesk::productModel("").data(), call.sensor, call.video);
+DecisionInputs decisionInputsOf(const DecideSensorScenario& call) {
+  DecisionInputs inputs = decisionInputsOf(hesk::productModel("").data(), call.sensor, call.video);
   inputs[kAppType] = jsonFromText(hesk::eventValue(kAppType));
   inputs[kAppName] = jsonFromText(hesk::eventValue(kAppName));
   inputs[kSize] = Json::List{call.width, call.height};
-  for (const InputField& field : kFields) {
+  for (const DecisionInputField& field : kFields) {
     const TagDescription* const tag = findTag(field.name);
     if (tag == nullptr || !call.meta) continue;
     const auto& entry = call.meta->entryFor(tag->value);
@@ -65,7 +65,7 @@ Inputs inputsOf(const DecideSensorScenario& call) {
   return inputs;
 }
 
-Json inputFromText(const InputField& field, std::string_view text) {
+Json decisionInputFromText(const DecisionInputField& field, std::string_view text) {
   if (field.type == "TEXT") return jsonFromText(text);
   const std::size_t end = std::min(text.find(field.separator), text.size());
   const auto first = wholeNumber<std::int32_t>(text.substr(0, end));
@@ -83,7 +83,7 @@ std::string_view textOf(const Json& value) {
 
 std::int32_t numberOf(const Json& value) { return value.integer<std::int32_t>().value_or(0); }
 
-std::string inputText(std::string_view name, const Json& value) {
+std::string decisionInputText(std::string_view name, const Json& value) {
   if (value.isNull()) return "absent";
   if (value.isText()) return value.text();
   if (value.isBoolean()) return value.isTrue() ? "yes" : "no";
@@ -91,7 +91,7 @@ std::string inputText(std::string_view name, const Json& value) {
   return lineOfJson(value[0]) + fieldOf(name).separator + lineOfJson(value[1]);
 }
 
-NSCam::IMetadata sessionMetadataOf(const Inputs& inputs) {
+NSCam::IMetadata sessionMetadataOf(const DecisionInputs& inputs) {
   Json entries = Json::Object();
   for (const auto& [name, value] : inputs.members()) {
     if (!value.isNull() && findTag(name) != nullptr) entries[name] = value;
@@ -99,14 +99,14 @@ NSCam::IMetadata sessionMetadataOf(const Inputs& inputs) {
   return metadataFromJson(entries, "");
 }
 
-HeskSensorModeControl::StreamInfo streamsOf(const Inputs& inputs) {
+HeskSensorModeControl::StreamInfo streamsOf(const DecisionInputs& inputs) {
   const Json& size = inputs[kSize];
   return {.hasVideoConsumer = inputs[kVideo].isTrue(),
           .mainOutputSize =
               size.isNull() ? NSCam::MSize() : NSCam::MSize{numberOf(size[0]), numberOf(size[1])}};
 }
 
-hesk::OverrideConfiguration overrideConfigurationOf(const Inputs& inputs) {
+hesk::OverrideConfiguration overrideConfigurationOf(const DecisionInputs& inputs) {
   return {.appType = textOf(inputs[kAppType]),
           .appName = textOf(inputs[kAppName]),
           .sensorId = numberOf(inputs[kSensor]),

@@ -18,7 +18,7 @@ namespace camhook {
 
 /// An object with a value for each name below, null if the input is absent: texts, numbers,
 /// `[lower, upper]`, `[width, height]`, and true or false for the video stream.
-using Inputs = Json;
+using DecisionInputs = Json;
 
 inline constexpr std::string_view kProduct = "ro.product.model.zdm";
 inline constexpr std::string_view kSensor = "sensor";
@@ -34,7 +34,7 @@ inline constexpr std::string_view kHdr = "MTK_HDR_FEATURE_HDR_MODE";
 inline constexpr std::string_view kNight = "HESK_CONTROL_NIGHTMODE";
 inline constexpr std::string_view kSize = "main output size";
 
-struct InputField {
+struct DecisionInputField {
   std::string_view name;
   std::string_view options;  // of `camhook decide`, as CLI11 takes them
   std::string_view meaning;
@@ -46,16 +46,16 @@ struct InputField {
 };
 
 /// In the order of the JSON form.
-std::span<const InputField> inputFields();
+std::span<const DecisionInputField> decisionInputFields();
 
 /// Inputs with these values; all others are absent.
-Inputs inputsOf(std::string_view product, std::int32_t sensor, bool hasVideo);
+DecisionInputs decisionInputsOf(std::string_view product, std::int32_t sensor, bool hasVideo);
 
 /// The inputs of a call that is about to be made on the current phone.
-Inputs inputsOf(const DecideSensorScenario& call);
+DecisionInputs decisionInputsOf(const DecideSensorScenario& call);
 
 /// Reads the value of an option; null for an empty text. Throws InputError.
-Json inputFromText(const InputField& field, std::string_view text);
+Json decisionInputFromText(const DecisionInputField& field, std::string_view text);
 
 /// Returns the text; empty if the value is not a text.
 std::string_view textOf(const Json& value);
@@ -64,15 +64,15 @@ std::string_view textOf(const Json& value);
 std::int32_t numberOf(const Json& value);
 
 /// "KX0105", "yes", "15,30", "640x480"; "absent" for null.
-std::string inputText(std::string_view name, const Json& value);
+std::string decisionInputText(std::string_view name, const Json& value);
 
 /// The session metadata.
-NSCam::IMetadata sessionMetadataOf(const Inputs& inputs);
+NSCam::IMetadata sessionMetadataOf(const DecisionInputs& inputs);
 
 /// Returns the stream configuration; its size is 0 x 0 if the input is absent.
-HeskSensorModeControl::StreamInfo streamsOf(const Inputs& inputs);
+HeskSensorModeControl::StreamInfo streamsOf(const DecisionInputs& inputs);
 
 /// The inputs of the overrides. Valid until `inputs` changes.
-hesk::OverrideConfiguration overrideConfigurationOf(const Inputs& inputs);
+hesk::OverrideConfiguration overrideConfigurationOf(const DecisionInputs& inputs);
 
 }  // namespace camhook

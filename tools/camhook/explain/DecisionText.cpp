@@ -42,7 +42,7 @@ void writeInputs(std::ostream& out, const Json& decision, Style style) {
   Columns columns;
   std::vector<std::string> absent;
   for (const auto& [name, value] : decision["inputs"].members()) {
-    std::string text = printable(inputText(name, value));
+    std::string text = printable(decisionInputText(name, value));
     bool isShown = !value.isNull();
     for (const Json& warning : decision["warnings"].items()) {
       if (warning["input"] != name) continue;
@@ -87,7 +87,7 @@ void writeFilters(std::ostream& out, const Json& decision, Style style) {
 std::string cellText(const Json& decision, const Json& row, const Json& column, Style style) {
   const std::string& field = column["field"].text();
   const Json* const condition = row["conditions"].find(field);
-  const std::string text = condition != nullptr ? inputText(field, *condition) : "";
+  const std::string text = condition != nullptr ? decisionInputText(field, *condition) : "";
   const Json& filters = decision["filters"];
   if (isListed(filters, row["row"], "met", field)) {
     return style.fresh(kMet + (text.empty() ? "none" : text));
@@ -108,7 +108,7 @@ void writeRows(std::ostream& out, const Json& decision, Style style) {
     if (std::ranges::all_of(cells, &std::string::empty)) continue;
     const std::string& input = column["input"].text();
     cells.insert(cells.begin(), {style.faint(column["title"].text()),
-                                 printable(inputText(input, decision["inputs"][input]))});
+                                 printable(decisionInputText(input, decision["inputs"][input]))});
     for (std::size_t i = 0; i < cells.size(); ++i) lines[i].push_back(cells[i]);
   }
   for (std::size_t i = 0; i < rows.size(); ++i) {

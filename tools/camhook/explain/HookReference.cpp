@@ -1,15 +1,14 @@
 #include "tools/camhook/explain/HookReference.h"
 
-#include <algorithm>
 #include <ostream>
 #include <regex>
-#include <utility>
 #include <variant>
 
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/run/OwnUpdaters.h"
+#include "tools/camhook/run/Replay.h"
 
 namespace camhook {
 namespace {
@@ -25,7 +24,7 @@ constexpr const char* kWrites = "WRITES";
 
 /// An access in the format of the page: "meta" and a tag, or "event" and a key.
 struct AccessText {
-  std::string kind;
+  const char* kind;
   std::string group;  // empty for a container's tag
   std::string member;
 };
@@ -46,7 +45,7 @@ AccessText textOf(const host::Effect& effect) {
 constexpr const char* kIntroduction = R"(# What the hooks read and write
 
 Written by `./camhook reference docs scenarios/*.json`, from runs of all stored scenarios on the simulated
-phone. Steps and accesses are listed in the order in which a call first reaches them; what no run reaches is
+phone. Steps and accesses are listed in the order in which the runs first reach them; what no run reaches is
 not listed. A step is a function of the library.
 
 - `meta`, `app`, `hal`, `out`: tags of the container of that name. Clearing a tag is a write. A tag without a
@@ -60,83 +59,46 @@ not listed. A step is a function of the library.
 
 }  // namespace
 
-void RunOrder::add(std::size_t run, std::string_view name) {
-  if (run != mRun) mSeen.clear();
-  mRun = run;
-  if (std::ranges::find(mSeen, name) != mSeen.end()) return;
-  for (const std::string& earlier : mSeen) mBefore.emplace(earlier, name);
-  mSeen.emplace_back(name);
-  if (std::ranges::find(mNames, name) == mNames.end()) mNames.emplace_back(name);
-}
-
-std::vector<std::string> RunOrder::names() const {
-  std::vector<std::string> rest = mNames;
-  const auto isNext = [&](const std::string& name) {
-    return std::ranges::none_of(rest, [&](const std::string& other) {
-      return mBefore.contains({other, name}) && !mBefore.contains({name, other});
-    });
-  };
-  std::vector<std::string> ordered;
-  while (!rest.empty()) {
-    auto next = std::ranges::find_if(rest, isNext);
-    if (next == rest.end()) next = rest.begin();
-    ordered.push_back(*next);
-    rest.erase(next);
-  }
-  return ordered;
-}
-
 void HookReference::add(const Scenario& scenario) {
   OwnUpdaters updaters;
   Replay replay(scenario.platform, [&](int sensor) { return updaters.of(sensor); });
   replay.followSteps(&mFinder);
-  for (const ScenarioCall& call : scenario.calls) add(replay.run(call));
-}
-
-void HookReference::add(const CallTrace& trace) {
-  ++mRun;
-  for (const auto& [access, container, step] : *trace.accesses) {
-    AccessText text = std::visit([](const auto& each) { return textOf(each); }, access);
-    if (text.group.empty()) text.group = container;
-    if (text.group.empty()) continue;  // a container of the library's own
-    // Construction is listed as createInstance, whichever hook is called first on the sensor.
-    const bool isConstruction = step.name == "HeskParameterUpdater";
-    const std::string hook(isConstruction ? CreateInstance::kName : trace.call);
-    Path path;
-    for (const std::string& name : {hook, step.name, text.kind, text.group, text.member}) {
-      mNames[path].add(mRun, name);
-      path.push_back(name);
+  for (const ScenarioCall& call : scenario.calls) {
+    const CallTrace trace = replay.run(call);
+    for (const auto& [access, container, step] : *trace.accesses) {
+      AccessText text = std::visit([](const auto& each) { return textOf(each); }, access);
+      if (text.group.empty()) text.group = container;
+      if (text.group.empty()) continue;  // a container of the library's own
+      // Construction is listed as createInstance, whichever hook is called first on the sensor.
+      const bool isConstruction = step.name == "HeskParameterUpdater";
+      Json& kinds = mHooks[isConstruction ? CreateInstance::kName : trace.call][step.name];
+      if (kinds.isNull()) kinds = {{kReads, Json::Object()}, {kWrites, Json::Object()}};
+      kinds[text.kind][text.group][text.member] = true;
     }
   }
-}
-
-std::vector<std::string> HookReference::namesIn(const Path& path) const {
-  const auto found = mNames.find(path);
-  return found == mNames.end() ? std::vector<std::string>() : found->second.names();
 }
 
 void HookReference::write(std::ostream& page, std::ostream& data) const {
   page << kIntroduction;
   data << "// Written by `./camhook reference`.\n";
-  for (const std::string& hook : namesIn({})) {
+  for (const auto& [hook, steps] : mHooks.members()) {
     page << "\n## " << hook << "\n\n| step | reads | writes |\n|---|---|---|\n";
-    for (const std::string& step : namesIn({hook})) {
+    for (const auto& [step, kinds] : steps.members()) {
       page << "| `" << step << "` |";
-      for (const char* kind : {kReads, kWrites}) {
-        page << ' ';
-        const char* before = "";
-        for (const std::string& group : namesIn({hook, step, kind})) {
-          page << std::exchange(before, "<br>") << group;
-          const char* separator = " `";
-          for (const std::string& member : namesIn({hook, step, kind, group})) {
-            page << std::exchange(separator, ", `") << member << '`';
+      for (const auto& [kind, groups] : kinds.members()) {
+        std::vector<std::string> cell;
+        for (const auto& [group, members] : groups.members()) {
+          std::vector<std::string> names;
+          for (const auto& [member, isListed] : members.members()) {
+            names.push_back("`" + member + "`");
             data << kind << '('
                  << joined({jsonText(hook), jsonText(step), jsonText(group), jsonText(member)},
                            ", ")
                  << ")\n";
           }
+          cell.push_back(group + " " + joined(names, ", "));
         }
-        page << " |";
+        page << ' ' << joined(cell, "<br>") << " |";
       }
       page << '\n';
     }

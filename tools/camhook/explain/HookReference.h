@@ -2,36 +2,13 @@
 
 #pragma once
 
-#include <cstddef>
 #include <iosfwd>
-#include <map>
-#include <set>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
 
+#include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/Scenario.h"
-#include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"
 
 namespace camhook {
-
-/// Names in the order of the runs in which they occur: a name precedes another if it does so in
-/// every run that has both. If runs disagree, the name that was seen first comes first.
-class RunOrder {
- public:
-  /// `run` is numbered from 1; runs are added one after the other.
-  void add(std::size_t run, std::string_view name);
-
-  [[nodiscard]] std::vector<std::string> names() const;
-
- private:
-  std::size_t mRun = 0;
-  std::vector<std::string> mSeen;  // in this run
-  std::vector<std::string> mNames;
-  std::set<std::pair<std::string, std::string>> mBefore;
-};
 
 class HookReference {
  public:
@@ -42,15 +19,9 @@ class HookReference {
   void write(std::ostream& page, std::ostream& data) const;
 
  private:
-  /// The first elements of hook, step, READS or WRITES, group, member.
-  using Path = std::vector<std::string>;
-
-  void add(const CallTrace& trace);
-  [[nodiscard]] std::vector<std::string> namesIn(const Path& path) const;
-
   StepFinder mFinder;
-  std::size_t mRun = 0;             // each call is a run
-  std::map<Path, RunOrder> mNames;  // the names that follow a path
+  /// Objects by hook, step, READS or WRITES, group and member, in the order of the first access.
+  Json mHooks = Json::Object();
 };
 
 }  // namespace camhook

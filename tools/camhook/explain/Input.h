@@ -51,7 +51,7 @@ struct Change {
 
 /// A tag, or the return value, after one call of a scenario.
 struct Question {
-  Scenario scenario;
+  Scenario scenario;           // with a clock that does not advance
   Json platform;               // in the format of the scenario
   std::size_t call = 0;        // index
   Json arguments = {};         // of the call, with the sensor, without containers
@@ -60,6 +60,10 @@ struct Question {
   std::set<Input> fixed = {};  // inputs that are not changed
 
   [[nodiscard]] const Call& askedCall() const { return scenario.calls[call].call; }
+
+  [[nodiscard]] Input tagAsInput() const {
+    return {.kind = Input::Kind::metadata, .key = container, .tag = tag};
+  }
 };
 
 /// Reads a scenario. `call` is a number from 1, "last" or "requestNo:N"; `tag` is a tag, also with

@@ -35,8 +35,8 @@ void addArguments(ReadInputs& inputs, const Json& value, const std::string& plac
 
 Reruns::Reruns(const Question& question)
     : mQuestion(question),
-      mPhone(unchangedPhone(question)),
-      mReplay(mPhone, [this](int sensor) { return updaterOf(sensor); }) {
+      mReplay(question.scenario.platform, [this](int sensor) { return updaterOf(sensor); }),
+      mInputs(question.platform) {
   host::LogSink::enableLevels({});
   for (std::size_t i = 0; i < question.call; ++i) {
     mStates.push_back(state());
@@ -47,42 +47,39 @@ Reruns::Reruns(const Question& question)
                          [](const Input& input) { return !input.isOfThisCall(); });
   }
   mStates.push_back(state());
-  mCall = mReplay.withMetaOf(question.scenario.calls[question.call]);
+  const Call call = mReplay.withMetaOf(question.scenario.calls[question.call]);
   // No step writes a return value.
   if (!mQuestion.container.empty()) mReplay.followSteps(&mFinder);
-  mTrace = mReplay.run({.call = mCall, .arguments = {}}, Replay::Detail::accesses);
+  mTrace = mReplay.run({.call = call, .arguments = {}}, Replay::Detail::accesses);
   mReplay.followSteps(nullptr);
   mAnswer = answerOf(mTrace);
   findInputs();
 }
 
 void Reruns::findInputs() {
-  ReadInputs inputs(mQuestion.platform);
   const std::vector<ScenarioCall>& calls = mQuestion.scenario.calls;
-  if (mQuestion.arguments.size() > 0) addArguments(inputs, mQuestion.arguments, "");
-  addInputs(inputs, mTrace);
+  if (mQuestion.arguments.size() > 0) addArguments(mInputs, mQuestion.arguments, "");
+  addInputs(mInputs, mTrace);
   // With metaOf, the inputs of the earlier calls that wrote the container affect this call, too.
   for (std::size_t of = calls[mQuestion.call].metaOf; of != 0; of = calls[of - 1].metaOf) {
-    for (const Input& input : mReads[of - 1]) inputs.add(input);
+    for (const Input& input : mReads[of - 1]) mInputs.add(input);
   }
-  const auto sensor = sensorOf(mCall);
+  const auto sensor = sensorOf(mQuestion.askedCall());
   if (sensor && mUpdaters.has(*sensor)) {
     mBurst = HeskParameterUpdaterInspector{*mUpdaters.of(*sensor)}.nonZslFrames();
   }
   for (std::size_t i = 0; sensor && i < mQuestion.call; ++i) {
     if (sensorOf(calls[i].call) != sensor || calls[i].isMetaUsed) continue;
-    inputs.add({.kind = Kind::call, .number = static_cast<std::int64_t>(i)});
+    mInputs.add({.kind = Kind::call, .number = static_cast<std::int64_t>(i)});
   }
-  mInputs = inputs.inputs();
 }
 
 HeskParameterUpdater* Reruns::updaterOf(int sensor) {
   if (mUpdaters.has(sensor)) return mUpdaters.of(sensor);
-  ReadInputs inputs(mQuestion.platform);
+  ReadInputs& inputs = mReadByConstruction.try_emplace(sensor, mQuestion.platform).first->second;
   host::Observer* const before = mReplay.phone().setObserver(&inputs);
   HeskParameterUpdater* const updater = mUpdaters.of(sensor);
   mReplay.phone().setObserver(before);
-  mReadByConstruction[sensor] = inputs.inputs();
   return updater;
 }
 
@@ -112,27 +109,30 @@ void Reruns::restore(const State& state) {
 void Reruns::addInputs(ReadInputs& inputs, const CallTrace& trace) const {
   if (const auto found = mReadByConstruction.find(trace.sensor.value_or(-1));
       found != mReadByConstruction.end()) {
-    for (const Input& input : found->second) inputs.add(input);
+    for (const Input& input : found->second.inputs()) inputs.add(input);
   }
   for (const StepAccess& access : *trace.accesses) inputs.add(access.access, access.container);
 }
 
-/// The entry of the tag; it has no items if the tag is absent.
+/// An entry of the call's containers; it has no items if the tag is absent.
 const IMetadata::IEntry& Reruns::entryOf(const CallTrace& trace,
-                                         MetadataArgument ContainerTrace::*when) const {
+                                         MetadataArgument ContainerTrace::*when,
+                                         const Input& input) {
   static const IMetadata kEmpty;
   for (const ContainerTrace& container : trace.containers) {
-    if (container.name != mQuestion.container || !(container.*when)) continue;
-    return (container.*when)->entryFor(mQuestion.tag);
+    if (container.name != input.key || !(container.*when)) continue;
+    return (container.*when)->entryFor(input.tag);
   }
-  return kEmpty.entryFor(mQuestion.tag);
+  return kEmpty.entryFor(input.tag);
 }
 
-Json Reruns::before() const { return jsonFromEntry(entryOf(mTrace, &ContainerTrace::before)); }
+Json Reruns::before() const {
+  return jsonFromEntry(entryOf(mTrace, &ContainerTrace::before, mQuestion.tagAsInput()));
+}
 
 Json Reruns::answerOf(const CallTrace& trace) const {
   if (mQuestion.container.empty()) return trace.result;
-  return jsonFromEntry(entryOf(trace, &ContainerTrace::after));
+  return jsonFromEntry(entryOf(trace, &ContainerTrace::after, mQuestion.tagAsInput()));
 }
 
 std::vector<Reruns::Write> Reruns::writesOf(const CallTrace& trace) const {
@@ -154,22 +154,20 @@ std::set<Input> Reruns::readBy(std::string_view step) const {
 }
 
 Json Reruns::valueOf(const Input& input) const {
+  const host::PhoneConfig& phone = mQuestion.scenario.platform;
   const auto textIn = [&input](const host::TextMap& texts) {
     const auto found = texts.find(input.key);
     return found != texts.end() && !found->second.empty() ? Json(found->second) : Json();
   };
   switch (input.kind) {
-    case Kind::metadata: {
-      const MetadataArgument& container = *containerOf(mCall, input.key);
-      return container ? jsonFromEntry(container->entryFor(input.tag)) : Json();
-    }
+    case Kind::metadata: return jsonFromEntry(entryOf(mTrace, &ContainerTrace::before, input));
     case Kind::statics: {
       const auto device = static_cast<std::int32_t>(input.number);
-      return jsonFromEntry(mPhone.deviceOrDefault(device).statics.entryFor(input.tag));
+      return jsonFromEntry(phone.deviceOrDefault(device).statics.entryFor(input.tag));
     }
     case Kind::event: return textIn(mStates.back().events);
     case Kind::property: return textIn(mStates.back().properties);
-    case Kind::provider: return mPhone.provider ? Json(mPhone.provider->fpsCap) : Json();
+    case Kind::provider: return phone.provider ? Json(phone.provider->fpsCap) : Json();
     case Kind::argument: return valueAt(mQuestion.arguments, input.key);
     case Kind::platform: return valueAt(mQuestion.platform, input.key);
     case Kind::call: break;
@@ -207,7 +205,7 @@ std::optional<CallTrace> Reruns::runCall(const std::vector<Change>& changes,
     auto phone = changedPhone(mQuestion, changes);
     const bool isChanged = phone.has_value();
     if (mIsPhoneChanged || isChanged) {
-      mReplay.phone().config = isChanged ? *std::move(phone) : mPhone;
+      mReplay.phone().config = isChanged ? *std::move(phone) : mQuestion.scenario.platform;
     }
     mIsPhoneChanged = isChanged;
     runEarlierCalls(changes);
@@ -225,16 +223,15 @@ std::optional<CallTrace> Reruns::runCall(const std::vector<Change>& changes,
   }
 }
 
-const Json* Reruns::run(const std::vector<Change>& changes) {
+std::optional<Json> Reruns::run(const std::vector<Change>& changes) {
   const auto trace = runCall(changes, Replay::Detail::containers);
-  if (!trace) return nullptr;
+  if (!trace) return {};
   // The JSON of a long entry takes longer than the call.
-  if (!mQuestion.container.empty() &&
-      areSame(entryOf(*trace, &ContainerTrace::after), entryOf(mTrace, &ContainerTrace::after))) {
-    return &mAnswer;
-  }
-  mChangedAnswer = answerOf(*trace);
-  return &mChangedAnswer;
+  const auto after = [&](const CallTrace& each) -> const IMetadata::IEntry& {
+    return entryOf(each, &ContainerTrace::after, mQuestion.tagAsInput());
+  };
+  if (!mQuestion.container.empty() && areSame(after(*trace), after(mTrace))) return mAnswer;
+  return answerOf(*trace);
 }
 
 std::string Reruns::writingStep(const std::vector<Change>& changes) {

@@ -48,7 +48,7 @@ class Reruns {
 
   /// The call's arguments, what it and the construction of its updater read, and the earlier calls
   /// on its sensor.
-  [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs; }
+  [[nodiscard]] const std::vector<Input>& inputs() const { return mInputs.inputs(); }
 
   /// The inputs that a step reads.
   [[nodiscard]] std::set<Input> readBy(std::string_view step) const;
@@ -64,8 +64,8 @@ class Reruns {
   /// The step that writes the tag last; empty if none does.
   std::string writingStep(const std::vector<Change>& changes);
 
-  /// The answer, valid until the next run; null if a scenario cannot have these changes.
-  const Json* run(const std::vector<Change>& changes);
+  /// The answer; nullopt if a scenario cannot have these changes.
+  std::optional<Json> run(const std::vector<Change>& changes);
 
  private:
   /// The state before a call.
@@ -84,8 +84,9 @@ class Reruns {
   void restore(const State& state);
   void addInputs(ReadInputs& inputs, const CallTrace& trace) const;
   void findInputs();
-  [[nodiscard]] const NSCam::IMetadata::IEntry& entryOf(
-      const CallTrace& trace, MetadataArgument ContainerTrace::*when) const;
+  static const NSCam::IMetadata::IEntry& entryOf(const CallTrace& trace,
+                                                 MetadataArgument ContainerTrace::*when,
+                                                 const Input& input);
   [[nodiscard]] Json answerOf(const CallTrace& trace) const;
   [[nodiscard]] std::vector<Write> writesOf(const CallTrace& trace) const;
   [[nodiscard]] std::size_t firstAffected(const std::vector<Change>& changes,
@@ -94,21 +95,18 @@ class Reruns {
   void runEarlierCalls(const std::vector<Change>& changes);
 
   const Question& mQuestion;
-  host::PhoneConfig mPhone;  // unchanged
   OwnUpdaters mUpdaters;
   Replay mReplay;
   bool mIsPhoneChanged = false;
 
-  std::map<int, std::vector<Input>> mReadByConstruction;  // by sensor
-  std::vector<State> mStates;                             // before each call, unchanged
-  std::vector<std::set<Input>> mReads;                    // of each earlier call
+  std::map<int, ReadInputs> mReadByConstruction;  // by sensor
+  std::vector<State> mStates;                     // before each call, unchanged
+  std::vector<std::set<Input>> mReads;            // of each earlier call
   StepFinder mFinder;
-  Call mCall;  // unchanged, with all entries
   CallTrace mTrace;
   std::map<std::uint32_t, std::uint32_t> mBurst;
   Json mAnswer;
-  Json mChangedAnswer;
-  std::vector<Input> mInputs;
+  ReadInputs mInputs;
 };
 
 }  // namespace camhook

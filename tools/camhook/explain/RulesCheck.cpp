@@ -2,6 +2,7 @@
 // exactly as many fields of the row as it needs and have other values everywhere else: a further
 // match could only help other rows.
 
+#include <algorithm>
 #include <bit>
 #include <ostream>
 
@@ -10,23 +11,22 @@
 namespace camhook {
 namespace {
 
-constexpr const char* kNever = "can never match";
-
-std::string commandOf(const Inputs& inputs) {
+std::string commandOf(const DecisionInputs& inputs) {
   std::string command = "camhook decide";
-  for (const InputField& field : inputFields()) {
+  for (const DecisionInputField& field : decisionInputFields()) {
     const Json& value = inputs[field.name];
     if (value.isNull() || value == false) continue;
     command.append(" ").append(field.option());
-    if (value != true) command.append(" ").append(inputText(field.name, value));
+    if (value != true) command.append(" ").append(decisionInputText(field.name, value));
   }
   return command;
 }
 
 /// The inputs without those that the row does not need.
-Inputs reduced(DecidingPhone& phone, const Rules& rules, std::size_t row, Inputs inputs) {
+DecisionInputs reduced(DecidingPhone& phone, const Rules& rules, std::size_t row,
+                       DecisionInputs inputs) {
   for (const RuleColumn& column : kRuleColumns) {
-    Inputs without = inputs;
+    DecisionInputs without = inputs;
     without[column.input] = nullptr;
     if (phone.rowFor(rules, without) == row) inputs = without;
   }
@@ -35,13 +35,12 @@ Inputs reduced(DecidingPhone& phone, const Rules& rules, std::size_t row, Inputs
 
 }  // namespace
 
-std::optional<Inputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::size_t row,
-                                const Inputs& given) {
-  const Rules* const lists[] = {&rules};
-  const int needed = isOfSeveral(rules[row]) ? rules[row].conditionCount : 1;
+std::optional<DecisionInputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::size_t row,
+                                        const DecisionInputs& given) {
+  const int needed = std::max(rules[row].conditionCount, 1);
   for (unsigned met = 0; met < 1U << std::size(kRuleColumns); ++met) {
     if (std::popcount(met) != needed) continue;
-    Inputs inputs = given;
+    DecisionInputs inputs = given;
     bool isPossible = true;
     for (std::size_t i = 0; i < std::size(kRuleColumns); ++i) {
       const std::string_view input = kRuleColumns[i].input;
@@ -49,8 +48,7 @@ std::optional<Inputs> witnessOf(DecidingPhone& phone, const Rules& rules, std::s
       const bool isMet = (met >> i & 1U) != 0;
       // An empty APP_TYPE matches a row without one.
       isPossible &= !isMet || !condition.isNull() || input == kAppType;
-      inputs[input] =
-          isMet ? valueMeeting(input, condition) : anotherValue(input, namedValues(input, lists));
+      inputs[input] = isMet ? valueMeeting(input, condition) : anotherValue(input);
     }
     if (isPossible && phone.rowFor(rules, inputs) == row) return reduced(phone, rules, row, inputs);
   }
@@ -63,18 +61,14 @@ int checkRules(std::ostream& out, const SensorModeTable* only) {
   std::size_t never = 0;
   for (const SensorModeTable& table : tablesOf(only)) {
     for (const RuleList& list : kRuleLists) {
-      const Inputs given = inputsOf(table.productName, list.sensor, list.video);
+      const DecisionInputs given = decisionInputsOf(table.productName, list.sensor, list.video);
       const Rules& rules = table.*list.rules;
-      if (only != nullptr) out << list.name << '\n';
       for (std::size_t row = 0; row < rules.size(); ++row, ++count) {
         const auto witness = witnessOf(phone, rules, row, given);
         never += witness ? 0 : 1;
-        if (only != nullptr) {
-          out << "  row " << row + 1 << "  " << (witness ? commandOf(*witness) : kNever) << '\n';
-        } else if (!witness) {
-          out << table.productName << ' ' << list.name << ": row " << row + 1 << ' ' << kNever
-              << '\n';
-        }
+        if (witness && only == nullptr) continue;
+        out << table.productName << ' ' << list.name << " row " << row + 1 << ": "
+            << (witness ? commandOf(*witness) : "can never match") << '\n';
       }
     }
   }

@@ -24,35 +24,29 @@ std::span<const SensorModeTable> tablesOf(const SensorModeTable* only) {
   return hesk::sensorModeTables();
 }
 
-std::vector<const Rules*> listsOf(const SensorModeTable* only) {
-  std::vector<const Rules*> lists;
-  for (const SensorModeTable& table : tablesOf(only)) {
-    for (const RuleList& list : kRuleLists) lists.push_back(&(table.*list.rules));
-  }
-  return lists;
-}
-
-/// The conditions of all rules on an input.
-static Json::List conditionsOn(std::string_view input, std::span<const Rules* const> lists) {
+/// The conditions of the rules on an input.
+static Json::List conditionsOn(std::string_view input, const SensorModeTable& table) {
   Json::List conditions;
   const auto* const column = std::ranges::find(kRuleColumns, input, &RuleColumn::input);
   if (column == std::end(kRuleColumns)) return conditions;
-  for (const Rules* rules : lists) {
-    for (const SensorModeCfg& rule : *rules) conditions.push_back(column->conditionOf(rule));
+  for (const RuleList& list : kRuleLists) {
+    for (const SensorModeCfg& rule : table.*list.rules) {
+      conditions.push_back(column->conditionOf(rule));
+    }
   }
   return conditions;
 }
 
-Json::List namedValues(std::string_view input, std::span<const Rules* const> lists) {
+Json::List namedValues(std::string_view input, const SensorModeTable* only) {
   Json::List named;
   const auto add = [&](const Json& value) {
     if (value.isNull() || value == "" || value == hesk::Override::kNoCondition) return;
     const Json meeting = valueMeeting(input, value);
     if (std::ranges::find(named, meeting) == named.end()) named.push_back(meeting);
   };
-  std::ranges::for_each(conditionsOn(input, lists), add);
-  for (const SensorModeTable& table : hesk::sensorModeTables()) {
+  for (const SensorModeTable& table : tablesOf(only)) {
     if (input == kProduct) add(table.productName);
+    std::ranges::for_each(conditionsOn(input, table), add);
   }
   for (const hesk::Override& override : hesk::overrides()) {
     if (input == kAppType) add(override.appType);
@@ -68,12 +62,9 @@ Json::List namedValues(std::string_view input, std::span<const Rules* const> lis
   return named;
 }
 
-Json anotherValue(std::string_view input, const Json::List& named) {
-  if (input == kAppType || input == kAppName) return "another";
-  // The hfps filter searches for 1 regardless of the rules, so 1 is not used.
-  std::int32_t number = 2;
-  while (std::ranges::find(named, valueMeeting(input, number)) != named.end()) ++number;
-  return valueMeeting(input, number);
+Json anotherValue(std::string_view input) {
+  const bool isText = input == kAppType || input == kAppName;
+  return isText ? Json("another") : valueMeeting(input, 1000);
 }
 
 std::string sensorModeText(std::int32_t mode) {

@@ -58,18 +58,15 @@ inline bool isOfSeveral(const SensorModeCfg& rule) { return rule.conditionCount 
 /// The value of an input that meets a condition. Rules compare the upper bound of the fps range.
 Json valueMeeting(std::string_view input, const Json& condition);
 
-/// The values of an input that these lists or the overrides contain, each once; numbers in
-/// ascending order. For the product the names of all tables; none for sizes.
-Json::List namedValues(std::string_view input, std::span<const Rules* const> lists);
-
 /// `only`; all tables if it is null.
 std::span<const SensorModeTable> tablesOf(const SensorModeTable* only);
 
-/// All lists of `only`; of all tables if it is null.
-std::vector<const Rules*> listsOf(const SensorModeTable* only);
+/// The values of an input that the rules of `tablesOf(only)` or the overrides contain, each once;
+/// numbers in ascending order. For the product the names of the tables; none for sizes.
+Json::List namedValues(std::string_view input, const SensorModeTable* only);
 
-/// A value of an input that is not in `named`.
-Json anotherValue(std::string_view input, const Json::List& named);
+/// A value of an input that no rule and no override contains.
+Json anotherValue(std::string_view input);
 
 /// "5 CUSTOM1"
 std::string sensorModeText(std::int32_t mode);

@@ -1,8 +1,8 @@
 #include "tools/camhook/explain/Why.h"
 
 #include <algorithm>
-#include <array>
 #include <set>
+#include <tuple>
 #include <utility>
 
 #include "tools/camhook/explain/Candidates.h"
@@ -15,8 +15,8 @@ namespace {
 
 using Kind = Input::Kind;
 
-constexpr std::size_t kMostOutcomes = 100;    // limit for one input
-constexpr std::size_t kMostReplays = 30'000;  // limit for pairs
+constexpr std::size_t kMaxOutcomes = 100;    // limit for one input
+constexpr std::size_t kMaxReplays = 30'000;  // limit for pairs
 
 /// Tries each candidate by itself.
 Explanation::Finding findingOf(const Input& input, const Json::List& candidates, Reruns& reruns,
@@ -25,12 +25,12 @@ Explanation::Finding findingOf(const Input& input, const Json::List& candidates,
   Json::List seen{reruns.answer()};
   for (const Json& to : candidates) {
     const std::vector<Change> changes{{input, to}};
-    const Json* const gives = reruns.run(changes);
-    if (gives == nullptr) continue;
+    const auto gives = reruns.run(changes);
+    if (!gives) continue;
     ++tried;
     if (std::ranges::find(seen, *gives) != seen.end()) continue;
     finding.affects = true;
-    if (!wanted && seen.size() > kMostOutcomes) break;
+    if (!wanted && seen.size() > kMaxOutcomes) break;
     seen.push_back(*gives);
     if (wanted && !wanted->isMetBy(*gives)) continue;
     finding.outcomes.push_back({changes, *gives});
@@ -39,25 +39,21 @@ Explanation::Finding findingOf(const Input& input, const Json::List& candidates,
   return finding;
 }
 
-/// Pairs of findings, ordered by rank: 0 if the step that wrote the tag last reads both inputs, 1
-/// if both are present, 2 for the others.
-std::vector<std::array<std::size_t, 3>> pairsOf(const Explanation& explanation,
-                                                const Reruns& reruns) {
-  const auto& writes = explanation.writes;
-  const auto& findings = explanation.findings;
+/// Pairs of indexes of findings, ordered by rank: 0 if the step that wrote the tag last reads both
+/// inputs, 1 if both are present, 2 for the others.
+std::vector<std::pair<std::size_t, std::size_t>> pairsOf(const Explanation& explanation,
+                                                         const Reruns& reruns) {
   std::set<Input> read;
-  if (!writes.empty()) read = reruns.readBy(writes.back().step.name);
-  const auto rankOf = [&](std::size_t index) -> std::size_t {
-    if (read.contains(findings[index].input)) return 0;
-    return findings[index].value.isNull() ? 2 : 1;
-  };
-  std::vector<std::array<std::size_t, 3>> pairs;
-  for (std::size_t i = 0; i < findings.size(); ++i) {
-    for (std::size_t k = i + 1; k < findings.size(); ++k) {
-      pairs.push_back({std::max(rankOf(i), rankOf(k)), i, k});
-    }
+  if (!explanation.writes.empty()) read = reruns.readBy(explanation.writes.back().step.name);
+  std::vector<int> ranks;
+  std::vector<std::pair<std::size_t, std::size_t>> pairs;
+  for (const Explanation::Finding& finding : explanation.findings) {
+    for (std::size_t i = 0; i < ranks.size(); ++i) pairs.emplace_back(i, ranks.size());
+    ranks.push_back(read.contains(finding.input) ? 0 : finding.value.isNull() ? 2 : 1);
   }
-  std::ranges::sort(pairs);
+  std::ranges::sort(pairs, {}, [&](const auto& pair) {
+    return std::tuple(std::max(ranks[pair.first], ranks[pair.second]), pair);
+  });
   return pairs;
 }
 
@@ -77,25 +73,24 @@ bool findPair(const Candidates::List& first, const Candidates::List& second, boo
 /// pair of inputs, keeps the first pair of changes that gives the wanted value.
 void findPairs(Explanation& explanation, Reruns& reruns,
                const std::vector<Candidates::List>& candidates, const Wanted& wanted) {
-  auto& found = explanation.together.emplace();
+  auto& found = explanation.pairs.emplace();
   auto pairs = pairsOf(explanation, reruns);
-  for (const auto& [rank, first, second] : pairs) {
+  for (const auto& [first, second] : pairs) {
     explanation.allPairs += candidates[first].values.size() * candidates[second].values.size();
   }
   for (const bool isLikely : {true, false}) {
     std::erase_if(pairs, [&](const auto& pair) {
-      const auto [rank, first, second] = pair;
-      const auto isMet = [&, first = first, second = second](const Json& to, const Json& other) {
-        if (explanation.triedPairs == kMostReplays) return false;
+      const auto isMet = [&](const Json& to, const Json& other) {
+        if (explanation.triedPairs == kMaxReplays) return false;
         ++explanation.triedPairs;
-        std::vector<Change> changes{{explanation.findings[first].input, to},
-                                    {explanation.findings[second].input, other}};
-        const Json* const gives = reruns.run(changes);
-        if (gives == nullptr || !wanted.isMetBy(*gives)) return false;
+        std::vector<Change> changes{{explanation.findings[pair.first].input, to},
+                                    {explanation.findings[pair.second].input, other}};
+        const auto gives = reruns.run(changes);
+        if (!gives || !wanted.isMetBy(*gives)) return false;
         found.push_back({std::move(changes), *gives});
         return true;
       };
-      return findPair(candidates[first], candidates[second], isLikely, isMet);
+      return findPair(candidates[pair.first], candidates[pair.second], isLikely, isMet);
     });
   }
 }
@@ -127,7 +122,7 @@ std::vector<Explanation::Writer> writersOf(const Question& question, const Rerun
     for (const HookAccess& read : kHookAccesses) {
       if (read.isWrite || read.hook != write.hook || read.step != write.step) continue;
       if (const auto input = inputFrom(read, question)) {
-        writer.reads.emplace_back(*input, reruns.valueOf(*input));
+        writer.reads.push_back({.input = *input, .value = reruns.valueOf(*input)});
       }
     }
   }
@@ -137,7 +132,7 @@ std::vector<Explanation::Writer> writersOf(const Question& question, const Rerun
 }  // namespace
 
 std::vector<Explanation::Outcome> Explanation::outcomes() const {
-  std::vector<Outcome> all = together.value_or(std::vector<Outcome>());
+  std::vector<Outcome> all = pairs.value_or(std::vector<Outcome>());
   for (const Finding& finding : findings) {
     all.insert(all.end(), finding.outcomes.begin(), finding.outcomes.end());
   }
@@ -190,9 +185,9 @@ void writeJson(std::ostream& out, const Question& question, const Explanation& e
     }
     document["inputs"].push_back(std::move(json));
   }
-  if (explanation.together) {
+  if (explanation.pairs) {
     document["together"] = Json::List();
-    for (const auto& [changes, gives, step] : *explanation.together) {
+    for (const auto& [changes, gives, step] : *explanation.pairs) {
       Json::List list;
       for (const auto& [input, to] : changes) {
         list.push_back(jsonFromInput(input, question));

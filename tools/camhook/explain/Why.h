@@ -11,7 +11,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "tools/camhook/explain/Input.h"
@@ -28,18 +27,18 @@ struct Explanation {
     Json gives;
     std::string step = {};  // that writes the tag last; only for an input that is absent
   };
-  /// A step of any hook that writes the tag.
-  struct Writer {
-    std::string_view hook;
-    std::string_view step;
-    std::vector<std::pair<Input, Json>> reads = {};  // with this call's values
-  };
   struct Finding {
     Input input;
     Json value;
     bool affects = false;
     // One for each distinct result; with a wanted value, only changes that give it.
     std::vector<Outcome> outcomes = {};
+  };
+  /// A step of any hook that writes the tag.
+  struct Writer {
+    std::string_view hook;
+    std::string_view step;
+    std::vector<Finding> reads = {};  // with this call's values alone
   };
 
   Json before;
@@ -51,7 +50,7 @@ struct Explanation {
   std::size_t tried = 0;                              // single changes
 
   /// Pairs of changes; nullopt if a single change gives the wanted value, or nothing is wanted.
-  std::optional<std::vector<Outcome>> together = {};
+  std::optional<std::vector<Outcome>> pairs = {};
   std::size_t triedPairs = 0;
   std::size_t allPairs = 0;
 

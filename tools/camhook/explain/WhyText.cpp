@@ -18,36 +18,24 @@
 namespace camhook {
 namespace {
 
-constexpr std::size_t kMostLetters = 40;  // approximate limit for a value's text
-constexpr std::size_t kMostShown = 4;     // limit for the outcomes of an input without --all
-
-std::string itemsText(const Json& items) {
-  if (items.size() == 1) return lineOfJson(items[0]);
-  std::string text = "[";
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    const std::string item = (i > 0 ? ", " : "") + lineOfJson(items[i]);
-    if (text.size() + item.size() > kMostLetters) {
-      return text + ", ... " + std::to_string(items.size()) + " in all]";
-    }
-    text += item;
-  }
-  return text + "]";
-}
+constexpr std::size_t kMaxLetters = 40;  // limit for a value's text
+constexpr std::size_t kMaxShown = 4;     // limit for the outcomes of an input without --all
 
 std::string valueText(const Json& value) {
   if (value.isNull()) return "absent";
-  if (const Json* items = value.find("items")) return itemsText(*items);
-  std::string text = lineOfJson(value);
-  if (text.size() > kMostLetters) text = text.substr(0, kMostLetters) + "...";
-  return text;
+  const Json* const items = value.find("items");
+  if (items == nullptr) return cutEnd(lineOfJson(value), kMaxLetters);
+  std::string text = lineOfJson(items->size() == 1 ? (*items)[0] : *items);
+  if (text.size() <= kMaxLetters) return text;
+  return cutEnd(text, kMaxLetters) + " (" + std::to_string(items->size()) + " items)";
 }
 
 /// A list in a sentence: "A, B and C", at most three.
 std::string listText(std::vector<std::string> names) {
-  constexpr std::size_t kMost = 3;
-  if (names.size() > kMost) {
-    names[kMost] = std::to_string(names.size() - kMost) + " more";
-    names.resize(kMost + 1);
+  constexpr std::size_t kMaxNames = 3;
+  if (names.size() > kMaxNames) {
+    names[kMaxNames] = std::to_string(names.size() - kMaxNames) + " more";
+    names.resize(kMaxNames + 1);
   }
   return listed(std::move(names), " and ");
 }
@@ -72,7 +60,7 @@ class Text {
     writeTitle();
     if (!mQuestion.container.empty()) writeWrites();
     writeFindings(!want.empty());
-    if (mExplanation.together) writeTogether(want);
+    if (mExplanation.pairs) writePairs(want);
   }
 
  private:
@@ -119,7 +107,7 @@ class Text {
   /// The inputs that explain the value: present inputs whose absence changes it. If there are none,
   /// present inputs with another value that changes it.
   [[nodiscard]] std::string causeText() const {
-    const Input tag{.kind = Kind::metadata, .key = mQuestion.container, .tag = mQuestion.tag};
+    const Input tag = mQuestion.tagAsInput();
     for (const int rank : {0, 1}) {
       std::vector<std::string> names;
       for (const Finding& finding : mExplanation.findings) {
@@ -171,9 +159,7 @@ class Text {
     for (const auto& [hook, step, reads] : mExplanation.writers) {
       mOut << "  " << step << " of " << hook << '\n';
       Columns rows;
-      for (const auto& [input, value] : reads) {
-        rows.add({inputText(input), mStyle.faint(valueText(value))});
-      }
+      for (const Finding& read : reads) rows.add(cellsOf(read, mStyle));
       rows.write(mOut, 4);
     }
   }
@@ -196,9 +182,7 @@ class Text {
   }
 
   void writeFinding(const Finding& finding) {
-    Columns head;
-    head.add(cellsOf(finding, mStyle));
-    head.write(mOut, 2);
+    mOut << "  " << joined(cellsOf(finding, mStyle), "  ") << '\n';
     Columns rows;
     // For an absent input, shows one outcome for each writing step and item count.
     std::set<std::pair<std::string, std::size_t>> shown;
@@ -206,7 +190,7 @@ class Text {
     for (std::size_t i = 0; i < finding.outcomes.size(); ++i) {
       const auto& [changes, gives, step] = finding.outcomes[i];
       const std::size_t kind = finding.value.isNull() ? gives["items"].size() : i;
-      if (!mAll && (shown.size() == kMostShown || !shown.emplace(step, kind).second)) {
+      if (!mAll && (shown.size() == kMaxShown || !shown.emplace(step, kind).second)) {
         ++left;
         continue;
       }
@@ -240,15 +224,15 @@ class Text {
     rows.write(mOut, 2);
   }
 
-  void writeTogether(const std::string& want) {
-    if (mExplanation.together->empty()) {
+  void writePairs(const std::string& want) {
+    if (mExplanation.pairs->empty()) {
       mOut << mStyle.alarming("no change found") << " that gives " << printable(want) << "; tried "
            << mExplanation.tried << " changes and " << mExplanation.triedPairs << " of "
            << mExplanation.allPairs << " pairs of changes\n";
       return;
     }
     mOut << mStyle.heading("pairs of changes that give this value") << '\n';
-    for (const auto& [changes, gives, step] : *mExplanation.together) {
+    for (const auto& [changes, gives, step] : *mExplanation.pairs) {
       Columns rows;
       for (const Change& change : changes) {
         rows.add({&change == &changes.front() ? "   " : "and", inputText(change.input), "\u2192",

@@ -9,17 +9,17 @@ namespace camhook {
 namespace {
 
 /// Sources of helpers that all steps use to access the platform; their functions are not steps.
-constexpr std::string_view kVocabulary[] = {"common/tags/",
-                                            "common/log/",
-                                            "common/Events.h",
-                                            "common/Product.h",
-                                            "common/updater/PlatformHandle.h",
-                                            "common/updater/StaticMetadata.h"};
+constexpr std::string_view kHelperSources[] = {"common/tags/",
+                                               "common/log/",
+                                               "common/Events.h",
+                                               "common/Product.h",
+                                               "common/updater/PlatformHandle.h",
+                                               "common/updater/StaticMetadata.h"};
 
 bool isInSteps(const Step& frame) {
   return frame.file.starts_with("common/") &&
          std::ranges::none_of(
-             kVocabulary, [&](std::string_view start) { return frame.file.starts_with(start); });
+             kHelperSources, [&](std::string_view start) { return frame.file.starts_with(start); });
 }
 
 /// A lambda, or the function that the compiler generates to call one by address.
