@@ -13,7 +13,7 @@
 #include "host/LogSink.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/run/OwnUpdaters.h"
+#include "tools/camhook/explain/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/TextTrace.h"

@@ -29,8 +29,7 @@ TEST(Camhook, RejectsInvalidCommandLines) {
       {"replay still_burst.json --call 99", "camhook: --call: no call 99: the scenario has "},
       {"replay still_burst.json --hook reslut",
        "camhook: --hook: unknown call \"reslut\"; did you mean result?\n"},
-      {"decide --product X --sensor ''",
-       "camhook: --sensor: expected a 32-bit integer, found \"\"\n"},
+      {"decide --product X --sensor ''", "camhook: --sensor: must not be empty\n"},
       {"replay still_burst.json --logs warn",
        "camhook: --logs: expected debug, info or error, found \"warn\"\n"},
       {"decide --product X --sensor 0 --call 3", "camhook: --call requires --scenario\n"},
@@ -57,9 +56,10 @@ TEST(Camhook, RejectsInvalidCommandLines) {
        "super_moon_zoom.json: unknown tag \"MTK_CONTROL_RAWTYPE\"; did you mean "
        "MTK_CONTROL_RAW_TYPE?\n"},
       {"why super_moon_zoom.json 1 out:MTK_CONTROL_RAW_TYPE",
-       "super_moon_zoom.json: the call has no container \"out\"; it has meta\n"},
+       "super_moon_zoom.json: updateRequestMeta has no container \"out\"; it has meta\n"},
       {"why super_moon_zoom.json 1 MTK_CONTROL_RAW_TYPE --want '\"x\"'",
-       "--want[0]: expected an integer of int32, -2147483648 to 2147483647, found \"x\"\n"},
+       "camhook: --want[0]: expected an integer of int32, -2147483648 to 2147483647, found "
+       "\"x\"\n"},
   };
   for (const auto& [words, message] : rows) {
     const Outcome outcome = camhookWith(words);

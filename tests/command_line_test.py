@@ -189,7 +189,7 @@ class CommandLineTest(unittest.TestCase):
     def test_rejects_pages_that_it_cannot_write(self):
         page = self.folder / "page.html"
         self.check_rejected("cannot be written: No such file", "replay", "--html", "/nowhere/page", "-", text=EMPTY)
-        self.check_rejected("must name a file", "replay", "--html", "", "-", text=EMPTY)
+        self.check_rejected("must not be empty", "replay", "--html", "", "-", text=EMPTY)
         self.check_rejected("--json excludes --html", "replay", "--html", str(page), "--json", "-", text=EMPTY)
         self.check_rejected("cannot be read", "replay", "--html", str(page), str(self.folder / "none"))
         self.assertFalse(page.exists())

@@ -13,12 +13,12 @@
 
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/explain/Input.h"
+#include "tools/camhook/explain/OwnUpdaters.h"
 #include "tools/camhook/explain/Why.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/run/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/JsonTrace.h"
 
@@ -34,9 +34,7 @@ Json explanationOf(const std::string& scenario, const std::string& call, const s
   const Question question = readQuestion(scenario, call, tag);
   std::optional<Wanted> wanted;
   if (!want.empty()) wanted.emplace(want, question);
-  std::ostringstream out;
-  writeJson(out, question, explain(question, wanted));
-  return parseJson(out.str());
+  return jsonFrom(question, explain(question, wanted));
 }
 
 Json explanationOfStored(const std::string& file, const std::string& call, const std::string& tag,

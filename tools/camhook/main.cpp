@@ -12,7 +12,6 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/camhook/commands/Commands.h"
-#include "tools/camhook/commands/Version.h"
 
 namespace {
 

@@ -46,13 +46,6 @@ CLI::Validator oneOf(std::vector<std::string> words) {
   return {check, ""};
 }
 
-CLI::Validator namesOne(const std::string& what) {
-  const auto check = [what](const std::string& name) {
-    return name.empty() ? "must name " + what : std::string();
-  };
-  return {check, ""};
-}
-
 CLI::Validator isNumber() {
   const auto check = [](const std::string& word) {
     std::int32_t number = 0;
@@ -63,18 +56,30 @@ CLI::Validator isNumber() {
 }
 
 void addCommonOptions(CLI::App& app) {
+  const CLI::Validator isNotEmpty(
+      [](const std::string& word) {
+        return word.empty() ? std::string("must not be empty") : std::string();
+      },
+      "");
   const auto choose = [](const std::string& when) {
     using enum Style::Colour;
     Style::choose(when == "auto" ? automatic : when == "always" ? always : never);
   };
   for (CLI::App* command : app.get_subcommands({})) {
-    command
-        ->add_option_function<std::string>("--color", choose,
-                                           "Colour the output: auto (on a terminal), always, never")
-        ->check(oneOf({"auto", "always", "never"}))
-        ->type_name("WHEN")
-        ->group("Messages and colour");
-    if (command->get_name() == "rules" || command->get_name() == "tags") continue;
+    for (CLI::Option* option : command->get_options()) {
+      if (option->get_type_size() != 0) option->check(isNotEmpty);
+    }
+    const std::string& name = command->get_name();
+    if (name == "reference") continue;
+    if (name != "scenario") {
+      command
+          ->add_option_function<std::string>(
+              "--color", choose, "Colour the output: auto (on a terminal), always, never")
+          ->check(oneOf({"auto", "always", "never"}))
+          ->type_name("WHEN")
+          ->group("Messages and colour");
+    }
+    if (name == "rules" || name == "tags") continue;
     command
         ->add_flag_callback(
             "--no-warnings", [] { warningsAreShown = false; }, "Print no warnings about the input")
@@ -91,9 +96,9 @@ void warn(const Faults& warnings, const std::string& file) {
 }
 
 std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {
-  if (option->get_type_size() == 0) return "";
   const bool isList = option->get_expected_max() == CLI::detail::expected_max_vector_size;
-  return ' ' + option->get_type_name() + (isList && option->get_positional() ? " ..." : "");
+  if (option->get_positional()) return isList ? " ..." : "";
+  return option->get_type_size() == 0 ? "" : ' ' + option->get_type_name();
 }
 
 std::string problemOf(const CLI::App& app, const CLI::ParseError& error) {
@@ -103,7 +108,11 @@ std::string problemOf(const CLI::App& app, const CLI::ParseError& error) {
       std::ranges::find_if(extra, [](const auto& word) { return word.starts_with('-'); });
   if (option != extra.end()) {
     const CLI::App& owner = commands.empty() ? app : *commands.front();
-    return "unknown option " + printable(*option) + nearest(*option, optionNames(owner));
+    const std::vector<std::string> names = optionNames(owner);
+    if (std::ranges::find(names, *option) != names.end()) {
+      return printable(*option) + " must follow the command";
+    }
+    return "unknown option " + printable(*option) + nearest(*option, names);
   }
   if (!extra.empty()) {
     const std::string word = jsonText(extra.front());

@@ -14,13 +14,11 @@ namespace camhook {
 /// Accepts one of these words.
 CLI::Validator oneOf(std::vector<std::string> words);
 
-/// Accepts any text except the empty one. `what` is named in the message: "a file".
-CLI::Validator namesOne(const std::string& what);
-
 /// Accepts a 32-bit integer.
 CLI::Validator isNumber();
 
-/// Adds --color to every command, and --no-warnings to those that read a scenario or dumps.
+/// Adds --color and --no-warnings to the commands that use them, and rejects empty values of all
+/// options.
 void addCommonOptions(CLI::App& app);
 
 /// Prints lines to standard error unless --no-warnings is given.

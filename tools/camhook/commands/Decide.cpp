@@ -2,24 +2,17 @@
 
 #include <iostream>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
-#include <vector>
 
-#include "tools/camhook/explain/ChangedScenario.h"
 #include "tools/camhook/explain/Decision.h"
+#include "tools/camhook/explain/OwnUpdaters.h"
 #include "tools/camhook/explain/Why.h"
-#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
-#include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/input/WholeNumber.h"
-#include "tools/camhook/run/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/TraceFilter.h"
-#include "tools/camhook/show/SensorModeName.h"
 #include "tools/camhook/show/Terminal.h"
 
 namespace camhook {
@@ -43,6 +36,7 @@ const DecisionInputs& inputsOfOptions(const DecideArguments& arguments) {
 DecisionInputs inputsOfScenario(const DecideArguments& arguments) {
   return readFile(arguments.scenario, [&](const std::string& text) {
     Scenario scenario = readScenario(text);
+    warn(scenario.warnings, arguments.scenario);
     const std::size_t index =
         callFromText(arguments.call, scenario.calls.size(),
                      [&](std::size_t each) { return scenario.calls[each].call; });
@@ -57,17 +51,6 @@ DecisionInputs inputsOfScenario(const DecideArguments& arguments) {
     throw InputError("call " + std::to_string(index + 1) + " is not a " +
                      std::string(DecideSensorScenario::kName) + " call");
   });
-}
-
-std::int32_t sensorModeFrom(const std::string& text) {
-  const auto number = wholeNumber<std::int32_t>(text);
-  std::vector<std::string> valid;
-  for (const SensorMode& mode : kSensorModes) {
-    if (number ? number == mode.number : text == mode.name) return mode.number;
-    valid.push_back(sensorModeText(mode.number));
-  }
-  throw InputError("camhook: --want: unknown sensor mode " + jsonText(text) +
-                   "; valid: " + joined(valid, ", "));
 }
 
 /// The decision as the only call of a scenario, so that `explain` can search. Product, sensor and
@@ -92,67 +75,26 @@ Question questionOf(const DecisionInputs& inputs) {
   return question;
 }
 
-DecisionInputs changedInputs(const Question& question, const std::vector<Change>& changes) {
-  host::Phone phone(question.scenario.platform);
-  setTexts(phone, changes);
-  const Call call = changedCall(question, question.askedCall(), changes);
-  return decisionInputsOf(std::get<DecideSensorScenario>(call));
-}
-
-/// The member "want" of the document: changes of one or two inputs that give the mode.
-Json wantedJson(const DecisionInputs& inputs, std::int32_t mode) {
-  const Question question = questionOf(inputs);
-  const Explanation explanation = explain(question, Wanted(std::to_string(mode), question));
-  std::vector<Explanation::Outcome> outcomes = explanation.outcomes();
-  if (explanation.after == mode) outcomes = {{.changes = {}, .gives = mode}};
-  const DecisionInputs unchanged = changedInputs(question, {});
-  Json::List found;
-  for (const Explanation::Outcome& outcome : outcomes) {
-    const DecisionInputs changed = changedInputs(question, outcome.changes);
-    DecisionInputs wanted = inputs;
-    Json changes = Json::Object();
-    for (const auto& [name, value] : changed.members()) {
-      // Compared with `unchanged`, since an absent size is 0 x 0 in a call.
-      if (value != unchanged[name]) changes[name] = wanted[name] = value;
-    }
-    const Json decision = DecidingPhone().explain(wanted);
-    if (decision["scenario"] != mode) continue;
-    found.push_back({{"changes", changes}, {"decidedBy", decision["decidedBy"]["text"]}});
-  }
-  return {{"scenario", mode}, {"smallest", std::move(found)}};
-}
-
-void writeWanted(std::ostream& out, const Json& decision, Style style) {
-  const Json& wanted = decision["want"];
-  out << style.heading("wanted") << "  "
-      << sensorModeText(*wanted["scenario"].integer<std::int32_t>()) << '\n';
-  if (wanted["smallest"].size() == 0) out << "  no change of one or two inputs gives it\n";
-  for (const Json& found : wanted["smallest"].items()) {
-    std::vector<std::string> changes;
-    for (const auto& [name, value] : found["changes"].members()) {
-      changes.push_back(name + " " + decisionInputText(name, decision["inputs"][name]) +
-                        " \u2192 " + decisionInputText(name, value));
-    }
-    out << "  " << (changes.empty() ? "no change is needed" : printable(joined(changes, ", and ")))
-        << "  " << style.faint(found["decidedBy"].text()) << '\n';
-  }
-}
-
 int runDecide(const DecideArguments& arguments) {
-  std::optional<std::int32_t> wanted;
-  if (!arguments.want.empty()) wanted = sensorModeFrom(arguments.want);
   const DecisionInputs inputs =
       arguments.scenario.empty() ? inputsOfOptions(arguments) : inputsOfScenario(arguments);
+  const Style style = Style::forStandardOutput();
   Json decision = DecidingPhone().explain(inputs);
-  if (wanted) decision["want"] = wantedJson(inputs, *wanted);
+  if (arguments.want.empty()) {
+    arguments.json ? writeJson(std::cout, decision) : writeDecision(std::cout, decision, style);
+    return 0;
+  }
+  const Question question = questionOf(inputs);
+  const Wanted wanted(arguments.want, question);
+  const Explanation explanation = explain(question, wanted);
   if (arguments.json) {
+    decision["want"] = jsonFrom(question, explanation);
     writeJson(std::cout, decision);
   } else {
-    const Style style = Style::forStandardOutput();
     writeDecision(std::cout, decision, style);
-    if (wanted) writeWanted(std::cout, decision, style);
+    writeWanted(std::cout, question, explanation, arguments.want, style);
   }
-  return wanted && decision["want"]["smallest"].size() == 0 ? 1 : 0;
+  return explanation.isUnmet() ? 1 : 0;
 }
 
 }  // namespace

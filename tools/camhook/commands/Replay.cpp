@@ -146,7 +146,6 @@ void addReplay(CLI::App& app, int& status) {
       command
           ->add_option("--html", options->page,
                        "Write the trace as a page for any browser; - is standard output")
-          ->check(namesOne("a file"))
           ->type_name("PAGE")
           ->excludes(json);
   CLI::Option* steps =

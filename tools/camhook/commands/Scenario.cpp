@@ -87,7 +87,6 @@ void addScenario(CLI::App& app, int& status) {
                    "Dumps, bug reports or logs; each dump becomes a call; - is standard input")
       ->required();
   command->add_option("-o", arguments->output, "Write the scenario to this file")
-      ->check(namesOne("a file"))
       ->type_name("FILE");
   std::vector<std::string> hooks;
   for (const DumpHook& hook : dumpHooks()) hooks.emplace_back(hook.word);

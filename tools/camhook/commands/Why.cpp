@@ -5,7 +5,7 @@
 
 #include "tools/camhook/commands/Commands.h"
 #include "tools/camhook/explain/Why.h"
-#include "tools/camhook/input/Json.h"
+#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/show/Terminal.h"
 
 namespace camhook {
@@ -29,12 +29,12 @@ int why(const WhyArguments& arguments) {
   if (!arguments.want.empty()) wanted.emplace(arguments.want, question);
   const Explanation explanation = explain(question, wanted);
   if (arguments.json) {
-    writeJson(std::cout, question, explanation);
+    writeJson(std::cout, jsonFrom(question, explanation));
   } else {
     writeText(std::cout, question, explanation, arguments.want, arguments.all,
               Style::forStandardOutput());
   }
-  return explanation.pairs && explanation.pairs->empty() ? 1 : 0;
+  return explanation.isUnmet() ? 1 : 0;
 }
 
 }  // namespace

@@ -4,10 +4,10 @@
 #include <regex>
 #include <variant>
 
+#include "tools/camhook/explain/OwnUpdaters.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
-#include "tools/camhook/run/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 
 namespace camhook {

@@ -41,10 +41,10 @@ std::string containerFrom(const std::string& text, const Call& call) {
   for (const char* name : kContainers) {
     if (containerOf(call, name) != nullptr) names.emplace_back(name);
   }
-  if (names.empty()) throw InputError("the call has no container");
+  if (names.empty()) throw InputError(std::string(nameOf(call)) + " has no container; use return");
   if (text.empty()) return names.back();
   if (std::ranges::find(names, text) != names.end()) return text;
-  throw InputError("the call has no container " + jsonText(text) + "; it has " +
+  throw InputError(std::string(nameOf(call)) + " has no container " + jsonText(text) + "; it has " +
                    joined(names, ", "));
 }
 

@@ -137,10 +137,9 @@ Json Reruns::answerOf(const CallTrace& trace) const {
 
 std::vector<Reruns::Write> Reruns::writesOf(const CallTrace& trace) const {
   std::vector<Write> writes;
-  for (const auto& [access, container, step] : *trace.accesses) {
-    const auto* write = std::get_if<host::MetadataWrite>(&access);
-    if (write == nullptr || container.empty() || container != mQuestion.container) continue;
-    if (write->tag == mQuestion.tag) writes.push_back({jsonFromEntry(write->entry), step});
+  if (mQuestion.container.empty()) return writes;
+  for (const auto& [entry, step] : camhook::writesOf(trace, mQuestion.container, mQuestion.tag)) {
+    writes.push_back({jsonFromEntry(entry), step});
   }
   return writes;
 }

@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "tools/camhook/explain/Input.h"
+#include "tools/camhook/explain/OwnUpdaters.h"
 #include "tools/camhook/explain/ReadInputs.h"
-#include "tools/camhook/run/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 
 namespace camhook {

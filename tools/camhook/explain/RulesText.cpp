@@ -31,7 +31,7 @@ void writeRules(std::ostream& out, const Rules& rules, Style style) {
       return isOfSeveral(rule) ? std::to_string(rule.conditionCount) : "";
     });
   }
-  addColumn("scenario", [](const auto& rule) { return sensorModeText(rule.sensorMode); });
+  addColumn("mode", [](const auto& rule) { return sensorModeText(rule.sensorMode); });
   Columns columns;
   for (auto& line : lines) columns.add(std::move(line));
   columns.write(out, 4);
@@ -71,7 +71,7 @@ void writeRulesText(std::ostream& out, const SensorModeTable* only, Style style)
     out << '\n';
   }
   Columns overrides;
-  overrides.add({style.faint("override"), style.faint("when"), style.faint("scenario")});
+  overrides.add({style.faint("override"), style.faint("when"), style.faint("mode")});
   std::size_t number = 0;
   for (const hesk::Override& override : hesk::overrides()) {
     overrides.add({std::to_string(++number), override.when, sensorModeText(override.scenario)});
@@ -81,7 +81,7 @@ void writeRulesText(std::ostream& out, const SensorModeTable* only, Style style)
 }
 
 void writeRulesMarkdown(std::ostream& out) {
-  out << "# Rules of sensor scenarios\n\n"
+  out << "# Sensor mode rules\n\n"
          "The rules that select the sensor mode of each product. Written by `./camhook "
          "reference`.\n\n"
          "A row matches if these inputs have the values in its columns:\n\n"

@@ -2,18 +2,38 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <regex>
+#include <variant>
 #include <vector>
 
+#include "tools/camhook/explain/SensorModeRules.h"
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/TagCatalogue.h"
+#include "tools/camhook/input/WholeNumber.h"
+#include "tools/camhook/show/SensorModeName.h"
 
 namespace camhook {
 namespace {
 
+std::int32_t sensorModeFrom(const std::string& text) {
+  const auto number = wholeNumber<std::int32_t>(text);
+  std::vector<std::string> valid;
+  for (const SensorMode& mode : kSensorModes) {
+    if (number ? number == mode.number : text == mode.name) return mode.number;
+    valid.push_back(sensorModeText(mode.number));
+  }
+  throw InputError("camhook: --want: unknown sensor mode " + jsonText(text) +
+                   "; valid: " + joined(valid, ", "));
+}
+
 /// The value as JSON, with null for each `_`.
 Json jsonFrom(const std::string& text) {
+  static const std::regex name("[A-Za-z]\\w*");
+  const bool isWord = text == "null" || text == "true" || text == "false";
+  if (!isWord && std::regex_match(text, name)) return text;
   std::string json;
   bool isInText = false;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -42,8 +62,12 @@ void checkCount(const Json& items, const TagDescription& tag) {
 
 }  // namespace
 
-Wanted::Wanted(const std::string& text, const Question& question) : mValue(jsonFrom(text)) {
-  if (question.container.empty() || (mValue.isNull() && text != "_")) return;
+Wanted::Wanted(const std::string& text, const Question& question) {
+  const bool isReturn = question.container.empty();
+  const bool isMode =
+      isReturn && std::holds_alternative<DecideSensorScenario>(question.askedCall());
+  mValue = isMode ? Json(sensorModeFrom(text)) : jsonFrom(text);
+  if (isReturn || (mValue.isNull() && text != "_")) return;
   if (!mValue.isList() && !mValue.isObject()) mValue = Json(Json::List(1, mValue));
   std::vector<std::size_t> anyItems;
   Json& items = mValue.isObject() ? mValue["items"] : mValue;
@@ -55,7 +79,7 @@ Wanted::Wanted(const std::string& text, const Question& question) : mValue(jsonF
       items[i] = 0;
     }
   }
-  mValue = jsonFromEntry(entryFromJson(question.tag, mValue, "--want"));
+  mValue = jsonFromEntry(entryFromJson(question.tag, mValue, "camhook: --want"));
   for (const std::size_t i : anyItems) {
     if (i < mValue["items"].size()) mValue["items"][i] = nullptr;
   }

@@ -10,7 +10,8 @@ namespace camhook {
 
 class Wanted {
  public:
-  /// Reads a value in the format of a scenario; null means absent, and `_` means any item. Throws
+  /// Reads a value in the format of a scenario, also a bare name; null means absent, and `_` means
+  /// any item. The return value of a decision is a sensor mode, by number or name. Throws
   /// InputError.
   Wanted(const std::string& text, const Question& question);
 

@@ -7,7 +7,6 @@
 
 #include "tools/camhook/explain/Candidates.h"
 #include "tools/camhook/explain/HookSteps.h"
-#include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/MetadataJson.h"
 
 namespace camhook {
@@ -30,6 +29,7 @@ Explanation::Finding findingOf(const Input& input, const Json::List& candidates,
     ++tried;
     if (std::ranges::find(seen, *gives) != seen.end()) continue;
     finding.affects = true;
+    finding.affectsIfAbsent |= to.isNull();
     if (!wanted && seen.size() > kMaxOutcomes) break;
     seen.push_back(*gives);
     if (wanted && !wanted->isMetBy(*gives)) continue;
@@ -131,14 +131,6 @@ std::vector<Explanation::Writer> writersOf(const Question& question, const Rerun
 
 }  // namespace
 
-std::vector<Explanation::Outcome> Explanation::outcomes() const {
-  std::vector<Outcome> all = pairs.value_or(std::vector<Outcome>());
-  for (const Finding& finding : findings) {
-    all.insert(all.end(), finding.outcomes.begin(), finding.outcomes.end());
-  }
-  return all;
-}
-
 Explanation explain(const Question& question, const std::optional<Wanted>& wanted) {
   Reruns reruns(question);
   const Candidates candidates(question, wanted ? wanted->value() : Json());
@@ -154,13 +146,15 @@ Explanation explain(const Question& question, const std::optional<Wanted>& wante
     explanation.findings.push_back(
         findingOf(input, lists.back().values, reruns, wanted, explanation.tried));
   }
-  if (wanted && !wanted->isMetBy(explanation.after) && explanation.outcomes().empty()) {
+  const auto hasNone = [](const auto& finding) { return finding.outcomes.empty(); };
+  if (wanted && !wanted->isMetBy(explanation.after) &&
+      std::ranges::all_of(explanation.findings, hasNone)) {
     findPairs(explanation, reruns, lists, *wanted);
   }
   return explanation;
 }
 
-void writeJson(std::ostream& out, const Question& question, const Explanation& explanation) {
+Json jsonFrom(const Question& question, const Explanation& explanation) {
   const bool isReturn = question.container.empty();
   Json document{{"call", question.call + 1},
                 {"hook", nameOf(question.askedCall())},
@@ -175,7 +169,7 @@ void writeJson(std::ostream& out, const Question& question, const Explanation& e
     document["writes"].push_back(
         {{"value", value}, {"step", step.name}, {"file", step.file}, {"line", step.line}});
   }
-  for (const auto& [input, value, affects, outcomes] : explanation.findings) {
+  for (const auto& [input, value, affects, affectsIfAbsent, outcomes] : explanation.findings) {
     Json json = jsonFromInput(input, question);
     json["value"] = value;
     json["counts"] = affects;
@@ -196,7 +190,7 @@ void writeJson(std::ostream& out, const Question& question, const Explanation& e
       document["together"].push_back({{"changes", std::move(list)}, {"gives", gives}});
     }
   }
-  writeJson(out, document);
+  return document;
 }
 
 }  // namespace camhook

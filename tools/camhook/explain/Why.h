@@ -31,6 +31,7 @@ struct Explanation {
     Input input;
     Json value;
     bool affects = false;
+    bool affectsIfAbsent = false;
     // One for each distinct result; with a wanted value, only changes that give it.
     std::vector<Outcome> outcomes = {};
   };
@@ -54,18 +55,23 @@ struct Explanation {
   std::size_t triedPairs = 0;
   std::size_t allPairs = 0;
 
-  /// All outcomes: of single changes, or else of pairs.
-  [[nodiscard]] std::vector<Outcome> outcomes() const;
+  /// True if no change gives the wanted value.
+  [[nodiscard]] bool isUnmet() const { return pairs && pairs->empty(); }
 };
 
 /// With `wanted`, outcomes are changes that give this value.
 Explanation explain(const Question& question, const std::optional<Wanted>& wanted);
 
-void writeJson(std::ostream& out, const Question& question, const Explanation& explanation);
+/// The document of `why --json`.
+Json jsonFrom(const Question& question, const Explanation& explanation);
 
 /// `want` is the text of the wanted value; empty if there is none. With `all`, lists every outcome
 /// and the inputs without effect.
 void writeText(std::ostream& out, const Question& question, const Explanation& explanation,
                const std::string& want, bool all, Style style);
+
+/// Writes only the changes that give the wanted value.
+void writeWanted(std::ostream& out, const Question& question, const Explanation& explanation,
+                 const std::string& want, Style style);
 
 }  // namespace camhook

@@ -9,6 +9,7 @@
 
 #include "common/tags/Tags.h"
 
+#include "tools/camhook/explain/SensorModeRules.h"
 #include "tools/camhook/explain/Why.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/JsonLine.h"
@@ -43,11 +44,11 @@ std::string listText(std::vector<std::string> names) {
 using Kind = Input::Kind;
 using Finding = Explanation::Finding;
 
-/// Order of the text: 0 for a present input whose absence changes the tag, 1
-/// for another present one, 2 for an absent one.
+/// Order of the text: 0 for a present input whose absence changes the tag, 1 for another present
+/// one, 2 for an absent one.
 int rankOf(const Finding& finding) {
   if (finding.value.isNull()) return 2;
-  return !finding.outcomes.empty() && finding.outcomes[0].changes[0].to.isNull() ? 0 : 1;
+  return finding.affectsIfAbsent ? 0 : 1;
 }
 
 class Text {
@@ -59,7 +60,11 @@ class Text {
   void write(const std::string& want) {
     writeTitle();
     if (!mQuestion.container.empty()) writeWrites();
-    writeFindings(!want.empty());
+    want.empty() ? writeFindings(false) : writeWanted(want);
+  }
+
+  void writeWanted(const std::string& want) {
+    writeFindings(true);
     if (mExplanation.pairs) writePairs(want);
   }
 
@@ -74,6 +79,13 @@ class Text {
     text.append(" ").append(printable(json["key"].text()));
     if (input.kind == Kind::statics) text += " of device " + std::to_string(input.number);
     return text;
+  }
+
+  /// The tag's value or the return value; a sensor mode with its name.
+  [[nodiscard]] std::string answerText(const Json& value) const {
+    const bool isMode = mQuestion.container.empty() &&
+                        std::holds_alternative<DecideSensorScenario>(mQuestion.askedCall());
+    return isMode ? sensorModeText(*value.integer<std::int32_t>()) : valueText(value);
   }
 
   static std::string toText(const Change& change) {
@@ -115,14 +127,14 @@ class Text {
         names.push_back(joined(cellsOf(finding, Style(false)), " "));
       }
       if (names.empty()) continue;
-      return (rank == 0 ? ", because of " : ", depending on ") + listText(std::move(names));
+      return (rank == 0 ? ", because of " : "; the value depends on ") + listText(std::move(names));
     }
     return {};
   }
 
   /// The answer in one sentence.
-  [[nodiscard]] std::string answerText() const {
-    const std::string value = " is " + valueText(mExplanation.after);
+  [[nodiscard]] std::string sentence() const {
+    const std::string value = " is " + answerText(mExplanation.after);
     if (mQuestion.container.empty()) return "The return value" + value + causeText();
     std::string text = tagText(mQuestion.tag) + value + ": ";
     if (mExplanation.writes.empty()) {
@@ -137,7 +149,7 @@ class Text {
 
   void writeTitle() {
     const bool isTag = !mQuestion.container.empty();
-    mOut << mStyle.title(answerText()) << "\n  ";
+    mOut << mStyle.title(sentence()) << "\n  ";
     if (isTag) mOut << mQuestion.container << " of ";
     mOut << "call " << mQuestion.call + 1 << ", " << nameOf(mQuestion.askedCall());
     if (const auto sensor = sensorOf(mQuestion.askedCall())) mOut << ", sensor " << *sensor;
@@ -194,7 +206,7 @@ class Text {
         ++left;
         continue;
       }
-      rows.add({toText(changes[0]), "\u2192", mStyle.fresh(valueText(gives))});
+      rows.add({toText(changes[0]), "\u2192", mStyle.fresh(answerText(gives))});
     }
     if (left > 0) {
       rows.add({mStyle.faint("and " + std::to_string(left) + " other outcomes (--all)")});
@@ -215,9 +227,10 @@ class Text {
            << '\n';
     }
     for (const Finding* finding : shown) writeFinding(*finding);
+    if (isWanted && shown.empty() && !mExplanation.pairs) mOut << "no change is needed\n";
     if (isWanted || rest.empty()) return;
-    mOut << mStyle.heading("no effect alone") << "  " << rest.size() << " inputs"
-         << (mAll ? "" : " (--all)") << '\n';
+    mOut << mStyle.heading("no effect alone") << "  " << rest.size() << " of "
+         << shown.size() + rest.size() << " inputs" << (mAll ? "" : " (--all lists them)") << '\n';
     if (!mAll) return;
     Columns rows;
     for (const Finding* finding : rest) rows.add(cellsOf(*finding, mStyle));
@@ -259,6 +272,11 @@ class Text {
 void writeText(std::ostream& out, const Question& question, const Explanation& explanation,
                const std::string& want, bool all, Style style) {
   Text(out, question, explanation, all, style).write(want);
+}
+
+void writeWanted(std::ostream& out, const Question& question, const Explanation& explanation,
+                 const std::string& want, Style style) {
+  Text(out, question, explanation, false, style).writeWanted(want);
 }
 
 }  // namespace camhook

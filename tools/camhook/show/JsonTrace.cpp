@@ -31,7 +31,7 @@ Json jsonFromRecord(const host::LogRecord& record) {
 }
 
 /// The writes to the call's containers.
-Json writesOf(const std::vector<StepAccess>& accesses) {
+Json jsonFromWrites(const std::vector<StepAccess>& accesses) {
   Json::List list;
   for (const auto& [access, container, step] : accesses) {
     const auto* write = std::get_if<host::MetadataWrite>(&access);
@@ -89,7 +89,7 @@ Json jsonFromTrace(const CallTrace& trace) {
   Json::List records;
   for (const host::LogRecord& record : trace.logs) records.push_back(jsonFromRecord(record));
   json["logs"] = std::move(records);
-  if (trace.accesses) json["writes"] = writesOf(*trace.accesses);
+  if (trace.accesses) json["writes"] = jsonFromWrites(*trace.accesses);
   return json;
 }
 
