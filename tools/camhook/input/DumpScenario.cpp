@@ -87,7 +87,7 @@ std::vector<std::string> linesOf(const std::vector<const DumpFile*>& files) {
   for (const auto& [text, repeated] : notes) {
     const std::string more =
         repeated > 0 ? " (" + counted(repeated, "more time)", "more times)") : "";
-    lines.push_back(cutEnd(text, Faults::kMostColumns - columnsOf(more)) + more);
+    lines.push_back(printable(text, Faults::kMostColumns - more.size()) + more);
   }
   return lines;
 }

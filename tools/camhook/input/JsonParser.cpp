@@ -13,22 +13,6 @@ namespace {
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 constexpr std::size_t kDeepestNesting = 100;
 
-/// The offset of the first byte that is zero or not UTF-8; the size if there is none.
-std::size_t findInvalidByte(std::string_view text) {
-  std::size_t at = 0;
-  while (at < text.size()) {
-    const auto byte = static_cast<unsigned char>(text[at]);
-    if (byte > 0 && byte < 0x80) {
-      ++at;
-      continue;
-    }
-    const CodePoint letter = firstCodePoint(text.substr(at));
-    if (!letter.isValid || letter.value == 0) break;
-    at += letter.length;
-  }
-  return at;
-}
-
 /// Builds values from the parser's events.
 class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> {
  public:
@@ -176,15 +160,15 @@ rapidjson::StringStream streamAt(const std::string& text, std::size_t offset) {
 }  // namespace
 
 std::optional<Json> parseDocument(const std::string& text, Faults& faults, const UseItem& useItem) {
-  if (const std::size_t invalid = findInvalidByte(text); invalid < text.size()) {
-    const char* const problem = text[invalid] == '\0' ? "a zero byte" : "a byte that is not UTF-8";
-    faults.add(faultAt(text, invalid, "", std::string("not JSON: ") + problem));
+  if (const std::size_t zero = text.find('\0'); zero != std::string::npos) {
+    faults.add(faultAt(text, zero, "", "not JSON: a zero byte"));
     return {};
   }
   const std::size_t begin = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
   rapidjson::StringStream stream = streamAt(text, begin);
   Builder builder(stream, useItem);
-  const rapidjson::ParseResult result = rapidjson::Reader().Parse<kFlags>(stream, builder);
+  const rapidjson::ParseResult result =
+      rapidjson::Reader().Parse<kFlags | rapidjson::kParseValidateEncodingFlag>(stream, builder);
   if (!result.IsError()) return builder.take();
   const auto code = result.Code();
   std::string problem = std::string("not JSON: ") + rapidjson::GetParseError_En(code);

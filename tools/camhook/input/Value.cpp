@@ -31,8 +31,9 @@ std::optional<std::string> findIn(const Json& value, const void* wanted) {
     }
   } else if (value.isObject()) {
     for (const auto& [key, member] : value.members()) {
-      if (&key == wanted) return printable(key);
-      if (auto found = findItem(printable(key), member)) return found;
+      const std::string step = printable(key);
+      if (&key == wanted) return step;
+      if (auto found = findItem(step, member)) return found;
     }
   }
   return {};
@@ -43,14 +44,14 @@ std::optional<std::string> findIn(const Json& value, const void* wanted) {
 Fault Located::faultAt(std::string problem, std::string_view key) const {
   std::string place = mSource->call ? "calls[" + std::to_string(*mSource->call) + ']' : "";
   place = joinPlaces(std::move(place), findIn(mSource->root, mPlace).value_or(""));
-  place = joinPlaces(std::move(place), printable(key));
+  place = joinPlaces(std::move(place), key);
   if (mSource->text == nullptr) return {.place = std::move(place), .problem = std::move(problem)};
   return camhook::faultAt(*mSource->text, mOffset, std::move(place), std::move(problem));
 }
 
 std::string Value::shown() const {
   constexpr std::size_t kMostColumns = 40;
-  if (mJson->isText()) return '"' + cutEnd(printable(mJson->text()), kMostColumns) + '"';
+  if (mJson->isText()) return '"' + printable(mJson->text(), kMostColumns) + '"';
   if (mJson->isList()) return "a list of " + std::to_string(mJson->size());
   return mJson->isObject() ? "an object" : lineOfJson(*mJson);
 }
