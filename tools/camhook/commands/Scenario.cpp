@@ -70,9 +70,16 @@ int scenario(const ScenarioArguments& arguments) {
   for (const std::string& file : arguments.files) files.push_back(readDumps(file));
   if (!arguments.statics.empty()) options.statics = readDumps(arguments.statics);
 
-  const DumpScenario made = scenarioOfDumps(std::move(files), options);
-  for (const std::string& note : made.notes) warn(note);
-  writeFile(arguments.output, [&](std::ostream& out) { writeJson(out, made.scenario); });
+  const Json made = scenarioOfDumps(files, options);
+  for (const DumpFile& file : files) {
+    warn(file.found.warnings, file.name);
+    if (hasStatics(file)) {
+      warn(nameOfInput(file.name) + ": warning: a dump contains static metadata; use --static");
+    }
+  }
+  if (options.statics) warn(options.statics->found.warnings, options.statics->name);
+  warn(printable(made["about"].text()));
+  writeFile(arguments.output, [&](std::ostream& out) { writeJson(out, made); });
   return 0;
 }
 

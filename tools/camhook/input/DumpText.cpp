@@ -50,11 +50,10 @@ class DumpFinder {
     }
     while (!mOpen.empty()) close(mOpen.front());
     if (mOlder > 0) {
-      note(mOlderLine, DumpNote::Kind::leftOut,
+      warn(mOlderLine, "",
            "ignored " + std::to_string(mOlder) +
                " entries after the end of a dump (left by an older dump)");
     }
-    std::ranges::stable_sort(mFound.notes, {}, &DumpNote::line);
     return std::move(mFound);
   }
 
@@ -74,8 +73,9 @@ class DumpFinder {
   [[nodiscard]] std::string_view sourceOf(std::string_view line) const {
     return mHeader.empty() ? afterTime(line) : mHeader;
   }
-  void note(std::size_t line, DumpNote::Kind kind, std::string text) {
-    mFound.notes.push_back({line, kind, std::move(text)});
+  void warn(std::size_t line, std::string entry, std::string problem) {
+    mFound.warnings.add(
+        {.line = line, .column = 1, .place = std::move(entry), .problem = std::move(problem)});
   }
 
   void onLine(std::string_view line) {
@@ -108,7 +108,7 @@ class DumpFinder {
     const std::size_t slash = counts.find(" / ");
     const auto announced = wholeNumber<std::size_t>(counts.substr(0, slash));
     if (!announced || slash == std::string_view::npos) {
-      note(mLine, DumpNote::Kind::incomplete, "the dump's first line has no entry count");
+      warn(mLine, "", "the dump's first line has no entry count");
       return;
     }
     open(source, *announced);
@@ -118,7 +118,7 @@ class DumpFinder {
   void onHead(const DumpHead& head, std::string_view line) {
     Open* dump = openFor(line);
     if (dump == nullptr && mFound.dumps.empty()) {
-      note(mLine, DumpNote::Kind::incomplete, "the text begins within a dump");
+      warn(mLine, "", "the text begins within a dump");
       open("", std::numeric_limits<std::size_t>::max());
       dump = &mOpen.back();
     }
@@ -163,7 +163,7 @@ class DumpFinder {
     finishEntry(dump, isCutOff);
     constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
     if (isCutOff && dump.announced != kUnknown) {
-      note(mFound.dumps[dump.index].line, DumpNote::Kind::incomplete,
+      warn(mFound.dumps[dump.index].line, "",
            "the dump is cut off: " + std::to_string(dump.begun) + " of " +
                std::to_string(dump.announced) + " entries");
     }
@@ -175,15 +175,15 @@ class DumpFinder {
     const DumpEntry& entry = *dump.entry;
     Dump& found = mFound.dumps[dump.index];
     try {
-      auto taken = entry.take(isCutOff);
+      auto read = entry.metadataEntry(isCutOff);
       if (!dump.tags.insert(entry.tag()).second) throw InputError("duplicate tag");
-      const std::string doubt = entry.doubt(taken);
-      if (!doubt.empty()) note(dump.entryLine, DumpNote::Kind::doubtful, entry.title() + doubt);
-      found.entries.push_back(std::move(taken));
+      std::string problem = entry.warning(read);
+      if (!problem.empty()) warn(dump.entryLine, entry.title(), std::move(problem));
+      found.entries.push_back(std::move(read));
     } catch (const InputError& error) {
       const std::string problem = error.what();
       if (found.problem.empty()) found.problem = entry.title() + ": " + problem;
-      note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " skipped: " + problem);
+      warn(dump.entryLine, entry.title(), "skipped: " + problem);
     }
     dump.entry.reset();
   }

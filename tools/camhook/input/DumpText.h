@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/IMetadata.h"
+#include "tools/camhook/input/InputError.h"
 
 namespace camhook {
 
@@ -18,18 +19,9 @@ struct Dump {
   std::string problem = {};  // of the first entry that is left out; empty if all are read
 };
 
-/// A note about an entry or a dump.
-struct DumpNote {
-  enum class Kind { leftOut, doubtful, incomplete };
-
-  std::size_t line = 0;
-  Kind kind = Kind::leftOut;
-  std::string text;
-};
-
 struct DumpsOfText {
-  std::vector<Dump> dumps;      // in the order of their first lines
-  std::vector<DumpNote> notes;  // in the order of their lines
+  std::vector<Dump> dumps;  // in the order of their first lines
+  Faults warnings;
 };
 
 /// Finds the dumps of a text.
