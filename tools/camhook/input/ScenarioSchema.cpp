@@ -54,6 +54,8 @@ Json described(std::string_view meaning, const Json& schema) {
   return members;
 }
 
+std::string digitsUpTo(std::size_t most) { return "[0-9a-fA-F]{1," + std::to_string(most) + '}'; }
+
 Json hexadecimalText(const std::string& digits) {
   return Object{{"type", "string"}, {"pattern", "^0x0*" + digits + "$"}};
 }
@@ -194,15 +196,17 @@ void addCalls(Json& definitions) {
 }
 
 void addNumbers(Json& definitions) {
-  const std::string hex = "[0-9a-fA-F]";
-  const auto signedDigits = [&](const std::string& rest) {
-    return "([0-7]" + hex + '{' + rest + "}|" + hex + "{1," + rest + "})";
+  const auto addInteger = [&]<typename T>(T /*type*/) {
+    const bool isSigned = std::signed_integral<T>;
+    const std::size_t digits = 2 * sizeof(T) - (isSigned ? 1 : 0);
+    definitions[integerName<T>()] =
+        integer(std::numeric_limits<T>::max(), (isSigned ? "[0-7]?" : "") + digitsUpTo(digits));
   };
-  definitions["int32"] = integer(std::numeric_limits<std::int32_t>::max(), signedDigits("7"));
-  definitions["int64"] = integer(std::numeric_limits<std::int64_t>::max(), signedDigits("15"));
-  definitions["uint8"] = integer(std::numeric_limits<std::uint8_t>::max(), hex + "{1,2}");
-  definitions["uint32"] = integer(std::numeric_limits<std::uint32_t>::max(), hex + "{1,8}");
-  definitions["uint64"] = integer(std::numeric_limits<std::uint64_t>::max(), hex + "{1,16}");
+  addInteger(std::int32_t());
+  addInteger(std::int64_t());
+  addInteger(std::uint8_t());
+  addInteger(std::uint32_t());
+  addInteger(std::uint64_t());
   const Json number = Object{{"type", "number"},
                              {"minimum", -kFirstBeyondFloats},
                              {"exclusiveMinimum", true},
@@ -270,7 +274,7 @@ void addMetadata(Json& definitions) {
         hasNames ? enumeratedEntry(tag, *known) : reference(std::string(tag.type) + "Entry");
     tags.push_back({std::string(tag.name), described(meaningOf(tag), entry)});
   }
-  definitions["tag"] = anyOf({oneOf(std::move(names)), hexadecimalText("[0-9a-fA-F]{1,16}")});
+  definitions["tag"] = anyOf({oneOf(std::move(names)), hexadecimalText(digitsUpTo(16))});
   Json metadata = described("From tag to value", objectOf(std::move(tags), {}));
   metadata["patternProperties"] = Object{{"^0x0*[0-9a-fA-F]{1,8}$", reference("unlisted")}};
   definitions["metadata"] = std::move(metadata);
