@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <regex>
 #include <unordered_set>
 #include <utility>
 
@@ -18,18 +19,12 @@ constexpr std::string_view kFirstWords = "Dumping camera metadata array: ";
 
 /// The text after the time at the beginning of a line of a log; the whole line if it has no time.
 std::string_view afterTime(std::string_view line) {
-  constexpr std::string_view kTime = "00:00:00";
-  constexpr std::size_t kMostBefore = 40;
-  const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
-  for (std::size_t at = 0; at < kMostBefore && at + kTime.size() <= line.size(); ++at) {
-    const bool isTime = std::equal(
-        kTime.begin(), kTime.end(), line.begin() + at,
-        [&](char wanted, char letter) { return wanted == ':' ? letter == ':' : isDigit(letter); });
-    if (!isTime) continue;
-    line.remove_prefix(at + kTime.size());
-    return line.substr(std::min(line.find_first_not_of(".,0123456789"), line.size()));
-  }
-  return line;
+  constexpr std::size_t kMostSearched = 60;
+  static const std::regex time(R"(\d\d:\d\d:\d\d[.,\d]*)");
+  const char* const end = line.data() + std::min(line.size(), kMostSearched);
+  std::cmatch found;
+  if (!std::regex_search(line.data(), end, found, time)) return line;
+  return line.substr(static_cast<std::size_t>(found[0].second - line.data()));
 }
 
 /// True for a header of `logcat -v long`, which is on a separate line:
