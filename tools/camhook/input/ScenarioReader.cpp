@@ -52,19 +52,15 @@ std::optional<Call> emptyCall(std::string_view name) {
 
 /// Returns nullopt if there is no such call.
 std::optional<Call> readCall(const Value& value) {
+  const std::optional<Value> name = value.find(kCallKey);
+  std::optional<Call> call;
   if (!value.isObject()) {
     value.failUnless("an object");
-    return {};
-  }
-  const std::optional<Value> name = value.find(kCallKey);
-  if (!name) {
+  } else if (!name) {
     value.failAt(kCallKey, "missing");
-    return {};
-  }
-  std::optional<Call> call = name->isText() ? emptyCall(name->text()) : std::nullopt;
-  if (!name->isText()) {
+  } else if (!name->isText()) {
     name->failUnless("a text");
-  } else if (!call) {
+  } else if (call = emptyCall(name->text()); !call) {
     name->fail("unknown call " + name->shown() + nearNames(name->text(), callNames()));
   } else {
     std::visit(
@@ -139,25 +135,21 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
   Faults parserFaults;
   const auto document = parseDocument(mText, parserFaults, checkCall);
   if (!document) throw InputError(std::move(parserFaults));
-  const Source frame{.root = *document, .faults = faults, .warnings = &mWarnings, .text = &mText};
-  readFrame(frame);
-  if (!faults.isEmpty()) throw InputError(std::move(faults));
-  if (const auto platform = Value(frame).find("platform")) doubts.onPlatform(*platform, mPlatform);
-  for (const auto& [index, key, problem] : doubts.callDoubts(mPlatform)) {
-    const Json json = parseValue(mText, mCalls[index].offset);
-    const Source source{
-        .root = json, .faults = faults, .warnings = &mWarnings, .text = &mText, .call = index};
-    Value(source).find(key)->warn([&text = problem] { return text; });
-  }
-}
-
-void ScenarioText::readFrame(const Source& source) {
+  const Source source{.root = *document, .faults = faults, .warnings = &mWarnings, .text = &mText};
   const Value root(source);
   root.failRepeatedKeys();
   ScenarioFrame frame;
   ObjectReader::readObject(root, frame);
+  if (!faults.isEmpty()) throw InputError(std::move(faults));
   mAbout = std::move(frame.about);
   mPlatform = std::move(frame.platform);
+  if (const auto platform = root.find("platform")) doubts.onPlatform(*platform, mPlatform);
+  for (const auto& [index, key, problem] : doubts.callDoubts(mPlatform)) {
+    const Json json = parseValue(mText, mCalls[index].offset);
+    const Source callSource{
+        .root = json, .faults = faults, .warnings = &mWarnings, .text = &mText, .call = index};
+    Value(callSource).find(key)->warn([&text = problem] { return text; });
+  }
 }
 
 /// Checks the metaOf of the latest call.
