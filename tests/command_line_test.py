@@ -84,7 +84,7 @@ class CommandLineTest(unittest.TestCase):
 
     def test_rejects_invalid_input(self):
         for text, problem in ((EMPTY + "\0", "zero byte"), ("[" * 1_000_000, "nested too deep"),
-                              (b'{"calls": [], "about": "\xff"}', ":1:25: about: not JSON"),
+                              (b'{"calls": [], "about": "\xff"}', ":1:25: not JSON"),
                               ('{"calls": [], "%s": 1}' % LONG, "unknown key"), (call(call=LONG), "unknown call"),
                               ('{"calls": [], "a\\u202e\\u001b[2J": 1}', r"a\u202e\u001b[2J: unknown key")):
             self.check_rejected(problem, "replay", "-", text=text)

@@ -57,7 +57,7 @@ std::string Value::shown() const {
 }
 
 void Value::failUnless(const std::string& expected) const {
-  fail(isHeard() ? "expected " + expected + ", found " + shown() : std::string());
+  fail("expected " + expected + ", found " + shown());
 }
 
 void Value::failRepeatedKeys() const {
@@ -70,10 +70,8 @@ void Value::failRepeatedKeys() const {
     Value(*mSource, member.value).failRepeatedKeys();
   }
   // Equal keys become neighbours, in their order in the text. Lengths are faster to compare.
-  std::ranges::sort(members, [](const Json::Member* left, const Json::Member* right) {
-    if (left->key.size() != right->key.size()) return left->key.size() < right->key.size();
-    const int order = left->key.compare(right->key);
-    return order != 0 ? order < 0 : left < right;
+  std::ranges::stable_sort(members, {}, [](const Json::Member* member) {
+    return std::pair(member->key.size(), std::string_view(member->key));
   });
   for (std::size_t i = 1; i < members.size(); ++i) {
     if (members[i - 1]->key == members[i]->key) Key(*mSource, *members[i]).fail("duplicate key");
