@@ -7,11 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "tools/camhook/input/Doubts.h"
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/ScenarioWarnings.h"
 
 namespace camhook {
 namespace {
@@ -61,8 +61,8 @@ DumpOptions dumpOptions(const ScenarioArguments& arguments) {
 
 int scenario(const ScenarioArguments& arguments) {
   DumpOptions options = dumpOptions(arguments);
-  const std::string doubt = productDoubt(options.properties, false);
-  if (!doubt.empty()) warn("properties: " + doubt);
+  const std::string warning = productWarning(options.properties, false);
+  if (!warning.empty()) warn("properties: " + warning);
   const auto readDumps = [](const std::string& file) {
     return readFile(file, [&](const std::string& text) { return dumpFile(file, text); });
   };

@@ -7,9 +7,9 @@
 #include <variant>
 
 #include "common/updater/MetadataDump.h"
-#include "tools/camhook/input/Doubts.h"
 #include "tools/camhook/input/JsonParser.h"
 #include "tools/camhook/input/ObjectReader.h"
+#include "tools/camhook/input/ScenarioWarnings.h"
 
 namespace camhook {
 namespace {
@@ -116,7 +116,7 @@ std::vector<std::string_view> callNames() {
 
 ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
   Faults faults;
-  Doubts doubts;
+  ScenarioWarnings warnings;
   const auto checkCall = [&](const Json& json) {
     const Source source{.root = json,
                         .faults = faults,
@@ -130,7 +130,7 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
     auto call = readCall(value);
     if (!call) return;
     if (findMeta(*call) != nullptr) checkMetaOf(value);
-    doubts.onCall(*call, value);
+    warnings.onCall(*call, value);
   };
   Faults parserFaults;
   const auto document = parseDocument(mText, parserFaults, checkCall);
@@ -143,8 +143,8 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
   if (!faults.isEmpty()) throw InputError(std::move(faults));
   mAbout = std::move(frame.about);
   mPlatform = std::move(frame.platform);
-  if (const auto platform = root.find("platform")) doubts.onPlatform(*platform, mPlatform);
-  for (const auto& [index, key, problem] : doubts.callDoubts(mPlatform)) {
+  if (const auto platform = root.find("platform")) warnings.onPlatform(*platform, mPlatform);
+  for (const auto& [index, key, problem] : warnings.callWarnings(mPlatform)) {
     const Json json = parseValue(mText, mCalls[index].offset);
     const Source callSource{
         .root = json, .faults = faults, .warnings = &mWarnings, .text = &mText, .call = index};
