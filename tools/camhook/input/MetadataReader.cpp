@@ -184,7 +184,7 @@ void readMetadata(const Value& value, IMetadata* target) {
     const TagDescription* info = findTag(key.text());
     const auto tag = info != nullptr ? info->value : tagFrom(key.text());
     if (!tag) {
-      return key.fail(key.isHeard() ? "unknown tag" + nearTags(key.text()) : std::string());
+      return key.fail(key.areFaultsShown() ? "unknown tag" + nearTags(key.text()) : std::string());
     }
     hasNumbers = hasNumbers || info == nullptr;
     if (info == nullptr) info = findTag(*tag);

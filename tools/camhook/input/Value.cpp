@@ -78,7 +78,7 @@ void Value::failRepeatedKeys() const {
   }
 }
 
-void refuse(std::string_view place, const Faults& faults) {
+void throwFirst(std::string_view place, const Faults& faults) {
   if (faults.isEmpty()) return;
   const Fault& fault = faults.shown().front();
   const std::string at = joinPlaces(std::string(place), fault.place);

@@ -30,7 +30,7 @@ class Located {
   void fail(const std::string& problem) const { mSource->faults.add(faultHere(problem)); }
 
   /// False if further faults are only counted, so that their text is not needed.
-  [[nodiscard]] bool isHeard() const { return !mSource->faults.isFull(); }
+  [[nodiscard]] bool areFaultsShown() const { return !mSource->faults.isFull(); }
 
   [[nodiscard]] bool isOnlyChecked() const { return mSource->isOnlyChecked; }
 
@@ -46,7 +46,7 @@ class Located {
       : mSource(&source), mPlace(place), mOffset(offset) {}
 
   [[nodiscard]] Fault faultHere(const std::string& problem, std::string_view key = {}) const {
-    return isHeard() ? faultAt(problem, key) : Fault();
+    return areFaultsShown() ? faultAt(problem, key) : Fault();
   }
 
   /// `key`: name of a missing key; empty for a fault of the value itself.
@@ -125,7 +125,7 @@ class Value : public Located {
 };
 
 /// Throws InputError with the first fault, if there is one. `place` precedes its place.
-void refuse(std::string_view place, const Faults& faults);
+void throwFirst(std::string_view place, const Faults& faults);
 
 /// Calls `read(value, target)` for a value without a text, and returns the target. Throws
 /// InputError.
@@ -134,7 +134,7 @@ T readJson(const Json& json, std::string_view place, Read read, T target = {}) {
   Faults faults;
   const Source source{.root = json, .faults = faults};
   read(Value(source), target);
-  refuse(place, faults);
+  throwFirst(place, faults);
   return target;
 }
 
