@@ -227,13 +227,10 @@ void addEntries(Json& definitions) {
   List unnamed;  // types without named values
   for (const std::string_view type : host::kTypeNames) {
     Json items = listOf(reference(type));
-    List alternatives{reference(type), items};
     if (type == "uint8") {
       items = anyOf({items, described("One item per byte", ofType("string"))});
-      alternatives = {Object{{"type", "integer"}, {"minimum", 0}, {"maximum", 255}}, items};
     }
-    alternatives.push_back(reference("typed"));
-    definitions[std::string(type) + "Entry"] = anyOf(std::move(alternatives));
+    definitions[std::string(type) + "Entry"] = anyOf({reference(type), items, reference("typed")});
     typed.push_back(
         objectOf({{"type", oneOf({type})}, {"items", std::move(items)}}, {"type", "items"}));
     if (type != "int32" && type != "uint8") unnamed.push_back(typed.back());
