@@ -15,6 +15,7 @@
 namespace camhook {
 namespace {
 
+constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
 constexpr std::string_view kFirstWords = "Dumping camera metadata array: ";
 
 /// The text after the time at the beginning of a line of a log; the whole line if it has no time.
@@ -114,7 +115,7 @@ class DumpFinder {
     Open* dump = openFor(line);
     if (dump == nullptr && mFound.dumps.empty()) {
       warn(mLine, "", "the text begins within a dump");
-      open("", std::numeric_limits<std::size_t>::max());
+      open("", kUnknown);
       dump = &mOpen.back();
     }
     if (dump == nullptr) {
@@ -156,7 +157,6 @@ class DumpFinder {
   void close(Open& dump) {
     const bool isCutOff = dump.begun < dump.announced;
     finishEntry(dump, isCutOff);
-    constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
     if (isCutOff && dump.announced != kUnknown) {
       warn(mFound.dumps[dump.index].line, "",
            "the dump is cut off: " + std::to_string(dump.begun) + " of " +

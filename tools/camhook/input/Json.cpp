@@ -4,6 +4,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 
 namespace camhook {
 
@@ -61,11 +63,9 @@ bool operator==(const Json& left, const Json& right) {
 }
 
 std::string hexadecimal(std::uint32_t value) {
-  std::array<char, 8> digits{};
-  const char* const end =
-      std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
-  const std::string_view text(digits.data(), static_cast<std::size_t>(end - digits.data()));
-  return ("0x" + std::string(digits.size() - text.size(), '0')).append(text);
+  std::array<char, 11> text{};
+  std::snprintf(text.data(), text.size(), "0x%08x", value);
+  return text.data();
 }
 
 }  // namespace camhook

@@ -68,10 +68,7 @@ class Json {
   [[nodiscard]] bool isList() const { return is<List>(); }
   [[nodiscard]] bool isObject() const { return is<Object>(); }
 
-  [[nodiscard]] bool isTrue() const {
-    const auto* value = std::get_if<bool>(&mValue);
-    return value != nullptr && *value;
-  }
+  [[nodiscard]] bool isTrue() const { return isBoolean() && std::get<bool>(mValue); }
 
   /// An integer that fits the type; nullopt for any other value.
   template <std::integral T>

@@ -23,11 +23,6 @@ Json jsonFromItem(const MRational& item) { return Json::List{item.numerator, ite
 
 }  // namespace
 
-float floatFromJson(const Json& json, std::string_view place) {
-  return readJson<float>(json, place,
-                         [](const Value& value, float& target) { readValue(value, target); });
-}
-
 std::uint32_t tagFromText(std::string_view text) {
   const auto tag = tagFrom(text);
   if (!tag) throw InputError("unknown tag " + jsonText(text) + nearTags(text));

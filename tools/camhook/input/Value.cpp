@@ -17,34 +17,29 @@ std::string joinPlaces(std::string outer, std::string_view inner) {
   return outer.append(inner);
 }
 
-/// The path from `value` to the value or key at an address in it: "meta.HESK_CONTROL_ISO[1]".
-std::optional<std::string> findIn(const Json& value, const void* wanted) {
-  if (&value == wanted) return "";
-  const auto findItem = [&](const std::string& step,
-                            const Json& item) -> std::optional<std::string> {
-    const auto rest = findIn(item, wanted);
-    return rest ? std::optional(joinPlaces(step, *rest)) : std::nullopt;
-  };
+/// The path to the value or key at an address in `value`, whose own path is `place`.
+std::optional<std::string> findIn(const Json& value, const void* wanted, const std::string& place) {
+  if (&value == wanted) return place;
+  std::optional<std::string> found;
   if (value.isList()) {
-    for (std::size_t i = 0; i < value.size(); ++i) {
-      if (auto found = findItem('[' + std::to_string(i) + ']', value[i])) return found;
+    for (std::size_t i = 0; i < value.size() && !found; ++i) {
+      found = findIn(value[i], wanted, place + '[' + std::to_string(i) + ']');
     }
   } else if (value.isObject()) {
     for (const auto& [key, member] : value.members()) {
-      const std::string step = printable(key);
-      if (&key == wanted) return step;
-      if (auto found = findItem(step, member)) return found;
+      const std::string path = joinPlaces(place, printable(key));
+      found = &key == wanted ? path : findIn(member, wanted, path);
+      if (found) break;
     }
   }
-  return {};
+  return found;
 }
 
 }  // namespace
 
 Fault Located::faultAt(std::string problem, std::string_view key) const {
   std::string place = mSource->call ? "calls[" + std::to_string(*mSource->call) + ']' : "";
-  place = joinPlaces(std::move(place), findIn(mSource->root, mPlace).value_or(""));
-  place = joinPlaces(std::move(place), key);
+  place = joinPlaces(findIn(mSource->root, mPlace, place).value_or(place), key);
   if (mSource->text == nullptr) return {.place = std::move(place), .problem = std::move(problem)};
   return camhook::faultAt(*mSource->text, mOffset, std::move(place), std::move(problem));
 }
