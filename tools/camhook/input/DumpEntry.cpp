@@ -35,13 +35,6 @@ std::optional<Bracketed> bracketedEnd(std::string_view line) {
   return Bracketed{line.substr(0, open), line.substr(open + 1, line.size() - open - 2)};
 }
 
-/// The name of a dump's type in scenarios; empty if they have no such type.
-std::string_view scenarioType(std::string_view type) {
-  if (type == "byte") return "uint8";
-  const bool isKnown = type == "int32" || type == "int64" || type == "float" || type == "rational";
-  return isKnown ? type : "";
-}
-
 /// A value in the form of scenarios; a text if it is no value of the type.
 Json jsonFromValue(std::string_view type, std::string_view text) {
   const std::size_t slash = text.find(" / ");
@@ -122,8 +115,8 @@ void DumpEntry::checkCount(bool isCutOff) const {
 }
 
 IMetadata::IEntry DumpEntry::metadataEntry(bool isCutOff) const {
-  std::string_view type = scenarioType(mType);
-  if (type.empty()) throw InputError("unsupported type " + mType);
+  std::string_view type = mType;
+  if (type == "byte") type = "uint8";
   Json::List items = mItems;
   const TagDescription* info = findTag(mTag);
   if (info != nullptr && info->type == "rect" && type == "int32" && items.size() % 4 == 0) {

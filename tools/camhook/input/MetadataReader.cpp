@@ -113,8 +113,8 @@ void readTypedItems(const Value& value, std::uint32_t tag, const TagDescription*
   });
   const std::optional<Value> type = value.find("type");
   const std::optional<Value> items = value.find("items");
-  if (!type) value.failAt("type", "missing");
-  if (!items) value.failAt("items", "missing");
+  if (!type) value.fail("missing", "type");
+  if (!items) value.fail("missing", "items");
   if (!type || !items) return;
   if (!type->isText()) return type->failUnless("a text");
   const ItemReader read = findReader(type->text());

@@ -32,7 +32,7 @@ class ObjectReader {
   }
 
   void must(std::string_view key, auto&& target, std::string_view /*meaning*/ = {}) {
-    if (!readMember(key, target) && !isInherited(key)) mObject.failAt(key, "missing");
+    if (!readMember(key, target) && !isInherited(key)) mObject.fail("missing", key);
   }
 
   void may(std::string_view key, auto&& target, std::string_view /*meaning*/ = {}) {

@@ -22,7 +22,7 @@ void checkTogether(const Value& value, const UpdateSessionParams& call) {
   std::size_t index = 0;
   const auto check = [&](const Value& stream) {
     if (ids.insert(call.streams[index++].id).second) return;
-    stream.failAt("id", "duplicate id");
+    stream.fail("duplicate id", "id");
   };
   const auto streams = value.find("streams");
   if (streams && streams->size() == call.streams.size()) streams->forEachItem(check);
@@ -57,7 +57,7 @@ std::optional<Call> readCall(const Value& value) {
   if (!value.isObject()) {
     value.failUnless("an object");
   } else if (!name) {
-    value.failAt(kCallKey, "missing");
+    value.fail("missing", kCallKey);
   } else if (!name->isText()) {
     name->failUnless("a text");
   } else if (call = emptyCall(name->text()); !call) {

@@ -26,8 +26,10 @@ struct Source {
 /// A value, or the key of a member. The source must outlive it.
 class Located {
  public:
-  /// Reports a fault.
-  void fail(const std::string& problem) const { mSource->faults.add(faultHere(problem)); }
+  /// Reports a fault of the value, or of its member `key`, which may be missing.
+  void fail(const std::string& problem, std::string_view key = {}) const {
+    mSource->faults.add(areFaultsShown() ? faultAt(problem, key) : Fault());
+  }
 
   /// False if further faults are only counted, so that their text is not needed.
   [[nodiscard]] bool areFaultsShown() const { return !mSource->faults.isFull(); }
@@ -45,11 +47,7 @@ class Located {
   Located(const Source& source, const void* place, std::uint32_t offset)
       : mSource(&source), mPlace(place), mOffset(offset) {}
 
-  [[nodiscard]] Fault faultHere(const std::string& problem, std::string_view key = {}) const {
-    return areFaultsShown() ? faultAt(problem, key) : Fault();
-  }
-
-  /// `key`: name of a missing key; empty for a fault of the value itself.
+  /// A fault at the line and column of the value.
   [[nodiscard]] Fault faultAt(std::string problem, std::string_view key) const;
 
   const Source* mSource;
@@ -111,11 +109,6 @@ class Value : public Located {
 
   /// Reports a value of another form: "expected a text, found 3".
   void failUnless(const std::string& expected) const;
-
-  /// Reports a fault of a missing key.
-  void failAt(std::string_view key, const std::string& problem) const {
-    mSource->faults.add(faultHere(problem, key));
-  }
 
   /// Reports repeated keys of this object and of all objects in it.
   void failRepeatedKeys() const;
