@@ -45,11 +45,6 @@ class DumpFinder {
       text.remove_prefix(std::min(end + 1, text.size()));
     }
     while (!mOpen.empty()) close(mOpen.front());
-    if (mOlder > 0) {
-      warn(mOlderLine, "",
-           "ignored " + std::to_string(mOlder) +
-               " entries after the end of a dump (left by an older dump)");
-    }
     return std::move(mFound);
   }
 
@@ -119,7 +114,9 @@ class DumpFinder {
       dump = &mOpen.back();
     }
     if (dump == nullptr) {
-      if (mOlder++ == 0) mOlderLine = mLine;
+      if (!mHasOlder)
+        warn(mLine, "", "ignored entries after the end of a dump (left by an older dump)");
+      mHasOlder = true;
       return;
     }
     finishEntry(*dump, false);
@@ -187,8 +184,7 @@ class DumpFinder {
   std::vector<Open> mOpen;
   std::string_view mHeader;  // after the time; empty if lines have no header
   std::size_t mLine = 0;
-  std::size_t mOlder = 0;  // entries after a complete dump
-  std::size_t mOlderLine = 0;
+  bool mHasOlder = false;  // there are entries after a complete dump
 };
 
 }  // namespace

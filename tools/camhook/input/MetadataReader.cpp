@@ -97,10 +97,8 @@ void checkCount(const Value& items, std::size_t count, const TagDescription& inf
   constexpr std::uint32_t kMostChecked = 64;
   const bool isChecked = info.count != kAnyCount && info.count <= kMostChecked;
   if (!isChecked || count == 0 || count == info.count) return;
-  items.warn([&] {
-    return "expected " + std::to_string(info.count) + (info.count == 1 ? " item" : " items") +
-           " as in the catalogue, found " + std::to_string(count);
-  });
+  items.warn("expected " + std::to_string(info.count) + (info.count == 1 ? " item" : " items") +
+             " as in the catalogue, found " + std::to_string(count));
 }
 
 /// The long form: {"type": ..., "items": ...}.
@@ -126,9 +124,8 @@ void readTypedItems(const Value& value, std::uint32_t tag, const TagDescription*
       (type->text() == "uint8" || (type->text() == "int32" && findEnumeration(tag) != nullptr));
   if (!items->isList() && !isText) return items->failUnless("a list");
   if (info != nullptr && info->type != type->text()) {
-    type->warn([&] {
-      return "expected " + std::string(info->type) + " as in the catalogue, found " + type->text();
-    });
+    type->warn("expected " + std::string(info->type) + " as in the catalogue, found " +
+               type->text());
   }
   const std::size_t count = read(*items, tag, target);
   if (info != nullptr && info->type == type->text()) checkCount(*items, count, *info);

@@ -148,7 +148,7 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
     const Json json = parseValue(mText, mCalls[index].offset);
     const Source callSource{
         .root = json, .faults = faults, .warnings = &mWarnings, .text = &mText, .call = index};
-    Value(callSource).find(key)->warn([&text = problem] { return text; });
+    Value(callSource).find(key)->warn(problem);
   }
 }
 

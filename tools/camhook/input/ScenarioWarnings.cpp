@@ -33,8 +33,7 @@ std::string_view slipOf(std::string_view text, std::span<const std::string_view>
 void warnOfText(const auto& text, const std::string& problem,
                 std::span<const std::string_view> names) {
   const std::string_view meant = slipOf(text.text(), names);
-  if (meant.empty()) return;
-  text.warn([&] { return problem + "; did you mean " + std::string(meant) + '?'; });
+  if (!meant.empty()) text.warn(problem + "; did you mean " + std::string(meant) + '?');
 }
 
 void warnOfName(const auto& name, const char* problem, std::span<const KnownName> known) {
@@ -66,10 +65,10 @@ std::string productWarning(const host::TextMap& properties, bool decides) {
 
 void ScenarioWarnings::onPlatform(const Value& value, const host::PhoneConfig& platform) const {
   if (const auto properties = value.find("properties")) {
-    std::string problem = productWarning(platform.properties, mDecides);
+    const std::string problem = productWarning(platform.properties, mDecides);
     auto product = properties->find(kProductProperty);
     if (!product && !mSetsProduct) product = properties->find(kUnusedProductProperty);
-    if (product && !problem.empty()) product->warn([&] { return std::move(problem); });
+    if (product && !problem.empty()) product->warn(problem);
     properties->forEachMember([](const Key& key, const Value&) {
       warnOfName(key, "unknown property", kKnownProperties);
     });
@@ -114,9 +113,7 @@ void ScenarioWarnings::onRequest(const UpdateRequestMeta& request, const Value& 
   const auto latest = mLatestRequests.find(request.sensor);
   if (latest != mLatestRequests.end() && request.requestNo < latest->second) {
     if (const auto value = call.find("requestNo")) {
-      value->warn([&] {
-        return "less than the previous request number, " + std::to_string(latest->second);
-      });
+      value->warn("less than the previous request number, " + std::to_string(latest->second));
     }
   }
   mLatestRequests[request.sensor] = request.requestNo;
@@ -133,7 +130,7 @@ std::vector<ScenarioWarnings::CallWarning> ScenarioWarnings::callWarnings(
   const bool hasProduct = mSetsProduct || platform.properties.contains(kProductProperty);
   for (const auto& [call, property] : mProducts) {
     if (hasProduct && property.name == kUnusedProductProperty) continue;
-    std::string problem = productWarning({{property.name, property.value}}, mDecides);
+    const std::string problem = productWarning({{property.name, property.value}}, mDecides);
     if (!problem.empty()) warnings.push_back({call, "value", std::move(problem)});
   }
   return warnings;

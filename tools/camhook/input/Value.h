@@ -36,10 +36,10 @@ class Located {
 
   [[nodiscard]] bool isOnlyChecked() const { return mSource->isOnlyChecked; }
 
-  /// Reports a warning. `words` returns its text.
-  void warn(auto words) const {
+  /// Reports a warning.
+  void warn(const std::string& problem) const {
     if (Faults* warnings = mSource->warnings) {
-      warnings->add(warnings->isFull() ? Fault() : faultAt(words(), {}));
+      warnings->add(warnings->isFull() ? Fault() : faultAt(problem, {}));
     }
   }
 
@@ -77,8 +77,6 @@ class Value : public Located {
   [[nodiscard]] const Json& json() const { return *mJson; }
 
   [[nodiscard]] bool isNull() const { return mJson->isNull(); }
-  [[nodiscard]] bool isBoolean() const { return mJson->isBoolean(); }
-  [[nodiscard]] bool isNumber() const { return mJson->isNumber(); }
   [[nodiscard]] bool isText() const { return mJson->isText(); }
   [[nodiscard]] bool isList() const { return mJson->isList(); }
   [[nodiscard]] bool isObject() const { return mJson->isObject(); }

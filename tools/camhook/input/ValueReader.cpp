@@ -42,7 +42,7 @@ std::optional<std::tm> timeFrom(const std::string& text) {
 }
 
 void readValue(const Value& value, bool& target) {
-  if (!value.isBoolean()) return value.failUnless("true or false");
+  if (!value.json().isBoolean()) return value.failUnless("true or false");
   target = value.json().isTrue();
 }
 
@@ -53,7 +53,7 @@ void readValue(const Value& value, std::string& target) {
 
 void readValue(const Value& value, float& target) {
   constexpr std::string_view kTexts[] = {"inf", "-inf", "nan"};
-  if (value.isNumber()) {
+  if (value.json().isNumber()) {
     const double number = value.json().number();
     if (std::abs(number) >= kFirstBeyondFloats) {
       return value.fail("does not fit a float: " + value.shown());
