@@ -119,9 +119,8 @@ Json callsOf(const std::vector<FramedDump>& dumps, const DumpHook& hook, std::in
 
 Json platformOf(const DumpOptions& options, std::int32_t sensor, const std::string& clock) {
   Json platform;
-  const auto& [properties, events] = std::tie(options.properties, options.eventStore);
-  if (!properties.empty()) platform["properties"] = jsonFromTextMap(properties);
-  if (!events.empty()) platform["eventStore"] = jsonFromTextMap(events);
+  if (!options.properties.empty()) platform["properties"] = jsonFromTextMap(options.properties);
+  if (!options.eventStore.empty()) platform["eventStore"] = jsonFromTextMap(options.eventStore);
   if (options.statics) {
     platform["devices"][std::to_string(sensor)]["static"] =
         jsonFromDump(options.statics->found.dumps.front());

@@ -56,8 +56,8 @@ class DumpFinder {
     std::size_t announced = 0;  // entries according to the first line
     std::size_t begun = 0;      // entries whose head was found
     std::size_t entryLine = 0;
-    std::optional<DumpEntry> entry;
-    std::unordered_set<std::uint32_t> tags;
+    std::optional<DumpEntry> entry = {};
+    std::unordered_set<std::uint32_t> tags = {};
   };
 
   /// The process, thread and log tag of a line, from the header before it or from its beginning.
@@ -93,7 +93,7 @@ class DumpFinder {
     if (same != mOpen.end()) close(*same);
     if (mOpen.size() == kMostThreads) close(mOpen.front());
     if (counts.starts_with("Not allocated")) {
-      mFound.dumps.push_back({.line = mLine, .isNull = true, .entries = {}});
+      mFound.dumps.push_back({.line = mLine, .isNull = true});
       return;
     }
     const std::size_t slash = counts.find(" / ");
@@ -127,12 +127,8 @@ class DumpFinder {
   }
 
   void open(std::string_view source, std::size_t announced) {
-    mOpen.push_back({.source = std::string(source),
-                     .index = mFound.dumps.size(),
-                     .announced = announced,
-                     .entry = {},
-                     .tags = {}});
-    mFound.dumps.push_back({.line = mLine, .entries = {}});
+    mOpen.push_back({std::string(source), mFound.dumps.size(), announced});
+    mFound.dumps.push_back({.line = mLine});
   }
 
   /// The open dump of a line: the latest of the same source, else the latest; null if none is open.

@@ -13,9 +13,9 @@
 namespace camhook {
 
 struct Dump {
-  std::size_t line = 0;                           // of its beginning, from 1
-  bool isNull = false;                            // the buffer was null
-  std::vector<NSCam::IMetadata::IEntry> entries;  // in their order, all with items
+  std::size_t line = 0;                                // of its beginning, from 1
+  bool isNull = false;                                 // the buffer was null
+  std::vector<NSCam::IMetadata::IEntry> entries = {};  // in their order, all with items
   std::string problem = {};  // of the first entry that is left out; empty if all are read
 };
 

@@ -71,10 +71,8 @@ Json jsonFromRect(const MRect& rect) { return Json::List{rect.x, rect.y, rect.w,
 
 Json jsonFromEntry(const IMetadata::IEntry& entry) {
   if (entry.isEmpty()) return {};
-  Json json;
-  json["type"] = host::typeName(host::MetadataAccess::itemsOf(entry));
-  json["items"] = jsonFromItems(entry);
-  return json;
+  const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(entry));
+  return Json::Object{{"type", type}, {"items", jsonFromItems(entry)}};
 }
 
 bool areSame(const IMetadata::IEntry& left, const IMetadata::IEntry& right) {

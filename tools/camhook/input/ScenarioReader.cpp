@@ -182,10 +182,8 @@ ScenarioCall ScenarioText::call(std::size_t index) const {
 
 Scenario readScenario(std::string_view text) {
   const ScenarioText scenario{std::string(text)};
-  Scenario whole{.about = scenario.about(),
-                 .platform = scenario.platform(),
-                 .calls = {},
-                 .warnings = scenario.warnings()};
+  Scenario whole{
+      .about = scenario.about(), .platform = scenario.platform(), .warnings = scenario.warnings()};
   whole.calls.reserve(scenario.callCount());
   for (std::size_t i = 0; i < scenario.callCount(); ++i) whole.calls.push_back(scenario.call(i));
   return whole;

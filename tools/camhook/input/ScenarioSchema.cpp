@@ -254,10 +254,10 @@ Json enumeratedEntry(const TagDescription& tag, const host::AndroidTag& known) {
   for (const host::AndroidTag::Value& value : known.values) values.push_back(value.name);
   const Json names = oneOf(std::move(values));
   const Json item = anyOf({names, reference(tag.type)});
-  const Json type = oneOf({"int32", "uint8"});
-  const Json items = anyOf({names, listOf(item)});
-  return anyOf({item, listOf(item), objectOf({{"type", type}, {"items", items}}, {"type", "items"}),
-                reference("unnamed")});
+  const Json typed =
+      objectOf({{"type", oneOf({"int32", "uint8"})}, {"items", anyOf({names, listOf(item)})}},
+               {"type", "items"});
+  return anyOf({item, listOf(item), typed, reference("unnamed")});
 }
 
 void addMetadata(Json& definitions) {
