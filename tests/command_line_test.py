@@ -73,7 +73,7 @@ class CommandLineTest(unittest.TestCase):
         loop.symlink_to(loop)
         sparse.touch()
         os.truncate(sparse, (1 << 30) + 1)
-        for file, problem in (("/dev/zero", "is a device"), (self.folder, "is a directory"), (loop, "symbolic links"),
+        for file, problem in (("/dev/zero", "longer than 1 GiB"), (self.folder, "Is a directory"), (loop, "symbolic links"),
                               ("n" * 5000, "name too long"), (sparse, "longer than 1 GiB"),
                               (self.folder / "a\u202e\x1b[2J", r"a\u202e\u001b[2J: cannot be read")):
             self.check_rejected(problem, "replay", str(file))

@@ -66,14 +66,8 @@ std::string lines(const std::string& text, const std::string& before,
   return all;
 }
 
-/// Returns the notes on a text with their line numbers.
-std::string saidOf(const std::string& text) {
-  std::string said;
-  for (const DumpNote& note : dumpsIn(text).notes) {
-    said += std::to_string(note.line) + ": " + note.text + '\n';
-  }
-  return said;
-}
+/// Returns the warnings about a text.
+std::string warningsOf(const std::string& text) { return dumpsIn(text).warnings.lines(""); }
 
 TEST(DumpText, FindsDumpInLogsAndReports) {
   const std::string log = "03-04 05:06:07.123  812  845 D Tag: ";
@@ -94,7 +88,7 @@ TEST(DumpText, FindsDumpInLogsAndReports) {
     ASSERT_EQ(found.dumps.size(), 1U) << name;
     EXPECT_EQ(dumped(found.dumps[0]), sampleMetadata()) << name;
   }
-  EXPECT_EQ(saidOf(texts.at("a log of long lines")), "");
+  EXPECT_EQ(warningsOf(texts.at("a log of long lines")), "");
 }
 
 TEST(DumpScenario, RejectsDumpWithoutReadableEntries) {
@@ -132,7 +126,7 @@ TEST(DumpText, FindsConsecutiveAndInterleavedDumps) {
     EXPECT_EQ(dumped(found.dumps[2]), metadataOf("{}"));
     EXPECT_TRUE(found.dumps[3].isNull);
     EXPECT_EQ(dumped(found.dumps[4]), metadataOf(R"({"HESK_CONTROL_ISO": 3})"));
-    EXPECT_TRUE(found.notes.empty());
+    EXPECT_TRUE(found.warnings.isEmpty());
   }
 }
 
@@ -143,18 +137,19 @@ TEST(DumpText, ReadsTruncatedDumps) {
     const DumpsOfText found = dumpsIn(whole.substr(0, cut));
     ASSERT_EQ(found.dumps.size(), 1U);
     EXPECT_EQ(dumped(found.dumps[0]), metadataOf(R"({"HESK_CONTROL_ISO": 7})")) << cut;
-    EXPECT_FALSE(found.notes.empty()) << cut;
+    EXPECT_FALSE(found.warnings.isEmpty()) << cut;
   }
-  EXPECT_EQ(saidOf(whole.substr(0, whole.find("    [5"))),
-            "5: vendor.pair (c0030085) skipped: has 4 of 5 values\n");
-  EXPECT_EQ(saidOf(whole.substr(0, whole.find(head))), "1: the dump is cut off: 1 of 2 entries\n");
-  EXPECT_EQ(saidOf("Dumping camera metadata array: 1"),
-            "1: the dump's first line has no entry count\n");
+  EXPECT_EQ(warningsOf(whole.substr(0, whole.find("    [5"))),
+            "5:1: vendor.pair (c0030085): skipped: has 4 of 5 values");
+  EXPECT_EQ(warningsOf(whole.substr(0, whole.find(head))),
+            "1:1: the dump is cut off: 1 of 2 entries");
+  EXPECT_EQ(warningsOf("Dumping camera metadata array: 1"),
+            "1:1: the dump's first line has no entry count");
 
   const std::string end = "    [6 ]\n" + head;
   EXPECT_EQ(dumped(dumpsIn(end).dumps.at(0)),
             metadataOf(R"({"HESK_CONTROL_HISFRAME": [1, 2, 3, 4, 5]})"));
-  EXPECT_EQ(saidOf(end), "2: the text begins within a dump\n");
+  EXPECT_EQ(warningsOf(end), "2:1: the text begins within a dump");
 }
 
 TEST(DumpText, SkipsEntriesThatItCannotRead) {
@@ -166,7 +161,8 @@ TEST(DumpText, SkipsEntriesThatItCannotRead) {
        R"("3402823669209384634633746074317682114...")"},
       {"a.b (c0030030): rational[1]\n [(1 / 4294967296) ]",
        "items[0][1]: expected an integer of int32, -2147483648 to 2147483647, found 4294967296"},
-      {"a.b (c0030030): double[2]\n [1.5 2.5 ]", "unsupported type double"},
+      {"a.b (c0030030): double[2]\n [1.5 2.5 ]",
+       "type: expected a type: int32, int64, uint8, float, rect or rational, found \"double\""},
       {"a.b (c0030030): int32[0]", "has no values"},
       {"a.b (c0030030): int32[2]\n [1 2 3 ]", "has 3 of 2 values"},
       {"a.b (c0030030): byte[18]\n [1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 ]",
@@ -177,44 +173,40 @@ TEST(DumpText, SkipsEntriesThatItCannotRead) {
   for (const auto& [entry, reason] : rows) {
     const std::string text = dumpWith(2, " "s + entry + "\n x.y (c0030091): int32[1]\n [1 ]\n");
     const DumpsOfText found = dumpsIn(text);
-    ASSERT_FALSE(found.notes.empty()) << entry;
-    EXPECT_TRUE(found.notes[0].text.ends_with(") skipped: "s + reason)) << entry << '\n'
-                                                                        << found.notes[0].text;
-    EXPECT_EQ(found.notes[0].kind, DumpNote::Kind::leftOut);
-    for (const auto& taken : found.dumps.at(0).entries) EXPECT_NE(taken.tag(), 0xc0030030U);
+    ASSERT_FALSE(found.warnings.isEmpty()) << entry;
+    EXPECT_EQ(found.warnings.shown().front().problem, "skipped: "s + reason) << entry;
+    for (const auto& read : found.dumps.at(0).entries) EXPECT_NE(read.tag(), 0xc0030030U);
   }
 }
 
 TEST(DumpText, WarnsAboutMismatchesWithCatalogue) {
   const std::pair<const char*, const char*> rows[] = {
       {"android.control.awbMode (1000b): byte[1]\n [AUTO ]",
-       "3: android.control.awbMode (1000b) has type uint8; the catalogue has int32\n"},
+       "3:1: android.control.awbMode (1000b): has type uint8; the catalogue has int32"},
       {"android.control.zoomMethod (10036): byte[1]\n [1 ]",
-       "3: android.control.zoomMethod (10036) has the tag value of "
-       "MTK_HESK_SUPER_NIGHT_ON and type uint8; the catalogue has int32\n"},
+       "3:1: android.control.zoomMethod (10036): has the tag value of "
+       "MTK_HESK_SUPER_NIGHT_ON and type uint8; the catalogue has int32"},
       {"a.region (c00e0031): int32[5]\n [1 2 3 4 ]\n [5 ]",
-       "3: a.region (c00e0031) has type int32; the catalogue has rect\n"},
+       "3:1: a.region (c00e0031): has type int32; the catalogue has rect"},
       {"a.region (c00e0031): int32[8]\n [1 2 3 4 ]\n [5 6 7 8 ]", ""},
       {"a.number (10036): int32[1]\n [1 ]", ""},
       {"a.b (c0999999): float[1]\n [1 ]", ""},
   };
-  for (const auto& [entry, doubt] : rows) {
-    EXPECT_EQ(saidOf(dumpWith(1, " "s + entry + "\n")), doubt);
+  for (const auto& [entry, warning] : rows) {
+    EXPECT_EQ(warningsOf(dumpWith(1, " "s + entry + "\n")), warning);
   }
 }
 
-DumpScenario madeOf(const std::vector<std::pair<std::string, std::string>>& texts,
-                    const DumpOptions& options = {}) {
+Json madeOf(const std::vector<std::pair<std::string, std::string>>& texts,
+            const DumpOptions& options = {}) {
   std::vector<DumpFile> files;
   files.reserve(texts.size());
   for (const auto& [name, text] : texts) files.push_back(dumpFile(name, text));
-  return scenarioOfDumps(std::move(files), options);
+  return scenarioOfDumps(files, options);
 }
 
-std::string written(const DumpScenario& made) { return brokenJson(made.scenario); }
-
 TEST(DumpScenario, RoundTrips) {
-  const Scenario read = readScenario(written(madeOf({{"a", sample()}})));
+  const Scenario read = readScenario(brokenJson(madeOf({{"a", sample()}})));
   const auto& call = std::get<UpdateRequestMeta>(read.calls.at(0).call);
   EXPECT_EQ(call.meta.value(), sampleMetadata());
 }
@@ -237,8 +229,8 @@ TEST(DumpScenario, UsesReadableValues) {
     android.control.aeMode (10003): byte[1]
       [ON ])");
   const auto made = madeOf({{"dir/result_metadata_[12]_20210304050607.txt", text}}, options);
-  EXPECT_EQ(written(made), R"({
-  "about": "1 dump of a phone, from result_metadata_[12]_20210304050607.txt. Assumed: hook request, clock from the file name. Skipped: 1 entry. Doubtful: 2.",
+  EXPECT_EQ(brokenJson(made), R"({
+  "about": "1 dump of a phone, from result_metadata_[12]_20210304050607.txt. Assumed: hook request, clock from the file name.",
   "platform": {
     "properties": {"ro.product.model.zdm": "KX0107"},
     "eventStore": {"APP_TYPE": "heskCamera"},
@@ -259,15 +251,15 @@ TEST(DumpScenario, UsesReadableValues) {
     }
   ]
 })");
-  const std::string file = "dir/result_metadata_[12]_20210304050607.txt";
-  EXPECT_EQ(
-      made.notes,
-      (std::vector{
-          file + ":1: the dump contains static metadata; use --static",
-          file + ":4: android.control.awbMode (1000b) has type uint8; the catalogue has int32",
-          file + ":12: android.control.aeMode (10003) skipped: "
-                 "items[0]: expected an integer of uint8, 0 to 255, found \"ON\"",
-          "assumed: hook request, clock from the file name"s}));
+}
+
+TEST(DumpScenario, PrintsWarnings) {
+  const std::string text = dumpWith(2, " a.size (f0005): float[2]\n [6.4 4.8 ]\n");
+  EXPECT_EQ(camhookWith("scenario --product KX0107 - -o /dev/null", text).output,
+            R"(standard input:1:1: warning: the dump is cut off: 1 of 2 entries
+standard input: warning: a dump contains static metadata; use --static
+1 dump of a phone, from standard input. Assumed: hook request, sensor 0, request numbers from 1, no app type.
+)");
 }
 
 TEST(DumpScenario, OrdersFilesByFrame) {
@@ -276,13 +268,13 @@ TEST(DumpScenario, OrdersFilesByFrame) {
                             {"a/request_metadata_[9]_20210304250607.txt", isoDump(9) + isoDump(8)},
                             {"request_metadata_[x]_1.txt", isoDump(3)}});
   std::vector<std::pair<unsigned, int>> calls;
-  for (const Json& call : made.scenario["calls"].items()) {
+  for (const Json& call : made["calls"].items()) {
     calls.emplace_back(call["requestNo"].integer<unsigned>().value(),
                        call["meta"]["HESK_CONTROL_ISO"].integer<int>().value());
   }
   EXPECT_EQ(calls, (std::vector<std::pair<unsigned, int>>{
                        {9, 9}, {9, 8}, {10, 10}, {11, 1}, {12, 2}, {13, 3}}));
-  EXPECT_EQ(made.scenario.find("platform"), nullptr);  // the first frame's name has no such hour
+  EXPECT_EQ(made.find("platform"), nullptr);  // the first frame's name has no such hour
 }
 
 TEST(DumpScenario, FillsContainersOfHook) {
@@ -290,7 +282,7 @@ TEST(DumpScenario, FillsContainersOfHook) {
   options.hook = findDumpHook("capture");
   const auto made =
       madeOf({{"log", isoDump(1) + isoDump(2) + isoDump(3)}, {"-", isoDump(4)}}, options);
-  const Scenario read = readScenario(written(made));
+  const Scenario read = readScenario(brokenJson(made));
   ASSERT_EQ(read.calls.size(), 2U);
   const auto& first = std::get<UpdateCaptureRawParameter>(read.calls[0].call);
   EXPECT_EQ(first.app.value(), metadataOf(R"({"HESK_CONTROL_ISO": 1})"));
@@ -299,12 +291,13 @@ TEST(DumpScenario, FillsContainersOfHook) {
   const auto& second = std::get<UpdateCaptureRawParameter>(read.calls[1].call);
   EXPECT_EQ(second.app.value(), metadataOf(R"({"HESK_CONTROL_ISO": 4})"));
   EXPECT_EQ(second.out.value(), metadataOf("{}"));
-  EXPECT_EQ(made.notes.back(),
-            R"(assumed: sensor 0, "hal" empty, "out" empty, no product, no app type)");
+  EXPECT_EQ(made["about"],
+            "4 dumps of a phone, from log and 1 more file. Assumed: sensor 0, \"hal\" empty, "
+            "\"out\" empty, no product, no app type.");
 
   options.hook = findDumpHook("updateSessionParams");
   const std::string null = "Dumping camera metadata array: Not allocated";
-  const auto session = readScenario(written(madeOf({{"log", null}}, options)));
+  const auto session = readScenario(brokenJson(madeOf({{"log", null}}, options)));
   EXPECT_FALSE(std::get<UpdateSessionParams>(session.calls.at(0).call).meta.has_value());
 }
 

@@ -7,11 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "tools/camhook/input/Doubts.h"
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/ScenarioWarnings.h"
 
 namespace camhook {
 namespace {
@@ -61,8 +61,8 @@ DumpOptions dumpOptions(const ScenarioArguments& arguments) {
 
 int scenario(const ScenarioArguments& arguments) {
   DumpOptions options = dumpOptions(arguments);
-  const std::string doubt = productDoubt(options.properties, false);
-  if (!doubt.empty()) warn("properties: " + doubt);
+  const std::string warning = productWarning(options.properties, false);
+  if (!warning.empty()) warn("properties: " + warning);
   const auto readDumps = [](const std::string& file) {
     return readFile(file, [&](const std::string& text) { return dumpFile(file, text); });
   };
@@ -70,9 +70,16 @@ int scenario(const ScenarioArguments& arguments) {
   for (const std::string& file : arguments.files) files.push_back(readDumps(file));
   if (!arguments.statics.empty()) options.statics = readDumps(arguments.statics);
 
-  const DumpScenario made = scenarioOfDumps(std::move(files), options);
-  for (const std::string& note : made.notes) warn(note);
-  writeFile(arguments.output, [&](std::ostream& out) { writeJson(out, made.scenario); });
+  const Json made = scenarioOfDumps(files, options);
+  for (const DumpFile& file : files) {
+    warn(file.found.warnings, file.name);
+    if (hasStatics(file)) {
+      warn(nameOfInput(file.name) + ": warning: a dump contains static metadata; use --static");
+    }
+  }
+  if (options.statics) warn(options.statics->found.warnings, options.statics->name);
+  warn(printable(made["about"].text()));
+  writeFile(arguments.output, [&](std::ostream& out) { writeJson(out, made); });
   return 0;
 }
 

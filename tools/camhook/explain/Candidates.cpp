@@ -41,11 +41,7 @@ template <typename T>
 std::optional<T> numberFrom(const Json& json) {
   if (json.isNull()) return {};
   try {
-    if constexpr (std::same_as<T, float>) {
-      return floatFromJson(json, "");
-    } else {
-      return integerFromJson<T>(json, "");
-    }
+    return numberFromJson<T>(json, "");
   } catch (const InputError&) {
     return {};
   }

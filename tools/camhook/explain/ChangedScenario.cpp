@@ -52,7 +52,7 @@ std::optional<host::PhoneConfig> changedPhone(const Question& question,
     } else if (to.isNull()) {
       config->provider.reset();
     } else {
-      config->provider = {integerFromJson<std::int32_t>(to, "")};
+      config->provider = {numberFromJson<std::int32_t>(to, "")};
     }
   }
   return config;

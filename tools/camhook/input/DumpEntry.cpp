@@ -17,12 +17,6 @@ using NSCam::IMetadata;
 
 constexpr std::size_t kNone = std::string_view::npos;
 
-/// A name or type of the dump for a message.
-std::string shortened(std::string_view text) {
-  constexpr std::size_t kMost = 60;
-  return text.size() <= kMost ? printable(text) : printable(text.substr(0, kMost)) + "...";
-}
-
 bool isLetterOrDigit(char letter) {
   return (letter >= '0' && letter <= '9') || (letter >= 'a' && letter <= 'z');
 }
@@ -39,13 +33,6 @@ std::optional<Bracketed> bracketedEnd(std::string_view line) {
   const std::size_t open = line.rfind('[');
   if (!line.ends_with(']') || open == kNone) return {};
   return Bracketed{line.substr(0, open), line.substr(open + 1, line.size() - open - 2)};
-}
-
-/// The name of a dump's type in scenarios; empty if they have no such type.
-std::string_view scenarioType(std::string_view type) {
-  if (type == "byte") return "uint8";
-  const bool isKnown = type == "int32" || type == "int64" || type == "float" || type == "rational";
-  return isKnown ? type : "";
 }
 
 /// A value in the form of scenarios; a text if it is no value of the type.
@@ -78,14 +65,16 @@ std::optional<DumpHead> findDumpHead(std::string_view line) {
   const auto tag = wholeNumber<std::uint32_t>(end->before.substr(open + 2, close - open - 2), 16);
   const auto count = wholeNumber<std::size_t>(end->inside);
   const std::string_view type = end->before.substr(close + 3);
-  std::string_view name = end->before.substr(0, open);
+  std::string_view title = end->before.substr(0, close + 1);
+  std::string_view name = title.substr(0, open);
   if (const std::size_t blank = name.find_last_of(" \t"); blank != kNone) {
+    title.remove_prefix(blank + 1);
     name.remove_prefix(blank + 1);
   }
   const bool isNamed = name.find('.') != kNone;
   const bool isTyped = !type.empty() && std::ranges::all_of(type, isLetterOrDigit);
   if (!tag || !count || !isNamed || !isTyped) return {};
-  return DumpHead{name, *tag, type, *count};
+  return DumpHead{title, name, *tag, type, *count};
 }
 
 std::optional<std::string_view> findDumpRow(std::string_view line) {
@@ -96,9 +85,10 @@ std::optional<std::string_view> findDumpRow(std::string_view line) {
 }
 
 DumpEntry::DumpEntry(const DumpHead& head)
-    : mName(shortened(head.name)),
+    : mTitle(printable(head.title)),
+      mName(head.name),
       mTag(head.tag),
-      mType(shortened(head.type)),
+      mType(head.type),
       mCount(head.count) {}
 
 void DumpEntry::addRow(std::string_view row) {
@@ -115,12 +105,6 @@ void DumpEntry::addRow(std::string_view row) {
   }
 }
 
-std::string DumpEntry::title() const {
-  std::string number = hexadecimal(mTag).substr(2);
-  number.erase(0, std::min(number.find_first_not_of('0'), number.size() - 5));
-  return mName + " (" + number + ")";
-}
-
 void DumpEntry::checkCount(bool isCutOff) const {
   if (mCount == 0) throw InputError("has no values");
   if (mSeen == mCount) return;
@@ -130,9 +114,9 @@ void DumpEntry::checkCount(bool isCutOff) const {
                    (isCutByVerbosity ? ", cut by the dump's verbosity" : ""));
 }
 
-IMetadata::IEntry DumpEntry::take(bool isCutOff) const {
-  std::string_view type = scenarioType(mType);
-  if (type.empty()) throw InputError("unsupported type " + mType);
+IMetadata::IEntry DumpEntry::metadataEntry(bool isCutOff) const {
+  std::string_view type = mType;
+  if (type == "byte") type = "uint8";
   Json::List items = mItems;
   const TagDescription* info = findTag(mTag);
   if (info != nullptr && info->type == "rect" && type == "int32" && items.size() % 4 == 0) {
@@ -148,20 +132,20 @@ IMetadata::IEntry DumpEntry::take(bool isCutOff) const {
   return entry;
 }
 
-std::string DumpEntry::doubt(const IMetadata::IEntry& taken) const {
+std::string DumpEntry::warning(const IMetadata::IEntry& entry) const {
   const TagDescription* info = findTag(mTag);
   if (info == nullptr) return {};
   const host::AndroidTag* known = host::findAndroidTag(mTag);
-  const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(taken));
-  std::string doubt;
+  const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(entry));
+  std::string problem;
   if (mName.starts_with("android.") && (known == nullptr || known->name != mName)) {
-    doubt = " has the tag value of " + std::string(info->name);
+    problem = "has the tag value of " + std::string(info->name);
   }
   if (type != info->type) {
-    doubt += (doubt.empty() ? " has type " : " and type ") + std::string(type) +
-             "; the catalogue has " + std::string(info->type);
+    problem += (problem.empty() ? "has type " : " and type ") + std::string(type) +
+               "; the catalogue has " + std::string(info->type);
   }
-  return doubt;
+  return problem;
 }
 
 }  // namespace camhook

@@ -17,7 +17,8 @@
 namespace camhook {
 
 struct DumpHead {
-  std::string_view name;  // the phone's own; only the number identifies the tag
+  std::string_view title;  // the name and the number: "android.control.awbMode (1000b)"
+  std::string_view name;   // the phone's own; only the number identifies the tag
   std::uint32_t tag = 0;
   std::string_view type;  // "byte", "int32", "float", "int64", "double" or "rational"
   std::size_t count = 0;
@@ -40,20 +41,21 @@ class DumpEntry {
 
   [[nodiscard]] std::uint32_t tag() const { return mTag; }
 
-  /// The phone's name and the number: "android.control.awbMode (1000b)".
-  [[nodiscard]] std::string title() const;
+  /// The name and the number: "android.control.awbMode (1000b)".
+  [[nodiscard]] const std::string& title() const { return mTitle; }
 
   /// The entry with the phone's type. Four int32 of a tag that is a rect in the catalogue are one
   /// rect. Throws InputError if a scenario cannot have the entry. `isCutOff`: the dump ends in it.
-  [[nodiscard]] NSCam::IMetadata::IEntry take(bool isCutOff) const;
+  [[nodiscard]] NSCam::IMetadata::IEntry metadataEntry(bool isCutOff) const;
 
-  /// A reason to doubt that `taken` has the catalogue's meaning on the phone; empty if there is
+  /// A reason to doubt that `entry` has the catalogue's meaning on the phone; empty if there is
   /// none.
-  [[nodiscard]] std::string doubt(const NSCam::IMetadata::IEntry& taken) const;
+  [[nodiscard]] std::string warning(const NSCam::IMetadata::IEntry& entry) const;
 
  private:
   void checkCount(bool isCutOff) const;
 
+  std::string mTitle;
   std::string mName;
   std::uint32_t mTag;
   std::string mType;

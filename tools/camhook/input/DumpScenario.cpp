@@ -2,20 +2,20 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <filesystem>
-#include <map>
-#include <system_error>
+#include <regex>
 #include <utility>
 
 #include "host/AndroidTags.h"
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/InputFile.h"
 #include "tools/camhook/input/Joined.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/Scenario.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/ValueReader.h"
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 namespace {
@@ -26,38 +26,22 @@ std::string nameInFolder(const std::string& file) {
   return std::filesystem::path(file).filename().string();
 }
 
-/// The parts of the name of a file that `dumpMetadata` wrote:
+/// The frame and the time in the name of a file that `dumpMetadata` wrote:
 /// "request_metadata_[12]_20210304050607.txt".
 struct FrameOfName {
   std::uint32_t frame = 0;
-  std::string time;  // the text after the frame
+  std::string clock;  // "2021-03-04T05:06:07"; empty if there is no such time
 };
 
 std::optional<FrameOfName> frameOfName(const std::string& file) {
-  constexpr std::string_view kBefore = "_metadata_[";
-  constexpr std::string_view kAfter = "]_";
+  static const std::regex form(R"(_metadata_\[(\d+)\]_(\d{4})(\d\d)(\d\d)(\d\d)(\d\d)(\d\d))");
   const std::string name = nameInFolder(file);
-  const std::size_t at = name.rfind(kBefore);
-  if (at == std::string::npos) return {};
-  const char* const end = name.data() + name.size();
-  FrameOfName found;
-  const auto read = std::from_chars(name.data() + at + kBefore.size(), end, found.frame);
-  const std::string_view rest(read.ptr, static_cast<std::size_t>(end - read.ptr));
-  if (read.ec != std::errc() || !rest.starts_with(kAfter)) return {};
-  found.time = rest.substr(kAfter.size());
-  return found;
-}
-
-/// "2021-03-04T05:06:07" for "20210304050607.txt"; empty if that is not a time.
-std::string clockOfName(std::string_view time) {
-  std::string clock = "0000-00-00T00:00:00";
-  if (time.size() < 14) return {};
-  for (char& letter : clock) {
-    if (letter != '0') continue;
-    letter = time.front();
-    time.remove_prefix(1);
-  }
-  return timeFrom(clock) ? clock : "";
+  std::smatch parts;
+  if (!std::regex_search(name, parts, form)) return {};
+  const auto frame = wholeNumber<std::uint32_t>(parts.str(1));
+  if (!frame) return {};
+  const std::string clock = parts.format("$2-$3-$4T$5:$6:$7");
+  return FrameOfName{*frame, timeFrom(clock) ? clock : ""};
 }
 
 std::string counted(std::size_t count, const char* one, const char* many) {
@@ -66,60 +50,6 @@ std::string counted(std::size_t count, const char* one, const char* many) {
 
 bool hasRequestNo(const DumpHook& hook) {
   return hook.call == UpdateRequestMeta::kName || hook.call == UpdateResultMeta::kName;
-}
-
-/// A line for each distinct note, with the number of its repetitions.
-std::vector<std::string> linesOf(const std::vector<const DumpFile*>& files) {
-  std::vector<std::pair<std::string, std::size_t>> notes;  // line and repetitions
-  std::map<std::string, std::size_t> indexes;
-  for (const DumpFile* file : files) {
-    for (const DumpNote& note : file->found.notes) {
-      const auto [known, isNew] = indexes.try_emplace(file->name + '\n' + note.text, notes.size());
-      if (!isNew) {
-        ++notes[known->second].second;
-        continue;
-      }
-      notes.emplace_back(printable(file->name) + ":" + std::to_string(note.line) + ": " + note.text,
-                         0);
-    }
-  }
-  std::vector<std::string> lines;
-  for (const auto& [text, repeated] : notes) {
-    const std::string more =
-        repeated > 0 ? " (" + counted(repeated, "more time)", "more times)") : "";
-    lines.push_back(cutEnd(text, Faults::kMostColumns - columnsOf(more)) + more);
-  }
-  return lines;
-}
-
-/// The numbers of notes by kind; empty if there are none.
-std::string summaryOf(const std::vector<const DumpFile*>& files) {
-  std::array<std::size_t, 3> counts{};
-  for (const DumpFile* file : files) {
-    for (const DumpNote& note : file->found.notes) {
-      ++counts.at(static_cast<std::size_t>(note.kind));
-    }
-  }
-  const auto& [leftOut, doubtful, incomplete] = counts;
-  std::string text;
-  if (leftOut > 0) text += " Skipped: " + counted(leftOut, "entry.", "entries.");
-  if (doubtful > 0) text += " Doubtful: " + std::to_string(doubtful) + ".";
-  if (incomplete > 0) text += " Cut off: " + counted(incomplete, "dump.", "dumps.");
-  return text;
-}
-
-/// Adds a note to each dump with tags of static metadata: a hook does not receive those.
-void noteStatics(DumpFile& file) {
-  const auto isStatic = [](const IMetadata::IEntry& entry) {
-    const TagDescription* info = findTag(entry.tag());
-    return info != nullptr && info->meaning.starts_with("static: ");
-  };
-  for (const Dump& dump : file.found.dumps) {
-    if (std::ranges::none_of(dump.entries, isStatic)) continue;
-    file.found.notes.push_back(
-        {dump.line, DumpNote::Kind::doubtful, "the dump contains static metadata; use --static"});
-  }
-  std::ranges::stable_sort(file.found.notes, {}, &DumpNote::line);
 }
 
 /// The short form of an entry if its type is the catalogue's, with names for the items that have
@@ -147,26 +77,23 @@ Json jsonFromDump(const Dump& dump) {
   return entries;
 }
 
-/// A dump and the frame in its file's name.
+/// A dump and what the name of its file contains.
 struct FramedDump {
-  std::optional<std::uint32_t> frame;
+  const DumpFile* file;
+  std::optional<FrameOfName> named;
   const Dump* dump;
 };
 
-/// The frame of a file; files without one come last.
-std::uint64_t orderOf(const DumpFile& file) {
-  const auto named = frameOfName(file.name);
-  return named ? named->frame : std::uint64_t{1} << 32U;
-}
-
+/// The dumps in the order of their frames; those without a frame are last.
 std::vector<FramedDump> dumpsOf(const std::vector<DumpFile>& files) {
   std::vector<FramedDump> dumps;
   for (const DumpFile& file : files) {
     const auto named = frameOfName(file.name);
-    for (const Dump& dump : file.found.dumps) {
-      dumps.push_back({named ? std::optional(named->frame) : std::nullopt, &dump});
-    }
+    for (const Dump& dump : file.found.dumps) dumps.push_back({&file, named, &dump});
   }
+  std::ranges::stable_sort(dumps, [](const FramedDump& left, const FramedDump& right) {
+    return left.named && (!right.named || left.named->frame < right.named->frame);
+  });
   return dumps;
 }
 
@@ -178,7 +105,7 @@ Json callsOf(const std::vector<FramedDump>& dumps, const DumpHook& hook, std::in
   std::uint32_t next = 1;
   for (std::size_t i = 0; i < dumps.size(); i += hook.containers.size()) {
     Json call = {{"call", hook.call}, {"sensor", sensor}};
-    const std::uint32_t number = dumps[i].frame.value_or(next);
+    const std::uint32_t number = dumps[i].named ? dumps[i].named->frame : next;
     next = number + 1;
     if (hasRequestNo(hook)) call["requestNo"] = number;
     if (hook.call == UpdateSessionParams::kName) call["streams"] = Json::List();
@@ -192,9 +119,8 @@ Json callsOf(const std::vector<FramedDump>& dumps, const DumpHook& hook, std::in
 
 Json platformOf(const DumpOptions& options, std::int32_t sensor, const std::string& clock) {
   Json platform;
-  const auto& [properties, events] = std::tie(options.properties, options.eventStore);
-  if (!properties.empty()) platform["properties"] = jsonFromTextMap(properties);
-  if (!events.empty()) platform["eventStore"] = jsonFromTextMap(events);
+  if (!options.properties.empty()) platform["properties"] = jsonFromTextMap(options.properties);
+  if (!options.eventStore.empty()) platform["eventStore"] = jsonFromTextMap(options.eventStore);
   if (options.statics) {
     platform["devices"][std::to_string(sensor)]["static"] =
         jsonFromDump(options.statics->found.dumps.front());
@@ -210,7 +136,7 @@ std::vector<std::string> assumptions(const DumpOptions& options, const DumpHook&
   if (options.hook == nullptr) assumed.push_back("hook " + std::string(hook.word));
   if (!options.sensor) assumed.emplace_back("sensor 0");
   const bool isNumbered =
-      std::ranges::all_of(dumps, [](const FramedDump& dump) { return dump.frame.has_value(); });
+      std::ranges::all_of(dumps, [](const FramedDump& dump) { return dump.named.has_value(); });
   if (hasRequestNo(hook) && !isNumbered) assumed.emplace_back("request numbers from 1");
   if (hook.call == UpdateSessionParams::kName) assumed.emplace_back("no streams");
   const std::size_t count = hook.containers.size();
@@ -227,10 +153,10 @@ std::vector<std::string> assumptions(const DumpOptions& options, const DumpHook&
 }
 
 /// "2 dumps of a phone, from a.txt and 1 more file."
-std::string origin(const std::vector<DumpFile>& files, std::size_t dumps) {
-  std::string text = counted(dumps, "dump", "dumps") + " of a phone, from ";
-  text += nameInFolder(files.front().name);
-  if (files.size() > 1) text += " and " + counted(files.size() - 1, "more file", "more files");
+std::string origin(const std::vector<FramedDump>& dumps, std::size_t files) {
+  std::string text = counted(dumps.size(), "dump", "dumps") + " of a phone, from ";
+  text += nameInFolder(nameOfInput(dumps.front().file->name));
+  if (files > 1) text += " and " + counted(files - 1, "more file", "more files");
   return text + ".";
 }
 
@@ -254,7 +180,7 @@ const DumpHook* findDumpHook(std::string_view name) {
 }
 
 DumpFile dumpFile(std::string name, std::string_view text) {
-  DumpFile file{.name = name == "-" ? "standard input" : std::move(name), .found = dumpsIn(text)};
+  DumpFile file{.name = std::move(name), .found = dumpsIn(text)};
   if (file.found.dumps.empty()) {
     throw InputError(
         "no metadata dump found: expected a line such as "
@@ -272,31 +198,30 @@ DumpFile dumpFile(std::string name, std::string_view text) {
   return file;
 }
 
-DumpScenario scenarioOfDumps(std::vector<DumpFile> files, const DumpOptions& options) {
+bool hasStatics(const DumpFile& file) {
+  const auto isStatic = [](const IMetadata::IEntry& entry) {
+    const TagDescription* info = findTag(entry.tag());
+    return info != nullptr && info->meaning.starts_with("static: ");
+  };
+  return std::ranges::any_of(file.found.dumps, [&](const Dump& dump) {
+    return std::ranges::any_of(dump.entries, isStatic);
+  });
+}
+
+Json scenarioOfDumps(const std::vector<DumpFile>& files, const DumpOptions& options) {
   const DumpHook& hook = options.hook != nullptr ? *options.hook : dumpHooks().front();
   const std::int32_t sensor = options.sensor.value_or(0);
-  std::ranges::stable_sort(files, {}, orderOf);
-  for (DumpFile& file : files) noteStatics(file);
   const std::vector<FramedDump> dumps = dumpsOf(files);
-  const auto first = frameOfName(files.front().name);
-  const std::string clock = first ? clockOfName(first->time) : "";
-
-  std::vector<const DumpFile*> sources;
-  sources.reserve(files.size() + 1);
-  for (const DumpFile& file : files) sources.push_back(&file);
-  if (options.statics) sources.push_back(&*options.statics);
-  std::vector<std::string> notes = linesOf(sources);
-  std::string about = origin(files, dumps.size());
+  const auto& first = dumps.front().named;
+  const std::string clock = first ? first->clock : "";
+  std::string about = origin(dumps, files.size());
   const std::string assumed = joined(assumptions(options, hook, dumps, !clock.empty()), ", ");
-  if (!assumed.empty()) {
-    notes.push_back("assumed: " + assumed);
-    about += " Assumed: " + assumed + ".";
-  }
-  Json scenario = {{"about", about + summaryOf(sources)}};
+  if (!assumed.empty()) about += " Assumed: " + assumed + ".";
+  Json scenario = {{"about", std::move(about)}};
   const Json platform = platformOf(options, sensor, clock);
   if (!platform.isNull()) scenario["platform"] = platform;
   scenario["calls"] = callsOf(dumps, hook, sensor);
-  return {std::move(scenario), std::move(notes)};
+  return scenario;
 }
 
 }  // namespace camhook

@@ -41,19 +41,17 @@ struct DumpOptions {
   std::optional<DumpFile> statics;  // its first dump is the device's static metadata
 };
 
-struct DumpScenario {
-  Json scenario;
-  std::vector<std::string> notes;  // lines about entries left out, doubts and assumptions
-};
-
 /// Finds the dumps in the text of a file. Throws InputError if there is none, and if no entry of a
 /// dump can be read.
 DumpFile dumpFile(std::string name, std::string_view text);
 
-/// Makes a call from each dump, or from as many dumps as the hook has containers. Files of
+/// True if a dump has tags of static metadata, which a hook does not receive.
+bool hasStatics(const DumpFile& file);
+
+/// Makes a call from each dump, or from as many dumps as the hook has containers. Dumps of files of
 /// `dumpMetadata`, whose names contain the frame, come first, in the order of frames and with the
 /// frame as request number. The other dumps follow in the order of files and texts, with the next
-/// numbers.
-DumpScenario scenarioOfDumps(std::vector<DumpFile> files, const DumpOptions& options);
+/// numbers. There is at least one dump. "about" lists what is assumed.
+Json scenarioOfDumps(const std::vector<DumpFile>& files, const DumpOptions& options);
 
 }  // namespace camhook

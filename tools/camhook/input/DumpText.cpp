@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <regex>
 #include <unordered_set>
 #include <utility>
 
@@ -14,22 +15,17 @@
 namespace camhook {
 namespace {
 
+constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
 constexpr std::string_view kFirstWords = "Dumping camera metadata array: ";
 
 /// The text after the time at the beginning of a line of a log; the whole line if it has no time.
 std::string_view afterTime(std::string_view line) {
-  constexpr std::string_view kTime = "00:00:00";
-  constexpr std::size_t kMostBefore = 40;
-  const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
-  for (std::size_t at = 0; at < kMostBefore && at + kTime.size() <= line.size(); ++at) {
-    const bool isTime = std::equal(
-        kTime.begin(), kTime.end(), line.begin() + at,
-        [&](char wanted, char letter) { return wanted == ':' ? letter == ':' : isDigit(letter); });
-    if (!isTime) continue;
-    line.remove_prefix(at + kTime.size());
-    return line.substr(std::min(line.find_first_not_of(".,0123456789"), line.size()));
-  }
-  return line;
+  constexpr std::size_t kMostSearched = 60;
+  static const std::regex time(R"(\d\d:\d\d:\d\d[.,\d]*)");
+  const char* const end = line.data() + std::min(line.size(), kMostSearched);
+  std::cmatch found;
+  if (!std::regex_search(line.data(), end, found, time)) return line;
+  return line.substr(static_cast<std::size_t>(found[0].second - line.data()));
 }
 
 /// True for a header of `logcat -v long`, which is on a separate line:
@@ -49,12 +45,6 @@ class DumpFinder {
       text.remove_prefix(std::min(end + 1, text.size()));
     }
     while (!mOpen.empty()) close(mOpen.front());
-    if (mOlder > 0) {
-      note(mOlderLine, DumpNote::Kind::leftOut,
-           "ignored " + std::to_string(mOlder) +
-               " entries after the end of a dump (left by an older dump)");
-    }
-    std::ranges::stable_sort(mFound.notes, {}, &DumpNote::line);
     return std::move(mFound);
   }
 
@@ -66,16 +56,17 @@ class DumpFinder {
     std::size_t announced = 0;  // entries according to the first line
     std::size_t begun = 0;      // entries whose head was found
     std::size_t entryLine = 0;
-    std::optional<DumpEntry> entry;
-    std::unordered_set<std::uint32_t> tags;
+    std::optional<DumpEntry> entry = {};
+    std::unordered_set<std::uint32_t> tags = {};
   };
 
   /// The process, thread and log tag of a line, from the header before it or from its beginning.
   [[nodiscard]] std::string_view sourceOf(std::string_view line) const {
     return mHeader.empty() ? afterTime(line) : mHeader;
   }
-  void note(std::size_t line, DumpNote::Kind kind, std::string text) {
-    mFound.notes.push_back({line, kind, std::move(text)});
+  void warn(std::size_t line, std::string entry, std::string problem) {
+    mFound.warnings.add(
+        {.line = line, .column = 1, .place = std::move(entry), .problem = std::move(problem)});
   }
 
   void onLine(std::string_view line) {
@@ -102,13 +93,13 @@ class DumpFinder {
     if (same != mOpen.end()) close(*same);
     if (mOpen.size() == kMostThreads) close(mOpen.front());
     if (counts.starts_with("Not allocated")) {
-      mFound.dumps.push_back({.line = mLine, .isNull = true, .entries = {}});
+      mFound.dumps.push_back({.line = mLine, .isNull = true});
       return;
     }
     const std::size_t slash = counts.find(" / ");
     const auto announced = wholeNumber<std::size_t>(counts.substr(0, slash));
     if (!announced || slash == std::string_view::npos) {
-      note(mLine, DumpNote::Kind::incomplete, "the dump's first line has no entry count");
+      warn(mLine, "", "the dump's first line has no entry count");
       return;
     }
     open(source, *announced);
@@ -118,12 +109,14 @@ class DumpFinder {
   void onHead(const DumpHead& head, std::string_view line) {
     Open* dump = openFor(line);
     if (dump == nullptr && mFound.dumps.empty()) {
-      note(mLine, DumpNote::Kind::incomplete, "the text begins within a dump");
-      open("", std::numeric_limits<std::size_t>::max());
+      warn(mLine, "", "the text begins within a dump");
+      open("", kUnknown);
       dump = &mOpen.back();
     }
     if (dump == nullptr) {
-      if (mOlder++ == 0) mOlderLine = mLine;
+      if (!mHasOlder)
+        warn(mLine, "", "ignored entries after the end of a dump (left by an older dump)");
+      mHasOlder = true;
       return;
     }
     finishEntry(*dump, false);
@@ -134,12 +127,8 @@ class DumpFinder {
   }
 
   void open(std::string_view source, std::size_t announced) {
-    mOpen.push_back({.source = std::string(source),
-                     .index = mFound.dumps.size(),
-                     .announced = announced,
-                     .entry = {},
-                     .tags = {}});
-    mFound.dumps.push_back({.line = mLine, .entries = {}});
+    mOpen.push_back({std::string(source), mFound.dumps.size(), announced});
+    mFound.dumps.push_back({.line = mLine});
   }
 
   /// The open dump of a line: the latest of the same source, else the latest; null if none is open.
@@ -161,9 +150,8 @@ class DumpFinder {
   void close(Open& dump) {
     const bool isCutOff = dump.begun < dump.announced;
     finishEntry(dump, isCutOff);
-    constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
     if (isCutOff && dump.announced != kUnknown) {
-      note(mFound.dumps[dump.index].line, DumpNote::Kind::incomplete,
+      warn(mFound.dumps[dump.index].line, "",
            "the dump is cut off: " + std::to_string(dump.begun) + " of " +
                std::to_string(dump.announced) + " entries");
     }
@@ -175,15 +163,15 @@ class DumpFinder {
     const DumpEntry& entry = *dump.entry;
     Dump& found = mFound.dumps[dump.index];
     try {
-      auto taken = entry.take(isCutOff);
+      auto read = entry.metadataEntry(isCutOff);
       if (!dump.tags.insert(entry.tag()).second) throw InputError("duplicate tag");
-      const std::string doubt = entry.doubt(taken);
-      if (!doubt.empty()) note(dump.entryLine, DumpNote::Kind::doubtful, entry.title() + doubt);
-      found.entries.push_back(std::move(taken));
+      std::string problem = entry.warning(read);
+      if (!problem.empty()) warn(dump.entryLine, entry.title(), std::move(problem));
+      found.entries.push_back(std::move(read));
     } catch (const InputError& error) {
       const std::string problem = error.what();
       if (found.problem.empty()) found.problem = entry.title() + ": " + problem;
-      note(dump.entryLine, DumpNote::Kind::leftOut, entry.title() + " skipped: " + problem);
+      warn(dump.entryLine, entry.title(), "skipped: " + problem);
     }
     dump.entry.reset();
   }
@@ -192,8 +180,7 @@ class DumpFinder {
   std::vector<Open> mOpen;
   std::string_view mHeader;  // after the time; empty if lines have no header
   std::size_t mLine = 0;
-  std::size_t mOlder = 0;  // entries after a complete dump
-  std::size_t mOlderLine = 0;
+  bool mHasOlder = false;  // there are entries after a complete dump
 };
 
 }  // namespace

@@ -8,28 +8,20 @@
 #include <vector>
 
 #include "platform/IMetadata.h"
+#include "tools/camhook/input/InputError.h"
 
 namespace camhook {
 
 struct Dump {
-  std::size_t line = 0;                           // of its beginning, from 1
-  bool isNull = false;                            // the buffer was null
-  std::vector<NSCam::IMetadata::IEntry> entries;  // in their order, all with items
+  std::size_t line = 0;                                // of its beginning, from 1
+  bool isNull = false;                                 // the buffer was null
+  std::vector<NSCam::IMetadata::IEntry> entries = {};  // in their order, all with items
   std::string problem = {};  // of the first entry that is left out; empty if all are read
 };
 
-/// A note about an entry or a dump.
-struct DumpNote {
-  enum class Kind { leftOut, doubtful, incomplete };
-
-  std::size_t line = 0;
-  Kind kind = Kind::leftOut;
-  std::string text;
-};
-
 struct DumpsOfText {
-  std::vector<Dump> dumps;      // in the order of their first lines
-  std::vector<DumpNote> notes;  // in the order of their lines
+  std::vector<Dump> dumps;  // in the order of their first lines
+  Faults warnings;
 };
 
 /// Finds the dumps of a text.

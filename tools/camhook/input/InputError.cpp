@@ -7,29 +7,19 @@
 namespace camhook {
 namespace {
 
-/// A line of at most `Faults::kMostColumns`. In a line that is too long, the beginnings of the path
-/// and of the file name are cut first.
+/// A line of at most `Faults::kMostColumns`.
 std::string lineOf(std::string_view file, std::string_view what, const Fault& fault) {
-  constexpr std::size_t kMostOfFile = 50;
-  constexpr std::size_t kMostOfPlace = 60;
-  std::string name(file);
-  std::string place = fault.place;
-  const auto line = [&] {
-    std::string text = name;
-    if (fault.line > 0) {
-      if (!text.empty()) text += ':';
-      text += std::to_string(fault.line) + ':' + std::to_string(fault.column);
-    }
-    if (!text.empty()) text += ": ";
-    text += what;
-    if (!place.empty()) text += place + ": ";
-    return text + fault.problem;
-  };
-  if (columnsOf(line()) > Faults::kMostColumns) {
-    name = cutStart(file, kMostOfFile);
-    place = cutStart(fault.place, kMostOfPlace);
+  constexpr std::size_t kMostOfFile = 90;
+  constexpr std::size_t kMostOfPlace = 80;
+  std::string line = printable(file, kMostOfFile);
+  if (fault.line > 0) {
+    if (!line.empty()) line += ':';
+    line += std::to_string(fault.line) + ':' + std::to_string(fault.column);
   }
-  return cutEnd(line(), Faults::kMostColumns);
+  if (!line.empty()) line += ": ";
+  line += what;
+  if (!fault.place.empty()) line += printable(fault.place, kMostOfPlace) + ": ";
+  return printable(line + fault.problem, Faults::kMostColumns);
 }
 
 }  // namespace
@@ -56,7 +46,7 @@ std::string Faults::lines(std::string_view file, std::string_view what) const {
 }
 
 InputError::InputError(const std::string& problem)
-    : std::runtime_error(cutEnd(problem, Faults::kMostColumns)) {
+    : std::runtime_error(printable(problem, Faults::kMostColumns)) {
   mFaults.add({.problem = problem});
 }
 

@@ -4,30 +4,10 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 
 namespace camhook {
-
-// Defined where `Member`, which contains a `Json`, is complete.
-Json::Json() = default;
-Json::Json(const Json& other) = default;
-Json::Json(Json&& other) noexcept = default;
-Json& Json::operator=(const Json& other) = default;
-Json& Json::operator=(Json&& other) noexcept = default;
-Json::~Json() = default;
-
-Json::Json(std::nullptr_t) {}
-Json::Json(Boolean value) : mValue(value.value) {}
-Json::Json(Integer number) {
-  if (number.isSigned) {
-    mValue = static_cast<std::int64_t>(number.bits);
-  } else {
-    mValue = number.bits;
-  }
-}
-Json::Json(double number) : mValue(number) {}
-Json::Json(std::string text) : mValue(std::move(text)) {}
-Json::Json(std::string_view text) : mValue(std::string(text)) {}
-Json::Json(const char* text) : mValue(std::string(text)) {}
 
 Json::Json(float number) {
   if (std::isfinite(number)) {
@@ -38,10 +18,6 @@ Json::Json(float number) {
     mValue = std::isnan(number) ? "nan" : number < 0 ? "-inf" : "inf";
   }
 }
-
-Json::Json(List items) : mValue(std::move(items)) {}
-Json::Json(Object members) : mValue(std::move(members)) {}
-Json::Json(std::initializer_list<Member> members) : mValue(Object(members)) {}
 
 double Json::number() const {
   if (const auto* number = std::get_if<std::int64_t>(&mValue)) return static_cast<double>(*number);
@@ -87,11 +63,9 @@ bool operator==(const Json& left, const Json& right) {
 }
 
 std::string hexadecimal(std::uint32_t value) {
-  std::array<char, 8> digits{};
-  const char* const end =
-      std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
-  const std::string_view text(digits.data(), static_cast<std::size_t>(end - digits.data()));
-  return ("0x" + std::string(digits.size() - text.size(), '0')).append(text);
+  std::array<char, 11> text{};
+  std::snprintf(text.data(), text.size(), "0x%08x", value);
+  return text.data();
 }
 
 }  // namespace camhook

@@ -16,36 +16,44 @@
 
 namespace camhook {
 
+/// A member of an object. A template, because `Json` is incomplete where it names its members.
+template <typename Value>
+struct JsonMember {
+  std::string key;
+  Value value;
+
+  friend bool operator==(const JsonMember& left, const JsonMember& right) = default;
+};
+
 /// Objects keep the order of their keys.
 class Json {
  public:
-  struct Member;
+  using Member = JsonMember<Json>;
   using List = std::vector<Json>;
   using Object = std::vector<Member>;
 
-  Json();  // null
-  Json(const Json& other);
-  Json(Json&& other) noexcept;
-  Json& operator=(const Json& other);
-  Json& operator=(Json&& other) noexcept;
-  ~Json();
-
-  Json(std::nullptr_t);
+  Json() = default;  // null
+  Json(std::nullptr_t) {}
   template <std::same_as<bool> T>
-  Json(T value) : Json(Boolean{value}) {}
+  Json(T value) : mValue(value) {}
   template <std::integral T>
-  requires(!std::same_as<T, bool>) Json(T number)
-      : Json(Integer{static_cast<std::uint64_t>(number), std::in_range<std::int64_t>(number)}) {}
-  Json(double number);
+  requires(!std::same_as<T, bool>) Json(T number) {
+    if (std::in_range<std::int64_t>(number)) {
+      mValue = static_cast<std::int64_t>(number);
+    } else {
+      mValue = static_cast<std::uint64_t>(number);
+    }
+  }
+  Json(double number) : mValue(number) {}
   /// The shortest number that reads back as the same float; "nan", "inf" and "-inf" are texts.
   Json(float number);
-  Json(std::string text);
-  Json(std::string_view text);
-  Json(const char* text);
-  Json(List items);
-  Json(Object members);
+  Json(std::string text) : mValue(std::move(text)) {}
+  Json(std::string_view text) : mValue(std::string(text)) {}
+  Json(const char* text) : mValue(std::string(text)) {}
+  Json(List items) : mValue(std::move(items)) {}
+  Json(Object members) : mValue(std::move(members)) {}
   /// An object: Json{{"width", 640}, {"height", 480}}.
-  Json(std::initializer_list<Member> members);
+  Json(std::initializer_list<Member> members) : mValue(Object(members)) {}
   /// A list of values that convert to Json.
   template <std::ranges::range T>
   requires(!std::convertible_to<T, std::string_view> && !std::same_as<T, List> &&
@@ -60,10 +68,7 @@ class Json {
   [[nodiscard]] bool isList() const { return is<List>(); }
   [[nodiscard]] bool isObject() const { return is<Object>(); }
 
-  [[nodiscard]] bool isTrue() const {
-    const auto* value = std::get_if<bool>(&mValue);
-    return value != nullptr && *value;
-  }
+  [[nodiscard]] bool isTrue() const { return isBoolean() && std::get<bool>(mValue); }
 
   /// An integer that fits the type; nullopt for any other value.
   template <std::integral T>
@@ -123,29 +128,12 @@ class Json {
   using Variant = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double,
                                std::string, List, Object>;
 
-  struct Boolean {
-    bool value;
-  };
-  struct Integer {
-    std::uint64_t bits;
-    bool isSigned;  // as an int64; else as a uint64
-  };
-  explicit Json(Boolean value);
-  explicit Json(Integer number);
-
   template <typename T>
   [[nodiscard]] bool is() const {
     return std::holds_alternative<T>(mValue);
   }
 
   Variant mValue;
-};
-
-struct Json::Member {
-  std::string key;
-  Json value;
-
-  friend bool operator==(const Member& left, const Member& right) = default;
 };
 
 /// Parses a document. Throws InputError with the place of each fault. A repeated key of an object

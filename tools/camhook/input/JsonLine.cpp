@@ -16,9 +16,9 @@ namespace {
 constexpr std::size_t kLineWidth = 100;
 constexpr std::size_t kIndentStep = 2;
 
-bool needsNoEscape(char letter) {
+constexpr auto needsNoEscape = [](char letter) {
   return letter >= 0x20 && letter < 0x7f && letter != '"' && letter != '\\';
-}
+};
 
 /// True for a list of numbers and texts, and for a list of such lists.
 bool isFilled(const Json& value, bool hasLists = true) {

@@ -34,26 +34,24 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
  public:
   Builder(const rapidjson::StringStream& stream, const UseItem& useItem)
       : mStream(stream), mUseItem(useItem) {
-    constexpr std::size_t kUsual = 16;
+    constexpr std::size_t kUsual = 12;
     mOpen.reserve(kUsual);
-    mValues.reserve(kUsual);
-    mKeys.reserve(kUsual);
+    mMembers.reserve(kUsual);
   }
 
-  Json take() { return std::move(mValues.back()); }
+  Json take() { return std::move(mMembers.back().value); }
 
   /// The place of the value at which the parser stopped: "calls[3].meta".
   [[nodiscard]] std::string place() const {
     std::string place;
     for (std::size_t i = 0; i < mOpen.size(); ++i) {
-      const bool isLast = i + 1 == mOpen.size();
-      const std::size_t values = isLast ? mValues.size() : mOpen[i + 1].values;
-      const std::size_t keys = isLast ? mKeys.size() : mOpen[i + 1].keys;
+      const std::size_t begin = mOpen[i].firstMember;
+      const std::size_t end = i + 1 < mOpen.size() ? mOpen[i + 1].firstMember : mMembers.size();
       if (mOpen[i].isList) {
         const std::size_t used = mIsInItems && i == 1 ? mUsedItems : 0;
-        place += '[' + std::to_string(used + values - mOpen[i].values) + ']';
-      } else if (keys > mOpen[i].keys) {
-        place += (place.empty() ? "" : ".") + printable(mKeys[keys - 1].text);
+        place += '[' + std::to_string(used + end - begin) + ']';
+      } else if (end > begin) {
+        place += (place.empty() ? "" : ".") + printable(mMembers[end - 1].key);
       }
     }
     return place;
@@ -72,76 +70,70 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
     return add(std::string_view(letters, length));
   }
   bool Key(const char* letters, rapidjson::SizeType length, bool /*copy*/) {
-    mKeys.push_back({{letters, length}, offset()});
+    mMembers.push_back({{letters, length}, {}});
+    mMembers.back().value.offsets.key = tokenBegin();
     return true;
   }
   bool StartObject() { return open(false); }
   bool StartArray() {
-    if (mUseItem && mOpen.size() == 1 && mKeys.size() > mValues.size() &&
-        mKeys.back().text == "calls") {
+    if (mUseItem && mOpen.size() == 1 && isInObject() && mMembers.back().key == "calls") {
       mIsInItems = true;
     }
     return open(true);
   }
-  bool EndObject(rapidjson::SizeType count) {
-    const std::size_t firstKey = mKeys.size() - count;
-    const std::size_t firstValue = mValues.size() - count;
-    Json::Object members;
-    members.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-      auto& [key, offset] = mKeys[firstKey + i];
-      mValues[firstValue + i].offsets.key = offset;
-      members.push_back({std::move(key), std::move(mValues[firstValue + i])});
-    }
-    mKeys.resize(firstKey);
-    mValues.resize(firstValue);
-    return close(std::move(members));
+  bool EndObject(rapidjson::SizeType /*count*/) {
+    const auto first = firstMember();
+    return close(Json::Object(std::move_iterator(first), std::move_iterator(mMembers.end())));
   }
-  bool EndArray(rapidjson::SizeType /*count*/) {
-    const auto first = mValues.begin() + static_cast<std::ptrdiff_t>(mOpen.back().values);
-    Json::List items(std::make_move_iterator(first), std::make_move_iterator(mValues.end()));
-    mValues.erase(first, mValues.end());
+  bool EndArray(rapidjson::SizeType count) {
+    Json::List items;
+    items.reserve(count);
+    for (auto item = firstMember(); item != mMembers.end(); ++item) {
+      items.push_back(std::move(item->value));
+    }
     if (isInItems()) mIsInItems = false;
     return close(std::move(items));
   }
   // NOLINTEND(readability-identifier-naming)
 
  private:
-  struct PendingKey {
-    std::string text;
-    std::uint32_t offset = 0;
-  };
-
   /// A list or an object that is not complete.
   struct Open {
     std::uint32_t offset = 0;
     bool isList = false;
-    std::size_t values = 0;  // before it
-    std::size_t keys = 0;
+    std::size_t firstMember = 0;  // index
   };
+
+  [[nodiscard]] bool isInObject() const { return !mOpen.empty() && !mOpen.back().isList; }
 
   /// True if the innermost open list is the one whose items are used one by one.
   [[nodiscard]] bool isInItems() const { return mIsInItems && mOpen.size() == 2; }
 
-  /// The offset of the current token, after `taken` bytes of it were read. The parser reads numbers
-  /// and texts from a copy of the stream, so the stream is still at their beginning.
-  [[nodiscard]] std::uint32_t offset(std::size_t taken = 0) const {
-    static_assert(rapidjson::StreamTraits<rapidjson::StringStream>::copyOptimization == 1);
-    return static_cast<std::uint32_t>(mStream.Tell() - taken);
+  /// The first member of the innermost open list or object.
+  Json::Object::iterator firstMember() {
+    return mMembers.begin() + static_cast<std::ptrdiff_t>(mOpen.back().firstMember);
   }
 
-  bool add(const auto& value, std::size_t taken = 0) {
-    addComplete(value, offset(taken));
+  /// The offset of the current token. The stream is at its end, `length` bytes later, but still at
+  /// its beginning for a number or a text: the parser reads those from a copy of the stream.
+  [[nodiscard]] std::uint32_t tokenBegin(std::size_t length = 0) const {
+    static_assert(rapidjson::StreamTraits<rapidjson::StringStream>::copyOptimization == 1);
+    return static_cast<std::uint32_t>(mStream.Tell() - length);
+  }
+
+  bool add(const auto& value, std::size_t length = 0) {
+    addComplete(value, tokenBegin(length));
     return true;
   }
 
   bool open(bool isList) {
-    mOpen.push_back({offset(1), isList, mValues.size(), mKeys.size()});
+    mOpen.push_back({tokenBegin(1), isList, mMembers.size()});
     return mOpen.size() <= kDeepestNesting;
   }
 
   bool close(auto structure) {
     const std::uint32_t begin = mOpen.back().offset;
+    mMembers.erase(firstMember(), mMembers.end());
     mOpen.pop_back();
     addComplete(std::move(structure), begin);
     return true;
@@ -149,10 +141,13 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
 
   template <typename T>
   void addComplete(T&& value, std::uint32_t offset) {
-    mValues.emplace_back(std::forward<T>(value)).offsets.value = offset;
+    Json& target = isInObject() ? mMembers.back().value : mMembers.emplace_back().value;
+    const std::uint32_t key = target.offsets.key;
+    target = std::forward<T>(value);
+    target.offsets = {.value = offset, .key = key};
     if (!isInItems()) return;
-    mUseItem(mValues.back());
-    mValues.pop_back();
+    mUseItem(target);
+    mMembers.pop_back();
     ++mUsedItems;
   }
 
@@ -161,8 +156,7 @@ class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> 
   bool mIsInItems = false;
   std::size_t mUsedItems = 0;
   std::vector<Open> mOpen;
-  std::vector<Json> mValues;  // complete values in open lists and objects
-  std::vector<PendingKey> mKeys;
+  Json::Object mMembers;  // of open lists, whose items have no key, and of open objects
 };
 
 constexpr unsigned kFlags = rapidjson::kParseFullPrecisionFlag;

@@ -23,11 +23,6 @@ Json jsonFromItem(const MRational& item) { return Json::List{item.numerator, ite
 
 }  // namespace
 
-float floatFromJson(const Json& json, std::string_view place) {
-  return readJson<float>(json, place,
-                         [](const Value& value, float& target) { readValue(value, target); });
-}
-
 std::uint32_t tagFromText(std::string_view text) {
   const auto tag = tagFrom(text);
   if (!tag) throw InputError("unknown tag " + jsonText(text) + nearTags(text));
@@ -76,10 +71,8 @@ Json jsonFromRect(const MRect& rect) { return Json::List{rect.x, rect.y, rect.w,
 
 Json jsonFromEntry(const IMetadata::IEntry& entry) {
   if (entry.isEmpty()) return {};
-  Json json;
-  json["type"] = host::typeName(host::MetadataAccess::itemsOf(entry));
-  json["items"] = jsonFromItems(entry);
-  return json;
+  const std::string_view type = host::typeName(host::MetadataAccess::itemsOf(entry));
+  return Json::Object{{"type", type}, {"items", jsonFromItems(entry)}};
 }
 
 bool areSame(const IMetadata::IEntry& left, const IMetadata::IEntry& right) {

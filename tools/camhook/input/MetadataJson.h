@@ -22,14 +22,12 @@ NSCam::IMetadata metadataFromJson(const Json& json, std::string_view place);
 /// Reads the entry of a tag; an empty list is an entry without items.
 NSCam::IMetadata::IEntry entryFromJson(std::uint32_t tag, const Json& json, std::string_view place);
 
-/// Reads an integer: a number, or a hexadecimal text.
+/// Reads an integer, which may be a hexadecimal text, or a float, which may be "inf", "-inf",
+/// "nan".
 template <typename T>
-T integerFromJson(const Json& json, std::string_view place) {
+T numberFromJson(const Json& json, std::string_view place) {
   return readJson<T>(json, place, [](const Value& value, T& target) { readValue(value, target); });
 }
-
-/// Reads a float: a number, or "inf", "-inf", "nan".
-float floatFromJson(const Json& json, std::string_view place);
 
 /// Returns the tag with a catalogue name or hexadecimal number. Throws InputError with similar
 /// names.

@@ -97,10 +97,8 @@ void checkCount(const Value& items, std::size_t count, const TagDescription& inf
   constexpr std::uint32_t kMostChecked = 64;
   const bool isChecked = info.count != kAnyCount && info.count <= kMostChecked;
   if (!isChecked || count == 0 || count == info.count) return;
-  items.warn([&] {
-    return "expected " + std::to_string(info.count) + (info.count == 1 ? " item" : " items") +
-           " as in the catalogue, found " + std::to_string(count);
-  });
+  items.warn("expected " + std::to_string(info.count) + (info.count == 1 ? " item" : " items") +
+             " as in the catalogue, found " + std::to_string(count));
 }
 
 /// The long form: {"type": ..., "items": ...}.
@@ -113,8 +111,8 @@ void readTypedItems(const Value& value, std::uint32_t tag, const TagDescription*
   });
   const std::optional<Value> type = value.find("type");
   const std::optional<Value> items = value.find("items");
-  if (!type) value.failAt("type", "missing");
-  if (!items) value.failAt("items", "missing");
+  if (!type) value.fail("missing", "type");
+  if (!items) value.fail("missing", "items");
   if (!type || !items) return;
   if (!type->isText()) return type->failUnless("a text");
   const ItemReader read = findReader(type->text());
@@ -126,9 +124,8 @@ void readTypedItems(const Value& value, std::uint32_t tag, const TagDescription*
       (type->text() == "uint8" || (type->text() == "int32" && findEnumeration(tag) != nullptr));
   if (!items->isList() && !isText) return items->failUnless("a list");
   if (info != nullptr && info->type != type->text()) {
-    type->warn([&] {
-      return "expected " + std::string(info->type) + " as in the catalogue, found " + type->text();
-    });
+    type->warn("expected " + std::string(info->type) + " as in the catalogue, found " +
+               type->text());
   }
   const std::size_t count = read(*items, tag, target);
   if (info != nullptr && info->type == type->text()) checkCount(*items, count, *info);
@@ -184,7 +181,7 @@ void readMetadata(const Value& value, IMetadata* target) {
     const TagDescription* info = findTag(key.text());
     const auto tag = info != nullptr ? info->value : tagFrom(key.text());
     if (!tag) {
-      return key.fail(key.isHeard() ? "unknown tag" + nearTags(key.text()) : std::string());
+      return key.fail(key.areFaultsShown() ? "unknown tag" + nearTags(key.text()) : std::string());
     }
     hasNumbers = hasNumbers || info == nullptr;
     if (info == nullptr) info = findTag(*tag);

@@ -17,6 +17,7 @@
 #include "tools/camhook/input/ScenarioKeys.h"
 #include "tools/camhook/input/Value.h"
 #include "tools/camhook/input/ValueReader.h"
+#include "tools/camhook/input/WholeNumber.h"
 
 namespace camhook {
 
@@ -31,7 +32,7 @@ class ObjectReader {
   }
 
   void must(std::string_view key, auto&& target, std::string_view /*meaning*/ = {}) {
-    if (!readMember(key, target) && !isInherited(key)) mObject.failAt(key, "missing");
+    if (!readMember(key, target) && !isInherited(key)) mObject.fail("missing", key);
   }
 
   void may(std::string_view key, auto&& target, std::string_view /*meaning*/ = {}) {
@@ -93,15 +94,57 @@ class ObjectReader {
     read(value, target.emplace());
   }
 
-  void read(const Value& value, std::optional<std::tm>& target) const;
+  void read(const Value& value, std::optional<std::tm>& target) const {
+    target = timeFrom(value.isText() ? value.text() : "");
+    if (!target) value.failUnless("a time such as \"2021-03-04T05:06:07\"");
+  }
+
   void read(const Value& value, NSCam::IMetadata& target) const { readMetadata(value, &target); }
-  void read(const Value& value, MetadataArgument& target) const;
-  void read(const Value& value, DefaultShading& target) const;
-  void read(const Value& value, NamedTexts& target) const;
-  void read(const Value& value, std::map<std::int32_t, host::DeviceConfig>& target) const;
-  void read(const Value& value, WideTag& target) const;
-  void read(const Value& value, BlockSize& target) const;
-  void read(const Value& value, ScenarioFrame::Calls& target) const;
+
+  void read(const Value& value, MetadataArgument& target) const {
+    if (value.isNull() && !mObject.find(kMetaOfKey)) return;
+    readMetadata(value, value.isOnlyChecked() ? nullptr : &target.emplace());
+  }
+
+  void read(const Value& value, DefaultShading& target) const {
+    target.isThere = !value.isNull();
+    if (target.isThere) readMetadata(value, &target.values);
+  }
+
+  void read(const Value& value, NamedTexts& target) const {
+    if (!value.isObject()) return value.failUnless("an object from text to text");
+    value.forEachMember([&](const Key& key, const Value& member) {
+      readValue(member, target.texts[std::string(key.text())]);
+    });
+  }
+
+  void read(const Value& value, std::map<std::int32_t, host::DeviceConfig>& target) const {
+    if (!value.isObject()) return value.failUnless("an object from device number to device");
+    value.forEachMember([&](const Key& key, const Value& device) {
+      const std::int32_t id = wholeNumber<std::int32_t>(key.text()).value_or(0);
+      if (std::to_string(id) != key.text()) key.fail("expected a device number");
+      read(device, target[id]);
+    });
+  }
+
+  void read(const Value& value, WideTag& target) const {
+    if (!value.isText()) return value.failUnless("a text");
+    const auto tag = wideTagFrom(value.text());
+    if (!tag) value.fail("unknown tag " + value.shown() + nearTags(value.text()));
+    target.tag = tag.value_or(0);
+  }
+
+  void read(const Value& value, BlockSize& target) const {
+    readValue(value, target.bytes);
+    if (target.bytes > BlockSize::kMost) {
+      value.fail("a block has at most " + std::to_string(BlockSize::kMost) + " bytes, not " +
+                 value.shown());
+    }
+  }
+
+  void read(const Value& value, ScenarioFrame::Calls& /*target*/) const {
+    if (!value.isList()) value.failUnless("a list");
+  }
 
   Value mObject;
   std::vector<std::string_view> mKnown;  // keys

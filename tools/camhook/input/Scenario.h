@@ -173,7 +173,7 @@ struct ScenarioCall {
 struct Scenario {
   std::string about;
   host::PhoneConfig platform;
-  std::vector<ScenarioCall> calls;
+  std::vector<ScenarioCall> calls = {};
   Faults warnings;
 };
 

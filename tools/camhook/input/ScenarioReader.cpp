@@ -7,9 +7,9 @@
 #include <variant>
 
 #include "common/updater/MetadataDump.h"
-#include "tools/camhook/input/Doubts.h"
 #include "tools/camhook/input/JsonParser.h"
 #include "tools/camhook/input/ObjectReader.h"
+#include "tools/camhook/input/ScenarioWarnings.h"
 
 namespace camhook {
 namespace {
@@ -22,7 +22,7 @@ void checkTogether(const Value& value, const UpdateSessionParams& call) {
   std::size_t index = 0;
   const auto check = [&](const Value& stream) {
     if (ids.insert(call.streams[index++].id).second) return;
-    stream.failAt("id", "duplicate id");
+    stream.fail("duplicate id", "id");
   };
   const auto streams = value.find("streams");
   if (streams && streams->size() == call.streams.size()) streams->forEachItem(check);
@@ -52,19 +52,15 @@ std::optional<Call> emptyCall(std::string_view name) {
 
 /// Returns nullopt if there is no such call.
 std::optional<Call> readCall(const Value& value) {
+  const std::optional<Value> name = value.find(kCallKey);
+  std::optional<Call> call;
   if (!value.isObject()) {
     value.failUnless("an object");
-    return {};
-  }
-  const std::optional<Value> name = value.find(kCallKey);
-  if (!name) {
-    value.failAt(kCallKey, "missing");
-    return {};
-  }
-  std::optional<Call> call = name->isText() ? emptyCall(name->text()) : std::nullopt;
-  if (!name->isText()) {
+  } else if (!name) {
+    value.fail("missing", kCallKey);
+  } else if (!name->isText()) {
     name->failUnless("a text");
-  } else if (!call) {
+  } else if (call = emptyCall(name->text()); !call) {
     name->fail("unknown call " + name->shown() + nearNames(name->text(), callNames()));
   } else {
     std::visit(
@@ -120,7 +116,7 @@ std::vector<std::string_view> callNames() {
 
 ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
   Faults faults;
-  Doubts doubts;
+  ScenarioWarnings warnings;
   const auto checkCall = [&](const Json& json) {
     const Source source{.root = json,
                         .faults = faults,
@@ -134,30 +130,26 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
     auto call = readCall(value);
     if (!call) return;
     if (findMeta(*call) != nullptr) checkMetaOf(value);
-    doubts.onCall(*call, value);
+    warnings.onCall(*call, value);
   };
   Faults parserFaults;
   const auto document = parseDocument(mText, parserFaults, checkCall);
   if (!document) throw InputError(std::move(parserFaults));
-  const Source frame{.root = *document, .faults = faults, .warnings = &mWarnings, .text = &mText};
-  readFrame(frame);
-  if (!faults.isEmpty()) throw InputError(std::move(faults));
-  if (const auto platform = Value(frame).find("platform")) doubts.onPlatform(*platform, mPlatform);
-  for (const auto& [index, key, problem] : doubts.callDoubts(mPlatform)) {
-    const Json json = parseValue(mText, mCalls[index].offset);
-    const Source source{
-        .root = json, .faults = faults, .warnings = &mWarnings, .text = &mText, .call = index};
-    Value(source).find(key)->warn([&text = problem] { return text; });
-  }
-}
-
-void ScenarioText::readFrame(const Source& source) {
+  const Source source{.root = *document, .faults = faults, .warnings = &mWarnings, .text = &mText};
   const Value root(source);
   root.failRepeatedKeys();
   ScenarioFrame frame;
   ObjectReader::readObject(root, frame);
+  if (!faults.isEmpty()) throw InputError(std::move(faults));
   mAbout = std::move(frame.about);
   mPlatform = std::move(frame.platform);
+  if (const auto platform = root.find("platform")) warnings.onPlatform(*platform, mPlatform);
+  for (const auto& [index, key, problem] : warnings.callWarnings(mPlatform)) {
+    const Json json = parseValue(mText, mCalls[index].offset);
+    const Source callSource{
+        .root = json, .faults = faults, .warnings = &mWarnings, .text = &mText, .call = index};
+    Value(callSource).find(key)->warn(problem);
+  }
 }
 
 /// Checks the metaOf of the latest call.
@@ -190,10 +182,8 @@ ScenarioCall ScenarioText::call(std::size_t index) const {
 
 Scenario readScenario(std::string_view text) {
   const ScenarioText scenario{std::string(text)};
-  Scenario whole{.about = scenario.about(),
-                 .platform = scenario.platform(),
-                 .calls = {},
-                 .warnings = scenario.warnings()};
+  Scenario whole{
+      .about = scenario.about(), .platform = scenario.platform(), .warnings = scenario.warnings()};
   whole.calls.reserve(scenario.callCount());
   for (std::size_t i = 0; i < scenario.callCount(); ++i) whole.calls.push_back(scenario.call(i));
   return whole;

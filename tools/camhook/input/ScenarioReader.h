@@ -42,7 +42,6 @@ class ScenarioText {
     bool hasMeta = false;       // it gets a container `meta`
   };
 
-  void readFrame(const Source& source);
   void checkMetaOf(const Value& call);
 
   std::string mText;

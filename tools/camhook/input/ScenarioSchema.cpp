@@ -54,6 +54,8 @@ Json described(std::string_view meaning, const Json& schema) {
   return members;
 }
 
+std::string digitsUpTo(std::size_t most) { return "[0-9a-fA-F]{1," + std::to_string(most) + '}'; }
+
 Json hexadecimalText(const std::string& digits) {
   return Object{{"type", "string"}, {"pattern", "^0x0*" + digits + "$"}};
 }
@@ -194,15 +196,17 @@ void addCalls(Json& definitions) {
 }
 
 void addNumbers(Json& definitions) {
-  const std::string hex = "[0-9a-fA-F]";
-  const auto signedDigits = [&](const std::string& rest) {
-    return "([0-7]" + hex + '{' + rest + "}|" + hex + "{1," + rest + "})";
+  const auto addInteger = [&]<typename T>(T /*type*/) {
+    const bool isSigned = std::signed_integral<T>;
+    const std::size_t digits = 2 * sizeof(T) - (isSigned ? 1 : 0);
+    definitions[integerName<T>()] =
+        integer(std::numeric_limits<T>::max(), (isSigned ? "[0-7]?" : "") + digitsUpTo(digits));
   };
-  definitions["int32"] = integer(std::numeric_limits<std::int32_t>::max(), signedDigits("7"));
-  definitions["int64"] = integer(std::numeric_limits<std::int64_t>::max(), signedDigits("15"));
-  definitions["uint8"] = integer(std::numeric_limits<std::uint8_t>::max(), hex + "{1,2}");
-  definitions["uint32"] = integer(std::numeric_limits<std::uint32_t>::max(), hex + "{1,8}");
-  definitions["uint64"] = integer(std::numeric_limits<std::uint64_t>::max(), hex + "{1,16}");
+  addInteger(std::int32_t());
+  addInteger(std::int64_t());
+  addInteger(std::uint8_t());
+  addInteger(std::uint32_t());
+  addInteger(std::uint64_t());
   const Json number = Object{{"type", "number"},
                              {"minimum", -kFirstBeyondFloats},
                              {"exclusiveMinimum", true},
@@ -223,13 +227,10 @@ void addEntries(Json& definitions) {
   List unnamed;  // types without named values
   for (const std::string_view type : host::kTypeNames) {
     Json items = listOf(reference(type));
-    List alternatives{reference(type), items};
     if (type == "uint8") {
       items = anyOf({items, described("One item per byte", ofType("string"))});
-      alternatives = {Object{{"type", "integer"}, {"minimum", 0}, {"maximum", 255}}, items};
     }
-    alternatives.push_back(reference("typed"));
-    definitions[std::string(type) + "Entry"] = anyOf(std::move(alternatives));
+    definitions[std::string(type) + "Entry"] = anyOf({reference(type), items, reference("typed")});
     typed.push_back(
         objectOf({{"type", oneOf({type})}, {"items", std::move(items)}}, {"type", "items"}));
     if (type != "int32" && type != "uint8") unnamed.push_back(typed.back());
@@ -253,10 +254,10 @@ Json enumeratedEntry(const TagDescription& tag, const host::AndroidTag& known) {
   for (const host::AndroidTag::Value& value : known.values) values.push_back(value.name);
   const Json names = oneOf(std::move(values));
   const Json item = anyOf({names, reference(tag.type)});
-  const Json type = oneOf({"int32", "uint8"});
-  const Json items = anyOf({names, listOf(item)});
-  return anyOf({item, listOf(item), objectOf({{"type", type}, {"items", items}}, {"type", "items"}),
-                reference("unnamed")});
+  const Json typed =
+      objectOf({{"type", oneOf({"int32", "uint8"})}, {"items", anyOf({names, listOf(item)})}},
+               {"type", "items"});
+  return anyOf({item, listOf(item), typed, reference("unnamed")});
 }
 
 void addMetadata(Json& definitions) {
@@ -270,7 +271,7 @@ void addMetadata(Json& definitions) {
         hasNames ? enumeratedEntry(tag, *known) : reference(std::string(tag.type) + "Entry");
     tags.push_back({std::string(tag.name), described(meaningOf(tag), entry)});
   }
-  definitions["tag"] = anyOf({oneOf(std::move(names)), hexadecimalText("[0-9a-fA-F]{1,16}")});
+  definitions["tag"] = anyOf({oneOf(std::move(names)), hexadecimalText(digitsUpTo(16))});
   Json metadata = described("From tag to value", objectOf(std::move(tags), {}));
   metadata["patternProperties"] = Object{{"^0x0*[0-9a-fA-F]{1,8}$", reference("unlisted")}};
   definitions["metadata"] = std::move(metadata);

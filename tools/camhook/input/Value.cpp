@@ -17,46 +17,42 @@ std::string joinPlaces(std::string outer, std::string_view inner) {
   return outer.append(inner);
 }
 
-/// The path from `value` to the value or key at an address in it: "meta.HESK_CONTROL_ISO[1]".
-std::optional<std::string> findIn(const Json& value, const void* wanted) {
-  if (&value == wanted) return "";
-  const auto findItem = [&](const std::string& step,
-                            const Json& item) -> std::optional<std::string> {
-    const auto rest = findIn(item, wanted);
-    return rest ? std::optional(joinPlaces(step, *rest)) : std::nullopt;
-  };
+/// The path to the value or key at an address in `value`, whose own path is `place`.
+std::optional<std::string> findIn(const Json& value, const void* wanted, const std::string& place) {
+  if (&value == wanted) return place;
+  std::optional<std::string> found;
   if (value.isList()) {
-    for (std::size_t i = 0; i < value.size(); ++i) {
-      if (auto found = findItem('[' + std::to_string(i) + ']', value[i])) return found;
+    for (std::size_t i = 0; i < value.size() && !found; ++i) {
+      found = findIn(value[i], wanted, place + '[' + std::to_string(i) + ']');
     }
   } else if (value.isObject()) {
     for (const auto& [key, member] : value.members()) {
-      if (&key == wanted) return printable(key);
-      if (auto found = findItem(printable(key), member)) return found;
+      const std::string path = joinPlaces(place, printable(key));
+      found = &key == wanted ? path : findIn(member, wanted, path);
+      if (found) break;
     }
   }
-  return {};
+  return found;
 }
 
 }  // namespace
 
 Fault Located::faultAt(std::string problem, std::string_view key) const {
   std::string place = mSource->call ? "calls[" + std::to_string(*mSource->call) + ']' : "";
-  place = joinPlaces(std::move(place), findIn(mSource->root, mPlace).value_or(""));
-  place = joinPlaces(std::move(place), printable(key));
+  place = joinPlaces(findIn(mSource->root, mPlace, place).value_or(place), key);
   if (mSource->text == nullptr) return {.place = std::move(place), .problem = std::move(problem)};
   return camhook::faultAt(*mSource->text, mOffset, std::move(place), std::move(problem));
 }
 
 std::string Value::shown() const {
   constexpr std::size_t kMostColumns = 40;
-  if (mJson->isText()) return '"' + cutEnd(printable(mJson->text()), kMostColumns) + '"';
+  if (mJson->isText()) return '"' + printable(mJson->text(), kMostColumns) + '"';
   if (mJson->isList()) return "a list of " + std::to_string(mJson->size());
   return mJson->isObject() ? "an object" : lineOfJson(*mJson);
 }
 
 void Value::failUnless(const std::string& expected) const {
-  fail(isHeard() ? "expected " + expected + ", found " + shown() : std::string());
+  fail("expected " + expected + ", found " + shown());
 }
 
 void Value::failRepeatedKeys() const {
@@ -69,17 +65,15 @@ void Value::failRepeatedKeys() const {
     Value(*mSource, member.value).failRepeatedKeys();
   }
   // Equal keys become neighbours, in their order in the text. Lengths are faster to compare.
-  std::ranges::sort(members, [](const Json::Member* left, const Json::Member* right) {
-    if (left->key.size() != right->key.size()) return left->key.size() < right->key.size();
-    const int order = left->key.compare(right->key);
-    return order != 0 ? order < 0 : left < right;
+  std::ranges::stable_sort(members, {}, [](const Json::Member* member) {
+    return std::pair(member->key.size(), std::string_view(member->key));
   });
   for (std::size_t i = 1; i < members.size(); ++i) {
     if (members[i - 1]->key == members[i]->key) Key(*mSource, *members[i]).fail("duplicate key");
   }
 }
 
-void refuse(std::string_view place, const Faults& faults) {
+void throwFirst(std::string_view place, const Faults& faults) {
   if (faults.isEmpty()) return;
   const Fault& fault = faults.shown().front();
   const std::string at = joinPlaces(std::string(place), fault.place);

@@ -26,18 +26,20 @@ struct Source {
 /// A value, or the key of a member. The source must outlive it.
 class Located {
  public:
-  /// Reports a fault.
-  void fail(const std::string& problem) const { mSource->faults.add(faultHere(problem)); }
+  /// Reports a fault of the value, or of its member `key`, which may be missing.
+  void fail(const std::string& problem, std::string_view key = {}) const {
+    mSource->faults.add(areFaultsShown() ? faultAt(problem, key) : Fault());
+  }
 
   /// False if further faults are only counted, so that their text is not needed.
-  [[nodiscard]] bool isHeard() const { return !mSource->faults.isFull(); }
+  [[nodiscard]] bool areFaultsShown() const { return !mSource->faults.isFull(); }
 
   [[nodiscard]] bool isOnlyChecked() const { return mSource->isOnlyChecked; }
 
-  /// Reports a warning. `words` returns its text.
-  void warn(auto words) const {
+  /// Reports a warning.
+  void warn(const std::string& problem) const {
     if (Faults* warnings = mSource->warnings) {
-      warnings->add(warnings->isFull() ? Fault() : faultAt(words(), {}));
+      warnings->add(warnings->isFull() ? Fault() : faultAt(problem, {}));
     }
   }
 
@@ -45,11 +47,7 @@ class Located {
   Located(const Source& source, const void* place, std::uint32_t offset)
       : mSource(&source), mPlace(place), mOffset(offset) {}
 
-  [[nodiscard]] Fault faultHere(const std::string& problem, std::string_view key = {}) const {
-    return isHeard() ? faultAt(problem, key) : Fault();
-  }
-
-  /// `key`: name of a missing key; empty for a fault of the value itself.
+  /// A fault at the line and column of the value.
   [[nodiscard]] Fault faultAt(std::string problem, std::string_view key) const;
 
   const Source* mSource;
@@ -79,8 +77,6 @@ class Value : public Located {
   [[nodiscard]] const Json& json() const { return *mJson; }
 
   [[nodiscard]] bool isNull() const { return mJson->isNull(); }
-  [[nodiscard]] bool isBoolean() const { return mJson->isBoolean(); }
-  [[nodiscard]] bool isNumber() const { return mJson->isNumber(); }
   [[nodiscard]] bool isText() const { return mJson->isText(); }
   [[nodiscard]] bool isList() const { return mJson->isList(); }
   [[nodiscard]] bool isObject() const { return mJson->isObject(); }
@@ -112,11 +108,6 @@ class Value : public Located {
   /// Reports a value of another form: "expected a text, found 3".
   void failUnless(const std::string& expected) const;
 
-  /// Reports a fault of a missing key.
-  void failAt(std::string_view key, const std::string& problem) const {
-    mSource->faults.add(faultHere(problem, key));
-  }
-
   /// Reports repeated keys of this object and of all objects in it.
   void failRepeatedKeys() const;
 
@@ -125,7 +116,7 @@ class Value : public Located {
 };
 
 /// Throws InputError with the first fault, if there is one. `place` precedes its place.
-void refuse(std::string_view place, const Faults& faults);
+void throwFirst(std::string_view place, const Faults& faults);
 
 /// Calls `read(value, target)` for a value without a text, and returns the target. Throws
 /// InputError.
@@ -134,7 +125,7 @@ T readJson(const Json& json, std::string_view place, Read read, T target = {}) {
   Faults faults;
   const Source source{.root = json, .faults = faults};
   read(Value(source), target);
-  refuse(place, faults);
+  throwFirst(place, faults);
   return target;
 }
 

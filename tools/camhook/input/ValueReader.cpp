@@ -1,7 +1,10 @@
 #include "tools/camhook/input/ValueReader.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <iomanip>
+#include <iterator>
 #include <sstream>
 
 #include "tools/camhook/input/WholeNumber.h"
@@ -39,7 +42,7 @@ std::optional<std::tm> timeFrom(const std::string& text) {
 }
 
 void readValue(const Value& value, bool& target) {
-  if (!value.isBoolean()) return value.failUnless("true or false");
+  if (!value.json().isBoolean()) return value.failUnless("true or false");
   target = value.json().isTrue();
 }
 
@@ -49,18 +52,15 @@ void readValue(const Value& value, std::string& target) {
 }
 
 void readValue(const Value& value, float& target) {
-  if (value.isNumber()) {
+  constexpr std::string_view kTexts[] = {"inf", "-inf", "nan"};
+  if (value.json().isNumber()) {
     const double number = value.json().number();
     if (std::abs(number) >= kFirstBeyondFloats) {
       return value.fail("does not fit a float: " + value.shown());
     }
     target = static_cast<float>(number);
-  } else if (value.isText() && value.text() == "nan") {
-    target = std::numeric_limits<float>::quiet_NaN();
-  } else if (value.isText() && value.text() == "inf") {
-    target = std::numeric_limits<float>::infinity();
-  } else if (value.isText() && value.text() == "-inf") {
-    target = -std::numeric_limits<float>::infinity();
+  } else if (value.isText() && std::ranges::find(kTexts, value.text()) != std::end(kTexts)) {
+    target = std::strtof(value.text().c_str(), nullptr);
   } else {
     value.failUnless(R"(a number, or "inf", "-inf", "nan")");
   }

@@ -19,10 +19,10 @@ namespace camhook {
 /// The problem with the product model among properties; empty if there is none. If the scenario
 /// `decides` on a sensor mode, products that only have zoom-transition parameters are reported,
 /// too.
-std::string productDoubt(const host::TextMap& properties, bool decides);
+std::string productWarning(const host::TextMap& properties, bool decides);
 
 /// Receives the calls in the order of the scenario, then the platform.
-class Doubts {
+class ScenarioWarnings {
  public:
   /// `value` is that of "platform".
   void onPlatform(const Value& value, const host::PhoneConfig& platform) const;
@@ -30,12 +30,12 @@ class Doubts {
   void onCall(const Call& call, const Value& value);
 
   /// A warning about a member of a call that depends on the whole scenario.
-  struct CallDoubt {
+  struct CallWarning {
     std::size_t call;  // index
     std::string_view key;
     std::string problem;
   };
-  [[nodiscard]] std::vector<CallDoubt> callDoubts(const host::PhoneConfig& platform) const;
+  [[nodiscard]] std::vector<CallWarning> callWarnings(const host::PhoneConfig& platform) const;
 
  private:
   void onRequest(const UpdateRequestMeta& request, const Value& call);

@@ -1,4 +1,4 @@
-#include "tools/camhook/input/Doubts.h"
+#include "tools/camhook/input/ScenarioWarnings.h"
 
 #include <algorithm>
 #include <span>
@@ -30,28 +30,27 @@ std::string_view slipOf(std::string_view text, std::span<const std::string_view>
 }
 
 /// Warns about a text that differs from one of these names in one letter.
-void doubtText(const auto& text, const std::string& problem,
-               std::span<const std::string_view> names) {
+void warnOfText(const auto& text, const std::string& problem,
+                std::span<const std::string_view> names) {
   const std::string_view meant = slipOf(text.text(), names);
-  if (meant.empty()) return;
-  text.warn([&] { return problem + "; did you mean " + std::string(meant) + '?'; });
+  if (!meant.empty()) text.warn(problem + "; did you mean " + std::string(meant) + '?');
 }
 
-void doubtName(const auto& name, const char* problem, std::span<const KnownName> known) {
+void warnOfName(const auto& name, const char* problem, std::span<const KnownName> known) {
   std::vector<std::string_view> names;
   for (const KnownName& one : known) names.push_back(one.name);
-  doubtText(name, problem, names);
+  warnOfText(name, problem, names);
 }
 
-void doubtEvent(const auto& key, const Value& value) {
-  doubtName(key, "unknown event", kKnownEvents);
+void warnOfEvent(const auto& key, const Value& value) {
+  warnOfName(key, "unknown event", kKnownEvents);
   if (key.text() != "APP_TYPE" || !value.isText()) return;
-  doubtText(value, "no rule has app type " + value.shown(), kKnownAppTypes);
+  warnOfText(value, "no rule has app type " + value.shown(), kKnownAppTypes);
 }
 
 }  // namespace
 
-std::string productDoubt(const host::TextMap& properties, bool decides) {
+std::string productWarning(const host::TextMap& properties, bool decides) {
   const auto found = properties.find(kProductProperty);
   if (found == properties.end()) {
     if (!properties.contains(kUnusedProductProperty)) return {};
@@ -64,29 +63,30 @@ std::string productDoubt(const host::TextMap& properties, bool decides) {
   return "no rules for product " + jsonText(product) + nearNames(product, kProductsWithRules);
 }
 
-void Doubts::onPlatform(const Value& value, const host::PhoneConfig& platform) const {
+void ScenarioWarnings::onPlatform(const Value& value, const host::PhoneConfig& platform) const {
   if (const auto properties = value.find("properties")) {
-    std::string problem = productDoubt(platform.properties, mDecides);
+    const std::string problem = productWarning(platform.properties, mDecides);
     auto product = properties->find(kProductProperty);
     if (!product && !mSetsProduct) product = properties->find(kUnusedProductProperty);
-    if (product && !problem.empty()) product->warn([&] { return std::move(problem); });
-    properties->forEachMember(
-        [](const Key& key, const Value&) { doubtName(key, "unknown property", kKnownProperties); });
+    if (product && !problem.empty()) product->warn(problem);
+    properties->forEachMember([](const Key& key, const Value&) {
+      warnOfName(key, "unknown property", kKnownProperties);
+    });
   }
   if (const auto events = value.find("eventStore")) {
-    events->forEachMember([](const Key& key, const Value& each) { doubtEvent(key, each); });
+    events->forEachMember([](const Key& key, const Value& each) { warnOfEvent(key, each); });
   }
 }
 
-void Doubts::onCall(const Call& call, const Value& value) {
+void ScenarioWarnings::onCall(const Call& call, const Value& value) {
   std::visit(
       [&]<typename CallType>(const CallType& concrete) {
         if constexpr (std::is_same_v<CallType, SetEvent>) {
           if (const auto key = value.find("key"); key && key->isText())
-            doubtEvent(*key, value.find("value").value_or(*key));
+            warnOfEvent(*key, value.find("value").value_or(*key));
         } else if constexpr (std::is_same_v<CallType, SetProperty>) {
           if (const auto name = value.find("name"); name && name->isText())
-            doubtName(*name, "unknown property", kKnownProperties);
+            warnOfName(*name, "unknown property", kKnownProperties);
           if (concrete.name == kProductProperty || concrete.name == kUnusedProductProperty)
             mProducts.emplace_back(mCount, concrete);
           mSetsProduct |= concrete.name == kProductProperty;
@@ -106,35 +106,34 @@ void Doubts::onCall(const Call& call, const Value& value) {
 
 /// A burst begins with the request that has the frame count, and ends at any other call on its
 /// sensor.
-void Doubts::onRequest(const UpdateRequestMeta& request, const Value& call) {
+void ScenarioWarnings::onRequest(const UpdateRequestMeta& request, const Value& call) {
   const auto meta = call.find("meta");
   const bool mayBeginBurst = call.find(kMetaOfKey) || (meta && meta->find("HESK_CONTROL_HISFRAME"));
   if (mayBeginBurst) mLatestRequests.erase(request.sensor);
   const auto latest = mLatestRequests.find(request.sensor);
   if (latest != mLatestRequests.end() && request.requestNo < latest->second) {
     if (const auto value = call.find("requestNo")) {
-      value->warn([&] {
-        return "less than the previous request number, " + std::to_string(latest->second);
-      });
+      value->warn("less than the previous request number, " + std::to_string(latest->second));
     }
   }
   mLatestRequests[request.sensor] = request.requestNo;
 }
 
-std::vector<Doubts::CallDoubt> Doubts::callDoubts(const host::PhoneConfig& platform) const {
-  std::vector<CallDoubt> doubts;
+std::vector<ScenarioWarnings::CallWarning> ScenarioWarnings::callWarnings(
+    const host::PhoneConfig& platform) const {
+  std::vector<CallWarning> warnings;
   for (const auto& [sensor, call] : mSensors) {
     if (platform.devices.empty() || platform.devices.contains(sensor)) continue;
-    doubts.push_back(
+    warnings.push_back(
         {call, "sensor", "device " + std::to_string(sensor) + " is not in platform.devices"});
   }
   const bool hasProduct = mSetsProduct || platform.properties.contains(kProductProperty);
   for (const auto& [call, property] : mProducts) {
     if (hasProduct && property.name == kUnusedProductProperty) continue;
-    std::string problem = productDoubt({{property.name, property.value}}, mDecides);
-    if (!problem.empty()) doubts.push_back({call, "value", std::move(problem)});
+    const std::string problem = productWarning({{property.name, property.value}}, mDecides);
+    if (!problem.empty()) warnings.push_back({call, "value", std::move(problem)});
   }
-  return doubts;
+  return warnings;
 }
 
 }  // namespace camhook
