@@ -11,9 +11,9 @@
 #include <variant>
 
 #include "host/LogSink.h"
+#include "tools/camhook/explain/OwnUpdaters.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/explain/OwnUpdaters.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/JsonTrace.h"
 #include "tools/camhook/show/TextTrace.h"
@@ -30,13 +30,13 @@ bool isMade(const ScenarioCall& call) {
 
 /// Limits buffer sizes, to save memory and time.
 void limitMemory(Scenario& scenario) {
-  constexpr std::int32_t kMostBuffer = 1 << 22;
-  constexpr std::uint32_t kMostData = 1 << 16;
+  constexpr std::int32_t kMaxBuffer = 1 << 22;
+  constexpr std::uint32_t kMaxData = 1 << 16;
   if (auto& buffer = scenario.platform.tuningBuffer; buffer && buffer->bufferSize) {
-    buffer->bufferSize = std::clamp(*buffer->bufferSize, 0, kMostBuffer);
+    buffer->bufferSize = std::clamp(*buffer->bufferSize, 0, kMaxBuffer);
   }
   for (ScenarioCall& call : scenario.calls) {
-    if (auto* tuning = std::get_if<UpdateTuningData>(&call.call)) tuning->size %= kMostData;
+    if (auto* tuning = std::get_if<UpdateTuningData>(&call.call)) tuning->size %= kMaxData;
   }
 }
 

@@ -19,8 +19,8 @@ void check(std::string_view lines) {
   for (std::size_t count = 0; !lines.empty(); ++count) {
     const std::string_view line = lines.substr(0, lines.find('\n'));
     lines.remove_prefix(std::min(line.size() + 1, lines.size()));
-    const bool isFit = camhook::printable(line, camhook::Faults::kMostColumns) == line;
-    if (!isFit || count > camhook::Faults::kMostShown) std::abort();
+    const bool isFit = camhook::printable(line, camhook::Faults::kMaxColumns) == line;
+    if (!isFit || count > camhook::Faults::kMaxShown) std::abort();
   }
 }
 

@@ -8,7 +8,6 @@
 
 #include "tests/support/CamhookProcess.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/show/TextTrace.h"
 
@@ -18,10 +17,6 @@ using namespace camhook;
 
 std::string traceOf(const std::string& name) {
   Scenario scenario = readScenario(contentOf(kScenarios / (name + ".json")));
-  scenario.platform.tagName = [](std::uint32_t tag) {
-    const camhook::TagDescription* description = camhook::findTag(tag);
-    return description != nullptr ? description->name : std::string_view();
-  };
   Replay replay(std::move(scenario.platform));
   std::ostringstream out;
   TextTrace trace(out, Style(false), kAllLevels, scenario.about);

@@ -1,4 +1,5 @@
 #include "tools/camhook/commands/Commands.h"
+#include "tools/camhook/input/InputFile.h"
 
 #include <iostream>
 #include <memory>

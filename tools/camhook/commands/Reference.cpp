@@ -5,6 +5,7 @@
 #include "tools/camhook/commands/Commands.h"
 #include "tools/camhook/explain/HookReference.h"
 #include "tools/camhook/explain/RulesCommand.h"
+#include "tools/camhook/input/InputFile.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/input/ScenarioSchema.h"

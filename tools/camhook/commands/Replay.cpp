@@ -1,4 +1,5 @@
 #include "tools/camhook/commands/Commands.h"
+#include "tools/camhook/input/InputFile.h"
 
 #include <iostream>
 #include <memory>
@@ -13,7 +14,6 @@
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
 #include "tools/camhook/input/ScenarioReader.h"
-#include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"
 #include "tools/camhook/run/TraceFilter.h"
@@ -62,16 +62,6 @@ TraceFilter filterOf(const ReplayOptions& options, const ScenarioText& scenario)
           .tags = read("--tag", options.tags, tagFromText)};
 }
 
-/// The scenario's phone; metadata dumps use the catalogue's tag names.
-host::PhoneConfig platformOf(const ScenarioText& scenario) {
-  host::PhoneConfig platform = scenario.platform();
-  platform.tagName = [](std::uint32_t tag) {
-    const TagDescription* info = findTag(tag);
-    return info != nullptr ? info->name : std::string_view();
-  };
-  return platform;
-}
-
 /// The title of a page: "still_burst" for "scenarios/still_burst.json".
 std::string titleOfPage(const std::string& file) {
   return printable(std::filesystem::path(nameOfInput(file)).stem().string());
@@ -93,7 +83,7 @@ bool writeTrace(std::ostream& out, const ReplayOptions& options, const ScenarioT
   const TraceFilter filter = filterOf(options, scenario);
   const std::unique_ptr<TraceWriter> writer = makeWriter(out, options, scenario);
   auto* const page = dynamic_cast<Page*>(writer.get());
-  std::optional<Replay> run(std::in_place, platformOf(scenario));
+  std::optional<Replay> run(std::in_place, scenario.platform());
   if (page == nullptr && !options.json && options.logs.empty()) host::LogSink::enableLevels({});
   StepFinder steps;
   if (options.steps || page != nullptr) run->followSteps(&steps, Replay::StepsOf::writes);

@@ -1,4 +1,5 @@
 #include "tools/camhook/commands/Commands.h"
+#include "tools/camhook/input/InputFile.h"
 
 #include <iostream>
 #include <memory>
@@ -62,7 +63,7 @@ DumpOptions dumpOptions(const ScenarioArguments& arguments) {
 int scenario(const ScenarioArguments& arguments) {
   DumpOptions options = dumpOptions(arguments);
   const std::string warning = productWarning(options.properties, false);
-  if (!warning.empty()) warn("properties: " + warning);
+  if (!warning.empty()) warn("camhook: warning: " + warning);
   const auto readDumps = [](const std::string& file) {
     return readFile(file, [&](const std::string& text) { return dumpFile(file, text); });
   };

@@ -5,6 +5,7 @@
 
 #include "tools/camhook/commands/Commands.h"
 #include "tools/camhook/explain/Why.h"
+#include "tools/camhook/input/InputFile.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/show/Terminal.h"
 

@@ -25,10 +25,10 @@ constexpr std::size_t kMaxShown = 4;     // limit for the outcomes of an input w
 std::string valueText(const Json& value) {
   if (value.isNull()) return "absent";
   const Json* const items = value.find("items");
-  if (items == nullptr) return cutEnd(lineOfJson(value), kMaxLetters);
+  if (items == nullptr) return printable(lineOfJson(value), kMaxLetters);
   std::string text = lineOfJson(items->size() == 1 ? (*items)[0] : *items);
   if (text.size() <= kMaxLetters) return text;
-  return cutEnd(text, kMaxLetters) + " (" + std::to_string(items->size()) + " items)";
+  return printable(text, kMaxLetters) + " (" + std::to_string(items->size()) + " items)";
 }
 
 /// A list in a sentence: "A, B and C", at most three.

@@ -20,9 +20,9 @@ constexpr std::string_view kFirstWords = "Dumping camera metadata array: ";
 
 /// The text after the time at the beginning of a line of a log; the whole line if it has no time.
 std::string_view afterTime(std::string_view line) {
-  constexpr std::size_t kMostSearched = 60;
+  constexpr std::size_t kMaxSearched = 60;
   static const std::regex time(R"(\d\d:\d\d:\d\d[.,\d]*)");
-  const char* const end = line.data() + std::min(line.size(), kMostSearched);
+  const char* const end = line.data() + std::min(line.size(), kMaxSearched);
   std::cmatch found;
   if (!std::regex_search(line.data(), end, found, time)) return line;
   return line.substr(static_cast<std::size_t>(found[0].second - line.data()));
@@ -86,12 +86,12 @@ class DumpFinder {
 
   /// An example of `counts`: "13 / 40 entries, 64 / 4000 bytes of extra data."
   void onFirstLine(std::string_view beforeDump, std::string_view counts) {
-    constexpr std::size_t kMostThreads = 8;
+    constexpr std::size_t kMaxThreads = 8;
     std::string_view source = sourceOf(beforeDump);
     while (source.ends_with(' ')) source.remove_suffix(1);
     const auto same = std::ranges::find(mOpen, source, &Open::source);
     if (same != mOpen.end()) close(*same);
-    if (mOpen.size() == kMostThreads) close(mOpen.front());
+    if (mOpen.size() == kMaxThreads) close(mOpen.front());
     if (counts.starts_with("Not allocated")) {
       mFound.dumps.push_back({.line = mLine, .isNull = true});
       return;

@@ -7,26 +7,26 @@
 namespace camhook {
 namespace {
 
-/// A line of at most `Faults::kMostColumns`.
+/// A line of at most `Faults::kMaxColumns`.
 std::string lineOf(std::string_view file, std::string_view what, const Fault& fault) {
-  constexpr std::size_t kMostOfFile = 90;
-  constexpr std::size_t kMostOfPlace = 80;
-  std::string line = printable(file, kMostOfFile);
+  constexpr std::size_t kMaxOfFile = 90;
+  constexpr std::size_t kMaxOfPlace = 80;
+  std::string line = printable(file, kMaxOfFile);
   if (fault.line > 0) {
     if (!line.empty()) line += ':';
     line += std::to_string(fault.line) + ':' + std::to_string(fault.column);
   }
   if (!line.empty()) line += ": ";
   line += what;
-  if (!fault.place.empty()) line += printable(fault.place, kMostOfPlace) + ": ";
-  return printable(line + fault.problem, Faults::kMostColumns);
+  if (!fault.place.empty()) line += printable(fault.place, kMaxOfPlace) + ": ";
+  return printable(line + fault.problem, Faults::kMaxColumns);
 }
 
 }  // namespace
 
 void Faults::add(Fault fault) {
   ++mCount;
-  if (mShown.size() < kMostShown) mShown.push_back(std::move(fault));
+  if (mShown.size() < kMaxShown) mShown.push_back(std::move(fault));
 }
 
 std::string Faults::lines(std::string_view file, std::string_view what) const {
@@ -46,7 +46,7 @@ std::string Faults::lines(std::string_view file, std::string_view what) const {
 }
 
 InputError::InputError(const std::string& problem)
-    : std::runtime_error(printable(problem, Faults::kMostColumns)) {
+    : std::runtime_error(printable(problem, Faults::kMaxColumns)) {
   mFaults.add({.problem = problem});
 }
 

@@ -23,13 +23,13 @@ struct Fault {
 /// The first faults of a file, and their number.
 class Faults {
  public:
-  static constexpr std::size_t kMostShown = 20;
-  static constexpr std::size_t kMostColumns = 200;
+  static constexpr std::size_t kMaxShown = 20;
+  static constexpr std::size_t kMaxColumns = 200;
 
   [[nodiscard]] bool isEmpty() const { return mCount == 0; }
 
   /// True if further faults are only counted.
-  [[nodiscard]] bool isFull() const { return mShown.size() == kMostShown; }
+  [[nodiscard]] bool isFull() const { return mShown.size() == kMaxShown; }
 
   void add(Fault fault);
 
@@ -37,7 +37,7 @@ class Faults {
 
   /// A line for each fault in the order of the file: "FILE:12:9: calls[3].meta.FOO: unknown tag",
   /// and one with the number of further faults. `what` precedes the path. No line is wider than
-  /// `kMostColumns`.
+  /// `kMaxColumns`.
   [[nodiscard]] std::string lines(std::string_view file, std::string_view what = "") const;
 
  private:

@@ -14,6 +14,8 @@
 namespace camhook {
 namespace {
 
+constexpr std::size_t kLongestInput = std::size_t{1} << 30U;
+
 [[noreturn]] void failToRead() {
   throw InputError(std::string("cannot be read: ") + std::strerror(errno));
 }

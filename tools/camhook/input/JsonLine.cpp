@@ -100,14 +100,14 @@ class JsonWriter {
   /// exponent.
   template <typename T>
   void addNumber(T number) {
-    constexpr double kLeastFixed = 1e-4;
+    constexpr double kMinFixed = 1e-4;
     constexpr double kFirstWithExponent = 1e15;
     std::array<char, 32> digits{};
     char* end = digits.data();
     bool isFixed = false;
     if constexpr (std::is_floating_point_v<T>) {
       const T size = std::abs(number);
-      isFixed = size == 0 || (size >= kLeastFixed && size < kFirstWithExponent);
+      isFixed = size == 0 || (size >= kMinFixed && size < kFirstWithExponent);
       end = std::to_chars(end, digits.end(), number,
                           isFixed ? std::chars_format::fixed : std::chars_format::scientific)
                 .ptr;

@@ -44,7 +44,7 @@ bool readName(const Value& value, std::uint32_t tag, T& item) {
   if (numberFromHexadecimal(value.text())) return false;
   std::vector<std::string_view> names;
   for (const host::AndroidTag::Value& each : known->values) names.push_back(each.name);
-  value.fail("unknown value of " + std::string(known->name) + nearNames(value.text(), names));
+  value.fail("unknown value " + value.shown() + nearNames(value.text(), names));
   return true;
 }
 
@@ -92,10 +92,10 @@ ItemReader findReader(std::string_view type) {
 }
 
 /// Warns if the number of items differs from that of the catalogue, unless the catalogue has more
-/// than `kMostChecked`.
+/// than `kMaxChecked`.
 void checkCount(const Value& items, std::size_t count, const TagDescription& info) {
-  constexpr std::uint32_t kMostChecked = 64;
-  const bool isChecked = info.count != kAnyCount && info.count <= kMostChecked;
+  constexpr std::uint32_t kMaxChecked = 64;
+  const bool isChecked = info.count != kAnyCount && info.count <= kMaxChecked;
   if (!isChecked || count == 0 || count == info.count) return;
   items.warn("expected " + std::to_string(info.count) + (info.count == 1 ? " item" : " items") +
              " as in the catalogue, found " + std::to_string(count));

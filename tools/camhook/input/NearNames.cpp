@@ -39,7 +39,7 @@ std::size_t editDistance(std::string_view left, std::string_view right) {
 }
 
 std::string nearNames(std::string_view text, std::span<const std::string_view> names) {
-  constexpr std::size_t kMostNames = 3;
+  constexpr std::size_t kMaxNames = 3;
   constexpr std::size_t kLongest = 100;  // limits the time
   constexpr std::size_t kLongPart = 4;
   if (text.size() > kLongest) return {};
@@ -52,10 +52,10 @@ std::string nearNames(std::string_view text, std::span<const std::string_view> n
     if (distance <= (name.size() + 2) / 4) near.emplace_back(distance, name);
   }
   std::ranges::sort(near);
-  near.resize(std::min(near.size(), kMostNames));
   std::vector<std::string> found;
-  found.reserve(near.size());
-  for (const auto& [distance, name] : near) found.emplace_back(name);
+  for (const auto& [distance, name] : near) {
+    if (distance == near.front().first && found.size() < kMaxNames) found.emplace_back(name);
+  }
   return found.empty() ? "" : "; did you mean " + listed(std::move(found), " or ") + '?';
 }
 

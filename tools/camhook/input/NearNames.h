@@ -15,7 +15,7 @@ std::string inLowerCase(std::string_view text);
 /// into the other.
 std::size_t editDistance(std::string_view left, std::string_view right);
 
-/// "; did you mean A or B?": the most similar names, at most three, by distance and name. Case is
+/// "; did you mean A or B?": the most similar names, at most three. Case is
 /// ignored. Empty if no name is similar.
 std::string nearNames(std::string_view text, std::span<const std::string_view> names);
 

@@ -136,8 +136,8 @@ class ObjectReader {
 
   void read(const Value& value, BlockSize& target) const {
     readValue(value, target.bytes);
-    if (target.bytes > BlockSize::kMost) {
-      value.fail("a block has at most " + std::to_string(BlockSize::kMost) + " bytes, not " +
+    if (target.bytes > BlockSize::kMax) {
+      value.fail("a block has at most " + std::to_string(BlockSize::kMax) + " bytes, not " +
                  value.shown());
     }
   }

@@ -39,7 +39,7 @@ struct WideTag {
 
 /// The size of a block of memory.
 struct BlockSize {
-  static constexpr std::uint32_t kMost = 1U << 26U;
+  static constexpr std::uint32_t kMax = 1U << 26U;
   std::uint32_t& bytes;
 };
 

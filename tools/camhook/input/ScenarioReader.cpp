@@ -143,6 +143,10 @@ ScenarioText::ScenarioText(std::string text) : mText(std::move(text)) {
   if (!faults.isEmpty()) throw InputError(std::move(faults));
   mAbout = std::move(frame.about);
   mPlatform = std::move(frame.platform);
+  mPlatform.tagName = [](std::uint32_t tag) {  // for metadata dumps
+    const TagDescription* const info = findTag(tag);
+    return info != nullptr ? info->name : std::string_view();
+  };
   if (const auto platform = root.find("platform")) warnings.onPlatform(*platform, mPlatform);
   for (const auto& [index, key, problem] : warnings.callWarnings(mPlatform)) {
     const Json json = parseValue(mText, mCalls[index].offset);

@@ -106,7 +106,7 @@ class SchemaWriter {
   static Json schemaOf(const DefaultShading& /*target*/) { return reference("container"); }
   static Json schemaOf(const WideTag& /*target*/) { return reference("tag"); }
   static Json schemaOf(const BlockSize& /*target*/) {
-    return integer(BlockSize::kMost, "([0-3]?[0-9a-fA-F]{1,6}|4000000)");
+    return integer(BlockSize::kMax, "([0-3]?[0-9a-fA-F]{1,6}|4000000)");
   }
   static Json schemaOf(const ScenarioFrame::Calls& /*target*/) { return listOf(reference("call")); }
   static Json schemaOf(const std::optional<std::tm>& /*target*/) {

@@ -45,8 +45,8 @@ Fault Located::faultAt(std::string problem, std::string_view key) const {
 }
 
 std::string Value::shown() const {
-  constexpr std::size_t kMostColumns = 40;
-  if (mJson->isText()) return '"' + printable(mJson->text(), kMostColumns) + '"';
+  constexpr std::size_t kMaxColumns = 40;
+  if (mJson->isText()) return '"' + printable(mJson->text(), kMaxColumns) + '"';
   if (mJson->isList()) return "a list of " + std::to_string(mJson->size());
   return mJson->isObject() ? "an object" : lineOfJson(*mJson);
 }

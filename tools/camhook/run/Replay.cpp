@@ -37,7 +37,7 @@ Json stateOf(HeskParameterUpdater& updater) {
           {"mPrimaryCameraDiagonalFov", fields.diagonalFovDegrees()}};
 }
 
-constexpr std::size_t kMostContainers = 3;  // of a call
+constexpr std::size_t kMaxContainers = 3;  // of a call
 
 /// Tuning data: byte i is i modulo 251.
 std::vector<std::byte> tuningBlock(std::size_t size) {
@@ -227,7 +227,7 @@ CallTrace Replay::run(const ScenarioCall& scenarioCall, Detail detail) {
   CallTrace trace;
   trace.number = scenarioCall.number;
   trace.arguments = scenarioCall.arguments;
-  trace.containers.reserve(kMostContainers);  // the hook has pointers to them
+  trace.containers.reserve(kMaxContainers);  // the hook has pointers to them
   const Recorder recorder(mPhone, trace, detail, mSteps, mStepsOf);
   HeskParameterUpdater* updater = nullptr;
   std::optional<Call> whole;

@@ -22,7 +22,7 @@ namespace {
 using NSCam::IMetadata;
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::size_t kMostItems = 12;  // limit for the items shown
+constexpr std::size_t kMaxItems = 12;  // limit for the items shown
 
 /// The fields of the AE record, one string for each line of output.
 constexpr std::string_view kAeRows[] = {
@@ -58,10 +58,10 @@ std::string itemsText(std::uint32_t tag, const Json& items) {
   const host::AndroidTag* known = host::findAndroidTag(tag);
   if (items.size() == 1) return itemText(known, items[0]);
   std::string text = "[";
-  for (std::size_t i = 0; i < std::min(items.size(), kMostItems); ++i) {
+  for (std::size_t i = 0; i < std::min(items.size(), kMaxItems); ++i) {
     text += (i > 0 ? ", " : "") + itemText(known, items[i]);
   }
-  if (items.size() > kMostItems) {
+  if (items.size() > kMaxItems) {
     text += ", ... " + std::to_string(items.size()) + " items, sum " + checksum(lineOfJson(items));
   }
   return text + "]";
