@@ -11,6 +11,7 @@
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/ScenarioReader.h"
 
 namespace {

@@ -103,6 +103,7 @@ TEST(ScenarioReader, RejectsInvalidJson) {
       {R"({"calls": [] "a": 1})", "1:14: calls: not JSON: Missing a comma or '}'"},
       {R"({"calls": [1 2]})", "1:14: calls[1]: not JSON: Missing a comma or ']'"},
       {R"({"calls": [], "about": "\ud800 "})", "1:25: about: not JSON: The surrogate pair"},
+      {"{\"calls\": [], \"about\": \"a\nb\"}", "1:26: about: not JSON: a control character"},
       {R"({"calls": [], "about": "a)", "1:26: about: not JSON: Missing a closing quotation mark"},
       {"{\"calls\": [], \"about\": \"\xc3(\"}", "1:25: not JSON: a byte that is not UTF-8"},
       {"{\"calls\": [],\n\"about\": \"\0\"}"s, "2:11: not JSON: a zero byte"},
@@ -273,8 +274,9 @@ TEST(ScenarioReader, WarnsAboutUnknownProducts) {
       "a.json:1:54: " + place + R"(.zdm: no rules for product "KX0170"; did you mean KX0107?)");
   EXPECT_EQ(warningsOf(product + R"("KX9")", ""),
             "a.json:1:54: " + place + R"(.zdm: no rules for product "KX9")");
-  EXPECT_EQ(warningsOf(model, ""),
-            "a.json:1:50: " + place + ": unused; the library reads ro.product.model.zdm");
+  EXPECT_EQ(warningsOf(model, ""), "a.json:1:50: " + place +
+                                       ": the library does not read "
+                                       "ro.product.model; set ro.product.model.zdm");
   EXPECT_EQ(warningsOf("", set + R"("kx0105"})"),
             R"(a.json:1:109: calls[0].value: no rules for product "kx0105"; did you mean KX0105?)");
   for (const char* name : {"KX0107B", "KX0103", ""}) {

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "tests/support/CamhookProcess.h"
-#include "tools/camhook/explain/Input.h"
 #include "tools/camhook/explain/OwnUpdaters.h"
+#include "tools/camhook/explain/Question.h"
 #include "tools/camhook/explain/Why.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
@@ -327,6 +327,16 @@ TEST(Why, ExitsWith1IfNoChangeGivesValue) {
                             {"call": "updateResultMeta", "sensor": 11, "requestNo": 1, "meta": {}}]})")
                 .status,
             1);
+  // Pairs in which one change removes the item that the other one changes.
+  EXPECT_EQ(camhookWith("why video_4k60.json 4 MTK_STREAMING_FEATURE_HFPS_MODE --want 7").status,
+            1);
+}
+
+TEST(Why, FindsAnyItemsOfRectangle) {
+  const std::string output =
+      camhookWith("why raw_capture.json 2 MTK_RAW_ALGO_SAT_CROP_REGION --want '[_, 562, _, _]'")
+          .output;
+  EXPECT_NE(output.find("\u2192  [999, 562, 2000, 1125]"), std::string::npos) << output;
 }
 
 }  // namespace

@@ -122,7 +122,9 @@ std::string problemOf(const CLI::App& app, const CLI::ParseError& error) {
   if (commands.empty()) return "missing command: " + listed(commandNames(app), " or ");
   const std::string problem = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-    return printable(problem.substr(0, problem.find(':'))) + ": missing value";
+    const bool isRepeated = problem.find("At Most") != std::string::npos;
+    return printable(problem.substr(0, problem.find(':'))) +
+           (isRepeated ? ": given more than once" : ": missing value");
   }
   return printable(problem);
 }

@@ -1,5 +1,4 @@
 #include "tools/camhook/commands/Commands.h"
-#include "tools/camhook/input/InputFile.h"
 
 #include <iostream>
 #include <memory>
@@ -10,6 +9,7 @@
 #include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/explain/OwnUpdaters.h"
 #include "tools/camhook/explain/Why.h"
+#include "tools/camhook/input/InputFile.h"
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/run/Replay.h"

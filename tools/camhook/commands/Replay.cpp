@@ -1,6 +1,6 @@
 #include "tools/camhook/commands/Commands.h"
-#include "tools/camhook/input/InputFile.h"
 
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -12,7 +12,9 @@
 
 #include "tools/camhook/explain/Decision.h"
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/InputFile.h"
 #include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/ScenarioReader.h"
 #include "tools/camhook/run/Replay.h"
 #include "tools/camhook/run/StepFinder.h"

@@ -1,5 +1,4 @@
 #include "tools/camhook/commands/Commands.h"
-#include "tools/camhook/input/InputFile.h"
 
 #include <iostream>
 #include <memory>
@@ -10,8 +9,10 @@
 
 #include "tools/camhook/input/DumpScenario.h"
 #include "tools/camhook/input/InputError.h"
+#include "tools/camhook/input/InputFile.h"
 #include "tools/camhook/input/Json.h"
 #include "tools/camhook/input/JsonLine.h"
+#include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/ScenarioWarnings.h"
 
 namespace camhook {
@@ -69,7 +70,12 @@ int scenario(const ScenarioArguments& arguments) {
   };
   std::vector<DumpFile> files;
   for (const std::string& file : arguments.files) files.push_back(readDumps(file));
-  if (!arguments.statics.empty()) options.statics = readDumps(arguments.statics);
+  if (!arguments.statics.empty()) {
+    options.statics = readDumps(arguments.statics);
+    if (options.statics->found.dumps.front().isNull) {
+      throw InputError(nameOfInput(arguments.statics) + ": the first dump has no metadata");
+    }
+  }
 
   const Json made = scenarioOfDumps(files, options);
   for (const DumpFile& file : files) {

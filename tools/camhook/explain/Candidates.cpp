@@ -93,6 +93,8 @@ Json::List numbersOf(const Json& present, Which which, const Json::List& likely 
     if (which == Which::all) list.push_back(std::numeric_limits<T>::min());
     std::erase_if(list, [](Number number) { return !std::in_range<T>(number); });
   }
+  if constexpr (std::floating_point<T>)
+    std::erase_if(list, [](T each) { return std::isnan(each); });
   std::ranges::stable_sort(list, {}, [now](Number number) {
     return std::tuple(number != 0, distance(number, now), number);
   });
@@ -115,11 +117,6 @@ void append(Json::List& list, Json::List more) {
 
 void addOnce(Json::List& list, Json value) {
   if (std::ranges::find(list, value) == list.end()) list.push_back(std::move(value));
-}
-
-/// The count of numbers in an item.
-std::size_t partsOf(std::string_view type) {
-  return type == "rect" ? 4 : type == "rational" ? 2 : 1;
 }
 
 /// Values to try instead of `present`. In a list one item is changed, in an object one member.

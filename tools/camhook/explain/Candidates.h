@@ -9,7 +9,7 @@
 #include <map>
 #include <string>
 
-#include "tools/camhook/explain/Input.h"
+#include "tools/camhook/explain/Question.h"
 
 namespace camhook {
 

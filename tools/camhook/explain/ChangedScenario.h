@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/Phone.h"
-#include "tools/camhook/explain/Input.h"
+#include "tools/camhook/explain/Question.h"
 
 namespace camhook {
 

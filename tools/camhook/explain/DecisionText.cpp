@@ -87,7 +87,8 @@ void writeFilters(std::ostream& out, const Json& decision, Style style) {
 std::string cellText(const Json& decision, const Json& row, const Json& column, Style style) {
   const std::string& field = column["field"].text();
   const Json* const condition = row["conditions"].find(field);
-  const std::string text = condition != nullptr ? decisionInputText(field, *condition) : "";
+  const std::string text =
+      condition != nullptr ? decisionInputText(column["input"].text(), *condition) : "";
   const Json& filters = decision["filters"];
   if (isListed(filters, row["row"], "met", field)) {
     return style.fresh(kMet + (text.empty() ? "none" : text));

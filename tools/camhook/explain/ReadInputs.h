@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/Observer.h"
-#include "tools/camhook/explain/Input.h"
+#include "tools/camhook/explain/Question.h"
 
 namespace camhook {
 

@@ -15,8 +15,8 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/camhook/explain/Input.h"
 #include "tools/camhook/explain/OwnUpdaters.h"
+#include "tools/camhook/explain/Question.h"
 #include "tools/camhook/explain/ReadInputs.h"
 #include "tools/camhook/run/Replay.h"
 

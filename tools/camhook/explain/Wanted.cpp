@@ -55,9 +55,32 @@ void checkCount(const Json& items, const TagDescription& tag) {
   }
   std::string form = "[";
   for (std::size_t i = 1; i < tag.count; ++i) form += "_, ";
+  const Json& last = items.items().back();
+  form += last.isNull() ? "_]" : lineOfJson(last) + "]";
   throw InputError("camhook: --want: " + std::string(tag.name) + " has " +
-                   std::to_string(tag.count) + " items: " + form +
-                   lineOfJson(items.items().back()) + "]");
+                   std::to_string(tag.count) + " items: " + form);
+}
+
+/// Replaces null by `zero`, and in a list each null by 0.
+void fillNulls(Json& item, const Json& zero) {
+  if (item.isNull()) item = zero;
+  for (std::size_t i = 0; item.isList() && i < item.size(); ++i) fillNulls(item[i], 0);
+}
+
+/// Sets the places to null that are null in `pattern`.
+void copyNulls(const Json& pattern, Json& value) {
+  if (pattern.isNull()) value = Json();
+  if (!pattern.isList() || !value.isList()) return;
+  for (std::size_t i = 0; i < std::min(pattern.size(), value.size()); ++i) {
+    copyNulls(pattern[i], value[i]);
+  }
+}
+
+/// True if the values are equal; null in `wanted` stands for any item.
+bool matches(const Json& wanted, const Json& value) {
+  if (wanted.isNull()) return true;
+  if (!wanted.isList() || !value.isList()) return wanted == value;
+  return std::ranges::equal(wanted.items(), value.items(), matches);
 }
 
 }  // namespace
@@ -67,31 +90,31 @@ Wanted::Wanted(const std::string& text, const Question& question) {
   const bool isMode =
       isReturn && std::holds_alternative<DecideSensorScenario>(question.askedCall());
   mValue = isMode ? Json(sensorModeFrom(text)) : jsonFrom(text);
-  if (isReturn || (mValue.isNull() && text != "_")) return;
+  const bool isAny = text.find('_') != std::string::npos;
+  if (isReturn || (mValue.isNull() && !isAny)) return;
   if (!mValue.isList() && !mValue.isObject()) mValue = Json(Json::List(1, mValue));
-  std::vector<std::size_t> anyItems;
-  Json& items = mValue.isObject() ? mValue["items"] : mValue;
-  if (items.isList()) {
-    if (const TagDescription* const tag = findTag(question.tag)) checkCount(items, *tag);
-    for (std::size_t i = 0; i < items.size(); ++i) {
-      if (!items[i].isNull()) continue;
-      anyItems.push_back(i);
-      items[i] = 0;
+  Json* const items = mValue.isObject() ? mValue.find("items") : &mValue;
+  Json pattern = Json::List();
+  if (items != nullptr && items->isList()) {
+    const TagDescription* const tag = findTag(question.tag);
+    if (tag != nullptr) checkCount(*items, *tag);
+    const std::size_t parts = tag != nullptr ? partsOf(tag->type) : 1;
+    // [x, y, width, height] is one rect.
+    const bool isTuple = parts > 1 && items->size() == parts && !(*items)[0].isList();
+    if (isTuple) *items = Json(Json::List(1, *items));
+    pattern = *items;
+    for (Json& item : items->items()) {
+      fillNulls(item, parts > 1 ? Json(Json::List(parts, 0)) : Json(0));
     }
   }
   mValue = jsonFromEntry(entryFromJson(question.tag, mValue, "camhook: --want"));
-  for (const std::size_t i : anyItems) {
-    if (i < mValue["items"].size()) mValue["items"][i] = nullptr;
-  }
+  if (mValue.isObject()) copyNulls(pattern, mValue["items"]);
 }
 
 bool Wanted::isMetBy(const Json& value) const {
-  if (!mValue.isObject() || value.size() != mValue.size()) return value == mValue;
-  const auto isMet = [](const Json& wanted, const Json& item) {
-    return wanted.isNull() || wanted == item;
-  };
-  return value["type"] == mValue["type"] &&
-         std::ranges::equal(mValue["items"].items(), value["items"].items(), isMet);
+  if (mValue.isNull() || value.isNull()) return value == mValue;
+  if (!mValue.isObject() || !value.isObject()) return matches(mValue, value);
+  return value["type"] == mValue["type"] && matches(mValue["items"], value["items"]);
 }
 
 }  // namespace camhook

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tools/camhook/explain/Input.h"
+#include "tools/camhook/explain/Question.h"
 
 namespace camhook {
 

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/camhook/explain/Input.h"
+#include "tools/camhook/explain/Question.h"
 #include "tools/camhook/explain/Reruns.h"
 #include "tools/camhook/explain/Wanted.h"
 #include "tools/camhook/show/Terminal.h"

@@ -99,8 +99,8 @@ class Text {
     return cells;
   }
 
-  /// "; request 105 is not in the burst of 100 to 102; 0 by default"; empty for
-  /// other tags, and for a request of the burst.
+  /// "; request 105 is not in the burst of 100 to 102; 0 by default". Returns an empty text for
+  /// other tags, and if the request is in the burst.
   [[nodiscard]] std::string burstText() const {
     const auto* const request = std::get_if<UpdateRequestMeta>(&mQuestion.askedCall());
     const auto& burst = mExplanation.burst;

@@ -7,6 +7,7 @@
 #include "host/MetadataAccess.h"
 #include "tools/camhook/input/InputError.h"
 #include "tools/camhook/input/MetadataJson.h"
+#include "tools/camhook/input/PlainText.h"
 #include "tools/camhook/input/TagCatalogue.h"
 #include "tools/camhook/input/WholeNumber.h"
 
@@ -117,6 +118,7 @@ void DumpEntry::checkCount(bool isCutOff) const {
 IMetadata::IEntry DumpEntry::metadataEntry(bool isCutOff) const {
   std::string_view type = mType;
   if (type == "byte") type = "uint8";
+  if (type == "double") throw InputError("scenarios have no type double");
   Json::List items = mItems;
   const TagDescription* info = findTag(mTag);
   if (info != nullptr && info->type == "rect" && type == "int32" && items.size() % 4 == 0) {

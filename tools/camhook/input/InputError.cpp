@@ -4,6 +4,8 @@
 #include <tuple>
 #include <utility>
 
+#include "tools/camhook/input/PlainText.h"
+
 namespace camhook {
 namespace {
 

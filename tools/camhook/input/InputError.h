@@ -8,8 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/camhook/input/PlainText.h"
-
 namespace camhook {
 
 /// A fault at one place of a file.

@@ -1,4 +1,5 @@
 #include "tools/camhook/input/JsonParser.h"
+#include "tools/camhook/input/PlainText.h"
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
@@ -184,6 +185,10 @@ std::optional<Json> parseDocument(const std::string& text, Faults& faults, const
   std::string problem = std::string("not JSON: ") + rapidjson::GetParseError_En(code);
   if (code == rapidjson::kParseErrorTermination) problem = "nested too deep";
   if (code == rapidjson::kParseErrorNumberTooBig) problem = "the number is too large";
+  const bool isEscape = result.Offset() < text.size() && text[result.Offset()] == '\\';
+  if (code == rapidjson::kParseErrorStringEscapeInvalid && !isEscape) {
+    problem = "not JSON: a control character in a text; write \\n, \\t or \\u001b";
+  }
   faults.add(faultAt(text, result.Offset(), builder.place(), std::move(problem)));
   return {};
 }

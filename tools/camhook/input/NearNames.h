@@ -15,8 +15,8 @@ std::string inLowerCase(std::string_view text);
 /// into the other.
 std::size_t editDistance(std::string_view left, std::string_view right);
 
-/// "; did you mean A or B?": the most similar names, at most three. Case is
-/// ignored. Empty if no name is similar.
+/// "; did you mean A or B?": the most similar names, at most three; empty if no name is similar.
+/// Case is ignored.
 std::string nearNames(std::string_view text, std::span<const std::string_view> names);
 
 /// Like `nearNames`, with the tags of the catalogue.

@@ -51,7 +51,7 @@ std::string printable(std::string_view text, std::size_t most) {
                                                         static_cast<unsigned>(letter.value)));
       shown += escape.data();
     }
-    if (columns > most) return shown.replace(kept, std::string::npos, kCut);
+    if (columns > most) return shown.substr(0, kept).append(kCut);
     if (columns + kCut.size() <= most) kept = shown.size();
     text.remove_prefix(letter.length);
   }

@@ -10,6 +10,7 @@
 #include "tools/camhook/input/JsonParser.h"
 #include "tools/camhook/input/ObjectReader.h"
 #include "tools/camhook/input/ScenarioWarnings.h"
+#include "tools/camhook/input/TagCatalogue.h"
 
 namespace camhook {
 namespace {

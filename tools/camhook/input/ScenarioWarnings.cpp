@@ -19,7 +19,7 @@ constexpr std::string_view kUnusedProductProperty = "ro.product.model";
 
 /// The name that differs from the text in one letter; empty if there is none or the text is itself
 /// a name.
-std::string_view slipOf(std::string_view text, std::span<const std::string_view> names) {
+std::string_view misspelledName(std::string_view text, std::span<const std::string_view> names) {
   if (std::ranges::find(names, text) != names.end()) return {};
   for (const std::string_view name : names) {
     // The distance is at least the difference of lengths.
@@ -32,7 +32,7 @@ std::string_view slipOf(std::string_view text, std::span<const std::string_view>
 /// Warns about a text that differs from one of these names in one letter.
 void warnOfText(const auto& text, const std::string& problem,
                 std::span<const std::string_view> names) {
-  const std::string_view meant = slipOf(text.text(), names);
+  const std::string_view meant = misspelledName(text.text(), names);
   if (!meant.empty()) text.warn(problem + "; did you mean " + std::string(meant) + '?');
 }
 
@@ -54,7 +54,8 @@ std::string productWarning(const host::TextMap& properties, bool decides) {
   const auto found = properties.find(kProductProperty);
   if (found == properties.end()) {
     if (!properties.contains(kUnusedProductProperty)) return {};
-    return "unused; the library reads " + std::string(kProductProperty);
+    return "the library does not read " + std::string(kUnusedProductProperty) + "; set " +
+           std::string(kProductProperty);
   }
   const std::string& product = found->second;
   const auto isPrefix = [&](std::string_view name) { return product.starts_with(name); };
@@ -130,7 +131,7 @@ std::vector<ScenarioWarnings::CallWarning> ScenarioWarnings::callWarnings(
   const bool hasProduct = mSetsProduct || platform.properties.contains(kProductProperty);
   for (const auto& [call, property] : mProducts) {
     if (hasProduct && property.name == kUnusedProductProperty) continue;
-    const std::string problem = productWarning({{property.name, property.value}}, mDecides);
+    std::string problem = productWarning({{property.name, property.value}}, mDecides);
     if (!problem.empty()) warnings.push_back({call, "value", std::move(problem)});
   }
   return warnings;

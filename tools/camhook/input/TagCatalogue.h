@@ -46,6 +46,11 @@ static_assert(std::ranges::is_sorted(kAllTags, std::ranges::less_equal{}, &TagDe
                       kAllTags.end(),
               "Tags.def is ordered by value, and no value occurs twice");
 
+/// Returns the number of numbers in an item of a type.
+constexpr std::size_t partsOf(std::string_view type) {
+  return type == "rect" ? 4 : type == "rational" ? 2 : 1;
+}
+
 /// Returns the tag with a published name and this value; null if there is none.
 constexpr const TagDescription* findTag(std::uint32_t value) {
   const auto* found = std::ranges::lower_bound(kTagCatalogue, value, {}, &TagDescription::value);

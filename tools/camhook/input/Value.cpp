@@ -7,6 +7,7 @@
 
 #include "tools/camhook/input/JsonLine.h"
 #include "tools/camhook/input/JsonParser.h"
+#include "tools/camhook/input/PlainText.h"
 
 namespace camhook {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/camhook/explain/Input.h"
+#include "tools/camhook/explain/Question.h"
 
 #include <algorithm>
 #include <charconv>
@@ -34,6 +34,13 @@ const Json* findStep(const Json& json, std::string_view step) {
   return json.isList() && index < json.size() ? &json[index] : nullptr;
 }
 
+bool returnsValue(const Call& call) {
+  return std::holds_alternative<CreateInstance>(call) ||
+         std::holds_alternative<UpdateTuningData>(call) ||
+         std::holds_alternative<MatchAspectRatio>(call) ||
+         std::holds_alternative<DecideSensorScenario>(call);
+}
+
 /// Returns `text`, or for an empty text the container that the call writes. Throws InputError if
 /// the call has no such container.
 std::string containerFrom(const std::string& text, const Call& call) {
@@ -41,7 +48,7 @@ std::string containerFrom(const std::string& text, const Call& call) {
   for (const char* name : kContainers) {
     if (containerOf(call, name) != nullptr) names.emplace_back(name);
   }
-  if (names.empty()) throw InputError(std::string(nameOf(call)) + " has no container; use return");
+  if (names.empty()) throw InputError(std::string(nameOf(call)) + " has no container");
   if (text.empty()) return names.back();
   if (std::ranges::find(names, text) != names.end()) return text;
   throw InputError(std::string(nameOf(call)) + " has no container " + jsonText(text) + "; it has " +
@@ -66,7 +73,10 @@ Question readQuestion(std::string_view scenario, const std::string& call, const 
   for (const auto& [key, value] : calls[question.call].arguments.members()) {
     question.arguments[key] = value;
   }
-  if (tag == "return") return question;
+  if (tag == "return") {
+    if (returnsValue(question.askedCall())) return question;
+    throw InputError(std::string(nameOf(question.askedCall())) + " returns no value");
+  }
   const std::size_t colon = tag.find(':');
   const bool isNamed = colon != std::string::npos;
   question.container = containerFrom(isNamed ? tag.substr(0, colon) : "", question.askedCall());
@@ -128,6 +138,8 @@ void setValueAt(Json& document, std::string_view place, const Json& value) {
   const std::string_view step = takeStep(place);
   if (place.empty() && value.isNull()) return document.erase(step);
   const Json* found = findStep(document, step);
+  // Another change may have shortened the list.
+  if (found == nullptr && document.isList()) throw InputError("no item " + std::string(step));
   Json& next = found != nullptr ? const_cast<Json&>(*found) : document[step];
   if (place.empty()) {
     next = value;

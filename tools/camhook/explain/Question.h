@@ -89,8 +89,8 @@ std::optional<std::int32_t> sensorOf(const Call& call);
 /// The value at a place such as "sat.cameras[0].role"; null if there is none.
 Json valueAt(const Json& document, std::string_view place);
 
-/// Sets the value at a place; null removes a member. Adds missing objects on the path. A list on
-/// the path must contain the item.
+/// Sets the value at a place; null removes a member. Adds missing objects on the path. Throws
+/// InputError if a list on the path does not contain the item.
 void setValueAt(Json& document, std::string_view place, const Json& value);
 
 }  // namespace camhook
