@@ -187,7 +187,7 @@ std::optional<Json> parseDocument(const std::string& text, Faults& faults, const
   if (code == rapidjson::kParseErrorNumberTooBig) problem = "the number is too large";
   const bool isEscape = result.Offset() < text.size() && text[result.Offset()] == '\\';
   if (code == rapidjson::kParseErrorStringEscapeInvalid && !isEscape) {
-    problem = "not JSON: a control character in a text; write \\n, \\t or \\u001b";
+    problem = R"(not JSON: a control character in a text; write \n, \t or \u001b)";
   }
   faults.add(faultAt(text, result.Offset(), builder.place(), std::move(problem)));
   return {};
