@@ -1,7 +1,10 @@
 #include "tools/camhook/explain/HookReference.h"
 
+#include <algorithm>
+#include <map>
 #include <ostream>
 #include <regex>
+#include <string_view>
 #include <variant>
 
 #include "tools/camhook/explain/OwnUpdaters.h"
@@ -42,11 +45,27 @@ AccessText textOf(const host::Effect& effect) {
   return {kWrites, "event", std::get<std::string>(effect.fields.front().value)};
 }
 
+/// Adds the steps that a call reached, in that order: a new step is inserted before the one that
+/// follows it in the call.
+void addSteps(Json& steps, const std::vector<std::string>& reached) {
+  if (steps.isNull()) steps = Json::Object();
+  Json::Object& members = steps.members();
+  auto next = members.end();
+  std::for_each(reached.rbegin(), reached.rend(), [&](const std::string& name) {
+    auto found = std::ranges::find(members, name, &Json::Member::key);
+    if (found == members.end()) {
+      const Json kinds = {{kReads, Json::Object()}, {kWrites, Json::Object()}};
+      found = members.insert(next, {name, kinds});
+    }
+    next = found;
+  });
+}
+
 constexpr const char* kIntroduction = R"(# What the hooks read and write
 
 Written by `./camhook reference docs scenarios/*.json`, from runs of all stored scenarios on the simulated
-phone. Steps and accesses are listed in the order in which the runs first reach them; what no run reaches is
-not listed. A step is a function of the library.
+phone. Steps are listed in the order in which a call reaches them; what no run reaches is not listed. A step is a
+function of the library.
 
 - `meta`, `app`, `hal`, `out`: tags of the container of that name. Clearing a tag is a write. A tag without a
   published name is shown by its value ([tags.md](tags.md)).
@@ -65,15 +84,21 @@ void HookReference::add(const Scenario& scenario) {
   replay.followSteps(&mFinder);
   for (const ScenarioCall& call : scenario.calls) {
     const CallTrace trace = replay.run(call);
+    std::map<std::string_view, std::vector<std::string>> reached;  // steps by hook
+    // Construction is listed as createInstance, whichever hook is called first on the sensor.
+    const auto hookOf = [&trace](const Step& step) {
+      return step.name == "HeskParameterUpdater" ? CreateInstance::kName : trace.call;
+    };
+    for (const auto& [access, container, step] : *trace.accesses) {
+      std::vector<std::string>& steps = reached[hookOf(step)];
+      if (std::ranges::find(steps, step.name) == steps.end()) steps.push_back(step.name);
+    }
+    for (const auto& [hook, steps] : reached) addSteps(mHooks[hook], steps);
     for (const auto& [access, container, step] : *trace.accesses) {
       AccessText text = std::visit([](const auto& each) { return textOf(each); }, access);
       if (text.group.empty()) text.group = container;
       if (text.group.empty()) continue;  // a container of the library's own
-      // Construction is listed as createInstance, whichever hook is called first on the sensor.
-      const bool isConstruction = step.name == "HeskParameterUpdater";
-      Json& kinds = mHooks[isConstruction ? CreateInstance::kName : trace.call][step.name];
-      if (kinds.isNull()) kinds = {{kReads, Json::Object()}, {kWrites, Json::Object()}};
-      kinds[text.kind][text.group][text.member] = true;
+      mHooks[hookOf(step)][step.name][text.kind][text.group][text.member] = true;
     }
   }
 }
