@@ -12,6 +12,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/camhook/commands/Commands.h"
+#include "tools/camhook/commands/Version.h"
 #include "tools/camhook/input/PlainText.h"
 
 namespace {

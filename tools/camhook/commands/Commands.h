@@ -20,9 +20,6 @@ void addScenario(CLI::App& app, int& status);
 void addTags(CLI::App& app, int& status);
 void addReference(CLI::App& app);
 
-/// "camhook 0.1.0", and the commit if it was built in a git checkout.
-const char* version();
-
 /// Writes docs/tags.md.
 void writeTagsMarkdown(std::ostream& out);
 

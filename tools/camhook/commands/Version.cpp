@@ -1,4 +1,4 @@
-#include "tools/camhook/commands/Commands.h"
+#include "tools/camhook/commands/Version.h"
 
 const char* camhook::version() {
 #ifdef CAMHOOK_COMMIT
