@@ -82,7 +82,11 @@ int runDecide(const DecideArguments& arguments) {
   const Style style = Style::forStandardOutput();
   Json decision = DecidingPhone().explain(inputs);
   if (arguments.want.empty()) {
-    arguments.json ? writeJson(std::cout, decision) : writeDecision(std::cout, decision, style);
+    if (arguments.json) {
+      writeJson(std::cout, decision);
+    } else {
+      writeDecision(std::cout, decision, style);
+    }
     return 0;
   }
   const Question question = questionOf(inputs);

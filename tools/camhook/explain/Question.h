@@ -1,4 +1,4 @@
-// Inputs of a call, and their places in a scenario.
+// A question about a call: the call's inputs, and their places in a scenario.
 
 #pragma once
 

@@ -76,7 +76,7 @@ void copyNulls(const Json& pattern, Json& value) {
   }
 }
 
-/// True if the values are equal; null in `wanted` stands for any item.
+/// True if the values are equal; null in `wanted` matches any item.
 bool matches(const Json& wanted, const Json& value) {
   if (wanted.isNull()) return true;
   if (!wanted.isList() || !value.isList()) return wanted == value;

@@ -60,7 +60,11 @@ class Text {
   void write(const std::string& want) {
     writeTitle();
     if (!mQuestion.container.empty()) writeWrites();
-    want.empty() ? writeFindings(false) : writeWanted(want);
+    if (want.empty()) {
+      writeFindings(false);
+    } else {
+      writeWanted(want);
+    }
   }
 
   void writeWanted(const std::string& want) {

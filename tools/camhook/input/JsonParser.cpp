@@ -1,5 +1,4 @@
 #include "tools/camhook/input/JsonParser.h"
-#include "tools/camhook/input/PlainText.h"
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
@@ -7,6 +6,8 @@
 #include <algorithm>
 #include <iterator>
 #include <utility>
+
+#include "tools/camhook/input/PlainText.h"
 
 namespace camhook {
 namespace {

@@ -19,8 +19,8 @@ struct Step {
 
 /// Returns the functions that contain the call before this return address, innermost first; also
 /// inlined ones. A name or file that is not known is empty. Returns nullopt if that code has no
-/// debug information. Reads the loaded files only, not separate debug files. A
-/// build without libdw always returns nullopt. Not thread-safe.
+/// debug information. Reads the loaded files only, not separate debug files. A build without libdw
+/// always returns nullopt. Not thread-safe.
 std::optional<std::vector<Step>> framesOf(const void* returnAddress);
 
 }  // namespace camhook
